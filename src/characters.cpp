@@ -1,0 +1,3 @@
+#include "characters.h"
+
+#include "moc_characters.cpp"

@@ -1,0 +1,3 @@
+#include "creature.h"
+
+#include "moc_creature.cpp"

@@ -1,0 +1,278 @@
+// The one record of a monster or a character, in the library and in the fight alike.
+#pragma once
+
+#include <QObject>
+
+#include "creaturedata.h"
+#include "creaturestate.h"
+
+class Characters;
+class Effect;
+class Monsters;
+struct AttributeModifiers;
+
+// How many creatures of a collection carry each of the managers' flags.
+struct ChangeCounters {
+    int isNew = 0;
+    int isModified = 0;
+    int isDeleted = 0;
+};
+
+// Three layers side by side: what the file says (data()), the live state that events change
+// (state()), and shadows of the eight vitality numbers, which tell the Encounter whether something
+// changed outside the history. Owned by its collection; it owns neither its effects nor its
+// counters. Each setter emits doCreatureUpdated() last.
+class Creature : public QObject {
+    Q_OBJECT
+
+public:
+    explicit Creature(QObject *parent = nullptr);
+    ~Creature() override;
+
+    // --- the record of the file ---
+    const CreatureData &data() const { return m_data; }
+    // Copies every field, with the first letter of `senses` raised; the live state stays.
+    void assign(const CreatureData &data);
+    // Takes the other's record. Neither live state nor effects are copied.
+    void copyFrom(const Creature *other);
+
+    const QString &name() const { return m_data.name; }
+    const QString &group() const { return m_data.group; }
+    // group for a monster, name for a character.
+    const QString &keyName() const { return m_data.keyName(); }
+    const QString &charClass() const { return m_data.charClass; }
+    const QString &type() const { return m_data.type; }
+    const QString &race() const { return m_data.race; }
+    const QString &role() const { return m_data.role; }
+    const QString &speed() const { return m_data.speed; }
+    const QString &senses() const { return m_data.senses; }
+    const QString &savingThrows() const { return m_data.savingThrows; }
+    const QString &description() const { return m_data.description; }
+    const QString &statBlock() const { return m_data.statBlock; }
+    const QString &portraitFile() const { return m_data.portraitFile; }
+    const QString &importFile() const { return m_data.importFile; }
+    bool isMonster() const { return m_data.isMonster; }
+    bool isDisabled() const { return m_data.disabled; }
+    bool isLinked() const { return m_data.linked; }
+    bool isMissing() const { return m_data.missing; }
+    int level() const { return m_data.level; }
+    int xp() const { return m_data.xp; }
+    int maxHP() const { return m_data.maxHP; }
+    int maxHS() const { return m_data.maxHS; }
+    int hsValue() const { return m_data.hsValue; }
+    int initBonus() const { return m_data.initBonus; }
+    int initAP() const { return m_data.initAP; }
+    // False for a creature without a stated initiative bonus: its turn is passed over.
+    bool takesTurns() const { return m_data.initBonus != NotStated; }
+    // Decoded when first asked for, and null when there is no readable picture.
+    const QPixmap &portrait() const;
+
+    const QList<Power> &powers() const { return m_data.powers; }
+    Power *powerAt(int index);
+    // First power of exactly this name, or null.
+    Power *powerByName(const QString &name);
+
+    void setMissing(bool missing);
+    // The bare field, without touching the text: a clone's ID, or the undo of a rename.
+    void setName(const QString &name);
+    // Sets the name and rebuilds statBlock.
+    void rename(const QString &name);
+    void setGroup(const QString &group);
+
+    const QString &nameBefore() const { return m_nameBefore; }
+    void setNameBefore(const QString &name) { m_nameBefore = name; }
+
+    // --- the file (creaturefile.cpp) ---
+    // Reads the file of that name in its folder. False when it gives no creature at all; a bad text
+    // gives a creature named after its file. `monsters` and `characters` are asked for taken names.
+    bool load(const QString &fileName, bool isMonster, const QString &dataFolder,
+              const Monsters *monsters, const Characters *characters);
+    // Writes statBlock to fileName(), which is derived from the key name when empty.
+    bool save();
+    // Back to savedStatBlock().
+    void revert(const Monsters *monsters, const Characters *characters);
+    // The text of the creature from its fields: key form for a character, a starter stat block for
+    // a monster.
+    QString generateText() const;
+    // The key name stands for a text that could not be read.
+    bool isInvalid() const;
+    void setPortrait(const QString &path);
+    // Rereads a linked character's import file; nothing for others.
+    void refreshIfLinked();
+    const QString &fileName() const { return m_fileName; }
+    void setFileName(const QString &fileName) { m_fileName = fileName; }
+    const QString &savedStatBlock() const { return m_savedStatBlock; }
+    void setSavedStatBlock(const QString &text) { m_savedStatBlock = text; }
+    void setStatBlock(const QString &text);
+    // Compares the text with the saved one, and has the Encounter check the shadows.
+    void statBlockChanged();
+
+    // --- flags of the managers ---
+    bool isNew() const { return m_isNew; }
+    bool isModified() const { return m_isModified; }
+    bool isDeleted() const { return m_isDeleted; }
+    void setNew(bool value);
+    void setModified(bool value);
+    void setDeleted(bool value);
+    void setChangeCounters(ChangeCounters *counters) { m_changeCounters = counters; }
+
+    // --- live state ---
+    const CreatureState &state() const { return m_state; }
+    void restoreState(const CreatureState &state);
+    int currHP() const { return m_state.currHP; }
+    int tempHP() const { return m_state.tempHP; }
+    int currHS() const { return m_state.currHS; }
+    int currAP() const { return m_state.currAP; }
+    int failedDeathSaves() const { return m_state.failedDeathSaves; }
+    bool secondWindUsed() const { return m_state.secondWindUsed != 0; }
+    int apUsedInEncounter() const { return m_state.apUsedInEncounter; }
+    bool isStable() const { return m_state.stable; }
+    bool isDelayed() const { return m_state.delayed; }
+    bool isReadied() const { return m_state.readied; }
+    int turnCount() const { return m_state.turnCount; }
+    const QString &lastHitBy() const { return m_state.lastHitBy; }
+    int lastHitOrder() const { return m_state.lastHitOrder; }
+    int damageTaken() const { return m_state.damageTaken; }
+    int healCount() const { return m_state.healCount; }
+    bool isHidden() const { return m_hidden; }
+    const QString &alias() const { return m_alias; }
+    int aliasMode() const { return m_aliasMode; } // not 0: the alias is shown
+    int initRoll() const { return m_initRoll; }
+    int initRandom() const { return m_initRandom; }
+    // Amounts that an open dialog has added into the live fields for preview.
+    int restHP() const { return m_restHP; }
+    int restTempHP() const { return m_restTempHP; }
+    int restHS() const { return m_restHS; } // negative while surges are spent
+    int restAP() const { return m_restAP; }
+
+    void setTurnCount(int count);
+    void setDelayed(bool delayed);
+    void setReadied(bool readied);
+    void setHidden(bool hidden);
+    void setAlias(const QString &alias);
+    void setAliasMode(int mode);
+    void setCurrHP(int hp);
+    void setCurrHS(int surges);
+    void setCurrAP(int points);
+    void setInitRoll(int roll);
+    void setInitRandom(int random);
+    CreatureItem item() const;
+    // Sets roll and random, and tells listeners only when one of them changed.
+    void setItem(const CreatureItem &item);
+
+    // --- vitality rules (creaturevitality.cpp) ---
+    bool isDead(bool ignoringRest = false) const;
+    bool isDying() const;
+    bool isBloodied() const;
+    int bloodiedValue() const;
+    bool hasBeenInCombat() const;
+    // -100 to 100; a character below 0 hit points has a negative bar.
+    int hpPercent() const;
+    // What the players may see: a monster's health in steps of 0, 50, 90 and 100.
+    int playersHpPercent() const;
+
+    // `attacker` may be null; with one, the hit gets a number in the order of all hits.
+    void takeDamage(int amount, const Creature *attacker);
+    // Negative `surgesUsed` adds surges. Healing counts from 0 hit points and stops at maxHP.
+    void heal(int hp, int surgesUsed);
+    void shortRest(int hp, int surgesUsed, bool addActionPoint);
+    void extendedRest(bool clearEffects);
+    void stopEncounter();
+    // Only raises.
+    void setTempHP(int amount);
+    void useActionPoint(int count);
+    void setFailedDeathSaves(int count);
+    void setStable(bool stable);
+    void setSecondWindUsed(bool used);
+    void setRestAdditions(int hp, int tempHP, int surges);
+    void setRestAP(int points);
+    void clearRestAdditions();
+
+    CreatureVitality liveVitality() const;
+    CreatureVitality shadowVitality() const;
+    // Live fields; rebuilds the text of the record.
+    void setVitality(const CreatureVitality &vitality);
+    void setShadowVitality(const CreatureVitality &vitality);
+    // The shadows take the live numbers, as after a load or a save.
+    void syncShadows() { setShadowVitality(liveVitality()); }
+
+    // --- effects ---
+    const QList<Effect *> &effects() const { return m_effects; }
+    int effectCount() const { return int(m_effects.size()); }
+    Effect *effectAt(int index) const;
+    // Searched from the end; -1 when absent.
+    int indexOfEffect(const Effect *effect) const;
+    void addEffect(Effect *effect);
+    void insertEffect(int index, Effect *effect);
+    // The index that it had, or -1; the signals fire in any case.
+    int removeEffect(Effect *effect);
+    AttributeModifiers accumulateModifiers() const;
+    void accumulateModifiers(AttributeModifiers &modifiers) const;
+
+    // --- start and end of a turn (creatureturn.cpp): each raises events on the history ---
+    void applyOngoingDamage();
+    void applyRegeneration();
+    void removeEffectsAtStartOfTurn(Creature *current);
+    void removeEffectsAtEndOfTurn(Creature *current, bool favourableOnly);
+    void removeEffectsAtEndOfEncounter();
+    // Rolls for each used power that may come back at the start of this creature's turn.
+    void rechargePowers();
+    // Takes a dead creature out of the encounter with an event; nothing calls it in this version.
+    // With `keepTurn` false the answer tells whether the turn must be passed on.
+    bool kill(bool keepTurn);
+
+    // --- display strings (creaturesummary.cpp) ---
+    QString displayName() const;
+    QString playersName() const;
+    QString typeAndRace() const;
+    QString statusText() const;
+    QString headerLine() const;
+    QString defencesText(bool compact) const;
+    QString conditionsText(bool rich, bool withModifiers, bool hideMissing,
+                           bool ignoringRest) const;
+    QString healthText(bool maxOnly) const;
+    QString playersHealthText(bool showTotals) const;
+    // `total` and `complex` may be null. See creaturesummary.cpp for the forms.
+    QString savingThrowsText(bool compact, int *total = nullptr, bool *complex = nullptr) const;
+    // Mode 0 is the bare figure, 1 a figure with the bonus, 2 the form of the panels.
+    QString initiativeText(bool showBonus, int mode) const;
+    QString speedLine(bool maxOnly) const;
+    QString abilityText(const QString &label, const Ability &ability) const;
+    QString sensesText() const;
+
+Q_SIGNALS:
+    void doCreatureUpdated(Creature *creature);
+    void doCreatureEffectsChanged(Creature *creature);
+
+private:
+    void setCurrHPByPreview(int hp);
+    void notifyUpdated() { Q_EMIT doCreatureUpdated(this); }
+    void notifyEffectsChanged();
+    void setFlag(bool &flag, bool value, int ChangeCounters::*counter);
+
+    CreatureData m_data;
+    CreatureState m_state;
+    bool m_hidden = false;
+    QString m_alias;
+    int m_aliasMode = 0;
+    ChangeCounters *m_changeCounters = nullptr;
+    bool m_isNew = false;
+    bool m_isModified = false;
+    bool m_isDeleted = false;
+    QString m_fileName;
+    QString m_savedStatBlock;
+    QString m_nameBefore;
+    int m_baseMaxHP = 0;
+    int m_baseHsValue = 0;
+    int m_baseMaxHS = 0;
+    int m_baseInitBonus = 0;
+    int m_baseInitAP = 0;
+    int m_restHP = 0;
+    int m_restTempHP = 0;
+    int m_restHS = 0;
+    int m_restAP = 0;
+    int m_initRoll = 0;
+    int m_initRandom = 0;
+    mutable bool m_portraitPending = false;
+    QList<Effect *> m_effects;
+};

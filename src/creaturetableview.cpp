@@ -1,0 +1,1 @@
+#include "creaturetableview.h"

@@ -1,0 +1,3 @@
+#include "effect.h"
+
+#include "moc_effect.cpp"

@@ -1,0 +1,3 @@
+#include "encounter.h"
+
+#include "moc_encounter.cpp"

@@ -1,0 +1,3 @@
+#include "encounters.h"
+
+#include "moc_encounters.cpp"

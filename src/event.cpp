@@ -1,0 +1,3 @@
+#include "event.h"
+
+#include "moc_event.cpp"

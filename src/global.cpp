@@ -1,0 +1,3 @@
+#include "global.h"
+
+#include "moc_global.cpp"

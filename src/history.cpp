@@ -1,0 +1,3 @@
+#include "history.h"
+
+#include "moc_history.cpp"

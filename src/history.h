@@ -1,0 +1,62 @@
+// The log of the fight: the one place through which creatures and the encounter change.
+#pragma once
+
+#include <QList>
+#include <QObject>
+#include <QString>
+
+#include "memorytracker.h"
+
+class Event;
+class ObjectStream;
+
+// Keeps the events in memory, their records in history.log and the state of the creatures in step
+// through one number, the position. Owns the events and the stream.
+class History : public QObject {
+    Q_OBJECT
+
+public:
+    explicit History(QObject *parent = nullptr);
+    ~History() override;
+
+    // The open log, opened if need be. Null when it can't be opened or is too new; the user has
+    // then been told, unless `silent`. Ask this before making an event, and make none on null.
+    ObjectStream *getStream(bool silent = false);
+    // The way in for every new event, which becomes the history's.
+    void doEvent(Event *event, bool silent = false);
+    void stepBack();
+    void stepForward(bool silent = false);
+    // Steps until position() is `index`. doHistoryChanged() isn't emitted.
+    void moveTo(int index);
+    bool canStepBack() const { return m_position >= 0; }
+    bool canStepForward() const { return m_position + 1 < m_events.size(); }
+    // Removes all events behind the position, also from the file.
+    void truncate();
+    // Empties the history in memory and closes the file; creatures keep what they have.
+    void clear();
+    // Moves the log into the "History" folder. False, with a message, when that fails.
+    bool backupLog();
+    // Reads and applies the log of the data folder. False if an unknown event stopped it.
+    bool load();
+
+    int eventCount() const { return int(m_events.size()); }
+    // Null out of range.
+    Event *eventAt(int index) const;
+    // Empty out of range.
+    QString eventText(int index) const;
+    // Index of the last event that is applied; -1 for none.
+    int position() const { return m_position; }
+    // The latest visible events of the running encounter, newest first.
+    QList<Event *> recentVisibleEvents(int maxCount) const;
+
+Q_SIGNALS:
+    void doHistoryChanged();
+    void doDisableWidgetDisplay();
+    void doEnableWidgetDisplay();
+
+private:
+    QList<Event *> m_events;
+    int m_position = -1;
+    ObjectStream *m_stream = nullptr;
+    TrackerMember m_tracker {__LINE__, "history"};
+};

@@ -1,0 +1,1 @@
+#include "initiativedialog.h"

@@ -1,0 +1,3 @@
+#include "monsters.h"
+
+#include "moc_monsters.cpp"

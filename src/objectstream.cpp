@@ -1,0 +1,3 @@
+#include "objectstream.h"
+
+#include "moc_objectstream.cpp"

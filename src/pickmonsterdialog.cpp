@@ -1,0 +1,1 @@
+#include "pickmonsterdialog.h"

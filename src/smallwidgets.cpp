@@ -1,0 +1,1 @@
+#include "smallwidgets.h"

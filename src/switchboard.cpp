@@ -1,0 +1,3 @@
+#include "switchboard.h"
+
+#include "moc_switchboard.cpp"

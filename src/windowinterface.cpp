@@ -1,0 +1,1 @@
+#include "windowinterface.h"
