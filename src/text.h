@@ -7,6 +7,9 @@
 // Length of a rich text as it is seen: characters outside "<" to ">".
 int plainLength(const QString &html);
 
+// A rich text for a terminal: without tags, "<p>" and "<br>" as line ends, entities resolved.
+QString plainText(const QString &html);
+
 // "<b>" and the text; the caller closes the tag.
 QString bold(const QString &text);
 
