@@ -1,1 +1,216 @@
+// The DM's Display: the place where what the DM wants turns into events.
 #pragma once
+
+#include <QIcon>
+#include <QMainWindow>
+#include <QSet>
+#include <memory>
+
+#include "coreobjects.h"
+#include "creaturestate.h"
+#include "windowinterface.h"
+#include "windowsanddialogs.h"
+
+class CreatureList;
+class CreatureListModel;
+class CreatureTableView;
+class EventListModel;
+class FlatDialog;
+class InitiativeDialog;
+class QAbstractItemView;
+class QLabel;
+class QSpinBox;
+class QStackedWidget;
+class QTimer;
+class ResizableScrollArea;
+
+// Creates the objects of the core, holds the selection of the initiative list, and runs one flow
+// for each action: ask if need be, make an event, hand it to the history. It never changes a
+// creature by itself.
+class MainWindow : public QMainWindow, public WindowsAndDialogs, public WindowInterface {
+    Q_OBJECT
+
+public:
+    explicit MainWindow(QWidget *parent = nullptr);
+    // Saves the window's geometry and state. The core's objects go if shutDown() hasn't run.
+    ~MainWindow() override;
+
+    // Empties the encounter and deletes the core's objects; the window itself stays, and shows
+    // nothing. Nothing but the destructor may follow.
+    void shutDown();
+
+    // --- selection of the initiative list: row numbers, in ascending order ---
+    void setSelection(const QSet<int> &rows);
+    bool isRowSelected(int row) const;
+    QList<int> selectedRows() const;
+    // Rows that hold no creature are passed over.
+    QList<Creature *> selectedCreatures() const;
+    // Selected rows up to the first that holds no creature.
+    int selectedCount() const;
+    // The i-th of the selection, or null.
+    Creature *selectedCreature(int i) const;
+    void clearSelection();
+
+    // --- dialogs in place of the initiative list ---
+    // Null and an empty title when the dialog has ended. The dialog stays the caller's.
+    void setFlatDialog(const QString &title, FlatDialog *dialog);
+    // Shows the widget on the second page, as wide as the page and, with `fixed`, as high; null
+    // shows the initiative list again. The widget stays the caller's.
+    void showFlatWidget(QWidget *widget, bool fixed);
+    // Null while the initiative list shows.
+    FlatDialog *activeDialog() const { return m_activeDialog; }
+
+    void focusHPBox();
+    // -1 is up in the list, 1 down; the selection moves with its creatures.
+    void moveInitiative(int delta);
+    // Shows or hides the aliases of those creatures that have one and don't do so yet.
+    void setAliasShown(const QList<Creature *> &creatures, bool show);
+    // The turn passes on first if the current creature is among them and others stay.
+    void removeCreatures(const QList<Creature *> &creatures);
+    void showSelectionHelp();
+    // The words of the rule system changed.
+    void updateTerms();
+
+    // --- what the core asks for ---
+    void showMessage(const QString &title, const QString &text) override;
+    bool askMessage(const QString &title, const QString &text, const QString &button) override;
+    FolderAnswer askFolder(const QString &title, const QString &text,
+                           const QString &button) override;
+    void refreshEncounterActions() override;
+    void refreshHistoryActions() override;
+    void refreshJumpInAction() override;
+    void refreshInitiativeList() override;
+    void setRoundText(const QString &html) override;
+    void setEncounterText(const QString &html) override;
+    void setLogBehind(bool behind) override;
+    void refreshCharacterList() override;
+    void refreshTerms() override;
+    void hideForReplay() override;
+    void showAfterReplay() override;
+    int partySize() const override;
+
+Q_SIGNALS:
+    // Forwarded to the SwitchBoard.
+    void doCreatureEffectsChanged(Creature *creature);
+
+public Q_SLOTS:
+    void onAbout();
+    void onSetRoot();
+    void onNewHistory();
+    void onTruncateHistory();
+    void activateMainWindow();
+    void onFocusChanged(QWidget *old, QWidget *now);
+    void onPickParty();
+    void onLoadEncounter();
+    void onAddMonster();
+    void onRemoveCreatures();
+    void onStartStopEncounter();
+    void onNextTurn();
+    void onStepBack();
+    void onStepForward();
+    void onShowAndHide();
+    void onUpInitiative();
+    void onDownInitiative();
+    void onExtendedRest();
+    void onHPValueChanged();
+    void onHit();
+    void onHeal();
+    void onSurge();
+    void onSetTempHP();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    struct Actions {
+        QAction *setRoot = nullptr;
+        QAction *newHistory = nullptr;
+        QAction *truncateHistory = nullptr;
+        QAction *dmsWindow = nullptr;
+        QAction *pickParty = nullptr;
+        QAction *loadEncounter = nullptr;
+        QAction *addMonster = nullptr;
+        QAction *stepBack = nullptr;
+        QAction *stepForward = nullptr;
+        QAction *startStop = nullptr;
+        QAction *nextTurn = nullptr;
+        QAction *showHide = nullptr;
+        QAction *remove = nullptr;
+        QAction *upInitiative = nullptr;
+        QAction *downInitiative = nullptr;
+        QAction *extendedRest = nullptr;
+        QAction *quit = nullptr;
+        QAction *about = nullptr;
+        QAction *hit = nullptr;
+        QAction *heal = nullptr;
+        QAction *surge = nullptr;
+        QAction *setTempHP = nullptr;
+    };
+    // Icons of the actions that change their face.
+    struct Icons {
+        QIcon play, stop, hide, show, surge, surgeInUse;
+    };
+    struct ActionRow;
+
+    // --- construction (mainwindowactions.cpp) ---
+    void createCentre();
+    void createActions();
+    void createToolBars();
+    void createStatusBar();
+    void createDocks();
+    void createMenus();
+    void connectSignals();
+    void restoreLayout();
+
+    // --- states of the actions (mainwindowupdates.cpp); all off while a dialog is active ---
+    void updateHistoryActions();
+    void updateEncounterActions();
+    void updateJumpInAction();
+    void updateRosterActions();
+    void updateHealthActions();
+    void updateStartStopAction();
+    void updateShowHideAction();
+    void updateHPActions();
+    void updateActions();
+    bool canSpendSurge() const;
+
+    // --- turn cycle (turncommands.cpp) ---
+    void startEncounter();
+    void stopEncounter();
+    // False when the DM cancelled the saving throws; nothing has happened then.
+    bool endTurn(bool skipSaves, bool canCancel);
+    bool askSavingThrows(Creature *creature, bool canCancel);
+    void advanceTurn();
+    // What the start of the turn raises for the creature whose turn it now is.
+    void startTurn(Creature *creature);
+
+    // --- newcomers ---
+    // Asks for the initiative of creatures that join a running encounter, and gives what they had
+    // before. False when the DM cancelled.
+    bool rollNewcomers(const CreatureList &newcomers, QList<CreatureItem> &oldItems);
+
+    void endHealthFlow();
+
+    std::unique_ptr<CoreObjects> m_core;
+    Actions m_actions;
+    Icons m_icons;
+    CreatureListModel *m_listModel = nullptr;
+    CreatureTableView *m_table = nullptr;
+    EventListModel *m_eventModel = nullptr;
+    QStackedWidget *m_pages = nullptr;
+    QLabel *m_dialogTitle = nullptr;
+    ResizableScrollArea *m_dialogArea = nullptr;
+    QSpinBox *m_hpBox = nullptr;
+    QLabel *m_roundLabel = nullptr;
+    QLabel *m_encounterLabel = nullptr;
+    QLabel *m_logBehindLabel = nullptr;
+    QTimer *m_refreshTimer = nullptr;
+    QSet<int> m_selection;
+    FlatDialog *m_activeDialog = nullptr;
+    // The HP box holds the value of a healing surge that "Spend Healing Surge" put there.
+    bool m_surgeMode = false;
+    // The history is being replayed: the windows are hidden and nothing is redrawn.
+    bool m_replaying = false;
+};
