@@ -1,3 +1,5 @@
 #include "event.h"
 
 #include "moc_event.cpp"
+
+Event::~Event() = default;

@@ -4,14 +4,68 @@
 #include <QList>
 #include <QObject>
 
+#include "creaturelist.h"
 #include "creaturestate.h"
+#include "encounter.h"
 #include "memorytracker.h"
 
 class ObjectStream;
 
+// The numbers of the events in the log. They are fixed by the file format and never reused.
+namespace EventType {
+enum Code {
+    StartEncounter = 1,
+    NextTurn = 2,
+    StopEncounter = 3,
+    Damage = 4,
+    OnGoingDamage = 5,
+    Heal = 6,
+    Regeneration = 7,
+    SetTempHP = 8,
+    Effect = 9,
+    RemoveOnGoing = 10,
+    RemoveAtEndOfTurn = 11,
+    RemoveAtStartOfTurn = 12,
+    RemoveOnSave = 13,
+    RemoveAtEndOfEncounter = 14,
+    Delay = 15,
+    JumpIn = 16,
+    Ready = 17,
+    EndReady = 18,
+    Died = 19,
+    FailedDeathSavingThrow = 20,
+    UseActionPoint = 21,
+    TotalDefense = 22,
+    SecondWind = 23,
+    Stabilize = 24,
+    ShortRest = 25,
+    ExtendedRest = 26,
+    SetEncounter = 27,
+    AddMonster = 28,
+    AddMonsters = 29,
+    SetParty = 30,
+    AddCharacters = 31,
+    ShowHide = 32,
+    AdministerFirstAid = 33,
+    GainHealingSurge = 34,
+    SetVitality = 35,
+    RemoveCreatures = 36,
+    RemoveCurrent = 37,
+    AdjustInitiative = 38,
+    RenameCreature = 39,
+    PowerUsageChanged = 40,
+    SetAlias = 41,
+    UseSecondWind = 42,
+};
+}
+
 // Written or read once, redone and undone any number of times. A record holds only the event's
 // arguments: what undo needs is captured from the state at construction, which is the same when a
-// log is replayed in order.
+// log is replayed in order. So nothing may change between construction and the first redo().
+//
+// Each class has a constructor that writes its record and one that reads it; both leave the stream
+// at the record's start. A creature, effect or power that a damaged log names in vain is null, and
+// what an event would do with it isn't done.
 class Event : public QObject {
     Q_OBJECT
 
@@ -31,14 +85,71 @@ public:
     int type() const { return m_type; }
 
 protected:
-    explicit Event(int type) : m_type(type) { }
+    explicit Event(EventType::Code type) : m_type(type) { }
 
-    int m_type;
+    // A record to write starts with its type; the fields follow, and the end tag closes it. One to
+    // read has its type behind it already.
+    void beginWriting(ObjectStream *stream) const;
+    void endWriting(ObjectStream *stream, int endTag);
+    void endReading(ObjectStream *stream, int endTag);
+
+    EventType::Code m_type;
     int m_size = 0;
     bool m_visible = false;
     TrackerMember m_tracker {__LINE__, "event"};
 };
 
+// An event whose undo gives back the live state of each creature that it acts upon.
+class ChangeStateEvent : public Event {
+    Q_OBJECT
+
+public:
+    void undo() override;
+
+protected:
+    using Event::Event;
+
+    // Takes the snapshots. The players see the event when the source or a target is a character.
+    // A null target is left out.
+    virtual void init(Creature *source, Creature *target);
+    virtual void init(Creature *source, const QList<Creature *> &targets);
+
+    // Null when no creature was given.
+    Creature *firstTarget() const { return m_targets.value(0); }
+    // "Name -> ", or empty without a source.
+    QString sourcePrefix() const;
+    QString targetNames() const { return displayNames(m_targets); }
+
+    Creature *m_source = nullptr;
+    QList<Creature *> m_targets;
+    QList<CreatureState> m_states;
+};
+
+// The order of the encounter and the position in it, for events that change both.
+struct EncounterSnapshot {
+    CreatureList order;
+    EncounterPosition position;
+
+    static EncounterSnapshot take();
+    void restore() const;
+};
+
 // The next event of the log, the caller's. Null at the end of the data, with `ok` as it was, and
 // for an unknown type, with `ok` set to false.
 Event *readEvent(ObjectStream *stream, bool *ok);
+
+// --- what the families of events share ---
+
+// Empty for null.
+QString displayNameOf(const Creature *creature);
+// False for null.
+bool isCharacter(const Creature *creature);
+// "Name -> ", or empty for null.
+QString arrowPrefix(const Creature *source);
+QList<Creature *> withoutNull(const QList<Creature *> &creatures);
+
+QList<CreatureVitality> liveVitality(const CreatureList &creatures);
+// Live fields and shadows, so that it doesn't count as a change made outside the history.
+void applyVitality(const QList<CreatureVitality> &vitality);
+QList<CreatureItem> itemsOf(const CreatureList &creatures);
+void applyItems(const QList<CreatureItem> &items);

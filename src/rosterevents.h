@@ -1,1 +1,227 @@
+// Events of who is in the encounter and how they are listed.
 #pragma once
+
+#include "event.h"
+
+// Creatures join the encounter. The record keeps their vitality, so that a replay doesn't depend on
+// what their files say by then.
+class AddCreaturesEvent : public ChangeStateEvent {
+    Q_OBJECT
+
+public:
+    void redo() override;
+    void undo() override;
+
+protected:
+    using ChangeStateEvent::ChangeStateEvent;
+
+    // The leaf's constructor calls one of these two; both end in setUp().
+    virtual void read(int eventType, ObjectStream *stream);
+    // `oldItems` are the creatures' initiative from before they were rolled.
+    virtual void write(int eventType, const QString &name, const CreatureList &list, bool hidden,
+                       const QList<CreatureItem> &oldItems, ObjectStream *stream);
+    virtual void setUp(int eventType, const QString &name, const CreatureList &list, bool hidden,
+                       const QList<CreatureItem> &oldItems);
+    // " (Hidden)", or empty.
+    QString hiddenSuffix() const;
+
+    QString m_name;
+    bool m_hidden = false;
+    CreatureList m_added;
+    QList<CreatureItem> m_newItems;
+    QList<CreatureItem> m_oldItems;
+    CreatureList m_newOrder;
+    QList<CreatureVitality> m_newVitality;
+    CreatureList m_oldOrder;
+    QList<CreatureVitality> m_oldVitality;
+};
+
+class AddMonsterEvent : public AddCreaturesEvent {
+    Q_OBJECT
+
+public:
+    AddMonsterEvent(const CreatureList &list, bool hidden, const QList<CreatureItem> &oldItems,
+                    ObjectStream *stream);
+    explicit AddMonsterEvent(ObjectStream *stream);
+
+    QString text() const override;
+};
+
+// The monsters of a prepared encounter join those that are there.
+class AddMonstersEvent : public AddCreaturesEvent {
+    Q_OBJECT
+
+public:
+    AddMonstersEvent(const QString &name, const CreatureList &list, bool hidden,
+                     const QList<CreatureItem> &oldItems, ObjectStream *stream);
+    explicit AddMonstersEvent(ObjectStream *stream);
+
+    QString text() const override;
+};
+
+// Replaces all characters.
+class SetPartyEvent : public AddCreaturesEvent {
+    Q_OBJECT
+
+public:
+    SetPartyEvent(const CreatureList &list, bool hidden, const QList<CreatureItem> &oldItems,
+                  ObjectStream *stream);
+    explicit SetPartyEvent(ObjectStream *stream);
+
+    QString text() const override;
+    bool isVisibleToPlayers() const override { return true; }
+
+protected:
+    void setUp(int eventType, const QString &name, const CreatureList &list, bool hidden,
+               const QList<CreatureItem> &oldItems) override;
+};
+
+class AddCharactersEvent : public AddCreaturesEvent {
+    Q_OBJECT
+
+public:
+    AddCharactersEvent(const CreatureList &list, bool hidden, const QList<CreatureItem> &oldItems,
+                       ObjectStream *stream);
+    explicit AddCharactersEvent(ObjectStream *stream);
+
+    QString text() const override;
+    bool isVisibleToPlayers() const override { return true; }
+};
+
+// Replaces all monsters by those of a prepared encounter, with its name and description.
+class SetEncounterEvent : public ChangeStateEvent {
+    Q_OBJECT
+
+public:
+    SetEncounterEvent(const EncounterEntry &entry, const CreatureList &list, bool hidden,
+                      ObjectStream *stream);
+    explicit SetEncounterEvent(ObjectStream *stream);
+
+    QString text() const override;
+    void redo() override;
+    void undo() override;
+
+private:
+    void setUp(const EncounterEntry &entry, const CreatureList &list, bool hidden);
+
+    bool m_hidden = false;
+    CreatureList m_added;
+    EncounterEntry m_newEntry;
+    CreatureList m_newOrder;
+    EncounterEntry m_oldEntry;
+    CreatureList m_oldOrder;
+    QList<CreatureVitality> m_newVitality;
+    QList<CreatureVitality> m_oldVitality;
+};
+
+class ShowHideEvent : public Event {
+    Q_OBJECT
+
+public:
+    ShowHideEvent(Creature *creature, bool hide, ObjectStream *stream);
+    explicit ShowHideEvent(ObjectStream *stream);
+
+    QString text() const override;
+    void redo() override;
+    void undo() override;
+
+private:
+    Creature *m_creature = nullptr;
+    bool m_hide = false;
+};
+
+class RemoveCreaturesEvent : public Event {
+    Q_OBJECT
+
+public:
+    RemoveCreaturesEvent(Creature *creature, ObjectStream *stream);
+    RemoveCreaturesEvent(const QList<Creature *> &creatures, ObjectStream *stream);
+    explicit RemoveCreaturesEvent(ObjectStream *stream);
+
+    QString text() const override;
+    void redo() override;
+    void undo() override;
+
+protected:
+    RemoveCreaturesEvent(EventType::Code type, ObjectStream *stream);
+    explicit RemoveCreaturesEvent(EventType::Code type) : Event(type) { }
+
+    virtual void write(int eventType, const QList<Creature *> &creatures, ObjectStream *stream);
+    // The players see it when all are characters.
+    virtual void init(const QList<Creature *> &creatures);
+
+    QList<Creature *> m_creatures;
+    EncounterSnapshot m_before;
+};
+
+class RemoveCurrentEvent : public RemoveCreaturesEvent {
+    Q_OBJECT
+
+public:
+    RemoveCurrentEvent(Creature *creature, ObjectStream *stream);
+    explicit RemoveCurrentEvent(ObjectStream *stream);
+
+    QString text() const override;
+};
+
+class AdjustInitiativeEvent : public Event {
+    Q_OBJECT
+
+public:
+    // `delta` in places of the order, negative for up.
+    AdjustInitiativeEvent(const QList<Creature *> &creatures, int delta, ObjectStream *stream);
+    explicit AdjustInitiativeEvent(ObjectStream *stream);
+
+    QString text() const override;
+    void redo() override;
+    void undo() override;
+
+private:
+    void init(const QList<Creature *> &creatures, int delta);
+
+    QList<Creature *> m_creatures;
+    int m_delta = 0;
+    EncounterSnapshot m_before;
+};
+
+// Follows a name that was changed outside the history, or joins a creature whose file went missing
+// to the one that has the new name.
+class RenameCreatureEvent : public Event {
+    Q_OBJECT
+
+public:
+    // Both in the form of a display name.
+    RenameCreatureEvent(const QString &oldName, const QString &newName, ObjectStream *stream);
+    explicit RenameCreatureEvent(ObjectStream *stream);
+
+    QString text() const override;
+    void redo() override;
+    void undo() override;
+
+private:
+    QString m_oldName;
+    QString m_newName;
+    QString m_previousName;
+};
+
+class SetAliasEvent : public Event {
+    Q_OBJECT
+
+public:
+    // An empty alias takes it away.
+    SetAliasEvent(Creature *creature, bool show, const QString &alias, ObjectStream *stream);
+    explicit SetAliasEvent(ObjectStream *stream);
+
+    QString text() const override;
+    void redo() override;
+    void undo() override;
+
+private:
+    void capture();
+
+    Creature *m_creature = nullptr;
+    bool m_newMode = false;
+    QString m_newAlias;
+    int m_oldMode = 0;
+    QString m_oldAlias;
+};

@@ -1,0 +1,1 @@
+#include "streamrecords.h"
