@@ -1,1 +1,92 @@
+// The initiative list: one row for each creature of the encounter, and what clicks on it do.
 #pragma once
+
+#include <QAbstractTableModel>
+#include <QIcon>
+#include <QPointer>
+#include <QTimer>
+
+class Creature;
+class CreatureTableView;
+class QItemSelection;
+
+// Every answer is worked out from the running Encounter when it is asked for. What is kept is only
+// which creature stood in which row when the view was last told, so that selection and scrolling
+// follow a creature that moves.
+class CreatureListModel : public QAbstractTableModel {
+    Q_OBJECT
+
+public:
+    enum Column {
+        IconColumn,
+        NameColumn,
+        InitiativeColumn,
+        DefencesColumn,
+        HealthColumn,
+        EffectsColumn,
+        ColumnCount,
+        // Answered, but beyond the columns that a view shows.
+        DescriptionColumn = ColumnCount
+    };
+
+    explicit CreatureListModel(QObject *parent = nullptr);
+    // Writes the columns' settings, so it must go before its view.
+    ~CreatureListModel() override;
+
+    // Sets the view up with this model, header, delegates and the saved columns. Not owned.
+    void attachTo(CreatureTableView *view);
+    void clearSelection();
+    // True when the key was used up: Escape clears the selection.
+    bool handleKey(int key);
+    // Selects exactly these rows.
+    void setSelectedRows(const QList<int> &rows);
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    int columnCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+public Q_SLOTS:
+    void onInternalSelectionChanged(const QItemSelection &selected,
+                                    const QItemSelection &deselected);
+    void onHeaderMoved(int logicalIndex, int oldVisualIndex, int newVisualIndex);
+    void onInitHeaderClicked();
+    void onInitListPressed(const QModelIndex &index);
+    void onInitListClicked(const QModelIndex &index);
+    void onInternalDoubleClick(const QModelIndex &index);
+    void onCurrentCreatureChanged();
+    void onCreatureInListUpdated();
+
+private:
+    QVariant displayText(const Creature *creature, int column) const;
+    QIcon stateIcon(const Creature *creature) const;
+    QString toolTip(const Creature *creature, int column) const;
+    QString nameText(const Creature *creature) const;
+    QString initiativeText(const Creature *creature) const;
+
+    void readSettings();
+    void writeSettings();
+    void setDelegates();
+    void connectView();
+    void reportSelection();
+
+    // Brings the rows that the view knows in line with the encounter.
+    void syncRows();
+    void applyRows(const QList<Creature *> &rows);
+    void refresh();
+
+    QPointer<CreatureTableView> m_view;
+    QList<Creature *> m_rows; // compared, never followed: a creature may be gone
+    Qt::MouseButtons m_pressedButtons;
+    Qt::KeyboardModifiers m_pressedModifiers;
+    bool m_movingHeader = false;
+    bool m_syncing = false;
+    bool m_frozen = false;
+    QTimer m_refresh;
+    QIcon m_currentIcon;
+    QIcon m_noIcon;
+    QIcon m_delayIcon;
+    QIcon m_readyIcon;
+    QIcon m_hiddenIcon;
+    QIcon m_deadIcon;
+};

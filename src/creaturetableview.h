@@ -1,1 +1,31 @@
+// The table of the initiative list, with its own rules of selection.
 #pragma once
+
+#include <QTableView>
+
+class CreatureTableView : public QTableView {
+    Q_OBJECT
+
+public:
+    explicit CreatureTableView(QWidget *parent = nullptr);
+
+    // Lays out and draws at once what would otherwise wait for the event loop.
+    void scrollToRow(int row);
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
+    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex &index,
+                                                         const QEvent *event) const override;
+    void changeEvent(QEvent *event) override;
+
+private:
+    void softenSelectionColours();
+    void selectByMouse(const QModelIndex &index, const QMouseEvent &event) const;
+    void selectByKey(const QKeyEvent &event) const;
+    void expandSelectionTo(int row) const;
+    void selectOnly(int row) const;
+    QItemSelection rowSelection(int first, int last) const;
+
+    int m_lastPressX = 1000; // of the last press; kept for nothing yet
+};

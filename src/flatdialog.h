@@ -1,1 +1,40 @@
+// A dialog without a window of its own: it runs inside the main window, in place of the initiative
+// list, so that the screen next to the players stays free.
 #pragma once
+
+#include <QEventLoop>
+#include <QWidget>
+
+#include "windowsanddialogs.h"
+
+// Runs on the stack of its caller. Escape rejects it and Return accepts it; closing the main window
+// rejects it.
+class FlatDialog : public QWidget, public WindowsAndDialogs {
+    Q_OBJECT
+
+public:
+    explicit FlatDialog(const QString &title, QWidget *parent = nullptr);
+
+    // The widget that the main window shows and focuses: the dialog itself, whose focus proxy says
+    // which of its fields gets the keys.
+    virtual QWidget *focusWidget();
+    // Not 0 when the dialog fills the page exactly, as one with a table does; with 0 it keeps its
+    // own height and the page scrolls.
+    virtual int widgetCount() const;
+    // Runs after the dialog has left the page and before exec() returns.
+    virtual void onFinished();
+    // 0 when rejected, 1 when accepted, or what done() was given.
+    virtual int exec();
+    // Centred between two stretches.
+    virtual void setContent(QWidget *content);
+    virtual void accept();
+    virtual void done(int result);
+    virtual void reject();
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    bool eventFilter(QObject *object, QEvent *event) override;
+
+private:
+    QEventLoop m_eventLoop;
+};

@@ -1,1 +1,91 @@
+// Asks for the initiative of each character and each monster or group of monsters.
 #pragma once
+
+#include <QPointer>
+
+#include "creature.h"
+#include "encounter.h"
+#include "flatdialog.h"
+
+class QGridLayout;
+class QSpinBox;
+class QToolButton;
+
+// One of the two halves of the dialog, characters or monsters: the rolls, and the form to edit
+// them.
+class InitiativeData : public QObject, public WindowsAndDialogs {
+    Q_OBJECT
+
+public:
+    struct Member {
+        QPointer<Creature> creature;
+        QString name; // display name, which outlives the creature
+        int roll = 0;
+        QSpinBox *spinBox = nullptr;
+    };
+    struct Entry {
+        bool expanded = false; // each member rolls for itself
+        QToolButton *button = nullptr; // null for a character
+        QString name; // of the character, or of the monsters' group
+        QPointer<Creature> creature; // the character, or the group's template
+        int initBonus = 0;
+        int roll = 0;
+        QSpinBox *spinBox = nullptr; // null while expanded
+        QList<Member> members; // none for a character
+    };
+
+    using QObject::QObject;
+
+    // Rolls for the creature. One that takes no turns gets no entry.
+    void add(Creature *creature);
+    bool hasEntries() const { return !m_entries.isEmpty(); }
+    // A form of the entries as they now are; the one built before is no longer followed.
+    QWidget *buildForm(int verticalSpacing);
+    void setAllExpanded(bool expanded);
+    QList<CreatureInit> items() const;
+    QSpinBox *firstSpinBox() const;
+
+Q_SIGNALS:
+    void doInitValueChanged(Creature *creature, int value);
+    void doOpenCloseClicked();
+
+private Q_SLOTS:
+    void onInitValueChanged(int value);
+    void onOpenCloseClicked();
+
+private:
+    void addCharacter(Creature *creature, int roll);
+    void addMonster(Creature *creature, int roll);
+    QSpinBox *rollBox(int roll, const QString &name);
+    QWidget *buildEntry(Entry &entry);
+    void fillCharacter(QGridLayout *grid, Entry &entry);
+    void fillGroup(QGridLayout *grid, Entry &entry);
+    void fillMembers(QGridLayout *grid, Entry &entry);
+
+    QStringList m_noInitiative;
+    QList<Entry> m_entries;
+};
+
+class InitiativeDialog : public FlatDialog {
+    Q_OBJECT
+
+public:
+    explicit InitiativeDialog(const CreatureList &creatures, QWidget *parent = nullptr);
+
+    // 0 on cancel.
+    int exec() override;
+    QWidget *focusWidget() override;
+    QList<CreatureInit> monsterItems() const { return m_monsters.items(); }
+    QList<CreatureInit> characterItems() const { return m_characters.items(); }
+
+private Q_SLOTS:
+    void onOpenCloseClicked();
+    void onAllExpandedClicked(bool checked);
+
+private:
+    void rebuildForm();
+
+    InitiativeData m_characters;
+    InitiativeData m_monsters;
+    QWidget *m_form = nullptr;
+};

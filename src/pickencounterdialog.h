@@ -1,1 +1,72 @@
+// Picks a prepared encounter of the library.
 #pragma once
+
+#include <QAbstractTableModel>
+#include <QDialogButtonBox>
+
+#include "flatdialog.h"
+
+class PreparedEncounter;
+class QAbstractButton;
+class QComboBox;
+class QItemSelection;
+class QLineEdit;
+class QPushButton;
+class QTableView;
+
+class PickEncounterModel : public QAbstractTableModel {
+    Q_OBJECT
+
+public:
+    enum Column { NameColumn, LevelColumn, XPColumn, DescriptionColumn, ColumnCount };
+
+    using QAbstractTableModel::QAbstractTableModel;
+
+    void attachTo(QTableView *view);
+    // Hides the rows that don't match. An empty adventure, like "All Adventures", stands for all.
+    void setFilter(const QString &filter, const QString &adventure);
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    int columnCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+private:
+    QString m_filter;
+    QString m_adventure;
+    QTableView *m_view = nullptr;
+};
+
+class PickEncounterDialog : public FlatDialog {
+    Q_OBJECT
+
+public:
+    // What exec() returns, 0 for Cancel.
+    enum Result { Add = 3, AddHidden = 4, Set = 5, SetHidden = 7 };
+
+    // Reads from the running encounter which buttons make sense.
+    explicit PickEncounterDialog(QWidget *parent = nullptr);
+
+    // Null when nothing is selected.
+    const PreparedEncounter *selectedEncounter() const;
+
+    int widgetCount() const override { return 1; }
+    void accept() override;
+
+private Q_SLOTS:
+    void onClicked(QAbstractButton *button);
+    void localSelectionChanged(const QItemSelection &selected, const QItemSelection &deselected);
+    void onFilterChanged(QObject *object);
+    void onEncounterAdventureSelected(int index);
+
+private:
+    void buildButtons();
+    void applyFilter();
+
+    PickEncounterModel m_model;
+    QComboBox *m_adventures = nullptr;
+    QLineEdit *m_filter = nullptr;
+    QTableView *m_table = nullptr;
+    QDialogButtonBox *m_buttons = nullptr;
+    QPushButton *m_default = nullptr;
+};

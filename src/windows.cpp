@@ -1,1 +1,4 @@
 #include "windows.h"
+
+MainWindow *theMainWindow = nullptr;
+QWidget *activeAppWindow = nullptr;
