@@ -16,6 +16,9 @@ struct ChangeCounters {
     int isNew = 0;
     int isModified = 0;
     int isDeleted = 0;
+    // Raised when a creature's name or group changes: the collection must then index its names
+    // anew.
+    int nameChanges = 0;
 };
 
 // Three layers side by side: what the file says (data()), the live state that events change
@@ -64,7 +67,8 @@ public:
     int initAP() const { return m_data.initAP; }
     // False for a creature without a stated initiative bonus: its turn is passed over.
     bool takesTurns() const { return m_data.initBonus != NotStated; }
-    // Decoded when first asked for, and null when there is no readable picture.
+    // Decoded when first asked for, not larger than it is ever shown, and null when there is no
+    // readable picture.
     const QPixmap &portrait() const;
 
     const QList<Power> &powers() const { return m_data.powers; }
@@ -89,7 +93,7 @@ public:
               const Monsters *monsters, const Characters *characters);
     // Writes statBlock to fileName(), which is derived from the key name when empty.
     bool save();
-    // Back to savedStatBlock().
+    // Back to savedStatBlock(), unless the creature is new.
     void revert(const Monsters *monsters, const Characters *characters);
     // The text of the creature from its fields: key form for a character, a starter stat block for
     // a monster.
@@ -248,6 +252,14 @@ private:
     void setCurrHPByPreview(int hp);
     void notifyUpdated() { Q_EMIT doCreatureUpdated(this); }
     void notifyEffectsChanged();
+    // For whatever writes m_data.name or m_data.group, so that its collection finds it again.
+    void noteNameChange()
+    {
+        if (m_changeCounters)
+            ++m_changeCounters->nameChanges;
+    }
+    // An invalid character counts as a monster, but its file stays among the characters.
+    bool hasMonsterFile() const { return m_data.isMonster && !m_isCharacterFile; }
     void setFlag(bool &flag, bool value, int ChangeCounters::*counter);
 
     CreatureData m_data;
@@ -273,6 +285,9 @@ private:
     int m_restAP = 0;
     int m_initRoll = 0;
     int m_initRandom = 0;
-    mutable bool m_portraitPending = false;
+    bool m_isCharacterFile = false;
+    // What m_shownPortrait was decoded from.
+    mutable QString m_decodedPortraitFile;
+    mutable QPixmap m_shownPortrait;
     QList<Effect *> m_effects;
 };

@@ -45,8 +45,6 @@ public:
     QList<Creature *> clones() const;
     // Takes a clone off without destroying it before the collection goes: a merge replaced it.
     void retireClone(Creature *creature);
-    // The clones were renamed: they are found by their new names.
-    void rekeyClone(Creature *creature);
     // Forgets the fight: every clone goes.
     void resetForEncounter();
 
