@@ -35,6 +35,9 @@ public:
     // The character of that name, deleted and missing ones included. With `create` a stand-in with
     // isMissing() set is made for a name that nobody has.
     Creature *ensureCharacter(const QString &name, bool create);
+    // The stand-in takes the character's place in the library, for a rename that joined the two. The
+    // character lives on like a deleted one, but no name finds it.
+    void replaceByStandIn(Creature *character, Creature *standIn);
     // All characters and all stand-ins.
     QList<Creature *> all() const;
     // The running state of all characters starts anew; deleted ones and stand-ins go.
