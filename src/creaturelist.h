@@ -2,15 +2,13 @@
 #pragma once
 
 #include <QList>
-#include <QString>
 
 #include "creaturestate.h"
 
 class CreatureList {
 public:
     CreatureList() = default;
-    // Null creatures are left out: a list never holds one.
-    explicit CreatureList(const QList<Creature *> &creatures);
+    explicit CreatureList(const QList<Creature *> &creatures) : m_creatures(creatures) { }
     // Sorted by insertSorted(); only the creatures are taken.
     explicit CreatureList(const QList<CreatureItem> &items);
     explicit CreatureList(const QList<CreatureVitality> &vitality);
@@ -58,5 +56,4 @@ private:
     QList<Creature *> m_creatures;
 };
 
-// Joined with ", "; null creatures are passed over.
 QString displayNames(const QList<Creature *> &creatures);

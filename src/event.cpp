@@ -1,5 +1,235 @@
 #include "event.h"
 
-#include "moc_event.cpp"
+#include <array>
+
+#include "coreobjects.h"
+#include "creature.h"
+#include "effectevents.h"
+#include "objectstream.h"
+#include "rosterevents.h"
+#include "turnevents.h"
+#include "vitalityevents.h"
 
 Event::~Event() = default;
+
+void Event::skipForward(ObjectStream *stream)
+{
+    if (stream)
+        stream->skip(m_size);
+}
+
+void Event::skipBack(ObjectStream *stream)
+{
+    if (stream)
+        stream->skip(-m_size);
+}
+
+void Event::beginWriting(ObjectStream *stream) const
+{
+    stream->markRecord();
+    stream->writeInt(ID_EVENT_TYPE, m_type);
+}
+
+void Event::endWriting(ObjectStream *stream, int endTag)
+{
+    stream->writeEnd(endTag);
+    m_size = stream->finishRecord();
+}
+
+void Event::endReading(ObjectStream *stream, int endTag)
+{
+    // Without an end tag the record covers all that the search for it passed.
+    stream->readTo(endTag);
+    m_size = stream->finishRecord();
+}
+
+void ChangeStateEvent::init(Creature *source, Creature *target)
+{
+    init(source, QList<Creature *> {target});
+}
+
+void ChangeStateEvent::init(Creature *source, const QList<Creature *> &targets)
+{
+    m_source = source;
+    m_targets = withoutNull(targets);
+    m_states.clear();
+    m_states.reserve(m_targets.size());
+    m_visible = isCharacter(source);
+    for (const Creature *target : std::as_const(m_targets)) {
+        m_states << target->state();
+        m_visible = m_visible || isCharacter(target);
+    }
+}
+
+void ChangeStateEvent::undo()
+{
+    for (qsizetype i = 0; i < m_targets.size(); ++i)
+        m_targets.at(i)->restoreState(m_states.at(i));
+}
+
+QString ChangeStateEvent::sourcePrefix() const
+{
+    return arrowPrefix(m_source);
+}
+
+EncounterSnapshot EncounterSnapshot::take()
+{
+    return {theEncounter->creatures(), theEncounter->position()};
+}
+
+void EncounterSnapshot::restore() const
+{
+    theEncounter->setOrder(order);
+    theEncounter->setPosition(position);
+}
+
+QString displayNameOf(const Creature *creature)
+{
+    return creature ? creature->displayName() : QString();
+}
+
+bool isCharacter(const Creature *creature)
+{
+    return creature && !creature->isMonster();
+}
+
+QString arrowPrefix(const Creature *source)
+{
+    return source ? QString(source->displayName() + QStringLiteral(" -> ")) : QString();
+}
+
+QList<Creature *> withoutNull(const QList<Creature *> &creatures)
+{
+    QList<Creature *> result = creatures;
+    result.removeAll(nullptr);
+    return result;
+}
+
+QList<CreatureVitality> liveVitality(const CreatureList &creatures)
+{
+    QList<CreatureVitality> result;
+    result.reserve(creatures.count());
+    for (const Creature *creature : creatures)
+        result << creature->liveVitality();
+    return result;
+}
+
+void applyVitality(const QList<CreatureVitality> &vitality)
+{
+    for (const CreatureVitality &each : vitality) {
+        if (!each.creature)
+            continue;
+        each.creature->setVitality(each);
+        each.creature->setShadowVitality(each);
+    }
+}
+
+QList<CreatureItem> itemsOf(const CreatureList &creatures)
+{
+    QList<CreatureItem> result;
+    result.reserve(creatures.count());
+    for (const Creature *creature : creatures)
+        result << creature->item();
+    return result;
+}
+
+void applyItems(const QList<CreatureItem> &items)
+{
+    for (const CreatureItem &item : items) {
+        if (item.creature)
+            item.creature->setItem(item);
+    }
+}
+
+namespace {
+
+template <typename EventClass>
+Event *readAs(ObjectStream *stream)
+{
+    return new EventClass(stream);
+}
+
+// The two events that have nothing to read and nothing to write.
+template <typename EventClass>
+Event *readBare(ObjectStream *stream)
+{
+    return new EventClass(stream, true);
+}
+
+struct Reader {
+    EventType::Code type;
+    Event *(*read)(ObjectStream *stream);
+};
+
+// In the order of the type numbers, from 1.
+constexpr std::array readers {
+    Reader {EventType::StartEncounter, readAs<StartEncounterEvent>},
+    Reader {EventType::NextTurn, readBare<NextTurnEvent>},
+    Reader {EventType::StopEncounter, readBare<StopEncounterEvent>},
+    Reader {EventType::Damage, readAs<DamageEvent>},
+    Reader {EventType::OnGoingDamage, readAs<OnGoingDamageEvent>},
+    Reader {EventType::Heal, readAs<HealEvent>},
+    Reader {EventType::Regeneration, readAs<RegenerationEvent>},
+    Reader {EventType::SetTempHP, readAs<SetTempHPEvent>},
+    Reader {EventType::Effect, readAs<EffectEvent>},
+    Reader {EventType::RemoveOnGoing, readAs<RemoveOnGoingEvent>},
+    Reader {EventType::RemoveAtEndOfTurn, readAs<RemoveAtEndOfTurnEvent>},
+    Reader {EventType::RemoveAtStartOfTurn, readAs<RemoveAtStartOfTurnEvent>},
+    Reader {EventType::RemoveOnSave, readAs<RemoveOnSaveEvent>},
+    Reader {EventType::RemoveAtEndOfEncounter, readAs<RemoveAtEndOfEncounterEvent>},
+    Reader {EventType::Delay, readAs<DelayEvent>},
+    Reader {EventType::JumpIn, readAs<JumpInEvent>},
+    Reader {EventType::Ready, readAs<ReadyEvent>},
+    Reader {EventType::EndReady, readAs<EndReadyEvent>},
+    Reader {EventType::Died, readAs<DiedEvent>},
+    Reader {EventType::FailedDeathSavingThrow, readAs<FailedDeathSavingThrowEvent>},
+    Reader {EventType::UseActionPoint, readAs<UseActionPointEvent>},
+    Reader {EventType::TotalDefense, readAs<TotalDefenseEvent>},
+    Reader {EventType::SecondWind, readAs<SecondWindEvent>},
+    Reader {EventType::Stabilize, readAs<StabilizeEvent>},
+    Reader {EventType::ShortRest, readAs<ShortRestEvent>},
+    Reader {EventType::ExtendedRest, readAs<ExtendedRestEvent>},
+    Reader {EventType::SetEncounter, readAs<SetEncounterEvent>},
+    Reader {EventType::AddMonster, readAs<AddMonsterEvent>},
+    Reader {EventType::AddMonsters, readAs<AddMonstersEvent>},
+    Reader {EventType::SetParty, readAs<SetPartyEvent>},
+    Reader {EventType::AddCharacters, readAs<AddCharactersEvent>},
+    Reader {EventType::ShowHide, readAs<ShowHideEvent>},
+    Reader {EventType::AdministerFirstAid, readAs<AdministerFirstAidEvent>},
+    Reader {EventType::GainHealingSurge, readAs<GainHealingSurgeEvent>},
+    Reader {EventType::SetVitality, readAs<SetVitalityEvent>},
+    Reader {EventType::RemoveCreatures, readAs<RemoveCreaturesEvent>},
+    Reader {EventType::RemoveCurrent, readAs<RemoveCurrentEvent>},
+    Reader {EventType::AdjustInitiative, readAs<AdjustInitiativeEvent>},
+    Reader {EventType::RenameCreature, readAs<RenameCreatureEvent>},
+    Reader {EventType::PowerUsageChanged, readAs<PowerUsageChangedEvent>},
+    Reader {EventType::SetAlias, readAs<SetAliasEvent>},
+    Reader {EventType::UseSecondWind, readAs<UseSecondWindEvent>},
+};
+
+constexpr bool isInOrder()
+{
+    for (std::size_t i = 0; i < readers.size(); ++i) {
+        if (readers[i].type != int(i) + 1)
+            return false;
+    }
+    return true;
+}
+static_assert(isInOrder());
+
+} // namespace
+
+Event *readEvent(ObjectStream *stream, bool *ok)
+{
+    stream->markRecord();
+    const int type = stream->readInt(ID_EVENT_TYPE);
+    if (type == 0)
+        return nullptr;
+    if (type < 1 || type > int(readers.size())) {
+        *ok = false;
+        return nullptr;
+    }
+    return readers[std::size_t(type) - 1].read(stream);
+}
+
+#include "moc_event.cpp"

@@ -17,8 +17,7 @@ class CreatureTableView;
 class EventListModel;
 class FlatDialog;
 class InitiativeDialog;
-class PreparedEncounter;
-class QDockWidget;
+class QAbstractItemView;
 class QLabel;
 class QSpinBox;
 class QStackedWidget;
@@ -158,7 +157,6 @@ private:
     // --- construction (mainwindowactions.cpp) ---
     void createCentre();
     void createActions();
-    QAction *createAction(const ActionRow &row);
     void createToolBars();
     void createStatusBar();
     void createDocks();
@@ -169,10 +167,12 @@ private:
     // --- states of the actions (mainwindowupdates.cpp); all off while a dialog is active ---
     void updateHistoryActions();
     void updateEncounterActions();
+    void updateJumpInAction();
     void updateRosterActions();
     void updateHealthActions();
     void updateStartStopAction();
     void updateShowHideAction();
+    void updateHPActions();
     void updateActions();
     bool canSpendSurge() const;
 
@@ -183,8 +183,6 @@ private:
     bool endTurn(bool skipSaves, bool canCancel);
     bool askSavingThrows(Creature *creature, bool canCancel);
     void advanceTurn();
-    // Makes the next creature the current one. False when nobody is there or the log failed.
-    bool passTurn();
     // What the start of the turn raises for the creature whose turn it now is.
     void startTurn(Creature *creature);
 
@@ -193,8 +191,6 @@ private:
     // before. False when the DM cancelled.
     bool rollNewcomers(const CreatureList &newcomers, QList<CreatureItem> &oldItems);
 
-    void addEncounter(const PreparedEncounter &encounter, bool hidden);
-    void replaceEncounter(const PreparedEncounter &encounter, bool hidden);
     void endHealthFlow();
 
     std::unique_ptr<CoreObjects> m_core;
@@ -203,7 +199,6 @@ private:
     CreatureListModel *m_listModel = nullptr;
     CreatureTableView *m_table = nullptr;
     EventListModel *m_eventModel = nullptr;
-    QDockWidget *m_historyDock = nullptr;
     QStackedWidget *m_pages = nullptr;
     QLabel *m_dialogTitle = nullptr;
     ResizableScrollArea *m_dialogArea = nullptr;

@@ -1,1 +1,551 @@
 #include "rosterevents.h"
+
+#include <QCoreApplication>
+#include <algorithm>
+
+#include "characters.h"
+#include "coreobjects.h"
+#include "creature.h"
+#include "monsters.h"
+#include "objectstream.h"
+#include "streamrecords.h"
+#include "windowinterface.h"
+
+namespace {
+
+QString hiddenSuffix(bool hidden)
+{
+    return hidden ? QCoreApplication::translate("AddCreaturesEvent", " (Hidden)") : QString();
+}
+
+// In the order of the record, whatever the order of the library.
+CreatureList creaturesOf(const QList<CreatureItem> &items)
+{
+    QList<Creature *> creatures;
+    creatures.reserve(items.size());
+    for (const CreatureItem &item : items)
+        creatures << item.creature;
+    return CreatureList(creatures);
+}
+
+// The own name in a display name: of "Group (Name)" the part in brackets.
+QString ownName(const QString &displayName)
+{
+    const qsizetype bracket = displayName.indexOf(QStringLiteral(" ("));
+    if (bracket < 0)
+        return displayName;
+    QString name = displayName.mid(bracket + 2);
+    if (name.endsWith(u')'))
+        name.chop(1);
+    return name;
+}
+
+void refreshTurnActions()
+{
+    windows().refreshEncounterActions();
+    windows().refreshJumpInAction();
+}
+
+} // namespace
+
+// --- AddCreaturesEvent ---
+
+void AddCreaturesEvent::write(int eventType, const QString &name, const CreatureList &list,
+                              bool hidden, const QList<CreatureItem> &oldItems,
+                              ObjectStream *stream)
+{
+    m_newVitality = liveVitality(list);
+    beginWriting(stream);
+    stream->writeString(ID_ADD_CREATURE_EVENT_NAME, name);
+    stream->writeInt(ID_ADD_CREATURE_EVENT_HIDDEN, hidden ? 1 : 0);
+    writeItemList(stream, itemsOf(list));
+    writeVitalityList(stream, m_newVitality);
+    endWriting(stream, ID_ADD_CREATURE_EVENT_END);
+    setUp(eventType, name, list, hidden, oldItems);
+}
+
+void AddCreaturesEvent::read(int eventType, ObjectStream *stream)
+{
+    const QString name = stream->readString(ID_ADD_CREATURE_EVENT_NAME);
+    const bool hidden = stream->readInt(ID_ADD_CREATURE_EVENT_HIDDEN) != 0;
+    const QList<CreatureItem> items = readItemList(stream);
+    m_newVitality = readVitalityList(stream);
+    endReading(stream, ID_ADD_CREATURE_EVENT_END);
+    const CreatureList list = creaturesOf(items);
+    const QList<CreatureItem> oldItems = itemsOf(list);
+    applyItems(items);
+    setUp(eventType, name, list, hidden, oldItems);
+}
+
+void AddCreaturesEvent::setUp(int eventType, const QString &name, const CreatureList &list,
+                              bool hidden, const QList<CreatureItem> &oldItems)
+{
+    m_name = name;
+    m_hidden = hidden;
+    m_added = list;
+    m_newItems = itemsOf(list);
+    m_oldItems = oldItems;
+    m_oldOrder = theEncounter->creatures();
+    m_oldVitality = liveVitality(m_oldOrder);
+    m_newOrder = m_oldOrder;
+    const bool monsters = eventType == EventType::AddMonster || eventType == EventType::AddMonsters;
+    int place = 0;
+    if (theEncounter->isRunning())
+        place = theEncounter->currentIndex() + 1;
+    else if (monsters)
+        place = m_newOrder.count();
+    m_newOrder.insertList(place, m_added);
+    init(nullptr, m_added.list());
+}
+
+QString AddCreaturesEvent::suffix() const
+{
+    return hiddenSuffix(m_hidden);
+}
+
+void AddCreaturesEvent::redo()
+{
+    m_added.setHidden(m_hidden);
+    theEncounter->setOrder(m_newOrder);
+    applyVitality(m_newVitality);
+    applyItems(m_newItems);
+    windows().refreshEncounterActions();
+}
+
+void AddCreaturesEvent::undo()
+{
+    applyVitality(m_oldVitality);
+    applyItems(m_oldItems);
+    ChangeStateEvent::undo();
+    theEncounter->setOrder(m_oldOrder);
+    windows().refreshEncounterActions();
+}
+
+// --- its subclasses ---
+
+AddMonsterEvent::AddMonsterEvent(const CreatureList &list, bool hidden,
+                                 const QList<CreatureItem> &oldItems, ObjectStream *stream)
+    : AddCreaturesEvent(EventType::AddMonster)
+{
+    write(m_type, displayNameOf(list.at(0)), list, hidden, oldItems, stream);
+}
+
+AddMonsterEvent::AddMonsterEvent(ObjectStream *stream) : AddCreaturesEvent(EventType::AddMonster)
+{
+    read(m_type, stream);
+}
+
+QString AddMonsterEvent::text() const
+{
+    return tr("Add Monster: %1%2").arg(m_name, suffix());
+}
+
+AddMonstersEvent::AddMonstersEvent(const QString &name, const CreatureList &list, bool hidden,
+                                   const QList<CreatureItem> &oldItems, ObjectStream *stream)
+    : AddCreaturesEvent(EventType::AddMonsters)
+{
+    write(m_type, name, list, hidden, oldItems, stream);
+}
+
+AddMonstersEvent::AddMonstersEvent(ObjectStream *stream) : AddCreaturesEvent(EventType::AddMonsters)
+{
+    read(m_type, stream);
+}
+
+QString AddMonstersEvent::text() const
+{
+    return tr("Add Encounter: %1%2").arg(m_name, suffix());
+}
+
+SetPartyEvent::SetPartyEvent(const CreatureList &list, bool hidden,
+                             const QList<CreatureItem> &oldItems, ObjectStream *stream)
+    : AddCreaturesEvent(EventType::SetParty)
+{
+    write(m_type, list.names(), list, hidden, oldItems, stream);
+}
+
+SetPartyEvent::SetPartyEvent(ObjectStream *stream) : AddCreaturesEvent(EventType::SetParty)
+{
+    read(m_type, stream);
+}
+
+void SetPartyEvent::setUp(int eventType, const QString &name, const CreatureList &list, bool hidden,
+                          const QList<CreatureItem> &oldItems)
+{
+    AddCreaturesEvent::setUp(eventType, name, list, hidden, oldItems);
+    m_newOrder = m_oldOrder;
+    m_newOrder.removeKind(false);
+    m_newOrder.insertList(theEncounter->currentIndex() + 1, m_added);
+    m_oldVitality.clear();
+}
+
+QString SetPartyEvent::text() const
+{
+    return tr("Set Party: %1%2").arg(m_name, suffix());
+}
+
+AddCharactersEvent::AddCharactersEvent(const CreatureList &list, bool hidden,
+                                       const QList<CreatureItem> &oldItems, ObjectStream *stream)
+    : AddCreaturesEvent(EventType::AddCharacters)
+{
+    write(m_type, list.names(), list, hidden, oldItems, stream);
+}
+
+AddCharactersEvent::AddCharactersEvent(ObjectStream *stream)
+    : AddCreaturesEvent(EventType::AddCharacters)
+{
+    read(m_type, stream);
+}
+
+QString AddCharactersEvent::text() const
+{
+    return tr("Add Characters: %1%2").arg(m_name, suffix());
+}
+
+// --- SetEncounterEvent ---
+
+SetEncounterEvent::SetEncounterEvent(const EncounterEntry &entry, const CreatureList &list,
+                                     bool hidden, ObjectStream *stream)
+    : ChangeStateEvent(EventType::SetEncounter), m_newVitality(liveVitality(list))
+{
+    beginWriting(stream);
+    writeEntry(stream, entry);
+    writeItemList(stream, itemsOf(list));
+    writeVitalityList(stream, m_newVitality);
+    stream->writeInt(ID_SET_ENC_EVENT_HIDDEN, hidden ? 1 : 0);
+    endWriting(stream, ID_SET_ENC_EVENT_END);
+    setUp(entry, list, hidden);
+}
+
+SetEncounterEvent::SetEncounterEvent(ObjectStream *stream)
+    : ChangeStateEvent(EventType::SetEncounter)
+{
+    const EncounterEntry entry = readEntry(stream);
+    const QList<CreatureItem> items = readItemList(stream);
+    m_newVitality = readVitalityList(stream);
+    const bool hidden = stream->readInt(ID_SET_ENC_EVENT_HIDDEN) != 0;
+    endReading(stream, ID_SET_ENC_EVENT_END);
+    setUp(entry, creaturesOf(items), hidden);
+}
+
+void SetEncounterEvent::setUp(const EncounterEntry &entry, const CreatureList &list, bool hidden)
+{
+    m_hidden = hidden;
+    m_added = list;
+    m_newEntry = entry;
+    m_oldEntry = theEncounter->entry();
+    m_oldOrder = theEncounter->creatures();
+    m_oldVitality = liveVitality(m_oldOrder);
+    m_newOrder = m_oldOrder;
+    m_newOrder.removeKind(true);
+    m_newOrder.insertList(m_newOrder.count(), m_added);
+    init(nullptr, m_added.list());
+}
+
+QString SetEncounterEvent::text() const
+{
+    return tr("Set Encounter: %1%2").arg(m_newEntry.name, hiddenSuffix(m_hidden));
+}
+
+void SetEncounterEvent::redo()
+{
+    m_added.setHidden(m_hidden);
+    theEncounter->setEntry(m_newEntry);
+    theEncounter->setOrder(m_newOrder);
+    applyVitality(m_newVitality);
+    windows().refreshEncounterActions();
+}
+
+void SetEncounterEvent::undo()
+{
+    applyVitality(m_oldVitality);
+    ChangeStateEvent::undo();
+    theEncounter->setEntry(m_oldEntry);
+    theEncounter->setOrder(m_oldOrder);
+    windows().refreshEncounterActions();
+}
+
+// --- ShowHideEvent ---
+
+ShowHideEvent::ShowHideEvent(Creature *creature, bool hide, ObjectStream *stream)
+    : Event(EventType::ShowHide), m_creature(creature), m_hide(hide)
+{
+    beginWriting(stream);
+    writeCreature(stream, creature);
+    stream->writeInt(ID_SHOW_HIDE_EVENT_HIDE, hide ? 1 : 0);
+    endWriting(stream, ID_SHOW_HIDE_EVENT_END);
+}
+
+ShowHideEvent::ShowHideEvent(ObjectStream *stream)
+    : Event(EventType::ShowHide), m_creature(readCreature(stream)),
+      m_hide(stream->readInt(ID_SHOW_HIDE_EVENT_HIDE) != 0)
+{
+    endReading(stream, ID_SHOW_HIDE_EVENT_END);
+}
+
+QString ShowHideEvent::text() const
+{
+    const QString form = m_hide ? tr("Hide %1") : tr("Show %1");
+    return form.arg(displayNameOf(m_creature));
+}
+
+void ShowHideEvent::redo()
+{
+    if (m_creature)
+        m_creature->setHidden(m_hide);
+}
+
+void ShowHideEvent::undo()
+{
+    if (m_creature)
+        m_creature->setHidden(!m_hide);
+}
+
+// --- RemoveCreaturesEvent and its subclass ---
+
+RemoveCreaturesEvent::RemoveCreaturesEvent(Creature *creature, ObjectStream *stream)
+    : RemoveCreaturesEvent(QList<Creature *> {creature}, stream)
+{
+}
+
+RemoveCreaturesEvent::RemoveCreaturesEvent(const QList<Creature *> &creatures, ObjectStream *stream)
+    : Event(EventType::RemoveCreatures)
+{
+    write(creatures, stream);
+}
+
+RemoveCreaturesEvent::RemoveCreaturesEvent(ObjectStream *stream)
+    : RemoveCreaturesEvent(EventType::RemoveCreatures)
+{
+    read(stream);
+}
+
+void RemoveCreaturesEvent::write(const QList<Creature *> &creatures, ObjectStream *stream)
+{
+    beginWriting(stream);
+    writeCreatureList(stream, creatures);
+    endWriting(stream, ID_REMOVE_CREATURE_EVENT_END);
+    init(creatures);
+}
+
+void RemoveCreaturesEvent::read(ObjectStream *stream)
+{
+    const QList<Creature *> creatures = readCreatureList(stream);
+    endReading(stream, ID_REMOVE_CREATURE_EVENT_END);
+    init(creatures);
+}
+
+void RemoveCreaturesEvent::init(const QList<Creature *> &creatures)
+{
+    m_creatures = withoutNull(creatures);
+    m_before = EncounterSnapshot::take();
+    m_visible = std::all_of(m_creatures.cbegin(), m_creatures.cend(), isCharacter);
+}
+
+QString RemoveCreaturesEvent::text() const
+{
+    return tr("Removed: %1").arg(displayNames(m_creatures));
+}
+
+void RemoveCreaturesEvent::redo()
+{
+    theEncounter->remove(m_creatures);
+    refreshTurnActions();
+}
+
+void RemoveCreaturesEvent::undo()
+{
+    m_before.restore();
+    refreshTurnActions();
+}
+
+RemoveCurrentEvent::RemoveCurrentEvent(Creature *creature, ObjectStream *stream)
+    : RemoveCreaturesEvent(EventType::RemoveCurrent)
+{
+    write({creature}, stream);
+}
+
+RemoveCurrentEvent::RemoveCurrentEvent(ObjectStream *stream)
+    : RemoveCreaturesEvent(EventType::RemoveCurrent)
+{
+    read(stream);
+}
+
+QString RemoveCurrentEvent::text() const
+{
+    return tr("Removed Current: %1").arg(displayNames(m_creatures));
+}
+
+// --- AdjustInitiativeEvent ---
+
+AdjustInitiativeEvent::AdjustInitiativeEvent(const QList<Creature *> &creatures, int delta,
+                                             ObjectStream *stream)
+    : Event(EventType::AdjustInitiative)
+{
+    beginWriting(stream);
+    writeCreatureList(stream, creatures);
+    stream->writeInt(ID_ADJUST_INITIATIVE_ADJUSTMENT, delta);
+    endWriting(stream, ID_ADJUST_INITIATIVE_EVENT_END);
+    init(creatures, delta);
+}
+
+AdjustInitiativeEvent::AdjustInitiativeEvent(ObjectStream *stream)
+    : Event(EventType::AdjustInitiative)
+{
+    const QList<Creature *> creatures = readCreatureList(stream);
+    const int delta = stream->readInt(ID_ADJUST_INITIATIVE_ADJUSTMENT);
+    endReading(stream, ID_ADJUST_INITIATIVE_EVENT_END);
+    init(creatures, delta);
+}
+
+void AdjustInitiativeEvent::init(const QList<Creature *> &creatures, int delta)
+{
+    m_creatures = withoutNull(creatures);
+    m_delta = delta;
+    m_before = EncounterSnapshot::take();
+    m_visible = std::all_of(m_creatures.cbegin(), m_creatures.cend(), isCharacter);
+}
+
+QString AdjustInitiativeEvent::text() const
+{
+    const QString form = m_delta > 0 ? tr("Initiative +%1: %2") : tr("Initiative %1: %2");
+    return form.arg(QString::number(m_delta), displayNames(m_creatures));
+}
+
+void AdjustInitiativeEvent::redo()
+{
+    theEncounter->adjustInitiative(m_creatures, m_delta);
+}
+
+void AdjustInitiativeEvent::undo()
+{
+    m_before.restore();
+}
+
+// --- RenameCreatureEvent ---
+
+RenameCreatureEvent::RenameCreatureEvent(const QString &oldName, const QString &newName,
+                                         ObjectStream *stream)
+    : Event(EventType::RenameCreature), m_oldName(oldName), m_newName(newName)
+{
+    beginWriting(stream);
+    stream->writeString(ID_RENAME_EVENT_OLD_NAME, oldName);
+    stream->writeString(ID_RENAME_EVENT_NEW_NAME, newName);
+    endWriting(stream, ID_RENAME_EVENT_END);
+    m_visible = m_oldName.contains(QStringLiteral(" ("));
+}
+
+RenameCreatureEvent::RenameCreatureEvent(ObjectStream *stream) : Event(EventType::RenameCreature)
+{
+    m_oldName = stream->readString(ID_RENAME_EVENT_OLD_NAME);
+    m_newName = stream->readString(ID_RENAME_EVENT_NEW_NAME);
+    endReading(stream, ID_RENAME_EVENT_END);
+    m_visible = m_oldName.contains(QStringLiteral(" ("));
+}
+
+QString RenameCreatureEvent::text() const
+{
+    return tr("Rename %1 -> %2").arg(m_oldName, m_newName);
+}
+
+void RenameCreatureEvent::redo()
+{
+    Creature *a = findCreature(m_oldName, false);
+    Creature *b = findCreature(m_newName, false);
+    m_previousName.clear();
+    // While the fight runs the name has changed already, and only the history lags behind.
+    Creature *renamed = a ? a : b;
+    if (!renamed || !theEncounter->contains(renamed))
+        return;
+    if (a && !b)
+        a->setName(ownName(m_newName));
+    else if (a && a->isMissing() && a->isMonster() == b->isMonster() && !theEncounter->contains(b))
+        merge(a, b);
+    m_previousName = renamed->nameBefore();
+    renamed->setNameBefore(renamed->name());
+}
+
+// The creature of the fight takes over the record of the one that the library has under the new
+// name. Other events may still point at that one, so that it stays alive.
+void RenameCreatureEvent::merge(Creature *missing, Creature *found)
+{
+    if (found->isMonster())
+        theMonsters->retireClone(found);
+    else
+        theCharacters->replaceByStandIn(found, missing);
+    missing->copyFrom(found);
+    missing->setFileName(found->fileName());
+    missing->setSavedStatBlock(found->savedStatBlock());
+    missing->statBlockChanged();
+}
+
+void RenameCreatureEvent::undo()
+{
+    Creature *b = findCreature(m_newName, false);
+    if (!b || findCreature(m_oldName, false) || !theEncounter->contains(b))
+        return;
+    b->setName(ownName(m_oldName));
+    if (!m_previousName.isEmpty())
+        b->setNameBefore(m_previousName);
+}
+
+// --- SetAliasEvent ---
+
+SetAliasEvent::SetAliasEvent(Creature *creature, bool show, const QString &alias,
+                             ObjectStream *stream)
+    : Event(EventType::SetAlias), m_creature(creature), m_newMode(show), m_newAlias(alias)
+{
+    beginWriting(stream);
+    stream->writeString(ID_ALIAS_EVENT_CREATURE, displayNameOf(creature));
+    stream->writeInt(ID_ALIAS_EVENT_SHOW, show ? 1 : 0);
+    stream->writeString(ID_ALIAS_EVENT_ALIAS, alias);
+    endWriting(stream, ID_EVENT_END);
+    capture();
+}
+
+SetAliasEvent::SetAliasEvent(ObjectStream *stream) : Event(EventType::SetAlias)
+{
+    m_creature = findCreature(stream->readString(ID_ALIAS_EVENT_CREATURE), true);
+    m_newMode = stream->readInt(ID_ALIAS_EVENT_SHOW) != 0;
+    m_newAlias = stream->readString(ID_ALIAS_EVENT_ALIAS);
+    endReading(stream, ID_EVENT_END);
+    capture();
+}
+
+void SetAliasEvent::capture()
+{
+    if (!m_creature)
+        return;
+    m_oldMode = m_creature->aliasMode();
+    m_oldAlias = m_creature->alias();
+}
+
+QString SetAliasEvent::text() const
+{
+    const QString name = displayNameOf(m_creature);
+    if (m_newAlias.isEmpty())
+        return tr("%1: Remove Alias").arg(name);
+    if (m_newMode)
+        return tr("%1: Show Alias: %2").arg(name, m_newAlias);
+    if (m_newAlias == m_oldAlias)
+        return tr("%1: Hide Alias").arg(name);
+    return tr("%1: Hide Alias: %2").arg(name, m_newAlias);
+}
+
+void SetAliasEvent::redo()
+{
+    if (!m_creature)
+        return;
+    m_creature->setAliasMode(m_newMode ? 1 : 0);
+    m_creature->setAlias(m_newAlias);
+}
+
+void SetAliasEvent::undo()
+{
+    if (!m_creature)
+        return;
+    m_creature->setAliasMode(m_oldMode);
+    m_creature->setAlias(m_oldAlias);
+}
+
+#include "moc_rosterevents.cpp"

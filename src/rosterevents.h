@@ -23,7 +23,7 @@ protected:
     virtual void setUp(int eventType, const QString &name, const CreatureList &list, bool hidden,
                        const QList<CreatureItem> &oldItems);
     // " (Hidden)", or empty.
-    QString hiddenSuffix() const;
+    QString suffix() const;
 
     QString m_name;
     bool m_hidden = false;
@@ -143,12 +143,13 @@ public:
     void undo() override;
 
 protected:
-    RemoveCreaturesEvent(EventType::Code type, ObjectStream *stream);
     explicit RemoveCreaturesEvent(EventType::Code type) : Event(type) { }
 
-    virtual void write(int eventType, const QList<Creature *> &creatures, ObjectStream *stream);
+    // The leaf's constructor calls one of these two; both end in init().
+    void write(const QList<Creature *> &creatures, ObjectStream *stream);
+    void read(ObjectStream *stream);
     // The players see it when all are characters.
-    virtual void init(const QList<Creature *> &creatures);
+    void init(const QList<Creature *> &creatures);
 
     QList<Creature *> m_creatures;
     EncounterSnapshot m_before;
@@ -199,6 +200,8 @@ public:
     void undo() override;
 
 private:
+    static void merge(Creature *missing, Creature *found);
+
     QString m_oldName;
     QString m_newName;
     QString m_previousName;

@@ -60,6 +60,10 @@ protected:
 
     int m_surges = 0;
     int m_hp = 0;
+
+private:
+    // What each target gets and spends.
+    QString amountText() const;
 };
 
 class RegenerationEvent : public HealEvent {
