@@ -160,7 +160,7 @@ public:
     void setCurrAP(int points);
     void setInitRoll(int roll);
     void setInitRandom(int random);
-    CreatureItem item() const;
+    CreatureItem item();
     // Sets roll and random, and tells listeners only when one of them changed.
     void setItem(const CreatureItem &item);
 
@@ -192,8 +192,8 @@ public:
     void setRestAP(int points);
     void clearRestAdditions();
 
-    CreatureVitality liveVitality() const;
-    CreatureVitality shadowVitality() const;
+    CreatureVitality liveVitality();
+    CreatureVitality shadowVitality();
     // Live fields; rebuilds the text of the record.
     void setVitality(const CreatureVitality &vitality);
     void setShadowVitality(const CreatureVitality &vitality);
@@ -206,6 +206,7 @@ public:
     Effect *effectAt(int index) const;
     // Searched from the end; -1 when absent.
     int indexOfEffect(const Effect *effect) const;
+    // An effect that is null, stands here already or has another target stays away.
     void addEffect(Effect *effect);
     void insertEffect(int index, Effect *effect);
     // The index that it had, or -1; the signals fire in any case.
@@ -249,7 +250,9 @@ Q_SIGNALS:
     void doCreatureEffectsChanged(Creature *creature);
 
 private:
-    void setCurrHPByPreview(int hp);
+    // A change by preview, which may bring a creature down or up again.
+    void changeHP(int change);
+    void replaceRestAP(int points);
     void notifyUpdated() { Q_EMIT doCreatureUpdated(this); }
     void notifyEffectsChanged();
     // For whatever writes m_data.name or m_data.group, so that its collection finds it again.
@@ -261,6 +264,16 @@ private:
     // An invalid character counts as a monster, but its file stays among the characters.
     bool hasMonsterFile() const { return m_data.isMonster && !m_isCharacterFile; }
     void setFlag(bool &flag, bool value, int ChangeCounters::*counter);
+    // Live field of an editor: tells listeners only of a change.
+    void setValue(int &field, int value);
+    void updateText();
+    QString dyingText() const;
+    QString turnStateText() const;
+    QString attackModifiersText(bool rich) const;
+    QString hitPointsText() const;
+    QString surgesText() const;
+    QString surgeValueText() const;
+    QString actionPointsText() const;
 
     CreatureData m_data;
     CreatureState m_state;

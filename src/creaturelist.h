@@ -2,13 +2,15 @@
 #pragma once
 
 #include <QList>
+#include <QString>
 
 #include "creaturestate.h"
 
 class CreatureList {
 public:
     CreatureList() = default;
-    explicit CreatureList(const QList<Creature *> &creatures) : m_creatures(creatures) { }
+    // Null creatures are left out: a list never holds one.
+    explicit CreatureList(const QList<Creature *> &creatures);
     // Sorted by insertSorted(); only the creatures are taken.
     explicit CreatureList(const QList<CreatureItem> &items);
     explicit CreatureList(const QList<CreatureVitality> &vitality);
@@ -56,4 +58,5 @@ private:
     QList<Creature *> m_creatures;
 };
 
+// Joined with ", "; null creatures are passed over.
 QString displayNames(const QList<Creature *> &creatures);

@@ -1,1 +1,449 @@
 #include "datafolder.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFileDialog>
+#include <QProgressDialog>
+#include <QPushButton>
+#include <QScopedValueRollback>
+#include <QSettings>
+
+#include "characters.h"
+#include "coreobjects.h"
+#include "encounter.h"
+#include "encounters.h"
+#include "history.h"
+#include "mainwindow.h"
+#include "messagedialog.h"
+#include "monsters.h"
+#include "paths.h"
+#include "progress.h"
+#include "switchboard.h"
+#include "text.h"
+#include "windows.h"
+
+namespace {
+
+const QString FolderName = QStringLiteral("Morvane Data");
+const QString PathKey = QStringLiteral("dataDir/path");
+const QString DisplayKey = QStringLiteral("dataDir/display");
+constexpr const char *SubFolders[] = {"Characters", "Monsters", "Portraits", "Encounters"};
+constexpr const char *DownloadPage = "https://morvane.example/download";
+// Milliseconds between two movements of the progress dialog.
+constexpr int ProgressInterval = 40;
+constexpr int StepsBesidesFiles = 4;
+// Deeper than any real data folder; a symbolic link in a circle ends here.
+constexpr int MaxCopyDepth = 32;
+
+QString translated(const char *text)
+{
+    return QCoreApplication::translate("DataFolder", text);
+}
+
+// --- places ---
+
+// One step up if `steps` wants it; empty when there is nothing above.
+QString stepUp(const QString &path)
+{
+    QDir dir(path);
+    return dir.cdUp() ? dir.path() : QString();
+}
+
+// The last component of a path, and the path one step up, told to the user or not.
+QString lastComponent(const QString &path)
+{
+    return afterLast(path, QStringLiteral("/"));
+}
+
+QString aboveBin(const QString &path)
+{
+    return lastComponent(path) == u"bin" ? stepUp(path) : path;
+}
+
+QString aboveProgramFolder(const QString &path)
+{
+    return lastComponent(path).contains(u"Morvane") ? stepUp(path) : path;
+}
+
+QString location(QStandardPaths::StandardLocation place)
+{
+    return QStandardPaths::writableLocation(place);
+}
+
+struct DataPlace {
+    QString parent;
+    QString display;
+};
+
+QList<DataPlace> searchPlaces()
+{
+    QList<DataPlace> places {{dataSearchStart(), applicationsDisplayPath(FolderName)}};
+    for (const auto place : {QStandardPaths::DocumentsLocation,
+                             QStandardPaths::AppLocalDataLocation, QStandardPaths::HomeLocation})
+        places << DataPlace {location(place), locationDisplayPath(place, FolderName)};
+    return places;
+}
+
+bool findExistingFolder(QString &path, QString &display)
+{
+    const QList<DataPlace> places = searchPlaces();
+    for (const DataPlace &place : places) {
+        QDir dir(place.parent);
+        if (place.parent.isEmpty() || !dir.cd(FolderName) || !hasAllDataFolders(dir))
+            continue;
+        path = dir.path();
+        display = place.display;
+        return true;
+    }
+    return false;
+}
+
+bool copyDemoFolder(QString &path, QString &display)
+{
+    const QString demo = installFolder() + QDir::separator() + QStringLiteral("demo-data");
+    const QString documents = location(QStandardPaths::DocumentsLocation);
+    if (!copyFolderTree(demo, documents, FolderName))
+        return false;
+    path = documents + QDir::separator() + FolderName;
+    display = locationDisplayPath(QStandardPaths::DocumentsLocation, FolderName);
+    return true;
+}
+
+bool copyTree(const QString &source, const QString &destParent, const QString &name, int depth);
+
+bool copyEntry(const QFileInfo &entry, const QString &destination, int depth)
+{
+    if (entry.isDir())
+        return copyTree(entry.filePath(), destination, entry.fileName(), depth + 1);
+    const QString copy = QDir(destination).filePath(entry.fileName());
+    if (QFile::exists(copy))
+        return true;
+    // What was installed read-only is the user's own from here.
+    return QFile::copy(entry.filePath(), copy)
+        && QFile::setPermissions(copy, QFile::permissions(copy) | QFile::WriteOwner);
+}
+
+bool copyTree(const QString &source, const QString &destParent, const QString &name, int depth)
+{
+    const QDir from(source);
+    const QFileInfoList entries = from.entryInfoList();
+    if (depth > MaxCopyDepth || !from.exists() || entries.isEmpty())
+        return false;
+    const QDir parent(destParent);
+    if (!parent.exists(name) && !parent.mkpath(name))
+        return false;
+    for (const QFileInfo &entry : entries) {
+        if (!entry.fileName().startsWith(u'.') && !copyEntry(entry, parent.filePath(name), depth))
+            return false;
+    }
+    return true;
+}
+
+// --- loading ---
+
+// Shows a load in a dialog. The dialog is moved seldom, as each movement runs the event loop.
+class LoadProgress : public Progress {
+public:
+    explicit LoadProgress(int fileCount)
+        : m_fileCount(fileCount), m_button(new QPushButton(translated("Cancel")))
+    {
+        m_dialog.setLabelText(translated("Loading files..."));
+        m_dialog.setRange(0, fileCount + StepsBesidesFiles);
+        m_dialog.setCancelButton(m_button);
+        m_dialog.setWindowModality(Qt::WindowModal);
+        m_dialog.setAutoClose(false);
+        m_dialog.setValue(0);
+        m_sinceShown.start();
+    }
+
+    void setLabel(const QString &text) override { m_dialog.setLabelText(text); }
+    void step() override
+    {
+        ++m_value;
+        if (m_sinceShown.elapsed() < ProgressInterval)
+            return;
+        m_dialog.setValue(m_value);
+        m_sinceShown.restart();
+    }
+    bool wasCancelled() const override { return m_dialog.wasCanceled(); }
+
+    void cancel() { m_dialog.cancel(); }
+    void forbidCancel() { m_button->setEnabled(false); }
+    void hide() { m_dialog.hide(); }
+    void finish()
+    {
+        m_dialog.setValue(m_fileCount);
+        m_dialog.close();
+    }
+
+private:
+    QProgressDialog m_dialog;
+    int m_fileCount;
+    QPushButton *m_button; // the dialog's
+    int m_value = 0;
+    QElapsedTimer m_sinceShown;
+};
+
+// What was read of a folder before the running library gives way to it.
+struct LoadedLibrary {
+    Characters characters;
+    Monsters monsters;
+    Encounters encounters;
+
+    LoadResult load(const QString &path, const QString &display, Progress &progress)
+    {
+        LoadResult result = characters.load(path, display, progress);
+        if (result == LoadResult::Loaded)
+            result = monsters.load(path, display, progress);
+        if (result == LoadResult::Loaded)
+            result = encounters.load(path, display, progress);
+        return result;
+    }
+};
+
+int countFiles(const QString &path)
+{
+    return Characters::fileCount(path) + Monsters::fileCount(path) + Encounters::fileCount(path);
+}
+
+bool chooseFolder(QString &path, QString &display)
+{
+    QFileDialog dialog(theMainWindow, translated("Select Morvane Data Folder"));
+    dialog.setNameFilter(FolderName);
+    dialog.setFileMode(QFileDialog::Directory);
+    dialog.setOption(QFileDialog::ShowDirsOnly);
+    if (!dialog.exec() || dialog.selectedFiles().isEmpty())
+        return false;
+    path = display = dialog.selectedFiles().constFirst();
+    return true;
+}
+
+void showUnknownEvent()
+{
+    const QString link =
+        QStringLiteral("<a href=\"%1\">Morvane Web-site</a>").arg(QLatin1String(DownloadPage));
+    showMessage(translated("Unknown Event"),
+                translated("Your history log contains an unknown event. It is possible the event "
+                           "was created by a later version of Morvane, or the history log may be "
+                           "corrupted.<p>Before you continue, please check the %1 for the latest "
+                           "version, and upgrade if possible.")
+                    .arg(link));
+}
+
+void takeOver(LoadedLibrary &library, const QString &path)
+{
+    theMainWindow->clearSelection();
+    theEncounter->reset();
+    theCharacters->replaceBy(library.characters);
+    theMonsters->replaceBy(library.monsters);
+    theEncounters->replaceBy(library.encounters);
+    theHistory->clear();
+    dataRoot = path;
+    displayRoot = path;
+}
+
+void rememberFolder()
+{
+    QSettings settings;
+    settings.setValue(PathKey, dataRoot);
+    settings.setValue(DisplayKey, displayRoot);
+}
+
+// From here nothing can be cancelled.
+void enterFolder(LoadedLibrary &library, const QString &path, LoadProgress &progress)
+{
+    progress.forbidCancel();
+    takeOver(library, path);
+    progress.setLabel(translated("Loading history..."));
+    if (!theHistory->load()) {
+        progress.hide();
+        showUnknownEvent();
+    }
+    progress.step();
+    rememberFolder();
+    progress.step();
+    progress.setLabel(translated("Setting new root..."));
+    progress.step();
+    progress.finish();
+}
+
+// Asks for a folder until one can be loaded or the user has had enough.
+bool loadFolder(LoadedLibrary &library, QString &path, QString &display)
+{
+    while (true) {
+        if (path.isEmpty() && !chooseFolder(path, display))
+            return false;
+        LoadProgress progress(countFiles(path));
+        switch (library.load(path, display, progress)) {
+        case LoadResult::Loaded:
+            enterFolder(library, path, progress);
+            return true;
+        case LoadResult::Cancelled:
+            progress.cancel();
+            return false;
+        case LoadResult::AskAgain:
+            progress.cancel();
+            path.clear();
+            break;
+        }
+    }
+}
+
+void updateTitle()
+{
+    const QString folder = lastComponent(QDir::fromNativeSeparators(dataRoot));
+    theMainWindow->setWindowTitle(folder == FolderName ? translated("Morvane DM's Display")
+                                                       : translated("Morvane - %1").arg(folder));
+}
+
+// --- unsaved work ---
+
+bool isUnsaved(const ChangeCounters &counters)
+{
+    return counters.isNew || counters.isModified || counters.isDeleted;
+}
+
+const QString &nameOf(const Creature *creature)
+{
+    return creature->keyName();
+}
+
+const QString &nameOf(const PreparedEncounter *encounter)
+{
+    return encounter->name();
+}
+
+template <typename Collection>
+UnsavedItems unsavedItems(const Collection &collection, const char *plural)
+{
+    UnsavedItems items;
+    items.plural = translated(plural);
+    // The counters spare the walk through a library in which nothing changed.
+    const int count = isUnsaved(collection.counters()) ? collection.count() : 0;
+    for (int i = 0; i < count; ++i) {
+        const auto *item = collection.at(i);
+        if (!item->isNew() && !item->isModified() && !item->isDeleted())
+            continue;
+        ++items.count;
+        items.name = nameOf(item);
+    }
+    return items;
+}
+
+} // namespace
+
+QString installFolder()
+{
+    return aboveBin(QCoreApplication::applicationDirPath());
+}
+
+QString dataSearchStart()
+{
+    return aboveProgramFolder(installFolder());
+}
+
+QString applicationsDisplayPath(const QString &name)
+{
+    const QString place = QStandardPaths::displayName(QStandardPaths::ApplicationsLocation);
+    if (place.isEmpty())
+        return place;
+    const QString path = aboveProgramFolder(aboveBin(place));
+    return name.isEmpty() ? path : path + QDir::separator() + name;
+}
+
+QString locationDisplayPath(QStandardPaths::StandardLocation location, const QString &name)
+{
+    const QString place = QStandardPaths::displayName(location);
+    return place.isEmpty() ? place : place + QDir::separator() + name;
+}
+
+bool hasAllDataFolders(const QDir &dir)
+{
+    return std::all_of(std::begin(SubFolders), std::end(SubFolders),
+                       [&](const char *name) { return dir.exists(QLatin1String(name)); });
+}
+
+bool hasNoDataFolders(const QDir &dir)
+{
+    return std::none_of(std::begin(SubFolders), std::end(SubFolders),
+                        [&](const char *name) { return dir.exists(QLatin1String(name)); });
+}
+
+bool copyFolderTree(const QString &source, const QString &destParent, const QString &name)
+{
+    return copyTree(source, destParent, name, 0);
+}
+
+void findDataFolder()
+{
+    const QSettings settings;
+    QString path = settings.value(PathKey).toString();
+    QString display;
+    if (!path.isEmpty() && !hasNoDataFolders(QDir(path)))
+        display = settings.value(DisplayKey).toString();
+    else if (!findExistingFolder(path, display) && !copyDemoFolder(path, display))
+        return;
+    if (display.isEmpty())
+        display = path;
+    setDataFolder(path, display);
+}
+
+bool setDataFolder(QString &path, QString &display)
+{
+    // The event loop turns during a load, so that a second one could be asked for.
+    static bool isLoading = false;
+    if (isLoading)
+        return false;
+    const QScopedValueRollback guard(isLoading, true);
+
+    LoadedLibrary library;
+    if (!confirmUnsavedWork(
+            translated("You need to save all changes before setting the 'Morvane Data' "
+                       "folder."),
+            translated("Save Changes and Continue")))
+        return false;
+    Q_EMIT switchBoard()->doDisableWidgetDisplay();
+    const bool isLoaded = loadFolder(library, path, display);
+    Q_EMIT switchBoard()->doEnableWidgetDisplay();
+    if (isLoaded)
+        updateTitle();
+    return isLoaded;
+}
+
+QString unsavedWorkText(const QList<UnsavedItems> &kinds, const QString &message)
+{
+    QStringList items;
+    int total = 0;
+    for (const UnsavedItems &kind : kinds) {
+        total += kind.count;
+        if (kind.count == 1)
+            items << bold(kind.name) + QStringLiteral("</b>");
+        else if (kind.count > 1)
+            items << kind.plural.arg(kind.count);
+    }
+    QString list = items.isEmpty() ? QString() : items.takeLast();
+    if (!items.isEmpty())
+        list = items.join(QStringLiteral(", ")) + translated(" and ") + list;
+    list += total == 1 ? translated(" was") : translated(" were");
+    return translated("%1 not saved.<p>%2").arg(list, message);
+}
+
+bool confirmUnsavedWork(const QString &message, const QString &continueText)
+{
+    const UnsavedItems characters = unsavedItems(*theCharacters, "%1 Characters");
+    const UnsavedItems monsters = unsavedItems(*theMonsters, "%1 Monsters");
+    const UnsavedItems encounters = unsavedItems(*theEncounters, "%1 Encounters");
+    if (characters.count + monsters.count + encounters.count == 0)
+        return true;
+    if (!askMessage(translated("Not All Work Saved"),
+                    unsavedWorkText({characters, monsters, encounters}, message), continueText))
+        return false;
+    if (characters.count)
+        theCharacters->saveAll();
+    if (monsters.count || encounters.count) {
+        theMonsters->saveAll();
+        theEncounters->saveAll();
+    }
+    return true;
+}

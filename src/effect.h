@@ -92,11 +92,12 @@ public:
     virtual bool endsAtStartOfTurn(const Creature *creature) const;
     virtual bool needsSave(const Creature *creature) const;
     virtual bool endsAtEndOfEncounter() const;
+    // Each raises an event on the history, and does nothing for an effect of another type.
     virtual void applyOngoingDamage(Creature *creature, Creature *attacker);
     virtual void applyRegeneration(Creature *creature);
     virtual void accumulate(AttributeModifiers &modifiers) const;
 
-    // Types 18 and 24 to 27 say nothing of who caused them.
+    // Whether the log names who caused it: not for total defence, cover and concealment.
     static bool showsOrigin(int type);
     // The text of an effect that isn't there yet; `origin` may be null.
     static QString describe(const Creature *origin, int type, const QString &text, int amount,
@@ -114,4 +115,15 @@ private:
     EffectedAttributes m_attributes;
     int m_endTurn = 0;
     TrackerMember m_tracker {__LINE__, "effect"};
+};
+
+// The row of a dying creature's death saving throw among its other saves. Made for one pass of
+// saves and never put on the creature.
+class DyingEffect : public Effect {
+    Q_OBJECT
+
+public:
+    explicit DyingEffect(Creature *target);
+
+    QString conditionText() const override;
 };

@@ -1,9 +1,13 @@
 // The log of the fight: the one place through which creatures and the encounter change.
 #pragma once
 
+#include <QIODevice>
 #include <QList>
 #include <QObject>
 #include <QString>
+#include <QTimer>
+#include <functional>
+#include <memory>
 
 #include "memorytracker.h"
 
@@ -26,7 +30,8 @@ public:
     void doEvent(Event *event, bool silent = false);
     void stepBack();
     void stepForward(bool silent = false);
-    // Steps until position() is `index`. doHistoryChanged() isn't emitted.
+    // Steps until position() is `index`, or as near as the events allow. doHistoryChanged() isn't
+    // emitted.
     void moveTo(int index);
     bool canStepBack() const { return m_position >= 0; }
     bool canStepForward() const { return m_position + 1 < m_events.size(); }
@@ -34,7 +39,8 @@ public:
     void truncate();
     // Empties the history in memory and closes the file; creatures keep what they have.
     void clear();
-    // Moves the log into the "History" folder. False, with a message, when that fails.
+    // Moves the log into the "History" folder. False, with a message, when that fails; everything
+    // is then as it was.
     bool backupLog();
     // Reads and applies the log of the data folder. False if an unknown event stopped it.
     bool load();
@@ -44,10 +50,19 @@ public:
     Event *eventAt(int index) const;
     // Empty out of range.
     QString eventText(int index) const;
+    // Where the event's record starts in the file; -1 out of range.
+    int eventOffset(int index) const;
     // Index of the last event that is applied; -1 for none.
     int position() const { return m_position; }
     // The latest visible events of the running encounter, newest first.
     QList<Event *> recentVisibleEvents(int maxCount) const;
+
+    // For tools that only look: the log is opened for reading, and no file is made or changed.
+    // Before the log is opened.
+    void setReadOnly(bool readOnly) { m_readOnly = readOnly; }
+    // For tests: another device in place of the file, open or null. The stream deletes it.
+    using DeviceFactory = std::function<QIODevice *(const QString &path)>;
+    void setDeviceFactory(DeviceFactory factory) { m_makeDevice = std::move(factory); }
 
 Q_SIGNALS:
     void doHistoryChanged();
@@ -55,8 +70,25 @@ Q_SIGNALS:
     void doEnableWidgetDisplay();
 
 private:
-    QList<Event *> m_events;
+    struct Entry {
+        Event *event;
+        int offset;
+    };
+
+    std::unique_ptr<QIODevice> openLog() const;
+    void closeStream();
+    void applyNext();
+    void takeBackLast();
+    void removeBehindPosition();
+    bool replay();
+    void syncSoon();
+    void tellChanged();
+
+    QList<Entry> m_events;
     int m_position = -1;
-    ObjectStream *m_stream = nullptr;
+    std::unique_ptr<ObjectStream> m_stream;
+    DeviceFactory m_makeDevice;
+    QTimer m_syncTimer;
+    bool m_readOnly = false;
     TrackerMember m_tracker {__LINE__, "history"};
 };

@@ -17,7 +17,8 @@ class CreatureTableView;
 class EventListModel;
 class FlatDialog;
 class InitiativeDialog;
-class QAbstractItemView;
+class PreparedEncounter;
+class QDockWidget;
 class QLabel;
 class QSpinBox;
 class QStackedWidget;
@@ -157,6 +158,7 @@ private:
     // --- construction (mainwindowactions.cpp) ---
     void createCentre();
     void createActions();
+    QAction *createAction(const ActionRow &row);
     void createToolBars();
     void createStatusBar();
     void createDocks();
@@ -167,12 +169,10 @@ private:
     // --- states of the actions (mainwindowupdates.cpp); all off while a dialog is active ---
     void updateHistoryActions();
     void updateEncounterActions();
-    void updateJumpInAction();
     void updateRosterActions();
     void updateHealthActions();
     void updateStartStopAction();
     void updateShowHideAction();
-    void updateHPActions();
     void updateActions();
     bool canSpendSurge() const;
 
@@ -183,6 +183,8 @@ private:
     bool endTurn(bool skipSaves, bool canCancel);
     bool askSavingThrows(Creature *creature, bool canCancel);
     void advanceTurn();
+    // Makes the next creature the current one. False when nobody is there or the log failed.
+    bool passTurn();
     // What the start of the turn raises for the creature whose turn it now is.
     void startTurn(Creature *creature);
 
@@ -191,6 +193,8 @@ private:
     // before. False when the DM cancelled.
     bool rollNewcomers(const CreatureList &newcomers, QList<CreatureItem> &oldItems);
 
+    void addEncounter(const PreparedEncounter &encounter, bool hidden);
+    void replaceEncounter(const PreparedEncounter &encounter, bool hidden);
     void endHealthFlow();
 
     std::unique_ptr<CoreObjects> m_core;
@@ -199,6 +203,7 @@ private:
     CreatureListModel *m_listModel = nullptr;
     CreatureTableView *m_table = nullptr;
     EventListModel *m_eventModel = nullptr;
+    QDockWidget *m_historyDock = nullptr;
     QStackedWidget *m_pages = nullptr;
     QLabel *m_dialogTitle = nullptr;
     ResizableScrollArea *m_dialogArea = nullptr;

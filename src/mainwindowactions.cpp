@@ -1,1 +1,296 @@
+// What the DM's Display is made of: the centre, the actions, menus, tool bars and docks.
+#include <QAction>
+#include <QApplication>
+#include <QDockWidget>
+#include <QHeaderView>
+#include <QLabel>
+#include <QMenuBar>
+#include <QSettings>
+#include <QSpinBox>
+#include <QStackedWidget>
+#include <QStatusBar>
+#include <QTableView>
+#include <QTimer>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+#include "creature.h"
+#include "creaturelistmodel.h"
+#include "creaturetableview.h"
+#include "encounter.h"
+#include "eventlistmodel.h"
 #include "mainwindow.h"
+#include "smallwidgets.h"
+#include "switchboard.h"
+#include "terms.h"
+
+namespace {
+
+constexpr int MaxHPInBox = 500;
+constexpr QSize DefaultSize(1120, 700);
+
+QIcon image(const char *file)
+{
+    return QIcon(QStringLiteral(":/images/") + QLatin1String(file));
+}
+
+} // namespace
+
+// One line of the table of actions. The text of an action that holds a game term is null here and
+// set by updateTerms().
+struct MainWindow::ActionRow {
+    QAction *Actions::*action;
+    const char *name;
+    const char *text;
+    QList<QKeySequence> shortcuts;
+    const char *icon;
+    const char *statusTip;
+    void (MainWindow::*slot)();
+    bool enabled = true;
+};
+
+void MainWindow::createCentre()
+{
+    m_table = new CreatureTableView(this);
+    m_table->setObjectName(QStringLiteral("initiativeList"));
+    m_listModel->attachTo(m_table);
+
+    m_dialogTitle = label(QString());
+    m_dialogTitle->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    m_dialogArea = new ResizableScrollArea;
+    auto *dialogPage = new QFrame;
+    auto *layout = new QVBoxLayout(dialogPage);
+    layout->setContentsMargins(8, 8, 8, 8);
+    layout->setSpacing(5);
+    layout->addWidget(m_dialogTitle);
+    layout->addWidget(m_dialogArea);
+
+    m_pages = new QStackedWidget;
+    m_pages->addWidget(m_table);
+    m_pages->addWidget(dialogPage);
+    setCentralWidget(m_pages);
+}
+
+void MainWindow::createActions()
+{
+    using Keys = QList<QKeySequence>;
+    const Keys none;
+    // The standard keys of Redo hold Ctrl+Y on some platforms, which is the party's here.
+    const Keys redo {QKeySequence(QStringLiteral("Ctrl+Shift+Z"))};
+    const auto key = [](const char *text) { return Keys {QKeySequence(QLatin1String(text))}; };
+    const ActionRow rows[] = {
+        {&Actions::setRoot, "setRoot", QT_TR_NOOP("Select Data Location..."), none, nullptr,
+         QT_TR_NOOP("Select a new Morvane data location"), &MainWindow::onSetRoot},
+        {&Actions::newHistory, "newHistory", QT_TR_NOOP("Clear History..."), none, nullptr,
+         QT_TR_NOOP("Clear the history and reset all creatures and encounters"),
+         &MainWindow::onNewHistory},
+        {&Actions::truncateHistory, "truncateHistory", QT_TR_NOOP("Truncate..."), none, nullptr,
+         QT_TR_NOOP("Truncate the history file"), &MainWindow::onTruncateHistory},
+        {&Actions::dmsWindow, "dmsWindow", QT_TR_NOOP("DM's Display Window"), none,
+         "dms-window32.png", QT_TR_NOOP("Bring DM's Display window to the front"),
+         &MainWindow::activateMainWindow},
+        {&Actions::pickParty, "pickParty", QT_TR_NOOP("Select Party..."), key("Ctrl+Y"),
+         "pick-party32.png", QT_TR_NOOP("Select the characters that belong to the party"),
+         &MainWindow::onPickParty},
+        {&Actions::loadEncounter, "loadEncounter", QT_TR_NOOP("Load Encounter..."),
+         QKeySequence::keyBindings(QKeySequence::Open), "load-encounter32.png",
+         QT_TR_NOOP("Load a new encounter from disk"), &MainWindow::onLoadEncounter},
+        {&Actions::addMonster, "addMonster", QT_TR_NOOP("Add Monster..."), key("Ctrl+M"),
+         "add-monster32.png", QT_TR_NOOP("Add a monster to the encounter"),
+         &MainWindow::onAddMonster},
+        {&Actions::stepBack, "stepBack", QT_TR_NOOP("Step Back"),
+         QKeySequence::keyBindings(QKeySequence::Undo), "back32.png",
+         QT_TR_NOOP("Step back in the encounter history"), &MainWindow::onStepBack},
+        {&Actions::stepForward, "stepForward", QT_TR_NOOP("Step Forward"), redo, "forward32.png",
+         QT_TR_NOOP("Step forward in the encounter history"), &MainWindow::onStepForward},
+        {&Actions::startStop, "startStop", QT_TR_NOOP("&Start Encounter..."), key("Ctrl+S"),
+         "play32.png", QT_TR_NOOP("Start the current encounter"), &MainWindow::onStartStopEncounter,
+         false},
+        {&Actions::nextTurn, "nextTurn", QT_TR_NOOP("&Next Turn"), key("Ctrl+N"), "next-turn32.png",
+         QT_TR_NOOP("End the current turn, and start the next turn"), &MainWindow::onNextTurn,
+         false},
+        {&Actions::showHide, "showHide", QT_TR_NOOP("Hide Creatures"), key("Ctrl+H"), "hide32.png",
+         QT_TR_NOOP("Hide a creature so that it is no longer visible to players"),
+         &MainWindow::onShowAndHide, false},
+        {&Actions::remove, "remove", QT_TR_NOOP("Remove Creatures"), key("Ctrl+R"), "trash32.png",
+         QT_TR_NOOP("Remove monsters or characters from the encounter"),
+         &MainWindow::onRemoveCreatures, false},
+        // The two tips say the opposite of what the list shows: up in the list means down in the
+        // order of the numbers.
+        {&Actions::upInitiative, "upInitiative", QT_TR_NOOP("Up Initiative"), key("Ctrl+U"),
+         "initiative-up32.png",
+         QT_TR_NOOP("Move monster and characters down in the initative order"),
+         &MainWindow::onUpInitiative, false},
+        {&Actions::downInitiative, "downInitiative", QT_TR_NOOP("Down Initiative"), key("Ctrl+W"),
+         "initiative-down32.png",
+         QT_TR_NOOP("Move monster and characters up in the initative order"),
+         &MainWindow::onDownInitiative, false},
+        {&Actions::extendedRest, "extendedRest", nullptr, key("Ctrl+X"), "ext-rest32.png",
+         QT_TR_NOOP("Restore all party members to full health"), &MainWindow::onExtendedRest,
+         false},
+        {&Actions::quit, "quit", QT_TR_NOOP("&Quit"), key("Ctrl+Q"), nullptr,
+         QT_TR_NOOP("Quit the application"), nullptr},
+        {&Actions::about, "about", QT_TR_NOOP("About"), none, nullptr,
+         QT_TR_NOOP("Show the application's About box"), &MainWindow::onAbout},
+        {&Actions::hit, "hit", QT_TR_NOOP("Apply Damage"), key("Ctrl+T"), "hit32.png",
+         QT_TR_NOOP("Apply damage indicated in the HP box to selected creatures"),
+         &MainWindow::onHit},
+        {&Actions::heal, "heal", QT_TR_NOOP("Apply Healing"), key("Ctrl+L"), "heal32.png",
+         QT_TR_NOOP("Heal selected creatures by the amount in the HP box"), &MainWindow::onHeal},
+        {&Actions::surge, "surge", nullptr, key("Ctrl+G"), "healing-surge32.png", nullptr,
+         &MainWindow::onSurge},
+        {&Actions::setTempHP, "setTempHP", nullptr, key("Ctrl+P"), "temporary-hp32.png", nullptr,
+         &MainWindow::onSetTempHP},
+    };
+    for (const ActionRow &row : rows)
+        m_actions.*row.action = createAction(row);
+    m_actions.quit->setMenuRole(QAction::QuitRole);
+    connect(m_actions.quit, &QAction::triggered, this, &QWidget::close);
+    updateTerms();
+
+    m_icons = {image("play32.png"), image("stop32.png"),          image("hide32.png"),
+               image("show32.png"), image("healing-surge32.png"), image("healing-surge-x1-32.png")};
+}
+
+QAction *MainWindow::createAction(const ActionRow &row)
+{
+    auto *action = new QAction(this);
+    action->setObjectName(QLatin1String(row.name));
+    if (row.text)
+        action->setText(tr(row.text));
+    if (row.statusTip)
+        action->setStatusTip(tr(row.statusTip));
+    if (row.icon)
+        action->setIcon(image(row.icon));
+    action->setShortcuts(row.shortcuts);
+    action->setEnabled(row.enabled);
+    if (row.slot)
+        connect(action, &QAction::triggered, this, row.slot);
+    return action;
+}
+
+void MainWindow::updateTerms()
+{
+    m_actions.extendedRest->setText(tr("%1...").arg(term(Term::ExtendedRest)));
+    const QString surge = term(Term::HealingSurge);
+    m_actions.surge->setText(tr("Spend %1").arg(surge));
+    m_actions.surge->setStatusTip(tr("Add a %1 to the HP box").arg(surge));
+    const QString temporary = term(Term::TemporaryHP);
+    m_actions.setTempHP->setText(tr("Set %1").arg(temporary));
+    m_actions.setTempHP->setStatusTip(
+        tr("Set %1 to amount in the HP box, if larger than current value").arg(temporary));
+}
+
+void MainWindow::createToolBars()
+{
+    const Actions &a = m_actions;
+    QToolBar *tracker = addToolBar(tr("Tracker"));
+    tracker->setObjectName(QStringLiteral("trackerToolBar"));
+    tracker->addActions({a.stepBack, a.startStop, a.stepForward});
+    tracker->addSeparator();
+    tracker->addAction(a.nextTurn);
+    tracker->addSeparator();
+    tracker->addActions({a.upInitiative, a.downInitiative});
+
+    m_hpBox = spinBox(MaxHPInBox, 0, 0, false);
+    m_hpBox->setObjectName(QStringLiteral("hpBox"));
+    m_hpBox->setToolTip(tr("Hit points to take, heal or set"));
+    m_hpBox->installEventFilter(this);
+    QToolBar *actions = addToolBar(tr("Actions"));
+    actions->setObjectName(QStringLiteral("actionToolBar"));
+    actions->addActions({a.showHide, a.remove});
+    actions->addSeparator();
+    actions->addWidget(m_hpBox);
+    actions->addActions({a.hit, a.heal, a.surge, a.setTempHP});
+
+    QToolBar *windows = addToolBar(tr("Windows"));
+    windows->setObjectName(QStringLiteral("windowToolBar"));
+    windows->addActions({a.pickParty, a.loadEncounter, a.addMonster});
+    windows->addSeparator();
+    windows->addAction(a.extendedRest);
+}
+
+void MainWindow::createStatusBar()
+{
+    m_roundLabel = label(QString());
+    m_roundLabel->setObjectName(QStringLiteral("roundLabel"));
+    m_logBehindLabel = label(tr("<font color=\"#c03030\"><b>History not saved</b></font>"));
+    m_logBehindLabel->setObjectName(QStringLiteral("logBehindLabel"));
+    m_logBehindLabel->setToolTip(tr("The history file can't be written at the moment. Its missing "
+                                    "end goes out with the next event that can be written."));
+    m_logBehindLabel->hide();
+    m_encounterLabel = label(QString());
+    m_encounterLabel->setObjectName(QStringLiteral("encounterLabel"));
+    statusBar()->addWidget(m_roundLabel);
+    statusBar()->addPermanentWidget(m_logBehindLabel);
+    statusBar()->addPermanentWidget(m_encounterLabel);
+}
+
+void MainWindow::createDocks()
+{
+    auto *list = new QTableView;
+    list->setObjectName(QStringLiteral("historyList"));
+    list->setFocusPolicy(Qt::NoFocus);
+    list->setShowGrid(false);
+    list->setWordWrap(false);
+    list->horizontalHeader()->hide();
+    list->horizontalHeader()->setStretchLastSection(true);
+    list->verticalHeader()->hide();
+    list->verticalHeader()->setDefaultSectionSize(list->fontMetrics().height() + 6);
+    m_eventModel = new EventListModel(this);
+    list->setModel(m_eventModel);
+    m_eventModel->setView(list);
+    m_eventModel->attachHistory();
+
+    m_historyDock = new QDockWidget(tr("History"), this);
+    m_historyDock->setObjectName(QStringLiteral("historyWidget"));
+    m_historyDock->setWidget(list);
+    addDockWidget(Qt::LeftDockWidgetArea, m_historyDock);
+}
+
+void MainWindow::createMenus()
+{
+    const Actions &a = m_actions;
+    QMenu *file = menuBar()->addMenu(tr("&File"));
+    file->addActions({a.setRoot, a.pickParty, a.loadEncounter, a.addMonster});
+    file->addSeparator();
+    file->addAction(a.quit);
+
+    menuBar()
+        ->addMenu(tr("&History"))
+        ->addActions({a.newHistory, a.truncateHistory, a.stepBack, a.stepForward});
+    menuBar()
+        ->addMenu(tr("&Encounter"))
+        ->addActions(
+            {a.startStop, a.nextTurn, a.upInitiative, a.downInitiative, a.showHide, a.remove});
+    menuBar()->addMenu(tr("Hea&lth"))->addActions({a.hit, a.heal, a.surge, a.setTempHP});
+    menuBar()->addMenu(tr("&Rest"))->addAction(a.extendedRest);
+
+    QMenu *window = menuBar()->addMenu(tr("&Window"));
+    window->addAction(a.dmsWindow);
+    window->addAction(m_historyDock->toggleViewAction());
+
+    menuBar()->addSeparator();
+    menuBar()->addMenu(tr("Hel&p"))->addAction(a.about);
+}
+
+void MainWindow::connectSignals()
+{
+    connect(qApp, &QApplication::focusChanged, this, &MainWindow::onFocusChanged);
+    connect(m_hpBox, &QSpinBox::valueChanged, this, &MainWindow::onHPValueChanged);
+    connect(this, &MainWindow::doCreatureEffectsChanged, switchBoard(),
+            &SwitchBoard::doCreatureEffectsChanged);
+    connect(theEncounter, &Encounter::doCurrentCreatureChanged, m_listModel,
+            &CreatureListModel::onCurrentCreatureChanged);
+    // A jump within the history tells nothing else when it has ended.
+    connect(switchBoard(), &SwitchBoard::doEnableWidgetDisplay, this, &MainWindow::updateActions);
+    connect(m_refreshTimer, &QTimer::timeout, switchBoard(), &SwitchBoard::doRefreshTimer);
+}
+
+void MainWindow::restoreLayout()
+{
+    resize(DefaultSize);
+    const QSettings settings;
+    restoreGeometry(settings.value(QStringLiteral("mainWindow/geometry")).toByteArray());
+    restoreState(settings.value(QStringLiteral("mainWindow/state")).toByteArray());
+}

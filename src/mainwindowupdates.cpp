@@ -1,1 +1,139 @@
+// When each action of the DM's Display is enabled, and how it reads.
+#include <QAction>
+#include <QSpinBox>
+
+#include <algorithm>
+
+#include "creature.h"
+#include "encounter.h"
+#include "history.h"
 #include "mainwindow.h"
+
+namespace {
+
+// A text that stands in the menu and, as the toolkit would derive it, in the tool tip.
+void setTextAndToolTip(QAction *action, const QString &text)
+{
+    action->setText(text);
+    action->setToolTip(text);
+}
+
+} // namespace
+
+void MainWindow::updateActions()
+{
+    updateHistoryActions();
+    updateRosterActions();
+    updateEncounterActions();
+}
+
+void MainWindow::updateHistoryActions()
+{
+    const bool free = !m_activeDialog;
+    const bool canStepBack = theHistory->canStepBack();
+    const bool canStepForward = theHistory->canStepForward();
+    m_actions.stepBack->setEnabled(free && canStepBack);
+    m_actions.stepForward->setEnabled(free && canStepForward);
+    m_actions.newHistory->setEnabled(free && (canStepBack || canStepForward));
+    m_actions.truncateHistory->setEnabled(free && canStepForward);
+}
+
+void MainWindow::updateEncounterActions()
+{
+    const bool free = !m_activeDialog;
+    const bool running = theEncounter->isRunning();
+    updateStartStopAction();
+    m_actions.nextTurn->setEnabled(free && running);
+    m_actions.extendedRest->setEnabled(free && !running && theEncounter->hasLivingCharacter());
+    updateHealthActions();
+}
+
+void MainWindow::updateStartStopAction()
+{
+    QAction *action = m_actions.startStop;
+    const bool running = theEncounter->isRunning();
+    const bool hasParty = theEncounter->hasLivingCharacter();
+    action->setText(running ? tr("Stop Encounter") : tr("Start Encounter"));
+    if (running) {
+        action->setToolTip(tr("Stop Encounter"));
+        action->setStatusTip(tr("Stop the current encounter"));
+    } else if (hasParty) {
+        action->setToolTip(tr("Start Encounter"));
+        action->setStatusTip(tr("Start the current encounter"));
+    } else {
+        action->setToolTip(tr("Select a Party to Start Encounter"));
+        action->setStatusTip(tr("Select a party in order to start the current encounter"));
+    }
+    action->setIcon(running ? m_icons.stop : m_icons.play);
+    action->setEnabled(!m_activeDialog && (running || hasParty));
+}
+
+void MainWindow::updateRosterActions()
+{
+    for (QAction *action :
+         {m_actions.setRoot, m_actions.pickParty, m_actions.loadEncounter, m_actions.addMonster})
+        action->setEnabled(!m_activeDialog);
+}
+
+void MainWindow::updateHealthActions()
+{
+    const bool canSpend = canSpendSurge();
+    if (!canSpend)
+        m_surgeMode = false;
+    const bool usable = !m_activeDialog && selectedCreature(0);
+    const bool hasAmount = m_hpBox->value() >= 1;
+    updateShowHideAction();
+    m_actions.hit->setEnabled(usable && hasAmount && !m_surgeMode);
+    m_actions.heal->setEnabled(usable && hasAmount);
+    m_actions.setTempHP->setEnabled(usable && hasAmount);
+    m_actions.surge->setEnabled(usable && canSpend);
+    m_actions.surge->setIcon(m_surgeMode ? m_icons.surgeInUse : m_icons.surge);
+    m_actions.showHide->setEnabled(usable);
+    m_actions.remove->setEnabled(usable);
+    m_actions.upInitiative->setEnabled(usable && theEncounter->isRunning());
+    m_actions.downInitiative->setEnabled(usable && theEncounter->isRunning());
+}
+
+// The first of the selection decides which way the label goes.
+void MainWindow::updateShowHideAction()
+{
+    const Creature *first = selectedCreature(0);
+    const bool shows = first && first->isHidden();
+    setTextAndToolTip(m_actions.showHide, shows ? tr("Show Creatures") : tr("Hide Creatures"));
+    m_actions.showHide->setStatusTip(
+        shows ? tr("Show a creature so that it is visible to players")
+              : tr("Hide a creature so that it is no longer visible to players"));
+    m_actions.showHide->setIcon(shows ? m_icons.show : m_icons.hide);
+}
+
+// One number in the HP box must be right for all, and each must have a surge left.
+bool MainWindow::canSpendSurge() const
+{
+    const QList<Creature *> creatures = selectedCreatures();
+    return !creatures.isEmpty()
+        && std::all_of(creatures.begin(), creatures.end(), [&](const Creature *creature) {
+               return creature->hsValue() == creatures.first()->hsValue()
+                   && creature->currHS() >= 1;
+           });
+}
+
+void MainWindow::refreshHistoryActions()
+{
+    if (!m_replaying)
+        updateHistoryActions();
+}
+
+void MainWindow::refreshEncounterActions()
+{
+    if (!m_replaying)
+        updateEncounterActions();
+}
+
+// No action of the window depends on who has delayed or readied.
+void MainWindow::refreshJumpInAction() { }
+
+void MainWindow::refreshInitiativeList()
+{
+    if (!m_replaying)
+        updateHealthActions();
+}

@@ -7,6 +7,7 @@
 #include <QMap>
 #include <QObject>
 #include <functional>
+#include <memory>
 
 #include "memorytracker.h"
 #include "streamtags.h"
@@ -20,12 +21,17 @@ struct StreamField {
 // A field is a 16-bit tag, a length of 1, 3 or 5 bytes and the value, little-endian; tag 0 alone
 // ends the data. Fields between markRecord() and finishRecord() are one record: it is assembled in
 // memory and goes to the device in an order that leaves a whole prefix of the log after a kill at
-// any byte. What can't be written is kept and goes out ahead of the next record.
+// any byte. What can't be written is kept and goes out ahead of the next record; the windows are
+// told when the device falls behind and when it has caught up.
+//
+// The bytes of the device are held in memory as far as they have been read or written, so that
+// searching and stepping cost no calls. A log larger than 256 MB counts as cut there.
 class ObjectStream : public QObject {
     Q_OBJECT
 
 public:
-    // Takes over the open device; the destructor closes and deletes it.
+    // Takes over the open device; the destructor closes and deletes it. On one that isn't writable
+    // nothing is ever written, and what is written to the stream stays in memory.
     explicit ObjectStream(QIODevice *device);
     ~ObjectStream() override;
 
@@ -40,6 +46,7 @@ public:
     // Cuts the data at the position.
     void truncate();
 
+    // At the end marker the position moves over its two bytes; `consumed` takes it back.
     StreamField readField();
     // Search forward for the tag, dropping what comes before. Without it the position stays in
     // front of the end marker, and the answer is 0, an empty text or false.
@@ -48,44 +55,72 @@ public:
     bool readTo(int tag);
     // All fields up to and including the end tag, whatever their order.
     bool readRecord(QMap<int, StreamField> &record, int endTag);
+    // 0 or an empty text for a tag that isn't in the record.
     static int fieldInt(const QMap<int, StreamField> &record, int tag);
     static QString fieldString(const QMap<int, StreamField> &record, int tag);
-    // Look at the next field without losing it. At the end marker nothing is peeked and the
-    // position stays in front of it.
+    // Look at the next field; the position stays in front of it.
     StreamField peekField();
     bool nextIs(int tag);
 
     // Clamped to 0 and the end of the data.
-    void seek(int offset);
-    void skip(int delta) { seek(m_position + delta); }
+    void seek(qint64 offset);
+    void skip(int delta) { seek(qint64(m_position) + delta); }
     int position() const { return m_position; }
+    // The end of the data: once something was written the offset of the end marker, before that
+    // the size of the file.
     int size() const { return m_size; }
+    // Writes what waits in memory.
     void flush();
-    // Everything written so far to the disk; once after each command.
+    // Has the disk keep everything written so far; once after each command.
     void sync();
+    bool needsSync() const { return m_unsyncedFrom >= 0; }
     // Bytes wait in memory because the device would not take them.
-    bool isBehind() const;
+    bool isBehind() const { return m_behind; }
 
     // Reads the header, or writes one to an empty file. A damaged header counts as an empty file.
-    // False for a log of a later major version, with a message unless `silent`.
+    // False for a log of another major version, with a message unless `silent`.
     bool readHeader(bool silent);
+    // 0 and empty where a log that can't be written has no header or a damaged one.
     int majorVersion() const { return m_major; }
     int minorVersion() const { return m_minor; }
     const QString &version() const { return m_version; }
     const QString &created() const { return m_created; }
 
-    // Called before the first write that destroys bytes of a log that didn't read clean to its end.
-    // Set by the history, which keeps a copy of the file.
-    using DamageGuard = std::function<void()>;
+    // Called before the first write, if that destroys bytes of a log that didn't read clean to its
+    // end. Set by the history, which keeps a copy of the file. While it answers false, nothing is
+    // written.
+    using DamageGuard = std::function<bool()>;
     void setDamageGuard(DamageGuard guard) { m_guard = std::move(guard); }
     // The reader met something that it could not make sense of.
-    void markDamaged();
+    void markDamaged() { m_damaged = true; }
 
-    // For debugging: the name of a tag, or its number.
+    // For debugging: the name of a tag, or its number. Nothing in the program calls it.
     static QString tagName(int tag);
 
 private:
-    QIODevice *m_device = nullptr;
+    struct FieldView {
+        int consumed = 0;
+        int tag = 0;
+        QByteArrayView value; // good until the next read or write
+    };
+
+    bool have(qint64 count);
+    void load(qint64 end);
+    FieldView takeField();
+    FieldView search(int tag);
+    bool endStandsAt(int offset);
+    void cutHere();
+    void writeOut();
+    bool writeDirty();
+    bool put(qint64 offset, QByteArrayView bytes);
+    void setBehind(bool behind);
+    void tellBehind() const;
+    QString fileName() const;
+    bool isHeaderValid() const;
+    void writeHeader();
+
+    std::unique_ptr<QIODevice> m_device;
+    QByteArray m_data; // from the start of the file
     DamageGuard m_guard;
     QString m_created;
     QString m_version;
@@ -94,6 +129,13 @@ private:
     int m_size = 0;
     int m_position = 0;
     int m_mark = 0;
-    StreamField m_peek;
+    int m_dirtyFrom = -1; // from here on the device lacks what m_data holds; -1: it lacks nothing
+    int m_unsyncedFrom = -1;
+    bool m_endAtDirty = false; // the data on the device ends at m_dirtyFrom, as far as is known
+    bool m_inRecord = false;
+    bool m_metEnd = false; // a reader came to the end marker
+    bool m_damaged = false;
+    bool m_behind = false;
+    bool m_toldBehind = false;
     TrackerMember m_tracker {__LINE__, "objectstream"};
 };

@@ -1,6 +1,13 @@
 // The tags of history.log. They are fixed by the file format and never reused.
 #pragma once
 
+#include <QObject>
+
+// A namespace of its own gives the names to ObjectStream::tagName() as texts; everywhere else they
+// are used without it.
+namespace StreamTags {
+Q_NAMESPACE
+
 enum StreamTag {
     ID_HEADER_END = 1,
     ID_HEADER_MAJOR_VERSION = 2,
@@ -98,3 +105,7 @@ enum StreamTag {
     ID_SECOND_WIND_EVENT_CHANGE = 730,
     ID_EVENT_END = 800,
 };
+Q_ENUM_NS(StreamTag)
+} // namespace StreamTags
+
+using enum StreamTags::StreamTag;

@@ -1,1 +1,152 @@
+// The turn cycle of the DM's Display. Each step of a turn is an event of its own, so that each can
+// be stepped back by itself.
+#include "appendevent.h"
+#include "creature.h"
+#include "creaturelistmodel.h"
+#include "initiativedialog.h"
 #include "mainwindow.h"
+#include "rosterevents.h"
+#include "turnevents.h"
+
+namespace {
+
+bool appendNextTurn()
+{
+    ObjectStream *stream = streamForEvent();
+    if (!stream)
+        return false;
+    theHistory->doEvent(new NextTurnEvent(stream, false));
+    return true;
+}
+
+// A dead creature and one without an initiative bonus are passed over.
+bool canAct(const Creature *creature)
+{
+    return creature && !creature->isDead() && creature->takesTurns();
+}
+
+} // namespace
+
+void MainWindow::onStartStopEncounter()
+{
+    if (!theHistory->getStream())
+        return;
+    if (theEncounter->isRunning())
+        stopEncounter();
+    else
+        startEncounter();
+}
+
+void MainWindow::startEncounter()
+{
+    InitiativeDialog dialog(theEncounter->creatures());
+    if (!dialog.exec())
+        return;
+    if (!appendEvent<StartEncounterEvent>(dialog.characterItems(), dialog.monsterItems()))
+        return;
+    // The first who can act gets the turn; nothing of a turn's start happens on the way.
+    const int count = theEncounter->count();
+    for (int i = 0; i < count && !canAct(theEncounter->current()); ++i) {
+        if (!appendNextTurn())
+            return;
+    }
+}
+
+void MainWindow::stopEncounter()
+{
+    const CreatureList creatures = theEncounter->creatures();
+    for (Creature *creature : creatures)
+        creature->removeEffectsAtEndOfEncounter();
+    ObjectStream *stream = streamForEvent();
+    if (!stream)
+        return;
+    theHistory->doEvent(new StopEncounterEvent(stream, false));
+    const CreatureList monsters = theEncounter->monsters();
+    if (!monsters.isEmpty())
+        appendEvent<RemoveCreaturesEvent>(monsters.list());
+}
+
+void MainWindow::onNextTurn()
+{
+    if (theHistory->getStream() && endTurn(false, true))
+        advanceTurn();
+}
+
+bool MainWindow::endTurn(bool skipSaves, bool canCancel)
+{
+    Creature *current = theEncounter->current();
+    if (!current)
+        return true;
+    if (!skipSaves && !askSavingThrows(current, canCancel))
+        return false;
+    const CreatureList creatures = theEncounter->creatures();
+    for (Creature *creature : creatures)
+        creature->removeEffectsAtEndOfTurn(current, skipSaves);
+    return true;
+}
+
+// Nothing that a creature can have calls for a saving throw yet.
+bool MainWindow::askSavingThrows(Creature *, bool)
+{
+    return true;
+}
+
+void MainWindow::advanceTurn()
+{
+    // At most once around, so that it ends where nobody can act.
+    const int count = theEncounter->count();
+    for (int i = 0; i < count; ++i) {
+        if (!passTurn())
+            return;
+        Creature *current = theEncounter->current();
+        if (current)
+            startTurn(current);
+        if (canAct(current) || !endTurn(false, true))
+            return;
+    }
+}
+
+bool MainWindow::passTurn()
+{
+    if (!theHistory->getStream())
+        return false;
+    Creature *next = theEncounter->next();
+    if (!next)
+        return false;
+    if (!next->isDelayed())
+        return appendNextTurn();
+    // A delay that runs out costs the creature its turn, which ends with its saves.
+    return appendEvent<JumpInEvent>(next) && endTurn(false, false);
+}
+
+void MainWindow::startTurn(Creature *creature)
+{
+    creature->applyOngoingDamage();
+    creature->applyRegeneration();
+    const CreatureList creatures = theEncounter->creatures();
+    for (Creature *other : creatures)
+        other->removeEffectsAtStartOfTurn(creature);
+    creature->rechargePowers();
+}
+
+void MainWindow::onRemoveCreatures()
+{
+    removeCreatures(selectedCreatures());
+}
+
+void MainWindow::removeCreatures(const QList<Creature *> &creatures)
+{
+    if (creatures.isEmpty() || !theHistory->getStream())
+        return;
+    QList<Creature *> others = creatures;
+    Creature *current = theEncounter->current();
+    const bool passesTurn = creatures.size() < theEncounter->count() && others.removeOne(current);
+    if (!others.isEmpty())
+        appendEvent<RemoveCreaturesEvent>(others);
+    // The turn passes on first, and only then the creature leaves.
+    if (passesTurn) {
+        advanceTurn();
+        appendEvent<RemoveCurrentEvent>(current);
+    }
+    clearSelection();
+}
