@@ -1,12 +1,11 @@
 #include "effectevents.h"
 
-#include <climits>
-
 #include "coreobjects.h"
 #include "creature.h"
 #include "effect.h"
 #include "objectstream.h"
 #include "power.h"
+#include "saturated.h"
 #include "streamrecords.h"
 #include "terms.h"
 
@@ -29,8 +28,7 @@ struct TypeAndAmount {
 
 TypeAndAmount bySign(const SignedType &pair, int amount)
 {
-    // The least int has no counterpart.
-    const int magnitude = amount < 0 ? int(qMin(-qint64(amount), qint64(INT_MAX))) : amount;
+    const int magnitude = amount < 0 ? saturatedDifference(0, amount) : amount;
     return {amount < 0 ? pair.negative : pair.other, magnitude};
 }
 

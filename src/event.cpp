@@ -109,7 +109,7 @@ QList<CreatureVitality> liveVitality(const CreatureList &creatures)
 {
     QList<CreatureVitality> result;
     result.reserve(creatures.count());
-    for (const Creature *creature : creatures)
+    for (Creature *creature : creatures)
         result << creature->liveVitality();
     return result;
 }
@@ -128,7 +128,7 @@ QList<CreatureItem> itemsOf(const CreatureList &creatures)
 {
     QList<CreatureItem> result;
     result.reserve(creatures.count());
-    for (const Creature *creature : creatures)
+    for (Creature *creature : creatures)
         result << creature->item();
     return result;
 }
