@@ -1,3 +1,241 @@
 #include "characters.h"
 
+#include "creaturefile.h"
+#include "libraryfolder.h"
+#include "paths.h"
+
+namespace {
+
+constexpr LibraryFolder folderTexts {
+    QT_TRANSLATE_NOOP("LibraryFolder", "Loading characters..."),
+    QT_TRANSLATE_NOOP("LibraryFolder", "Directory <b>Characters</b> not found in %1."),
+    QT_TRANSLATE_NOOP("LibraryFolder", "No Characters Found"),
+    QT_TRANSLATE_NOOP("LibraryFolder",
+                      "No characters could be loaded from <b>Characters</b> directory in %1."),
+};
+
+QString characterKey(const Creature &creature)
+{
+    return creature.name();
+}
+
+// As after a load: full health, and nothing for the check of vitality to find.
+std::unique_ptr<Creature> readyCharacter(const CreatureData &data)
+{
+    auto creature = std::make_unique<Creature>();
+    creature->assign(data);
+    creature->setNameBefore(data.name);
+    creature->extendedRest(false);
+    creature->syncShadows();
+    return creature;
+}
+
+} // namespace
+
+Characters::Characters(QObject *parent)
+    : QObject(parent), m_counters(std::make_shared<ChangeCounters>()),
+      m_entries(characterKey, m_counters), m_deleted(characterKey, m_counters),
+      m_standIns(characterKey, m_counters)
+{
+}
+
+Characters::~Characters() = default;
+
+int Characters::count() const
+{
+    return m_entries.count();
+}
+
+Creature *Characters::at(int index) const
+{
+    return m_entries.at(index);
+}
+
+int Characters::indexOf(const Creature *creature) const
+{
+    return m_entries.indexOf(creature);
+}
+
+Creature *Characters::find(const QString &name, const Creature *except) const
+{
+    if (Creature *creature = m_entries.find(name, except))
+        return creature;
+    Creature *deleted = m_deleted.find(name, except);
+    return deleted && deleted->isDeleted() ? deleted : nullptr;
+}
+
+QString Characters::uniqueName(const QString &name, const Creature *except) const
+{
+    return m_entries.uniqueKey(name, except);
+}
+
+int Characters::insertionIndex(const QString &name, int exceptIndex) const
+{
+    return m_entries.insertionIndex(name, exceptIndex);
+}
+
+int Characters::add(std::unique_ptr<Creature> creature)
+{
+    return m_entries.add(std::move(creature));
+}
+
+std::unique_ptr<Creature> Characters::remove(int index, bool free)
+{
+    std::unique_ptr<Creature> creature = m_entries.take(index);
+    if (!creature || !free)
+        return creature;
+    m_deleted.append(std::move(creature));
+    return nullptr;
+}
+
+QString Characters::newName() const
+{
+    const QString name = tr("New Character");
+    if (!find(name))
+        return name;
+    for (int number = 1;; ++number) {
+        const QString numbered = tr("New Character %1").arg(number);
+        if (!find(numbered))
+            return numbered;
+    }
+}
+
+std::unique_ptr<Creature> Characters::newCharacter() const
+{
+    CreatureData data;
+    data.isMonster = false;
+    data.name = newName();
+    data.level = 1;
+    data.initAP = 1;
+    data.statBlock = textOf(data);
+    return readyCharacter(data);
+}
+
+const ChangeCounters &Characters::counters() const
+{
+    return *m_counters;
+}
+
+Creature *Characters::ensureCharacter(const QString &name, bool create)
+{
+    for (const CreatureLibrary *library : {&m_entries, &m_deleted, &m_standIns}) {
+        if (Creature *creature = library->find(name))
+            return creature;
+    }
+    return create ? makeStandIn(name) : nullptr;
+}
+
+Creature *Characters::makeStandIn(const QString &name)
+{
+    CreatureData data;
+    data.isMonster = false;
+    data.name = name;
+    data.missing = true;
+    return m_standIns.append(readyCharacter(data));
+}
+
+QList<Creature *> Characters::all() const
+{
+    return m_entries.list() + m_standIns.list();
+}
+
+void Characters::resetForEncounter()
+{
+    for (Creature *creature : m_entries.list()) {
+        creature->extendedRest(true);
+        creature->syncShadows();
+    }
+    m_deleted.removeUnless([](const Creature &creature) { return creature.isDeleted(); });
+    m_standIns.clear(m_counters);
+}
+
+void Characters::clear()
+{
+    m_counters = std::make_shared<ChangeCounters>();
+    m_entries.clear(m_counters);
+    m_deleted.clear(m_counters);
+    m_standIns.clear(m_counters);
+}
+
+void Characters::replaceBy(Characters &other)
+{
+    clear();
+    std::swap(m_counters, other.m_counters);
+    std::swap(m_entries, other.m_entries);
+    std::swap(m_deleted, other.m_deleted);
+    std::swap(m_standIns, other.m_standIns);
+    Q_EMIT doCharactersUpdated();
+}
+
+int Characters::fileCount(const QString &dataFolder)
+{
+    return libraryFileCount(creaturePath(QString(), false, dataFolder));
+}
+
+LoadResult Characters::load(const QString &dataFolder, const QString &displayFolder,
+                            Progress &progress)
+{
+    clear();
+    const PortraitSearch search;
+    const auto loadFile = [&](const QString &fileName) {
+        auto creature = std::make_unique<Creature>();
+        if (!creature->load(fileName, false, dataFolder, nullptr, this))
+            return false;
+        m_entries.append(std::move(creature));
+        return true;
+    };
+    const LoadResult result = loadLibraryFolder(
+        folderTexts, creaturePath(QString(), false, dataFolder), displayFolder, progress, loadFile);
+    m_entries.sort();
+    return result;
+}
+
+void Characters::saveAll()
+{
+    for (int i = count() - 1; i >= 0; --i) {
+        if (at(i)->isDeleted())
+            remove(i, true);
+        else
+            saveChanges(*at(i));
+    }
+    removeDeletedFiles();
+}
+
+void Characters::removeDeletedFiles()
+{
+    for (Creature *creature : m_deleted.list()) {
+        if (creature->isDeleted() && removeCreatureFile(*creature, false))
+            clearFlags(*creature);
+    }
+}
+
+void Characters::revertAll()
+{
+    restoreDeleted();
+    // The list itself changes under way: new entries go, renamed ones move.
+    const QList<Creature *> creatures = m_entries.list();
+    for (auto it = creatures.crbegin(); it != creatures.crend(); ++it) {
+        Creature *creature = *it;
+        creature->setDeleted(false);
+        const bool isNew = creature->isNew();
+        const QString oldName = creature->name();
+        creature->revert(nullptr, this);
+        if (isNew)
+            remove(indexOf(creature), true);
+        else if (creature->name() != oldName)
+            m_entries.resort(creature);
+    }
+}
+
+void Characters::restoreDeleted()
+{
+    for (int i = m_deleted.count() - 1; i >= 0; --i) {
+        Creature *creature = m_deleted.at(i);
+        if (creature->isDeleted()) {
+            creature->setDeleted(false);
+            add(m_deleted.take(i));
+        }
+    }
+}
+
 #include "moc_characters.cpp"

@@ -2,12 +2,12 @@
 // themselves, not as clones.
 #pragma once
 
-#include <QHash>
 #include <QList>
 #include <QObject>
 #include <memory>
 
-#include "creature.h"
+#include "creaturelibrary.h"
+#include "memorytracker.h"
 #include "progress.h"
 
 // Owns its characters, those that the user deleted included: they live as long as the fight or the
@@ -23,12 +23,19 @@ public:
     int count() const;
     Creature *at(int index) const;
     int indexOf(const Creature *creature) const;
+    // Characters whose deletion isn't saved are found too: their names stay taken.
     Creature *find(const QString &name, const Creature *except = nullptr) const;
+    // `name`, or with the first number from 2 that no character but `except` has.
+    QString uniqueName(const QString &name, const Creature *except = nullptr) const;
     int insertionIndex(const QString &name, int exceptIndex = -1) const;
+    // Takes the character over. Returns its index. The flags of a new one are set behind this, or
+    // they would not be counted.
     int add(std::unique_ptr<Creature> creature);
-    // With `free` the character moves to the deleted ones; without, it is the caller's.
-    void remove(int index, bool free);
+    // With `free` the character moves to the deleted ones; without, the caller gets it. A deletion
+    // that saveAll() carries out and revertAll() takes back has isDeleted() set.
+    std::unique_ptr<Creature> remove(int index, bool free);
     QString newName() const;
+    // A new character, ready for the Character Creator; neither added nor flagged.
     std::unique_ptr<Creature> newCharacter() const;
     const ChangeCounters &counters() const;
 
@@ -40,16 +47,31 @@ public:
     void replaceByStandIn(Creature *character, Creature *standIn);
     // All characters and all stand-ins.
     QList<Creature *> all() const;
-    // The running state of all characters starts anew; deleted ones and stand-ins go.
+    // The running state of all characters starts anew; stand-ins go, and so do deleted ones whose
+    // deletion is saved. For when nothing names them any more.
     void resetForEncounter();
 
     void clear();
     void replaceBy(Characters &other);
     static int fileCount(const QString &dataFolder);
     LoadResult load(const QString &dataFolder, const QString &displayFolder, Progress &progress);
+    // Writes what is new or changed and removes the files of deleted entries. What can't be written
+    // keeps its flags.
     void saveAll();
+    // Back to the saved texts, deleted characters included.
     void revertAll();
 
 Q_SIGNALS:
     void doCharactersUpdated();
+
+private:
+    Creature *makeStandIn(const QString &name);
+    void removeDeletedFiles();
+    void restoreDeleted();
+
+    std::shared_ptr<ChangeCounters> m_counters;
+    CreatureLibrary m_entries;
+    CreatureLibrary m_deleted;
+    CreatureLibrary m_standIns;
+    TrackerMember m_tracker {__LINE__, "characters"};
 };

@@ -2,11 +2,12 @@
 #pragma once
 
 #include <QList>
-#include <QMap>
 #include <QObject>
 #include <memory>
+#include <vector>
 
 #include "creature.h"
+#include "memorytracker.h"
 #include "preparedencounter.h"
 #include "progress.h"
 
@@ -19,9 +20,16 @@ public:
 
     // Sorted by name ignoring case.
     int count() const;
+    // Null for an index out of range.
     PreparedEncounter *at(int index) const;
+    int indexOf(const PreparedEncounter *encounter) const;
+    // Takes the encounter over. Returns its index. The flags of a new one are set behind this, or
+    // they would not be counted.
     int add(std::unique_ptr<PreparedEncounter> encounter);
+    // Destroys the encounter.
     void remove(int index);
+    // Puts the encounter where its changed name belongs. Returns its new index.
+    int resort(int index);
     // Sorted; what the boxes that filter by adventure show.
     QStringList adventures() const;
     QString newName() const;
@@ -32,12 +40,24 @@ public:
     void templateDeleted(const QString &group);
 
     void clear();
+    // Takes everything out of `other`.
     void replaceBy(Encounters &other);
     static int fileCount(const QString &dataFolder);
     LoadResult load(const QString &dataFolder, const QString &displayFolder, Progress &progress);
+    // Writes what is new or changed and removes the files of deleted entries. What can't be written
+    // keeps its flags.
     void saveAll();
+    // Reads changed encounters anew: pointers to those become invalid.
     void revertAll();
 
 Q_SIGNALS:
     void doEncountersUpdated();
+
+private:
+    std::unique_ptr<PreparedEncounter> take(int index);
+    void reread(int index);
+
+    std::unique_ptr<ChangeCounters> m_counters;
+    std::vector<std::unique_ptr<PreparedEncounter>> m_entries;
+    TrackerMember m_tracker {__LINE__, "encounters"};
 };

@@ -1,12 +1,12 @@
 // The library's monsters, one for each file of "Monsters", and the clones that are in play.
 #pragma once
 
-#include <QHash>
 #include <QList>
 #include <QObject>
 #include <memory>
 
-#include "creature.h"
+#include "creaturelibrary.h"
+#include "memorytracker.h"
 #include "progress.h"
 
 // Owns its templates and all clones: a clone lives from its first mention until the collection is
@@ -24,16 +24,20 @@ public:
     int indexOf(const Creature *creature) const;
     // Deleted entries are found too: their names stay taken until they are saved.
     Creature *findGroup(const QString &group) const;
+    // `group`, or with the first number from 2 that no template but `except` has.
+    QString uniqueGroup(const QString &group, const Creature *except = nullptr) const;
     // Entries that aren't deleted, by file name ignoring case.
     Creature *findFile(const QString &fileName) const;
     // Where `name` belongs, passing over the entry at `exceptIndex` (-1: none).
     int insertionIndex(const QString &name, int exceptIndex = -1) const;
-    // Takes the creature over. Returns its index.
+    // Takes the creature over. Returns its index. The flags of a new one are set behind this, or
+    // they would not be counted.
     int add(std::unique_ptr<Creature> creature);
-    // With `free` the creature is destroyed; without, it is the caller's.
-    void remove(int index, bool free);
+    // With `free` the creature is destroyed; without, the caller gets it.
+    std::unique_ptr<Creature> remove(int index, bool free);
     QString newName() const;
-    // A new monster with the starter text, ready for the Monster Manager; not yet added.
+    // A new monster with the starter text, ready for the Monster Manager; neither added nor
+    // flagged.
     std::unique_ptr<Creature> newMonster() const;
     const ChangeCounters &counters() const;
 
@@ -43,7 +47,7 @@ public:
     Creature *ensureTemplate(QString &group, const QString &id, bool create);
     // All clones that were named so far.
     QList<Creature *> clones() const;
-    // Takes a clone off without destroying it before the collection goes: a merge replaced it.
+    // The clone is found no more, but lives on with the collection: a merge replaced it.
     void retireClone(Creature *creature);
     // Forgets the fight: every clone goes.
     void resetForEncounter();
@@ -54,10 +58,22 @@ public:
     static int fileCount(const QString &dataFolder);
     LoadResult load(const QString &dataFolder, const QString &displayFolder, Progress &progress);
 
-    // Walks from last to first; what can't be written keeps its flags.
+    // Writes what is new or changed and removes the files of deleted entries. What can't be written
+    // keeps its flags.
     void saveAll();
+    // Back to the saved texts; the encounters follow a group that changes its name.
     void revertAll();
 
 Q_SIGNALS:
     void doTemplatesUpdated();
+
+private:
+    Creature *makeUpTemplate(const QString &group);
+    Creature *makeClone(const Creature *original, const QString &id);
+
+    std::shared_ptr<ChangeCounters> m_counters;
+    CreatureLibrary m_templates;
+    CreatureLibrary m_clones;
+    std::vector<std::unique_ptr<Creature>> m_retired;
+    TrackerMember m_tracker {__LINE__, "monsters"};
 };

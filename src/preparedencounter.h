@@ -5,10 +5,9 @@
 #include <QList>
 #include <QString>
 
+#include "creaturelist.h"
 #include "encounterentry.h"
 
-class CreatureList;
-class Encounters;
 struct ChangeCounters;
 
 struct EncounterMonster {
@@ -23,17 +22,21 @@ class PreparedEncounter {
 public:
     // False when the file can't be read or has no name.
     bool read(const QString &fileName, const QString &dataFolder);
+    // Replaces the content by that of a file's bytes; a bad line ends the reading. False without a
+    // name.
+    bool parse(const QByteArray &bytes);
     // A new file gets a name of its own. False when the file isn't written in full.
     bool write();
-    // Deletes the file.
+    // Deletes the file. True too when there is none.
     bool remove();
     // The bytes of the file; `withLevel` false leaves out what is worked out.
     QByteArray image(bool withLevel) const;
     void recompute() const;
-    // Null when there is none.
+    // Null when there is none. The group's letters may be of either case.
     const EncounterMonster *find(const QString &group, const QString &id) const;
     enum IdScheme { Numbers = 0, Letters = 1, LetterAndNumber = 2 };
-    // The next free ID for a monster of `group`; `scheme` may be changed by the choice.
+    // The next free ID for a monster of `group`; `scheme` may be changed by the choice. With
+    // `perEncounter` no monster of the encounter may have it, otherwise none of the group.
     QString defaultId(const QString &group, const QString &prefix, int &scheme,
                       bool perEncounter) const;
 
@@ -45,16 +48,19 @@ public:
     int level() const;
     int xp() const;
     const QList<EncounterMonster> &monsters() const { return m_monsters; }
+    // Index of the first monster of each run of one group.
     const QList<int> &groupStarts() const { return m_groupStarts; }
     EncounterEntry entry() const;
     // The clones that stand for the monsters, each with its alias and hidden mark untouched: the
-    // caller's events set those.
+    // caller's events set those. Two entries that name the same clone give it once.
     CreatureList creatures() const;
 
-    void setName(const QString &name);
-    void setAdventure(const QString &adventure);
-    void setDescription(const QString &description);
+    void setName(const QString &name) { m_name = name; }
+    void setAdventure(const QString &adventure) { m_adventure = adventure; }
+    void setDescription(const QString &description) { m_description = description; }
     void setMonsters(const QList<EncounterMonster> &monsters);
+    // False when no entry has the old group.
+    bool renameGroup(const QString &oldGroup, const QString &newGroup);
     // The templates' XP may have changed.
     void setLevelStale() const { m_levelStale = true; }
 
@@ -65,9 +71,15 @@ public:
     void setModified(bool value);
     void setDeleted(bool value);
     void setCounters(ChangeCounters *counters) { m_counters = counters; }
+    // Compares the content with what the file holds, unless the encounter is new.
     void refreshChanged();
 
 private:
+    struct Reading;
+    bool readLine(const QByteArray &line, Reading &reading);
+    void readMonsterLine(const QString &key, const QString &value, Reading &reading);
+    QByteArray groupImage(qsizetype start, qsizetype end) const;
+    void recomputeIfStale() const;
     void rebuildGroupStarts();
     void setFlag(bool &flag, bool value, int ChangeCounters::*counter);
 
@@ -86,7 +98,4 @@ private:
     mutable int m_xp = 0;
     QList<EncounterMonster> m_monsters;
     QList<int> m_groupStarts;
-    Encounters *m_owner = nullptr;
-
-    friend class Encounters;
 };

@@ -1,0 +1,117 @@
+#include "libraryfolder.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+
+#include "windowinterface.h"
+
+namespace {
+
+// A text of the library has a few kilobytes; this only keeps a misplaced giant out of memory.
+constexpr qint64 maxFileBytes = 16 * 1024 * 1024;
+// Leaves room for a number and the extension in a file system's limit of 255 bytes.
+constexpr qsizetype maxStemLength = 70;
+
+QString translated(const char *text)
+{
+    return QCoreApplication::translate("LibraryFolder", text);
+}
+
+WindowInterface::FolderAnswer ask(const char *title, const char *text, const char *button,
+                                  const QString &displayFolder)
+{
+    return windows().askFolder(translated(title), translated(text).arg(displayFolder),
+                               translated(button));
+}
+
+LoadResult toResult(WindowInterface::FolderAnswer answer)
+{
+    switch (answer) {
+    case WindowInterface::FolderAnswer::Accept:
+        return LoadResult::Loaded;
+    case WindowInterface::FolderAnswer::SelectFolder:
+        return LoadResult::AskAgain;
+    case WindowInterface::FolderAnswer::Cancel:
+        break;
+    }
+    return LoadResult::Cancelled;
+}
+
+LoadResult offerToCreate(const LibraryFolder &texts, const QString &folder,
+                         const QString &displayFolder)
+{
+    const LoadResult result =
+        toResult(ask(QT_TRANSLATE_NOOP("LibraryFolder", "Directory not Found"), texts.notFound,
+                     QT_TRANSLATE_NOOP("LibraryFolder", "Create"), displayFolder));
+    if (result == LoadResult::Loaded)
+        QDir().mkpath(folder);
+    return result;
+}
+
+} // namespace
+
+LoadResult loadLibraryFolder(const LibraryFolder &texts, const QString &folder,
+                             const QString &displayFolder, Progress &progress,
+                             const std::function<bool(const QString &)> &loadFile)
+{
+    progress.setLabel(translated(texts.loading));
+    const QDir dir(folder);
+    if (!dir.exists())
+        return offerToCreate(texts, folder, displayFolder);
+    bool anyLoaded = false;
+    const QStringList names = dir.entryList();
+    for (const QString &name : names) {
+        anyLoaded |= loadFile(name);
+        progress.step();
+        if (progress.wasCancelled())
+            return LoadResult::Cancelled;
+    }
+    if (anyLoaded)
+        return LoadResult::Loaded;
+    return toResult(ask(texts.nothingTitle, texts.nothing,
+                        QT_TRANSLATE_NOOP("LibraryFolder", "Continue"), displayFolder));
+}
+
+int libraryFileCount(const QString &folder)
+{
+    const QDir dir(folder);
+    return dir.exists() ? int(dir.count()) : 0;
+}
+
+bool readLibraryFile(const QString &path, QByteArray &bytes)
+{
+    // A pipe or device would keep the program waiting.
+    if (!QFileInfo(path).isFile())
+        return false;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly) || file.size() > maxFileBytes)
+        return false;
+    bytes = file.readAll();
+    if (bytes.startsWith("\xEF\xBB\xBF"))
+        bytes.remove(0, 3);
+    return !bytes.isEmpty();
+}
+
+QString fileStem(const QString &name, const QString &fallback)
+{
+    QString stem;
+    for (const char32_t c : name.toLower().toStdU32String()) {
+        if (QChar::isSpace(c) || QChar::category(c) == QChar::Other_Control)
+            stem += u'-';
+        else if (QChar::isLetter(c) || QChar::isDigit(c))
+            stem += QChar::fromUcs4(c);
+        if (stem.size() >= maxStemLength)
+            break;
+    }
+    return stem.isEmpty() ? fallback : stem;
+}
+
+QString unusedFileName(const QString &folder, const QString &stem, const QString &extension)
+{
+    const QDir dir(folder);
+    QString name = stem + u'.' + extension;
+    for (int number = 1; dir.exists(name); ++number)
+        name = QStringLiteral("%1_%2.%3").arg(stem).arg(number).arg(extension);
+    return name;
+}
