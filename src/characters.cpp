@@ -134,6 +134,20 @@ Creature *Characters::makeStandIn(const QString &name)
     return m_standIns.append(readyCharacter(data));
 }
 
+void Characters::replaceByStandIn(Creature *character, Creature *standIn)
+{
+    std::unique_ptr<Creature> replaced = m_entries.take(m_entries.indexOf(character));
+    std::unique_ptr<Creature> successor = m_standIns.take(m_standIns.indexOf(standIn));
+    if (replaced) {
+        clearFlags(*replaced);
+        m_retired.push_back(std::move(replaced));
+    }
+    if (successor) {
+        successor->setName(character->name());
+        m_entries.add(std::move(successor));
+    }
+}
+
 QList<Creature *> Characters::all() const
 {
     return m_entries.list() + m_standIns.list();
@@ -147,6 +161,7 @@ void Characters::resetForEncounter()
     }
     m_deleted.removeUnless([](const Creature &creature) { return creature.isDeleted(); });
     m_standIns.clear(m_counters);
+    m_retired.clear();
 }
 
 void Characters::clear()
@@ -155,6 +170,7 @@ void Characters::clear()
     m_entries.clear(m_counters);
     m_deleted.clear(m_counters);
     m_standIns.clear(m_counters);
+    m_retired.clear();
 }
 
 void Characters::replaceBy(Characters &other)
@@ -164,6 +180,7 @@ void Characters::replaceBy(Characters &other)
     std::swap(m_entries, other.m_entries);
     std::swap(m_deleted, other.m_deleted);
     std::swap(m_standIns, other.m_standIns);
+    std::swap(m_retired, other.m_retired);
     Q_EMIT doCharactersUpdated();
 }
 

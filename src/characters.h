@@ -5,6 +5,7 @@
 #include <QList>
 #include <QObject>
 #include <memory>
+#include <vector>
 
 #include "creaturelibrary.h"
 #include "memorytracker.h"
@@ -42,8 +43,8 @@ public:
     // The character of that name, deleted and missing ones included. With `create` a stand-in with
     // isMissing() set is made for a name that nobody has.
     Creature *ensureCharacter(const QString &name, bool create);
-    // The stand-in takes the character's place in the library, for a rename that joined the two. The
-    // character lives on like a deleted one, but no name finds it.
+    // The stand-in takes the character's place in the library, for a rename that joined the two.
+    // The character lives on like a deleted one, but no name finds it.
     void replaceByStandIn(Creature *character, Creature *standIn);
     // All characters and all stand-ins.
     QList<Creature *> all() const;
@@ -73,5 +74,6 @@ private:
     CreatureLibrary m_entries;
     CreatureLibrary m_deleted;
     CreatureLibrary m_standIns;
+    std::vector<std::unique_ptr<Creature>> m_retired; // no name finds them any more
     TrackerMember m_tracker {__LINE__, "characters"};
 };
