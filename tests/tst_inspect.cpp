@@ -1,0 +1,406 @@
+// The inspector as it is called: what it prints, what it refuses, and that it leaves no trace.
+#include <QDateTime>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+
+#include "characters.h"
+#include "coreobjects.h"
+#include "creaturelist.h"
+#include "encounter.h"
+#include "event.h"
+#include "history.h"
+#include "monsters.h"
+#include "paths.h"
+#include "rosterevents.h"
+#include "testdata.h"
+#include "testhome.h"
+#include "turnevents.h"
+#include "vitalityevents.h"
+
+namespace {
+
+struct Run {
+    int exitCode = -1;
+    QByteArray out;
+    QByteArray err;
+
+    QJsonObject object() const { return QJsonDocument::fromJson(out).object(); }
+    QJsonArray array() const { return QJsonDocument::fromJson(out).array(); }
+};
+
+Run inspect(const QStringList &arguments)
+{
+    QProcess process;
+    process.start(QStringLiteral(BINARY_ROOT "/morvane-inspect"), arguments);
+    if (!process.waitForFinished(60000))
+        return {};
+    return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
+}
+
+QStringList strings(const QJsonValue &array)
+{
+    return array.toVariant().toStringList();
+}
+
+QStringList displayNamesOf(const QList<Creature *> &creatures)
+{
+    QStringList names;
+    for (const Creature *creature : creatures)
+        names << creature->displayName();
+    return names;
+}
+
+// Everything that can be told of a folder from outside.
+QStringList traces(const QString &folder)
+{
+    QStringList result;
+    for (QDirIterator it(folder, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
+                         QDirIterator::Subdirectories);
+         it.hasNext();) {
+        const QString path = it.next();
+        QFile file(path);
+        const QByteArray bytes = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        result << path + u' ' + it.fileInfo().lastModified().toString(Qt::ISODateWithMs) + u' '
+                + QString::fromLatin1(bytes.toHex());
+    }
+    result.sort();
+    return result;
+}
+
+QByteArray eventTypeField(int type)
+{
+    QByteArray field = QByteArray::fromHex("2c0104"); // tag 300, four bytes
+    for (int shift = 0; shift < 32; shift += 8)
+        field += char(type >> shift);
+    return field;
+}
+
+} // namespace
+
+class InspectTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void tellsTheFight();
+    void tellsEachPosition();
+    void tellsWhereRecordsStand();
+    void tellsAFolderWithoutLog();
+    void stopsAtAnUnknownEvent();
+    void tellsCreatureFiles_data();
+    void tellsCreatureFiles();
+    void tellsEncounters();
+    void refuses_data();
+    void refuses();
+    void leavesNoTrace_data();
+    void leavesNoTrace();
+
+private:
+    void playFight();
+    Run fight(const QStringList &more = {}) const;
+    void writeLog(const QByteArray &bytes) const;
+
+    std::unique_ptr<TestDataFolder> m_folder;
+    std::unique_ptr<CoreObjects> m_objects;
+};
+
+void InspectTest::init()
+{
+    failOnWarnings();
+    m_folder = std::make_unique<TestDataFolder>();
+    m_folder->addCharacter(QStringLiteral("Aria"), 30, 4);
+    m_folder->addCharacter(QStringLiteral("Bran"), 25, 1);
+    m_folder->addMonster(QStringLiteral("Cave Rat"), 12, 3);
+    m_folder->write(QStringLiteral("Encounters/cellar.txt"),
+                    QStringLiteral("name=The Cellar\nadventure=Below\ndescription=Dark\\nand "
+                                   "damp\nCave Rat=1,2\nalias#2=Something\nhidden#2=true\n"));
+    m_objects = std::make_unique<CoreObjects>();
+    m_folder->load();
+}
+
+void InspectTest::cleanup()
+{
+    m_objects.reset();
+    m_folder.reset();
+}
+
+// Aria and Bran against two rats, one of which dies.
+void InspectTest::playFight()
+{
+    ObjectStream *stream = theHistory->getStream();
+    QVERIFY(stream);
+    QString group = QStringLiteral("Cave Rat");
+    CreatureList rats;
+    rats.insertAt(0, theMonsters->ensureTemplate(group, QStringLiteral("1"), true));
+    rats.insertAt(1, theMonsters->ensureTemplate(group, QStringLiteral("2"), true));
+    CreatureList party;
+    party.insertAt(0, theCharacters->at(0));
+    party.insertAt(1, theCharacters->at(1));
+
+    theHistory->doEvent(new SetPartyEvent(party, false, {}, stream));
+    EncounterEntry entry;
+    entry.name = QStringLiteral("The Cellar");
+    theHistory->doEvent(new SetEncounterEvent(entry, rats, false, stream));
+    theHistory->doEvent(new StartEncounterEvent(
+        {{QStringLiteral("Aria"), 20, 0}, {QStringLiteral("Bran"), 10, 0}},
+        {{QStringLiteral("Cave Rat (1)"), 15, 0}, {QStringLiteral("Cave Rat (2)"), 5, 0}}, stream));
+    theHistory->doEvent(new DamageEvent(party.at(0), rats.at(1), 40, stream));
+    theHistory->doEvent(new NextTurnEvent(stream, false));
+    theHistory->doEvent(new DamageEvent(rats.at(0), party.at(0), 9, stream));
+    theHistory->doEvent(new HealEvent(nullptr, party.at(0), 1, 4, stream));
+}
+
+Run InspectTest::fight(const QStringList &more) const
+{
+    return inspect(QStringList {QStringLiteral("fight"), m_folder->path()} + more);
+}
+
+void InspectTest::writeLog(const QByteArray &bytes) const
+{
+    QFile file(m_folder->file(QStringLiteral("history.log")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(bytes), bytes.size());
+}
+
+void InspectTest::tellsTheFight()
+{
+    playFight();
+    const Run run = fight();
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.err, QByteArray());
+    QCOMPARE(fight().out, run.out);
+
+    const QJsonObject report = run.object();
+    QCOMPARE(
+        report.keys(),
+        QStringList({QStringLiteral("creatures"), QStringLiteral("encounter"),
+                     QStringLiteral("events"), QStringLiteral("header"), QStringLiteral("known"),
+                     QStringLiteral("players"), QStringLiteral("position")}));
+    QCOMPARE(report[u"header"][u"major"].toInt(), 1);
+    QCOMPARE(report[u"header"][u"version"].toString(), QStringLiteral("1.5.09 Beta"));
+    QCOMPARE(report[u"known"].toBool(), true);
+    QCOMPARE(report[u"encounter"][u"name"].toString(), QStringLiteral("The Cellar"));
+    QCOMPARE(strings(report[u"encounter"][u"order"]),
+             displayNamesOf(theEncounter->creatures().list()));
+    QCOMPARE(strings(report[u"players"][u"kills"]),
+             displayNamesOf(theEncounter->playersView().kills.values()));
+    QCOMPARE(strings(report[u"players"][u"rows"]),
+             displayNamesOf(theEncounter->playersView().rows));
+
+    const QJsonObject aria = report[u"creatures"][u"Aria"].toObject();
+    QCOMPARE(aria[u"currHP"].toInt(), 25);
+    QCOMPARE(aria[u"currHS"].toInt(), 7);
+    QCOMPARE(aria[u"damageTaken"].toInt(), 9);
+    QCOMPARE(aria[u"lastHitBy"].toString(), QStringLiteral("Cave Rat (1)"));
+    QCOMPARE(aria[u"alias"], QJsonValue(QString()));
+    QCOMPARE(aria[u"base"][u"maxHP"].toInt(), 30);
+    QCOMPARE(report[u"creatures"][u"Cave Rat (2)"][u"currHP"].toInt(), -28);
+}
+
+// Each position looks as it does in the running program at that position.
+void InspectTest::tellsEachPosition()
+{
+    playFight();
+    const int last = theHistory->eventCount() - 1;
+    for (int at = -1; at <= last; ++at) {
+        theHistory->moveTo(at);
+        const QJsonObject report = fight({QStringLiteral("--at"), QString::number(at)}).object();
+        QCOMPARE(report[u"position"].toInt(-9), at);
+        QCOMPARE(report[u"events"].toArray().size(), last + 1);
+        QCOMPARE(report[u"encounter"][u"currentIndex"].toInt(-9), theEncounter->currentIndex());
+        QCOMPARE(strings(report[u"encounter"][u"order"]),
+                 displayNamesOf(theEncounter->creatures().list()));
+        for (Creature *creature : theEncounter->creatures()) {
+            const QJsonObject told = report[u"creatures"][creature->displayName()].toObject();
+            QCOMPARE(told[u"currHP"].toInt(-99), creature->currHP());
+            QCOMPARE(told[u"status"].toString(), creature->statusText());
+        }
+    }
+    QCOMPARE(fight().object()[u"position"].toInt(-9), last);
+}
+
+void InspectTest::tellsWhereRecordsStand()
+{
+    playFight();
+    const QByteArray log = m_folder->read(QStringLiteral("history.log"));
+    const QJsonArray events = fight().object()[u"events"].toArray();
+    QCOMPARE(events.size(), theHistory->eventCount());
+    int end = events[0][u"offset"].toInt();
+    for (int i = 0; i < int(events.size()); ++i) {
+        QCOMPARE(events[i][u"offset"].toInt(), end);
+        QCOMPARE(events[i][u"type"].toInt(), theHistory->eventAt(i)->type());
+        QCOMPARE(log.mid(end, 7), eventTypeField(theHistory->eventAt(i)->type()));
+        QCOMPARE(events[i][u"text"].toString(), theHistory->eventText(i));
+        QCOMPARE(events[i][u"starts"].toBool(), i == 2);
+        end += events[i][u"size"].toInt();
+    }
+    QCOMPARE(log.mid(end), QByteArray(2, '\0'));
+}
+
+void InspectTest::tellsAFolderWithoutLog()
+{
+    const QJsonObject report = fight().object();
+    QVERIFY(report[u"header"].isNull());
+    QCOMPARE(report[u"known"].toBool(), true);
+    QCOMPARE(report[u"position"].toInt(), -1);
+    QCOMPARE(report[u"events"].toArray().size(), 0);
+    QCOMPARE(report[u"creatures"].toObject().keys(),
+             QStringList({QStringLiteral("Aria"), QStringLiteral("Bran")}));
+}
+
+void InspectTest::stopsAtAnUnknownEvent()
+{
+    playFight();
+    const int count = theHistory->eventCount();
+    theHistory->clear();
+    QByteArray log = m_folder->read(QStringLiteral("history.log"));
+    log.chop(2);
+    writeLog(log + eventTypeField(999) + QByteArray(2, '\0'));
+    const QJsonObject report = fight().object();
+    QCOMPARE(report[u"known"].toBool(), false);
+    QCOMPARE(report[u"events"].toArray().size(), count);
+}
+
+void InspectTest::tellsCreatureFiles_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("form");
+    QTest::addColumn<bool>("valid");
+    QTest::addColumn<bool>("isMonster");
+    QTest::addColumn<QString>("keyName");
+    const QString fields = QStringLiteral("type=x\nrole=Brute\nlevel=2\nxp=125\nhit-points=9\n"
+                                          "str=18\n");
+    QTest::newRow("monster") << QStringLiteral("group=Ogre\n") + fields << "key" << true << true
+                             << "Ogre";
+    QTest::newRow("character") << QStringLiteral("name=Cara\n") + fields << "key" << true << false
+                               << "Cara";
+    QTest::newRow("bad name") << QStringLiteral("group=") + QString(71, u'o') + u'\n' + fields
+                              << "key" << false << true << QString(71, u'o');
+}
+
+void InspectTest::tellsCreatureFiles()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, isMonster);
+    m_folder->write(QStringLiteral("some.txt"), text);
+    const QString path = m_folder->file(QStringLiteral("some.txt"));
+    const Run run = inspect({QStringLiteral("creature"), path, path});
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.array().size(), 2);
+    const QJsonObject report = run.array()[0].toObject();
+    QCOMPARE(report[u"file"].toString(), path);
+    QTEST(report[u"form"].toString(), "form");
+    QCOMPARE(report[u"read"].toBool(), true);
+    QTEST(report[u"valid"].toBool(), "valid");
+    const QJsonObject record = report[u"record"].toObject();
+    QCOMPARE(record[u"isMonster"].toBool(), isMonster);
+    QTEST(record[isMonster ? u"group" : u"name"].toString(), "keyName");
+    QCOMPARE(record[u"maxHP"].toInt(), 9);
+    QCOMPARE(record[u"initBonus"].toInt(), 1000);
+    QCOMPARE(record[u"strength"].toArray(), QJsonArray({18, -1000000}));
+    QVERIFY(!record.contains(u"statBlock"));
+}
+
+void InspectTest::tellsEncounters()
+{
+    const Run five = inspect({QStringLiteral("encounters"), m_folder->path()});
+    QCOMPARE(five.exitCode, 0);
+    QCOMPARE(five.array().size(), 1);
+    const QJsonObject cellar = five.array()[0].toObject();
+    QCOMPARE(cellar[u"fileName"].toString(), QStringLiteral("cellar.txt"));
+    QCOMPARE(cellar[u"name"].toString(), QStringLiteral("The Cellar"));
+    QCOMPARE(cellar[u"description"].toString(), QStringLiteral("Dark\nand damp"));
+    QCOMPARE(cellar[u"xp"].toInt(), 200);
+    QCOMPARE(cellar[u"level"].toInt(), 1);
+    QCOMPARE(cellar[u"monsters"][1].toObject(),
+             (QJsonObject {{QStringLiteral("group"), QStringLiteral("Cave Rat")},
+                           {QStringLiteral("id"), QStringLiteral("2")},
+                           {QStringLiteral("alias"), QStringLiteral("Something")},
+                           {QStringLiteral("hidden"), true}}));
+
+    const Run one = inspect({QStringLiteral("encounters"), QStringLiteral("--party"),
+                             QStringLiteral("1"), m_folder->path()});
+    QCOMPARE(one.array()[0][u"level"].toInt(), 5);
+}
+
+void InspectTest::refuses_data()
+{
+    QTest::addColumn<QString>("arguments");
+    QTest::newRow("nothing") << "";
+    QTest::newRow("unknown subcommand") << "monsters FOLDER";
+    QTest::newRow("no folder") << "fight";
+    QTest::newRow("missing folder") << "fight FOLDER/nowhere";
+    QTest::newRow("folder is a file") << "encounters FOLDER/Monsters/cave-rat.txt";
+    QTest::newRow("two folders") << "fight FOLDER FOLDER";
+    QTest::newRow("no position") << "fight FOLDER --at";
+    QTest::newRow("position is no number") << "fight FOLDER --at last";
+    QTest::newRow("position out of range") << "fight FOLDER --at 0";
+    QTest::newRow("party of none") << "encounters FOLDER --party 0";
+    QTest::newRow("no file") << "creature";
+    QTest::newRow("missing file") << "creature FOLDER/Monsters/cave-rat.txt FOLDER/x.txt";
+    QTest::newRow("file is a folder") << "creature FOLDER";
+}
+
+void InspectTest::refuses()
+{
+    QFETCH(QString, arguments);
+    arguments.replace(QStringLiteral("FOLDER"), m_folder->path());
+    const Run run = inspect(arguments.split(u' ', Qt::SkipEmptyParts));
+    QCOMPARE(run.exitCode, 2);
+    QCOMPARE(run.out, QByteArray());
+    QCOMPARE(run.err.count('\n'), 1);
+}
+
+void InspectTest::leavesNoTrace_data()
+{
+    QTest::addColumn<QByteArray>("log");
+    QTest::addColumn<bool>("complete");
+    const QByteArray header = QByteArray::fromHex("020004010000000300040000000004000b")
+        + "1.5.09 Beta" + QByteArray::fromHex("050013") + "2026-01-31-20-15-00"
+        + QByteArray::fromHex("010000");
+    QByteArray tooNew = header;
+    tooNew[3] = 2;
+    QTest::newRow("no log") << QByteArray() << true;
+    QTest::newRow("no Encounters folder") << QByteArray() << false;
+    QTest::newRow("heading only") << header << true;
+    QTest::newRow("no heading") << QByteArray("rubbish") << true;
+    QTest::newRow("heading cut short") << header.left(20) << true;
+    QTest::newRow("too new") << tooNew + QByteArray(2, '\0') << true;
+    QTest::newRow("unknown event") << header + eventTypeField(999) << true;
+    QTest::newRow("record cut short") << header + eventTypeField(4) << true;
+}
+
+void InspectTest::leavesNoTrace()
+{
+    QFETCH(QByteArray, log);
+    QFETCH(bool, complete);
+    if (!log.isEmpty())
+        writeLog(log);
+    if (!complete)
+        QVERIFY(QDir(m_folder->file(QStringLiteral("Encounters"))).removeRecursively());
+    const QStringList before = traces(m_folder->path());
+
+    const Run told = fight();
+    QCOMPARE(told.exitCode, 0);
+    QCOMPARE(told.object()[u"header"].isObject(),
+             log.size() > 40); // a whole heading
+    QCOMPARE(fight({QStringLiteral("--at"), QStringLiteral("-1")}).exitCode, 0);
+    QCOMPARE(inspect({QStringLiteral("encounters"), m_folder->path()}).exitCode, 0);
+    QCOMPARE(inspect({QStringLiteral("creature"),
+                      m_folder->file(QStringLiteral("Monsters/cave-rat.txt"))})
+                 .exitCode,
+             0);
+    QCOMPARE(traces(m_folder->path()), before);
+}
+
+MORVANE_TEST_MAIN(QGuiApplication, InspectTest)
+
+#include "tst_inspect.moc"
