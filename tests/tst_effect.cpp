@@ -1,0 +1,501 @@
+// Conditions: how they read, when they end, what they modify, and what the turn cycle makes of
+// them.
+#include <QGuiApplication>
+
+#include "coreobjects.h"
+#include "creatures.h"
+#include "effect.h"
+#include "encounter.h"
+#include "event.h"
+#include "history.h"
+#include "terms.h"
+#include "testdata.h"
+#include "testhome.h"
+
+namespace {
+
+constexpr EffectedAttributes attributes(unsigned int flags)
+{
+    return {.ac = (flags & 1) != 0,
+            .fortitude = (flags & 2) != 0,
+            .reflex = (flags & 4) != 0,
+            .will = (flags & 8) != 0,
+            .hit = (flags & 16) != 0,
+            .damage = (flags & 32) != 0,
+            .savingThrows = (flags & 64) != 0};
+}
+
+} // namespace
+
+class TestEffect : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void types_data();
+    void types();
+    void texts_data();
+    void texts();
+    void durations_data();
+    void durations();
+    void flagsKeepUnknownBits();
+    void modifiers_data();
+    void modifiers();
+    void favoursASide();
+    void endsWithATurn_data();
+    void endsWithATurn();
+    void neverEndsInTheTurnThatSetIt();
+    void savesWaitForTheNextTurn();
+    void deathSaveIsARow();
+    void diesOffItsTarget();
+    void outlivesItsCreatures();
+    void startOfTurnRaisesEvents();
+    void endOfTurnRaisesEvents();
+    void powersRecharge_data();
+    void powersRecharge();
+    void theDeadCanLeave();
+
+private:
+    QStringList logged() const;
+
+    std::unique_ptr<TestDataFolder> m_folder;
+    std::unique_ptr<CoreObjects> m_objects;
+    std::unique_ptr<Creature> m_aria;
+    std::unique_ptr<Creature> m_bren;
+    std::unique_ptr<Creature> m_rat;
+};
+
+void TestEffect::init()
+{
+    failOnWarnings();
+    m_folder = std::make_unique<TestDataFolder>();
+    m_objects = std::make_unique<CoreObjects>();
+    m_aria = makeCharacter(QStringLiteral("Aria"));
+    m_bren = makeCharacter(QStringLiteral("Bren"));
+    m_rat = makeMonster(QStringLiteral("Rat"), QStringLiteral("1"));
+    theEncounter->setOrder(
+        CreatureList(QList<Creature *> {m_aria.get(), m_bren.get(), m_rat.get()}));
+    theEncounter->setPosition({1, 0, {}});
+}
+
+void TestEffect::cleanup()
+{
+    // The events of the history hold effects on these creatures.
+    m_objects.reset();
+    m_aria.reset();
+    m_bren.reset();
+    m_rat.reset();
+    m_folder.reset();
+}
+
+QStringList TestEffect::logged() const
+{
+    QStringList texts;
+    for (int i = 0; i < theHistory->eventCount(); ++i)
+        texts.append(theHistory->eventText(i));
+    return texts;
+}
+
+void TestEffect::types_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("good");
+    QTest::addColumn<bool>("showsOrigin");
+    const char *const names[] = {"note",
+                                 "Blinded",
+                                 "Dazed",
+                                 "Deafened",
+                                 "Dominated",
+                                 "Grabbed",
+                                 "Helpless",
+                                 "Hidden",
+                                 "Immobilized",
+                                 "Marked",
+                                 "Petrified",
+                                 "Prone",
+                                 "Restrained",
+                                 "Slowed",
+                                 "Stunned",
+                                 "Surprised",
+                                 "Unconscious",
+                                 "Weakened",
+                                 "Total Defence",
+                                 "Second Wind",
+                                 "Ongoing 5 Damage",
+                                 "Regeneration 5",
+                                 "-5 Penalty",
+                                 "+5 Bonus",
+                                 "Partial Cover",
+                                 "Superior Cover",
+                                 "Concealment",
+                                 "Total Concealment",
+                                 "Resist 5",
+                                 "Vulnerable 5",
+                                 "note",
+                                 "note",
+                                 "Insubstantial",
+                                 "Phasing",
+                                 "note"};
+    const QSet<int> good {18, 19, 21, 23, 24, 25, 26, 27, 28, 30, 32, 33};
+    const QSet<int> silent {18, 24, 25, 26, 27};
+    for (int type = -1; type < int(std::size(names)); ++type) {
+        QTest::addRow("%d", type) << type << QString::fromLatin1(names[std::max(type, 0)])
+                                  << good.contains(type) << !silent.contains(type);
+    }
+}
+
+void TestEffect::types()
+{
+    QFETCH(int, type);
+    QFETCH(QString, name);
+    const QString note = QStringLiteral("note");
+    const Effect effect(nullptr, m_aria.get(), type, EffectEnd::Special, note, 5);
+    QCOMPARE(effect.conditionText(), name == note ? note : QStringLiteral("%1 (note)").arg(name));
+    QTEST(effect.isBeneficial(), "good");
+    QTEST(Effect::showsOrigin(type), "showsOrigin");
+}
+
+void TestEffect::texts_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<unsigned int>("flags");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("expected");
+    const auto row = [](int type, unsigned int flags, const char *text, const char *expected) {
+        QTest::addRow("%s", expected)
+            << type << flags << QString::fromLatin1(text) << QString::fromLatin1(expected);
+    };
+    row(EffectType::Bonus, 0, "", "+2 Bonus");
+    row(EffectType::Penalty, 0, "cold", "-2 Penalty (cold)");
+    row(EffectType::Bonus, 15, "", "+2 to all Defenses");
+    row(EffectType::Bonus, 1 + 16, "", "+2 to AC, Hit");
+    row(EffectType::Penalty, 16 + 32, "", "-2 to Hit & Damage");
+    row(EffectType::Penalty, 127, "", "-2 to all Defenses, Hit & Damage, Saving Throws");
+    row(EffectType::Bonus, 2 + 16 + 32, "", "+2 to Fort, Hit & Damage");
+    row(EffectType::Bonus, 2, "", "+2 to Fortitude");
+    row(EffectType::Bonus, 1, "", "+2 to AC");
+    row(EffectType::Bonus, 64, "", "+2 to Saving Throws");
+    row(EffectType::Bonus, 14 + 32, "", "+2 to Fort, Reflex, Will, Damage");
+    row(EffectType::Marked, 0, "", "Marked by Rat (1)");
+    row(EffectType::OngoingDamage, 0, "%2 fire", "Ongoing 2 Damage (%2 fire)");
+    row(EffectType::Prone, 127, "", "Prone");
+}
+
+void TestEffect::texts()
+{
+    QFETCH(int, type);
+    QFETCH(unsigned int, flags);
+    QFETCH(QString, text);
+    const Effect effect(m_rat.get(), m_aria.get(), type, EffectEnd::Special, text, 2,
+                        attributes(flags));
+    QTEST(effect.conditionText(), "expected");
+}
+
+void TestEffect::durations_data()
+{
+    QTest::addColumn<int>("endCode");
+    QTest::addColumn<QString>("expected");
+    const char *const texts[] = {"Prone end special",
+                                 "Prone until end of Rat (1)'s next turn",
+                                 "Prone until end of my next turn",
+                                 "Prone until save ends",
+                                 "Prone until end of encounter",
+                                 "Prone until start of Rat (1)'s next turn",
+                                 "Prone until start of my next turn",
+                                 "Prone"};
+    for (int code = 0; code < int(std::size(texts)); ++code)
+        QTest::addRow("%d", code) << code << QString::fromLatin1(texts[code]);
+}
+
+void TestEffect::durations()
+{
+    QFETCH(int, endCode);
+    const Effect effect(m_rat.get(), m_aria.get(), EffectType::Prone, endCode);
+    QTEST(effect.fullText(), "expected");
+    QCOMPARE(effect.endsAtEndOfEncounter(), endCode != EffectEnd::Special);
+}
+
+void TestEffect::flagsKeepUnknownBits()
+{
+    for (const unsigned int flags : {0U, 1U, 64U, 127U, 128U, 0xfffffff5U}) {
+        const EffectedAttributes read = EffectedAttributes::fromFlags(flags);
+        QCOMPARE(read.flags(), flags);
+        EffectedAttributes known = read;
+        known.unknownBits = 0;
+        QVERIFY(known == attributes(flags));
+    }
+}
+
+void TestEffect::modifiers_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<int>("amount");
+    QTest::addColumn<bool>("fromOther");
+    QTest::addColumn<int>("ac");
+    QTest::addColumn<int>("hit");
+    QTest::newRow("total defence") << int(EffectType::TotalDefence) << 0 << false << 2 << 0;
+    QTest::newRow("own second wind") << int(EffectType::SecondWind) << 0 << false << 2 << 0;
+    QTest::newRow("second wind given") << int(EffectType::SecondWind) << 0 << true << 0 << 0;
+    QTest::newRow("bonus") << int(EffectType::Bonus) << 3 << true << 3 << 3;
+    QTest::newRow("penalty") << int(EffectType::Penalty) << 3 << true << -3 << -3;
+    QTest::newRow("condition") << int(EffectType::Prone) << 3 << true << 0 << 0;
+    QTest::newRow("extreme penalty")
+        << int(EffectType::Penalty) << std::numeric_limits<int>::min() << true
+        << std::numeric_limits<int>::max() << std::numeric_limits<int>::max();
+}
+
+void TestEffect::modifiers()
+{
+    QFETCH(int, type);
+    QFETCH(int, amount);
+    QFETCH(bool, fromOther);
+    Creature *origin = fromOther ? m_bren.get() : m_aria.get();
+    Effect effect(origin, m_aria.get(), type, EffectEnd::Special, QString(), amount,
+                  attributes(1 + 16));
+    m_aria->addEffect(&effect);
+    const AttributeModifiers sum = m_aria->accumulateModifiers();
+    QTEST(sum.ac, "ac");
+    QTEST(sum.hit, "hit");
+    // They stack, up to the end of the numbers, and what isn't named stays.
+    Effect more(origin, m_aria.get(), EffectType::Bonus, EffectEnd::Special, QString(), 1,
+                attributes(16));
+    m_aria->addEffect(&more);
+    QVERIFY(m_aria->accumulateModifiers().hit >= sum.hit);
+    QCOMPARE(m_aria->accumulateModifiers().savingThrows, 0);
+}
+
+void TestEffect::favoursASide()
+{
+    const Effect good(nullptr, m_aria.get(), EffectType::Phasing, EffectEnd::Special);
+    const Effect bad(nullptr, m_aria.get(), EffectType::Prone, EffectEnd::Special);
+    QVERIFY(good.favours(m_aria.get(), m_bren.get()));
+    QVERIFY(!good.favours(m_aria.get(), m_rat.get()));
+    QVERIFY(!bad.favours(m_aria.get(), m_bren.get()));
+    QVERIFY(bad.favours(m_rat.get(), m_bren.get()));
+}
+
+void TestEffect::endsWithATurn_data()
+{
+    QTest::addColumn<int>("endCode");
+    QTest::addColumn<bool>("good");
+    // With the turn of Bren, who is the origin, and of the rat, which is the target.
+    QTest::addColumn<bool>("originEnd");
+    QTest::addColumn<bool>("originDelay");
+    QTest::addColumn<bool>("targetEnd");
+    QTest::addColumn<bool>("targetDelay");
+    QTest::addColumn<bool>("originStart");
+    QTest::addColumn<bool>("targetStart");
+    for (const bool good : {false, true}) {
+        for (int code = 0; code < 8; ++code) {
+            const bool endsWithOrigin = code == EffectEnd::EndOfOriginsTurn;
+            const bool endsWithTarget = code == EffectEnd::EndOfTargetsTurn;
+            // On the foe, bad is to the delayer's liking; on the delayer itself, good is.
+            QTest::addRow("%d %s", code, good ? "good" : "bad")
+                << code << good << endsWithOrigin << (endsWithOrigin && !good) << endsWithTarget
+                << (endsWithTarget && good) << (code == EffectEnd::StartOfOriginsTurn)
+                << (code == EffectEnd::StartOfTargetsTurn);
+        }
+    }
+}
+
+void TestEffect::endsWithATurn()
+{
+    QFETCH(int, endCode);
+    QFETCH(bool, good);
+    const Effect effect(m_bren.get(), m_rat.get(), good ? EffectType::Phasing : EffectType::Prone,
+                        endCode);
+    QTEST(effect.endsAtEndOfTurn(m_bren.get(), false), "originEnd");
+    QTEST(effect.endsAtEndOfTurn(m_bren.get(), true), "originDelay");
+    QTEST(effect.endsAtEndOfTurn(m_rat.get(), false), "targetEnd");
+    QTEST(effect.endsAtEndOfTurn(m_rat.get(), true), "targetDelay");
+    QTEST(effect.endsAtStartOfTurn(m_bren.get()), "originStart");
+    QTEST(effect.endsAtStartOfTurn(m_rat.get()), "targetStart");
+    for (Creature *other : {m_aria.get(), static_cast<Creature *>(nullptr)}) {
+        QVERIFY(!effect.endsAtEndOfTurn(other, false));
+        QVERIFY(!effect.endsAtStartOfTurn(other));
+        QVERIFY(!effect.needsSave(other));
+    }
+}
+
+void TestEffect::neverEndsInTheTurnThatSetIt()
+{
+    // It is Aria's turn.
+    const Effect onHerself(m_aria.get(), m_aria.get(), EffectType::Dazed,
+                           EffectEnd::EndOfTargetsTurn);
+    const Effect byAria(m_aria.get(), m_rat.get(), EffectType::Dazed, EffectEnd::EndOfOriginsTurn);
+    const Effect byRat(m_rat.get(), m_aria.get(), EffectType::Dazed, EffectEnd::EndOfOriginsTurn);
+    QVERIFY(!onHerself.endsAtEndOfTurn(m_aria.get(), false));
+    QVERIFY(!byAria.endsAtEndOfTurn(m_aria.get(), false));
+    QVERIFY(byRat.endsAtEndOfTurn(m_rat.get(), false));
+    m_aria->setTurnCount(1);
+    QVERIFY(onHerself.endsAtEndOfTurn(m_aria.get(), false));
+    QVERIFY(byAria.endsAtEndOfTurn(m_aria.get(), false));
+
+    const Effect byNobody(nullptr, m_aria.get(), EffectType::Dazed, EffectEnd::EndOfOriginsTurn);
+    QVERIFY(!byNobody.endsAtEndOfTurn(m_aria.get(), false));
+    QVERIFY(!byNobody.endsAtEndOfTurn(nullptr, false));
+    QVERIFY(byNobody.endsAtEndOfEncounter());
+}
+
+void TestEffect::savesWaitForTheNextTurn()
+{
+    const Effect onCurrent(m_rat.get(), m_aria.get(), EffectType::Slowed, EffectEnd::SaveEnds);
+    const Effect onOther(m_rat.get(), m_bren.get(), EffectType::Slowed, EffectEnd::SaveEnds);
+    QVERIFY(!onCurrent.needsSave(m_aria.get()));
+    QVERIFY(onOther.needsSave(m_bren.get()));
+    m_aria->setTurnCount(1);
+    QVERIFY(onCurrent.needsSave(m_aria.get()));
+    QVERIFY(!onCurrent.needsSave(m_rat.get()));
+}
+
+void TestEffect::deathSaveIsARow()
+{
+    const DyingEffect row(m_aria.get());
+    QCOMPARE(row.conditionText(), term(Term::DeathSavingThrow));
+    QVERIFY(!row.needsSave(m_aria.get()));
+    QCOMPARE(m_aria->effectCount(), 0);
+}
+
+void TestEffect::diesOffItsTarget()
+{
+    auto prone =
+        std::make_unique<Effect>(nullptr, m_aria.get(), EffectType::Prone, EffectEnd::Special);
+    m_aria->addEffect(prone.get());
+    // Nobody else may hold it: it would not know where to leave.
+    m_bren->addEffect(prone.get());
+    QCOMPARE(m_bren->effectCount(), 0);
+    int changes = 0;
+    connect(m_aria.get(), &Creature::doCreatureEffectsChanged, this, [&changes](Creature *aria) {
+        ++changes;
+        QCOMPARE(aria->effectCount(), 0);
+    });
+    prone.reset();
+    QCOMPARE(m_aria->effectCount(), 0);
+    QCOMPARE(changes, 1);
+}
+
+void TestEffect::outlivesItsCreatures()
+{
+    auto rat = makeMonster(QStringLiteral("Rat"), QStringLiteral("2"));
+    auto bat = makeMonster(QStringLiteral("Bat"), QStringLiteral("1"));
+    Effect onRat(bat.get(), rat.get(), EffectType::Marked, EffectEnd::EndOfTargetsTurn);
+    rat->addEffect(&onRat);
+    rat.reset();
+    bat.reset();
+    QCOMPARE(onRat.target(), nullptr);
+    QCOMPARE(onRat.conditionText(), QStringLiteral("Marked"));
+    QVERIFY(!onRat.endsAtEndOfTurn(m_aria.get(), false));
+    QVERIFY(!onRat.favours(nullptr, m_aria.get()));
+}
+
+void TestEffect::startOfTurnRaisesEvents()
+{
+    Effect burn(m_rat.get(), m_aria.get(), EffectType::OngoingDamage, EffectEnd::SaveEnds,
+                QStringLiteral("fire"), 5);
+    Effect mend(nullptr, m_aria.get(), EffectType::Regeneration, EffectEnd::Special, QString(), 2);
+    Effect until(m_aria.get(), m_rat.get(), EffectType::Dazed, EffectEnd::StartOfOriginsTurn);
+    Effect shield(m_aria.get(), m_aria.get(), EffectType::TotalDefence,
+                  EffectEnd::StartOfTargetsTurn);
+    for (Effect *effect : {&burn, &mend, &until, &shield})
+        effect->target()->addEffect(effect);
+    m_aria->applyOngoingDamage();
+    QCOMPARE(m_aria->currHP(), 25);
+    QCOMPARE(m_aria->lastHitBy(), QStringLiteral("Rat (1)"));
+    m_aria->applyRegeneration();
+    QCOMPARE(m_aria->currHP(), 27);
+    for (Creature *creature : theEncounter->creatures())
+        creature->removeEffectsAtStartOfTurn(m_aria.get());
+    QCOMPARE(logged(),
+             (QStringList {QStringLiteral("On Going Damage 5: Aria"),
+                           QStringLiteral("Regeneration 2: Aria"),
+                           QStringLiteral("Start of Turn: Remove Total Defence"),
+                           QStringLiteral("Start of Turn: Remove Dazed")}));
+    QCOMPARE(m_aria->effects(), (QList<Effect *> {&burn, &mend}));
+    theHistory->moveTo(-1);
+    QCOMPARE(m_aria->currHP(), 30);
+    QCOMPARE(m_aria->effects(), (QList<Effect *> {&burn, &mend, &shield}));
+}
+
+void TestEffect::endOfTurnRaisesEvents()
+{
+    Effect stunned(m_rat.get(), m_bren.get(), EffectType::Stunned, EffectEnd::EndOfTargetsTurn);
+    Effect bonus(m_bren.get(), m_bren.get(), EffectType::Bonus, EffectEnd::EndOfTargetsTurn,
+                 QString(), 2);
+    Effect special(m_bren.get(), m_bren.get(), EffectType::Prone, EffectEnd::Special);
+    for (Effect *effect : {&stunned, &bonus, &special})
+        m_bren->addEffect(effect);
+    // A delay ends what helps the delayer, and nothing that harms it.
+    m_bren->removeEffectsAtEndOfTurn(m_bren.get(), true);
+    QCOMPARE(m_bren->effects(), (QList<Effect *> {&stunned, &special}));
+    m_bren->removeEffectsAtEndOfTurn(m_bren.get(), false);
+    m_bren->addEffect(&stunned);
+    m_bren->removeEffectsAtEndOfEncounter();
+    QCOMPARE(m_bren->effects(), QList<Effect *> {&special});
+    QCOMPARE(theHistory->eventCount(), 3);
+}
+
+void TestEffect::powersRecharge_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<int>("state");
+    QTest::addColumn<int>("events");
+    QTest::addColumn<bool>("sure"); // whether it is back whatever the die
+    for (int kind = 0; kind < 11; ++kind) {
+        for (int state = 0; state < 5; ++state) {
+            const bool isUsed = state == 1 || state == 3;
+            const bool isSure = kind == 1 || (kind == 3 && state == 1);
+            const bool isRolled = kind >= 5 && kind <= 9;
+            QTest::addRow("kind %d state %d", kind, state)
+                << kind << state << int(isUsed && (isSure || isRolled)) << (isUsed && isSure);
+        }
+    }
+}
+
+void TestEffect::powersRecharge()
+{
+    QFETCH(int, kind);
+    QFETCH(int, state);
+    QFETCH(bool, sure);
+    // The log names the creature, so it must be one that can be found.
+    Creature *creature = findCreature(QStringLiteral("Cato"), true);
+    CreatureData data = creature->data();
+    Power power;
+    power.name = QStringLiteral("Flare");
+    power.usageKind = kind;
+    power.usageState = state;
+    data.powers = {power};
+    creature->assign(data);
+    creature->rechargePowers();
+    QTEST(theHistory->eventCount(), "events");
+    const bool isBack = creature->powers().first().usageState == state + 1;
+    QVERIFY(isBack || creature->powers().first().usageState == state);
+    QVERIFY(isBack || !sure);
+    QVERIFY(!isBack || theHistory->eventCount() == 1);
+    theHistory->moveTo(-1);
+    QCOMPARE(creature->powers().first().usageState, state);
+}
+
+void TestEffect::theDeadCanLeave()
+{
+    QVERIFY(!m_rat->kill(false));
+    QCOMPARE(theHistory->eventCount(), 0);
+    m_rat->takeDamage(50, m_aria.get());
+    QVERIFY(!m_rat->kill(false));
+    QVERIFY(!theEncounter->contains(m_rat.get()));
+    QVERIFY(theEncounter->fallen().contains(m_rat.get()));
+    // The current creature's turn must be passed on, unless told otherwise.
+    m_aria->takeDamage(100, nullptr);
+    QVERIFY(theEncounter->removeDead(false));
+    m_bren->takeDamage(100, nullptr);
+    QVERIFY(!theEncounter->removeDead(true));
+    QVERIFY(!theEncounter->isRunning());
+    QCOMPARE(theHistory->eventText(theHistory->position()), QStringLiteral("* Stop Encounter *"));
+    theHistory->moveTo(-1);
+    QCOMPARE(theEncounter->count(), 3);
+    QVERIFY(theEncounter->isRunning());
+}
+
+MORVANE_TEST_MAIN(QGuiApplication, TestEffect)
+#include "tst_effect.moc"

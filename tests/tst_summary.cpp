@@ -1,0 +1,479 @@
+// The rich texts of a creature in lists and panels.
+#include <QGuiApplication>
+#include <functional>
+
+#include "coreobjects.h"
+#include "creatures.h"
+#include "effect.h"
+#include "encounter.h"
+#include "testhome.h"
+
+namespace {
+
+QString blue(const QString &text)
+{
+    return QStringLiteral("<font color=blue>%1</font>").arg(text);
+}
+
+QString red(const QString &text)
+{
+    return QStringLiteral("<font color=red>%1</font>").arg(text);
+}
+
+// A record changed by `change`.
+std::unique_ptr<Creature> with(std::unique_ptr<Creature> creature,
+                               const std::function<void(CreatureData &)> &change)
+{
+    CreatureData data = creature->data();
+    change(data);
+    creature->assign(data);
+    return creature;
+}
+
+} // namespace
+
+class TestSummary : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void names_data();
+    void names();
+    void playersNames();
+    void header();
+    void defences_data();
+    void defences();
+    void status_data();
+    void status();
+    void conditionsOfTheTurn();
+    void health_data();
+    void health();
+    void healthOfATemplate();
+    void playersHealth();
+    void actionPoints();
+    void savingThrows_data();
+    void savingThrows();
+    void initiative_data();
+    void initiative();
+    void speed();
+    void abilities_data();
+    void abilities();
+    void senses();
+
+private:
+    // A bonus or, with a negative amount, a penalty to all that can be modified.
+    void modifyAll(Creature *creature, int amount);
+
+    std::unique_ptr<CoreObjects> m_objects;
+    std::unique_ptr<Creature> m_aria;
+    std::unique_ptr<Creature> m_rat;
+    std::vector<std::unique_ptr<Effect>> m_effects;
+};
+
+void TestSummary::init()
+{
+    failOnWarnings();
+    m_objects = std::make_unique<CoreObjects>();
+    m_aria = makeCharacter(QStringLiteral("Aria"));
+    m_rat = makeMonster(QStringLiteral("Rat"), QStringLiteral("1"));
+}
+
+void TestSummary::cleanup()
+{
+    m_effects.clear();
+    m_aria.reset();
+    m_rat.reset();
+    m_objects.reset();
+}
+
+void TestSummary::modifyAll(Creature *creature, int amount)
+{
+    m_effects.push_back(std::make_unique<Effect>(
+        nullptr, creature, amount < 0 ? EffectType::Penalty : EffectType::Bonus, EffectEnd::Special,
+        QString(), std::abs(amount), EffectedAttributes::fromFlags(127)));
+    creature->addEffect(m_effects.back().get());
+}
+
+void TestSummary::names_data()
+{
+    QTest::addColumn<QString>("group");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("expected");
+    const QString rat = QStringLiteral("Rat");
+    const QString id = QStringLiteral("1");
+    QTest::newRow("both") << rat << id << QStringLiteral("Rat (1)");
+    QTest::newRow("group") << rat << QString() << rat;
+    QTest::newRow("name") << QString() << id << id;
+    QTest::newRow("none") << QString() << QString() << QString();
+    QTest::newRow("placeholder") << QStringLiteral("%2") << id << QStringLiteral("%2 (1)");
+}
+
+void TestSummary::names()
+{
+    QFETCH(QString, group);
+    QFETCH(QString, name);
+    m_rat->setGroup(group);
+    m_rat->setName(name);
+    QTEST(m_rat->displayName(), "expected");
+    CreatureData data = m_rat->data();
+    data.type = group;
+    data.race = name;
+    m_rat->assign(data);
+    QTEST(m_rat->typeAndRace(), "expected");
+    m_aria->setGroup(group);
+    QCOMPARE(m_aria->displayName(), QStringLiteral("Aria"));
+}
+
+void TestSummary::playersNames()
+{
+    for (Creature *creature : {m_aria.get(), m_rat.get()})
+        creature->setAlias(QStringLiteral("Shade"));
+    QCOMPARE(m_aria->playersName(), QStringLiteral("Aria"));
+    QCOMPARE(m_rat->playersName(), QStringLiteral("Rat (1)"));
+    for (Creature *creature : {m_aria.get(), m_rat.get()})
+        creature->setAliasMode(1);
+    QCOMPARE(m_aria->playersName(), QStringLiteral("Shade"));
+    QCOMPARE(m_rat->playersName(), QStringLiteral("Shade (1)"));
+}
+
+void TestSummary::header()
+{
+    QCOMPARE(m_aria->headerLine(), QStringLiteral("Level 1"));
+    CreatureData data = m_aria->data();
+    data.race = QStringLiteral("Elf");
+    data.charClass = QStringLiteral("Ranger");
+    m_aria->assign(data);
+    QCOMPARE(m_aria->headerLine(), QStringLiteral("Level 1 Elf Ranger"));
+    data.level = 0;
+    data.charClass.clear();
+    m_aria->assign(data);
+    QCOMPARE(m_aria->headerLine(), QStringLiteral("Elf"));
+    QCOMPARE(m_rat->headerLine(), QString());
+}
+
+void TestSummary::defences_data()
+{
+    QTest::addColumn<int>("base");
+    QTest::addColumn<int>("modifier");
+    QTest::addColumn<QString>("figure");
+    QTest::newRow("plain") << 14 << 0 << QStringLiteral("14");
+    QTest::newRow("better") << 14 << 2 << blue(QStringLiteral("16"));
+    QTest::newRow("worse") << 14 << -2 << red(QStringLiteral("12"));
+    QTest::newRow("not stated") << int(NotStated) << 2 << QStringLiteral("-");
+    QTest::newRow("modifier alone") << 0 << 2 << blue(QStringLiteral("+2"));
+    QTest::newRow("penalty alone") << 0 << -2 << red(QStringLiteral("-2"));
+}
+
+void TestSummary::defences()
+{
+    QFETCH(int, base);
+    QFETCH(int, modifier);
+    QFETCH(QString, figure);
+    CreatureData data = m_aria->data();
+    data.armourClass = base;
+    data.fortitude = 11;
+    data.reflex = 12;
+    data.will = 13;
+    m_aria->assign(data);
+    if (modifier != 0) {
+        Effect effect(nullptr, m_aria.get(), modifier < 0 ? EffectType::Penalty : EffectType::Bonus,
+                      EffectEnd::Special, QString(), std::abs(modifier), {.ac = true});
+        m_aria->addEffect(&effect);
+        QCOMPARE(m_aria->defencesText(true),
+                 QStringLiteral("<b>AC</b>%1 <b>F</b>11 <b>R</b>12 <b>W</b>13").arg(figure));
+        return;
+    }
+    QCOMPARE(m_aria->defencesText(false),
+             QStringLiteral("<b>AC </b>%1; <b>Fort </b>11; <b>Reflex </b>12; <b>Will </b>13")
+                 .arg(figure));
+}
+
+void TestSummary::status_data()
+{
+    QTest::addColumn<bool>("isMonster");
+    QTest::addColumn<int>("damage");
+    QTest::addColumn<bool>("disabled");
+    QTest::addColumn<bool>("stable");
+    QTest::addColumn<QString>("expected");
+    QTest::addColumn<QString>("rich");
+    QTest::newRow("healthy") << false << 0 << false << true << ""
+                             << "";
+    QTest::newRow("dying") << false << 31 << false << false << "Dying 2/3"
+                           << "Dying 2/3";
+    QTest::newRow("stabilized") << false << 31 << false << true << "Stabilized 2/3"
+                                << "Stabilized 2/3";
+    QTest::newRow("dead") << true << 31 << false << false << "Dead"
+                          << "<b>Dead</b>";
+    QTest::newRow("disabled") << true << 31 << true << false << "Disabled"
+                              << "<b>Disabled</b>";
+}
+
+void TestSummary::status()
+{
+    QFETCH(bool, isMonster);
+    QFETCH(int, damage);
+    QFETCH(bool, disabled);
+    QFETCH(bool, stable);
+    QFETCH(QString, rich);
+    Creature *creature = isMonster ? m_rat.get() : m_aria.get();
+    CreatureData data = creature->data();
+    data.disabled = disabled;
+    creature->assign(data);
+    if (damage > 0)
+        creature->takeDamage(damage, nullptr);
+    creature->setStable(stable);
+    creature->setFailedDeathSaves(2);
+    // What a fallen creature does with its turn isn't told.
+    if (damage > 0)
+        creature->setDelayed(true);
+    QTEST(creature->statusText(), "expected");
+    QTEST(creature->conditionsText(false, true, false, false), "expected");
+    QCOMPARE(creature->conditionsText(true, true, false, false), rich);
+
+    creature->setMissing(true);
+    QCOMPARE(creature->statusText(), QStringLiteral("Missing"));
+    QCOMPARE(creature->conditionsText(false, true, false, false), QStringLiteral("Missing"));
+    QCOMPARE(creature->conditionsText(true, true, false, false), QStringLiteral("<b>Missing</b>"));
+    QCOMPARE(creature->conditionsText(true, true, true, false), QString());
+}
+
+void TestSummary::conditionsOfTheTurn()
+{
+    m_aria->setDelayed(true);
+    m_aria->setHidden(true);
+    QCOMPARE(m_aria->conditionsText(true, true, true, false), QStringLiteral("Delayed; Hidden"));
+    m_aria->setReadied(true);
+    m_aria->takeDamage(20, nullptr);
+    modifyAll(m_aria.get(), 2);
+    QCOMPARE(m_aria->conditionsText(false, true, true, false),
+             QStringLiteral("Delayed; Readied; Hidden; Bloodied; To Hit +2; Damage +2; "
+                            "Saving Throws +2"));
+    modifyAll(m_aria.get(), -3);
+    m_aria->setDelayed(false);
+    m_aria->setReadied(false);
+    m_aria->setHidden(false);
+    QCOMPARE(m_aria->conditionsText(true, true, true, false),
+             red(QStringLiteral("Bloodied")) + QStringLiteral("; <b>To Hit </b>")
+                 + red(QStringLiteral("-1")) + QStringLiteral("; <b>Damage </b>")
+                 + red(QStringLiteral("-1")) + QStringLiteral("; <b>Saving Throws </b>")
+                 + red(QStringLiteral("-1")));
+    QCOMPARE(m_aria->conditionsText(false, false, true, false), QStringLiteral("Bloodied"));
+    // A preview that brings a monster down isn't told where it isn't asked for.
+    m_rat->setRestAdditions(-30, 0, 0);
+    QCOMPARE(m_rat->conditionsText(false, true, true, false), QStringLiteral("Dead"));
+    QCOMPARE(m_rat->conditionsText(false, true, true, true), QStringLiteral("Bloodied"));
+}
+
+void TestSummary::health_data()
+{
+    QTest::addColumn<int>("damage");
+    QTest::addColumn<int>("temp");
+    QTest::addColumn<int>("restHP");
+    QTest::addColumn<int>("restTemp");
+    QTest::addColumn<int>("restHS");
+    QTest::addColumn<QString>("expected");
+    const QString bloodied = QStringLiteral("; <b>Bloodied </b>15; <b>HS </b>");
+    const auto row = [](const char *name, int damage, int temp, int restHP, int restTemp,
+                        int restHS, const QString &text) {
+        QTest::newRow(name) << damage << temp << restHP << restTemp << restHS << text;
+    };
+    row("full", 0, 0, 0, 0, 0, QString(u"30" + bloodied + u"8 (7)"));
+    row("hurt", 5, 0, 0, 0, 0, QString(u"25/30" + bloodied + u"8 (7)"));
+    row("bloodied", 15, 0, 0, 0, 0,
+        QString(red(QStringLiteral("15")) + u"/30" + bloodied + u"8 (7)"));
+    row("temporary at full health", 0, 5, 0, 0, 0, QString(u"30+5/30" + bloodied + u"8 (7)"));
+    row("preview of healing", 20, 0, 9, 0, -1,
+        QString(u"<b>" + blue(QStringLiteral("19")) + u"</b>/30" + bloodied + u"<b>"
+                + red(QStringLiteral("7")) + u"</b>/8 (7)"));
+    row("preview of a blow", 0, 0, -4, 3, 0,
+        QString(u"<b>" + red(QStringLiteral("26")) + u"</b>+<b>" + blue(QStringLiteral("3"))
+                + u"</b>/30" + bloodied + u"8 (7)"));
+}
+
+void TestSummary::health()
+{
+    QFETCH(int, damage);
+    QFETCH(int, temp);
+    QFETCH(int, restHP);
+    QFETCH(int, restTemp);
+    QFETCH(int, restHS);
+    QFETCH(QString, expected);
+    m_aria->takeDamage(damage, nullptr);
+    m_aria->setTempHP(temp);
+    m_aria->setRestAdditions(restHP, restTemp, restHS);
+    QCOMPARE(m_aria->healthText(false), QString(u"<b>HP </b>" + expected));
+}
+
+void TestSummary::healthOfATemplate()
+{
+    m_rat->takeDamage(3, nullptr);
+    QCOMPARE(m_rat->healthText(false), QStringLiteral("<b>HP </b>17/20; <b>Bloodied </b>10"));
+    QCOMPARE(m_rat->healthText(true), QStringLiteral("<b>HP </b>20; <b>Bloodied </b>10"));
+    m_rat = with(std::move(m_rat), [](CreatureData &data) {
+        data.maxHS = 2;
+        data.hsValue = 5;
+        data.disabled = true;
+    });
+    QCOMPARE(m_rat->healthText(true), QStringLiteral("<b>HP </b>20; <b>HS </b>2 (5)"));
+    QCOMPARE(m_rat->healthText(false), QStringLiteral("<b>HP </b>17/20; <b>HS </b>0/2 (5)"));
+    const auto minion = makeMonster(QStringLiteral("Bat"), QStringLiteral("1"), 1);
+    QCOMPARE(minion->healthText(false), QStringLiteral("<b>HP </b>1"));
+}
+
+void TestSummary::playersHealth()
+{
+    m_rat->takeDamage(6, nullptr);
+    m_rat->heal(2, 0);
+    QCOMPARE(m_rat->playersHealthText(false), QString());
+    QCOMPARE(m_rat->playersHealthText(true), QStringLiteral("Damage 6; Heals 1"));
+    QCOMPARE(m_aria->playersHealthText(true),
+             QStringLiteral("<b>HP </b>30/30; <b>HS </b>8; <b>AP </b>1"));
+    m_aria->setTempHP(4);
+    m_aria->heal(0, 3);
+    QCOMPARE(m_aria->playersHealthText(false),
+             QStringLiteral("<b>HP </b>30+4/30; <b>HS </b>5/8; <b>AP </b>1"));
+}
+
+void TestSummary::actionPoints()
+{
+    const QString speed = QStringLiteral("<b>Speed </b>-; <b>Initiative </b>+2");
+    QCOMPARE(m_aria->speedLine(false), QString(speed + u"; <b>AP </b>1"));
+    theEncounter->setCurrentIndex(0);
+    m_aria->useActionPoint(1);
+    QCOMPARE(m_aria->speedLine(false), QString(speed + u"; <b>AP </b>0/1"));
+    QCOMPARE(m_aria->speedLine(true), QString(speed + u"; <b>AP </b>1"));
+    m_aria->setRestAP(1);
+    QCOMPARE(m_aria->speedLine(false),
+             QString(speed + u"; <b>AP </b><b>" + blue(QStringLiteral("1")) + u"</b>/1"));
+}
+
+void TestSummary::savingThrows_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("modifier");
+    QTest::addColumn<QString>("expected");
+    QTest::addColumn<int>("total");
+    QTest::addColumn<bool>("complex");
+    const QString label = QStringLiteral("<b>Saving Throws </b>");
+    const QString fear = QStringLiteral("+2 against fear");
+    QTest::newRow("nothing") << QString() << 0 << QString() << 0 << false;
+    QTest::newRow("number") << "+2" << 0 << QString(label + u"+2") << 2 << false;
+    QTest::newRow("words") << fear << 0 << QString(label + fear) << 2 << true;
+    QTest::newRow("bonus alone") << QString() << 3 << QString(label + blue(QStringLiteral("+3")))
+                                 << 3 << false;
+    QTest::newRow("number and bonus")
+        << "+2" << 3 << QString(label + blue(QStringLiteral("+5"))) << 5 << false;
+    QTest::newRow("number and penalty")
+        << "+5" << -3 << QString(label + red(QStringLiteral("+2"))) << 2 << false;
+    QTest::newRow("below zero") << "-5" << 3 << QString(label + blue(QStringLiteral("-2"))) << -2
+                                << false;
+    QTest::newRow("words and bonus")
+        << fear << 3 << QString(label + blue(QStringLiteral("+3")) + u"; " + fear) << 5 << true;
+}
+
+void TestSummary::savingThrows()
+{
+    QFETCH(QString, text);
+    QFETCH(int, modifier);
+    CreatureData data = m_aria->data();
+    data.savingThrows = text;
+    m_aria->assign(data);
+    if (modifier != 0)
+        modifyAll(m_aria.get(), modifier);
+    int total = -99;
+    bool complex = false;
+    QTEST(m_aria->savingThrowsText(false, &total, &complex), "expected");
+    QTEST(total, "total");
+    QTEST(complex, "complex");
+    QTEST(m_aria->savingThrowsText(false), "expected");
+    QCOMPARE(m_aria->savingThrowsText(true),
+             text.isEmpty() ? QString() : QString(u"<b>Saving Throws </b>" + text));
+}
+
+void TestSummary::initiative_data()
+{
+    QTest::addColumn<int>("bonus");
+    QTest::addColumn<int>("roll");
+    QTest::addColumn<bool>("running");
+    QTest::addColumn<QStringList>("byMode");
+    const QString label = QStringLiteral("<b>Initiative </b>");
+    const auto row = [](const char *name, int bonus, int roll, bool running,
+                        const QStringList &byMode) {
+        QTest::newRow(name) << bonus << roll << running << byMode;
+    };
+    row("stopped", 3, 15, false, {"+3", "+3", label + "+3"});
+    row("not rolled", 0, 0, true, {"0", "0", label + "0"});
+    row("rolled", 3, 15, true, {"15", "+3 (15)", label + "+3 (15)"});
+    row("no initiative", NotStated, 1000, true, {"-", "-", label + "-"});
+    row("no initiative, stopped", NotStated, 1000, false, {"", "", label});
+}
+
+void TestSummary::initiative()
+{
+    QFETCH(int, bonus);
+    QFETCH(int, roll);
+    QFETCH(bool, running);
+    QFETCH(QStringList, byMode);
+    CreatureData data = m_rat->data();
+    data.initBonus = bonus;
+    m_rat->assign(data);
+    m_rat->setInitRoll(roll);
+    theEncounter->setCurrentIndex(running ? 0 : -1);
+    for (int mode = 0; mode < 3; ++mode)
+        QCOMPARE(m_rat->initiativeText(false, mode), byMode[mode]);
+    theEncounter->setCurrentIndex(-1);
+    QCOMPARE(m_rat->initiativeText(true, 2), m_rat->initiativeText(false, 2));
+}
+
+void TestSummary::speed()
+{
+    m_rat = with(std::move(m_rat),
+                 [](CreatureData &data) { data.speed = QStringLiteral("6, climb %1"); });
+    QCOMPARE(m_rat->speedLine(false),
+             QStringLiteral("<b>Speed </b>6, climb %1; <b>Initiative </b>+1"));
+}
+
+void TestSummary::abilities_data()
+{
+    QTest::addColumn<int>("score");
+    QTest::addColumn<int>("modifier");
+    QTest::addColumn<int>("level");
+    QTest::addColumn<QString>("expected");
+    const int none = NoModifier;
+    QTest::newRow("worked out") << 17 << none << 5 << "<b>Str </b>17 (+5)";
+    QTest::newRow("each half cut") << 15 << none << 1 << "<b>Str </b>15 (+2)";
+    QTest::newRow("stated") << 17 << -1 << 5 << "<b>Str </b>17 (-1)";
+    QTest::newRow("zero") << 10 << none << 1 << "<b>Str </b>10 (0)";
+    QTest::newRow("not stated") << int(NotStated) << none << 5 << "<b>Str </b>-";
+    QTest::newRow("none") << 0 << 3 << 5 << "<b>Str </b>-";
+}
+
+void TestSummary::abilities()
+{
+    QFETCH(int, score);
+    QFETCH(int, modifier);
+    QFETCH(int, level);
+    CreatureData data = m_aria->data();
+    data.level = level;
+    m_aria->assign(data);
+    QTEST(m_aria->abilityText(QStringLiteral("Str"), {score, modifier}), "expected");
+}
+
+void TestSummary::senses()
+{
+    QCOMPARE(m_rat->sensesText(), QString());
+    CreatureData data = m_rat->data();
+    data.insight = 0;
+    m_rat->assign(data);
+    QCOMPARE(m_rat->sensesText(), QStringLiteral("<b>Insight </b>0"));
+    data.perception = 5;
+    m_rat->assign(data);
+    QCOMPARE(m_rat->sensesText(), QStringLiteral("<b>Perception </b>+5; <b>Insight </b>0"));
+    data.senses = QStringLiteral("blind");
+    m_rat->assign(data);
+    QCOMPARE(m_rat->sensesText(), QStringLiteral("Blind; <b>Perception </b>+5; <b>Insight </b>0"));
+}
+
+MORVANE_TEST_MAIN(QGuiApplication, TestSummary)
+#include "tst_summary.moc"
