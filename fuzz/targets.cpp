@@ -1,0 +1,178 @@
+#include "targets.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include "characters.h"
+#include "coreobjects.h"
+#include "creaturefile.h"
+#include "creaturelist.h"
+#include "encounter.h"
+#include "event.h"
+#include "history.h"
+#include "monsters.h"
+#include "paths.h"
+#include "preparedencounter.h"
+#include "terms.h"
+#include "text.h"
+#include "windowinterface.h"
+
+namespace {
+
+// A damaged file makes messages by the thousand.
+class SilentWindows : public NoWindows {
+public:
+    SilentWindows() { setWindows(this); }
+    ~SilentWindows() override { setWindows(nullptr); }
+    Q_DISABLE_COPY(SilentWindows)
+
+    void showMessage(const QString &, const QString &) override { }
+};
+
+void overwrite(const QString &path, QByteArrayView bytes)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes.data(), bytes.size()) != bytes.size())
+        qFatal("cannot write %s", qPrintable(path));
+}
+
+// A data folder for the whole run: making one for each input would be most of the work.
+class FuzzFolder {
+public:
+    FuzzFolder()
+    {
+        for (const char *name : {"Characters", "Monsters", "Portraits", "Encounters"})
+            QDir(m_dir.path()).mkdir(QString::fromLatin1(name));
+        // The history replays only a log that exists; its bytes come from memory.
+        overwrite(m_dir.filePath(QStringLiteral("history.log")), {});
+        setDefaultTerms();
+    }
+    QString path() const { return m_dir.path(); }
+
+private:
+    QTemporaryDir m_dir;
+};
+
+// What each input starts with: empty collections, but for one creature of each kind, so that a log
+// can name creatures that exist and creatures that don't.
+class Fixture {
+public:
+    Fixture()
+    {
+        static const FuzzFolder folder;
+        dataRoot = folder.path();
+        displayRoot = dataRoot;
+        theCharacters->add(makeCreature(false, QStringLiteral("Aria")));
+        theMonsters->add(makeCreature(true, QStringLiteral("Cave Rat")));
+    }
+
+private:
+    static std::unique_ptr<Creature> makeCreature(bool isMonster, const QString &name)
+    {
+        CreatureData data;
+        data.isMonster = isMonster;
+        data.keyName() = name;
+        data.level = 2;
+        data.maxHP = 30;
+        data.hsValue = 7;
+        data.maxHS = 8;
+        data.initBonus = 3;
+        data.initAP = 1;
+        data.powers.append(Power {});
+        data.powers.first().name = QStringLiteral("Bite");
+        data.powers.first().usageKind = 5;
+        auto creature = std::make_unique<Creature>();
+        creature->assign(data);
+        creature->extendedRest(false);
+        creature->syncShadows();
+        return creature;
+    }
+
+    SilentWindows m_windows;
+    CoreObjects m_objects;
+};
+
+void readAllTexts()
+{
+    for (int i = 0; i < theHistory->eventCount(); ++i)
+        theHistory->eventText(i);
+    for (const Creature *creature : theEncounter->creatures()) {
+        creature->statusText();
+        creature->conditionsText(true, true, true, false);
+        creature->defencesText(true);
+        creature->healthText(false);
+    }
+    theEncounter->playersView();
+}
+
+bool readKeyFormAs(bool isMonster, const QByteArray &bytes)
+{
+    CreatureData data;
+    data.isMonster = isMonster;
+    if (!readKeyForm(bytes, data, dataRoot))
+        return false;
+    const bool valid = validate(data, isMonster, QStringLiteral("file.txt"));
+    makeUnique(data, isMonster, theMonsters, theCharacters);
+    Creature creature;
+    creature.assign(data);
+    creature.extendedRest(false);
+    creature.generateText();
+    creature.defencesText(false);
+    creature.displayName();
+    return valid;
+}
+
+} // namespace
+
+bool Fuzz::replayLog(QByteArrayView bytes)
+{
+    const Fixture fixture;
+    theHistory->setDeviceFactory([bytes](const QString &) -> QIODevice * {
+        auto *device = new QBuffer;
+        device->setData(bytes.data(), int(bytes.size()));
+        device->open(QIODevice::ReadWrite);
+        return device;
+    });
+    const bool known = theHistory->load();
+    const int count = theHistory->eventCount();
+    readAllTexts();
+    theHistory->moveTo(-1);
+    readAllTexts();
+    if (theHistory->position() != -1 || theHistory->eventCount() != count)
+        qFatal("the history is not back at its start");
+    theHistory->moveTo(count - 1);
+    readAllTexts();
+    theHistory->moveTo(count / 2);
+    return known && count > 0;
+}
+
+bool Fuzz::readKeyFormFile(QByteArrayView bytes)
+{
+    const Fixture fixture;
+    const QByteArray text = toLF(bytes.toByteArray());
+    const bool isMonster = readKeyFormAs(true, text);
+    const bool isCharacter = readKeyFormAs(false, text);
+    return isMonster || isCharacter;
+}
+
+bool Fuzz::readEncounterFile(QByteArrayView bytes)
+{
+    const Fixture fixture;
+    const QString fileName = QStringLiteral("fuzz.txt");
+    overwrite(encounterPath(fileName), bytes);
+    PreparedEncounter encounter;
+    if (!encounter.read(fileName, dataRoot))
+        return false;
+    encounter.level();
+    encounter.image(true);
+    encounter.creatures();
+    for (int scheme = 0; scheme <= PreparedEncounter::LetterAndNumber; ++scheme) {
+        for (const int start : encounter.groupStarts()) {
+            int chosen = scheme;
+            encounter.defaultId(encounter.monsters().at(start).group, QString(), chosen, true);
+        }
+    }
+    return true;
+}

@@ -1,0 +1,17 @@
+// The readers of foreign bytes as functions of bytes alone, for the fuzzers and for the test that
+// replays their corpora. Each returns for any input whatever.
+#pragma once
+
+#include <QByteArray>
+
+namespace Fuzz {
+
+// Replays a log, undoes it to the start, redoes it, and asks for all texts. True if the log read
+// clean to its end and held an event.
+bool replayLog(QByteArrayView bytes);
+// Reads a creature file in key form, as a monster's and as a character's. True if either is valid.
+bool readKeyFormFile(QByteArrayView bytes);
+// Reads a prepared encounter and works out what a manager shows of it. True if it was accepted.
+bool readEncounterFile(QByteArrayView bytes);
+
+} // namespace Fuzz
