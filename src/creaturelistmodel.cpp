@@ -1,1 +1,565 @@
 #include "creaturelistmodel.h"
+
+#include <QHeaderView>
+#include <QMap>
+#include <QMenu>
+#include <QSet>
+#include <QSettings>
+
+#include "coreobjects.h"
+#include "creature.h"
+#include "creatureheaderview.h"
+#include "creaturetableview.h"
+#include "effect.h"
+#include "encounter.h"
+#include "mainwindow.h"
+#include "progressbar.h"
+#include "richtextdelegate.h"
+#include "switchboard.h"
+#include "windows.h"
+
+namespace {
+
+using Column = CreatureListModel::Column;
+
+constexpr int RowHeight = 24;
+constexpr int EffectsWidth = 240;
+constexpr int CompactInitiativeBelow = 50; // pixels
+// From here on a number is a column's width by mistake or mischief.
+constexpr int WidestColumn = 4000;
+
+struct ColumnSettings {
+    Column column;
+    const char *name; // of its keys in the settings
+    int width;
+    bool canHide;
+};
+
+// The columns that can be ordered, in the order in which equal saved positions are settled.
+constexpr ColumnSettings MovableColumns[] = {
+    {Column::NameColumn, "name", 210, false},
+    {Column::InitiativeColumn, "init", 40, true},
+    {Column::DefencesColumn, "defenses", 115, true},
+    {Column::HealthColumn, "health", 100, true},
+};
+
+QString settingsKey(const char *column, const char *what)
+{
+    return QStringLiteral("initiativeList/%1Column%2")
+        .arg(QLatin1String(column), QLatin1String(what));
+}
+
+int savedWidth(const char *column, int width)
+{
+    return qBound(0, QSettings().value(settingsKey(column, "Width"), width).toInt(), WidestColumn);
+}
+
+bool isOuterColumn(int column)
+{
+    return column == Column::IconColumn || column == Column::EffectsColumn;
+}
+
+bool isGreyed(const Creature *creature)
+{
+    return creature->isDead() || creature->isDying() || creature->isHidden()
+        || creature->isMissing() || creature->isDelayed() || creature->isReadied();
+}
+
+// Hit points as they fit on a bar.
+QString hitPointsText(const Creature *creature)
+{
+    const int now = creature->currHP();
+    const int most = creature->maxHP();
+    if (most == 1 && now == 1)
+        return CreatureListModel::tr("Minion");
+    if (creature->tempHP() != 0)
+        return QStringLiteral("%1+%2/%3").arg(now).arg(creature->tempHP()).arg(most);
+    if (now == most)
+        return QString::number(now);
+    return QStringLiteral("%1/%2").arg(now).arg(most);
+}
+
+} // namespace
+
+CreatureListModel::CreatureListModel(QObject *parent)
+    : QAbstractTableModel(parent), m_encounter(theEncounter),
+      m_currentIcon(QStringLiteral(":/images/arrow-right-red128.png")),
+      m_noIcon(QStringLiteral(":/images/no-icon.png")),
+      m_delayIcon(QStringLiteral(":/images/delay-turn16.png")),
+      m_readyIcon(QStringLiteral(":/images/ready-action16.png")),
+      m_hiddenIcon(QStringLiteral(":/images/faided-eye128.png")),
+      m_deadIcon(QStringLiteral(":/images/skull-xbones16.png"))
+{
+    m_refresh.setSingleShot(true);
+    connect(&m_refresh, &QTimer::timeout, this, &CreatureListModel::refresh);
+    connectEncounter();
+}
+
+CreatureListModel::~CreatureListModel()
+{
+    if (m_view)
+        writeSettings();
+}
+
+void CreatureListModel::connectEncounter()
+{
+    if (m_encounter) {
+        connect(m_encounter, &Encounter::doCurrentCreatureChanged, this,
+                &CreatureListModel::onCurrentCreatureChanged);
+        connect(m_encounter, &Encounter::doCreatureCountChanged, this,
+                &CreatureListModel::syncRows);
+        connect(m_encounter, &QObject::destroyed, this, [this] {
+            beginResetModel();
+            m_rows.clear();
+            endResetModel();
+        });
+    }
+    connect(switchBoard(), &SwitchBoard::doCreatureUpdated, this,
+            &CreatureListModel::onCreatureInListUpdated);
+    connect(switchBoard(), &SwitchBoard::doCreatureEffectsChanged, this,
+            &CreatureListModel::onCreatureInListUpdated);
+    connect(switchBoard(), &SwitchBoard::doDisableWidgetDisplay, this, [this] { setFrozen(true); });
+    connect(switchBoard(), &SwitchBoard::doEnableWidgetDisplay, this, [this] { setFrozen(false); });
+    syncRows();
+}
+
+// --- the view ---
+
+void CreatureListModel::attachTo(CreatureTableView *view)
+{
+    m_view = view;
+    auto *header = new CreatureHeaderView(view);
+    header->setObjectName(QStringLiteral("initiativeHeader"));
+    header->setHighlightSections(false);
+    header->setMinimumSectionSize(16);
+    view->setHorizontalHeader(header);
+    view->setModel(this);
+
+    view->setShowGrid(false);
+    view->setAlternatingRowColors(true);
+    view->setWordWrap(false);
+    setUpColumns();
+    view->setSelectionBehavior(QAbstractItemView::SelectRows);
+    view->verticalHeader()->setDefaultSectionSize(RowHeight);
+    view->verticalHeader()->hide();
+    placeColumns();
+    header->setStretchLastSection(true);
+    header->setSectionsMovable(true);
+    header->setSectionsClickable(true);
+    connectView();
+}
+
+void CreatureListModel::setUpColumns()
+{
+    m_view->setColumnWidth(IconColumn, savedWidth("icon", RowHeight));
+    for (const ColumnSettings &settings : MovableColumns)
+        m_view->setColumnWidth(settings.column, savedWidth(settings.name, settings.width));
+    m_view->setColumnWidth(EffectsColumn, EffectsWidth);
+
+    m_view->setItemDelegateForColumn(NameColumn, new RichTextDelegate(false, true, false, m_view));
+    auto *scaled = new RichTextDelegate(true, true, true, m_view);
+    m_view->setItemDelegateForColumn(InitiativeColumn, scaled);
+    m_view->setItemDelegateForColumn(DefencesColumn, scaled);
+    m_view->setItemDelegateForColumn(HealthColumn, new ProgressBarDelegate(m_view));
+}
+
+void CreatureListModel::placeColumns()
+{
+    const QSettings saved;
+    QMap<int, int> columnAt; // of two columns on one position the later one stays
+    for (const ColumnSettings &settings : MovableColumns)
+        columnAt[saved.value(settingsKey(settings.name, "Position"), settings.column).toInt()] =
+            settings.column;
+    QHeaderView *header = m_view->horizontalHeader();
+    for (auto it = columnAt.cbegin(); it != columnAt.cend(); ++it)
+        header->moveSection(header->visualIndex(it.value()), it.key());
+    header->moveSection(header->visualIndex(IconColumn), 0);
+
+    for (const ColumnSettings &settings : MovableColumns)
+        if (settings.canHide)
+            m_view->setColumnHidden(
+                settings.column,
+                !saved.value(settingsKey(settings.name, "Visible"), true).toBool());
+}
+
+void CreatureListModel::connectView()
+{
+    const auto *header = qobject_cast<CreatureHeaderView *>(m_view->horizontalHeader());
+    connect(header, &QHeaderView::sectionMoved, this, &CreatureListModel::onHeaderMoved);
+    connect(header, &QHeaderView::sectionClicked, this, &CreatureListModel::onInitHeaderClicked);
+    connect(header, &CreatureHeaderView::doRightClicked, this,
+            &CreatureListModel::onInitHeaderClicked);
+    connect(m_view->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &CreatureListModel::onInternalSelectionChanged);
+    connect(m_view, &QAbstractItemView::clicked, this, &CreatureListModel::onInitListClicked);
+}
+
+void CreatureListModel::writeSettings()
+{
+    QSettings settings;
+    for (const ColumnSettings &column : MovableColumns)
+        if (column.canHide)
+            settings.setValue(settingsKey(column.name, "Visible"),
+                              !m_view->isColumnHidden(column.column));
+    // A hidden section reports no width of its own.
+    for (const ColumnSettings &column : MovableColumns)
+        m_view->setColumnHidden(column.column, false);
+    for (const ColumnSettings &column : MovableColumns)
+        settings.setValue(settingsKey(column.name, "Width"), m_view->columnWidth(column.column));
+    for (const ColumnSettings &column : MovableColumns)
+        settings.setValue(settingsKey(column.name, "Position"),
+                          m_view->horizontalHeader()->visualIndex(column.column));
+}
+
+void CreatureListModel::onHeaderMoved(int logicalIndex, int oldVisualIndex, int newVisualIndex)
+{
+    if (m_movingHeader)
+        return;
+    m_movingHeader = true;
+    if (isOuterColumn(logicalIndex) != isOuterColumn(newVisualIndex))
+        m_view->horizontalHeader()->moveSection(newVisualIndex, oldVisualIndex);
+    m_movingHeader = false;
+}
+
+void CreatureListModel::onInitHeaderClicked()
+{
+    QMenu menu;
+    menu.setObjectName(QStringLiteral("headerMenu"));
+    const auto addColumn = [&](const QString &text, int column) {
+        QAction *action = menu.addAction(text);
+        action->setCheckable(true);
+        action->setChecked(!m_view->isColumnHidden(column));
+        action->setData(column);
+    };
+    addColumn(tr("Init Column"), InitiativeColumn);
+    addColumn(tr("Defenses Column"), DefencesColumn);
+    addColumn(tr("Health Column"), HealthColumn);
+    const QAction *help = menu.addAction(tr("Need help selecting?"));
+
+    const QAction *chosen = menu.exec(QCursor::pos());
+    if (!chosen)
+        return;
+    if (chosen == help)
+        theMainWindow->showSelectionHelp();
+    else if (m_view)
+        m_view->setColumnHidden(chosen->data().toInt(), !chosen->isChecked());
+}
+
+// --- selection ---
+
+void CreatureListModel::clearSelection()
+{
+    if (m_view)
+        m_view->clearSelection();
+}
+
+bool CreatureListModel::handleKey(int key)
+{
+    if (key != Qt::Key_Escape)
+        return false;
+    clearSelection();
+    return true;
+}
+
+void CreatureListModel::setSelectedRows(const QList<int> &rows)
+{
+    if (!m_view)
+        return;
+    QItemSelection selection;
+    for (const int row : rows)
+        selection.select(index(row, IconColumn), index(row, EffectsColumn));
+    m_view->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+}
+
+void CreatureListModel::onInternalSelectionChanged(const QItemSelection &, const QItemSelection &)
+{
+    // While rows come and go the toolkit speaks of them by their old numbers.
+    if (!m_syncing)
+        reportSelection();
+}
+
+void CreatureListModel::reportSelection()
+{
+    if (!m_view || !theMainWindow)
+        return;
+    const QList<int> rows = m_view->selectedRows();
+    theMainWindow->setSelection(QSet<int>(rows.cbegin(), rows.cend()));
+}
+
+void CreatureListModel::onInitListClicked(const QModelIndex &index)
+{
+    Creature *creature = m_encounter ? m_encounter->at(index.row()) : nullptr;
+    if (index.column() == IconColumn) {
+        if (creature && creature->isDead())
+            theMainWindow->removeCreatures({creature});
+    } else if (index.column() == HealthColumn) {
+        theMainWindow->focusHPBox();
+    }
+}
+
+// --- refreshing ---
+
+void CreatureListModel::onCurrentCreatureChanged()
+{
+    m_scrollToCurrent = true;
+    onCreatureInListUpdated();
+}
+
+void CreatureListModel::onCreatureInListUpdated()
+{
+    if (m_frozen)
+        return;
+    syncRows();
+    if (!m_refresh.isActive())
+        m_refresh.start(0);
+}
+
+void CreatureListModel::refresh()
+{
+    Q_EMIT layoutAboutToBeChanged();
+    Q_EMIT layoutChanged();
+    const int row = m_encounter ? m_encounter->currentIndex() : -1;
+    if (m_scrollToCurrent && m_view && row >= 0)
+        m_view->scrollToRow(row);
+    m_scrollToCurrent = false;
+}
+
+void CreatureListModel::setFrozen(bool frozen)
+{
+    m_frozen = frozen;
+    if (!frozen)
+        onCurrentCreatureChanged();
+}
+
+void CreatureListModel::syncRows()
+{
+    if (m_frozen || m_syncing || !m_encounter)
+        return;
+    const QList<Creature *> &rows = m_encounter->creatures().list();
+    if (rows != m_rows)
+        applyRows(rows);
+}
+
+void CreatureListModel::applyRows(const QList<Creature *> &rows)
+{
+    m_syncing = true;
+    const QSet<Creature *> members(rows.cbegin(), rows.cend());
+    if (members.size() == rows.size()) {
+        removeMissingRows(rows);
+        insertNewRows(rows);
+        reorderRows(rows);
+    } else {
+        // Only a damaged log puts one creature into two rows, which then can't be told apart.
+        beginResetModel();
+        m_rows = rows;
+        endResetModel();
+    }
+    m_syncing = false;
+    reportSelection();
+}
+
+void CreatureListModel::removeMissingRows(const QList<Creature *> &rows)
+{
+    const QSet<Creature *> members(rows.cbegin(), rows.cend());
+    for (int last = int(m_rows.size()) - 1; last >= 0; --last) {
+        if (members.contains(m_rows.at(last)))
+            continue;
+        int first = last;
+        while (first > 0 && !members.contains(m_rows.at(first - 1)))
+            --first;
+        beginRemoveRows({}, first, last);
+        m_rows.remove(first, last - first + 1);
+        endRemoveRows();
+        last = first;
+    }
+}
+
+void CreatureListModel::insertNewRows(const QList<Creature *> &rows)
+{
+    const QSet<Creature *> known(m_rows.cbegin(), m_rows.cend());
+    for (int first = 0; first < rows.size(); ++first) {
+        if (known.contains(rows.at(first)))
+            continue;
+        int end = first + 1;
+        while (end < rows.size() && !known.contains(rows.at(end)))
+            ++end;
+        beginInsertRows({}, first, end - 1);
+        for (int row = first; row < end; ++row)
+            m_rows.insert(row, rows.at(row));
+        endInsertRows();
+        first = end;
+    }
+}
+
+void CreatureListModel::reorderRows(const QList<Creature *> &rows)
+{
+    if (m_rows == rows)
+        return;
+    Q_EMIT layoutAboutToBeChanged();
+    QHash<Creature *, int> newRow;
+    for (int row = 0; row < rows.size(); ++row)
+        newRow.insert(rows.at(row), row);
+    const QModelIndexList kept = persistentIndexList();
+    QModelIndexList moved;
+    moved.reserve(kept.size());
+    for (const QModelIndex &old : kept)
+        moved << index(newRow.value(m_rows.at(old.row())), old.column());
+    m_rows = rows;
+    changePersistentIndexList(kept, moved);
+    Q_EMIT layoutChanged();
+}
+
+// --- content ---
+
+bool CreatureListModel::isCurrent(const Creature *creature) const
+{
+    return m_encounter && m_encounter->current() == creature;
+}
+
+int CreatureListModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : int(m_rows.size());
+}
+
+int CreatureListModel::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : ColumnCount;
+}
+
+QVariant CreatureListModel::data(const QModelIndex &index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid) || !m_encounter)
+        return {};
+    const Creature *creature = m_encounter->at(index.row());
+    if (!creature)
+        return {};
+    switch (role) {
+    case Qt::DisplayRole:
+        return displayText(creature, index.column());
+    case Qt::DecorationRole:
+        return index.column() == IconColumn ? QVariant(stateIcon(creature)) : QVariant();
+    case Qt::ForegroundRole:
+        return isGreyed(creature) ? QVariant(QColor(QLatin1String("gray"))) : QVariant();
+    case Qt::ToolTipRole:
+        return toolTip(creature, index.column());
+    default:
+        return {};
+    }
+}
+
+QVariant CreatureListModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (role != Qt::DisplayRole)
+        return {};
+    if (orientation == Qt::Vertical)
+        return QStringLiteral("%1").arg(section + 1);
+    switch (section) {
+    case NameColumn:
+        return tr("Name");
+    case InitiativeColumn:
+        return tr("Init");
+    case DefencesColumn:
+        return tr("Defenses");
+    case HealthColumn:
+        return tr(" Health ");
+    case EffectsColumn:
+        return tr("Conditions and Effects");
+    case DescriptionColumn:
+        return tr("Description");
+    default:
+        return {};
+    }
+}
+
+QVariant CreatureListModel::displayText(const Creature *creature, int column) const
+{
+    switch (column) {
+    case NameColumn:
+        return nameText(creature);
+    case InitiativeColumn:
+        return initiativeText(creature);
+    case DefencesColumn:
+        return creature->defencesText(true);
+    case HealthColumn:
+        return healthText(creature);
+    case EffectsColumn:
+        return effectsText(creature);
+    case DescriptionColumn:
+        return creature->description();
+    default:
+        return {};
+    }
+}
+
+QIcon CreatureListModel::stateIcon(const Creature *creature) const
+{
+    if (isCurrent(creature))
+        return m_currentIcon;
+    if (creature->isDelayed())
+        return m_delayIcon;
+    if (creature->isReadied())
+        return m_readyIcon;
+    if (creature->isHidden())
+        return m_hiddenIcon;
+    return creature->isDead() ? m_deadIcon : m_noIcon;
+}
+
+QString CreatureListModel::toolTip(const Creature *creature, int column) const
+{
+    if (column == HealthColumn)
+        return tr("Clicking here selects the HP Box in the Toolbar");
+    if (column == EffectsColumn)
+        return tr("Left-click: C&E dialog, right-click: context menu");
+    if (column != IconColumn)
+        return tr("Left-click: select, right-click: multi-select");
+    // In the order of the icons.
+    if (isCurrent(creature))
+        return tr("It is this creature's turn");
+    if (creature->isDelayed())
+        return tr("This creature has delayed it's turn, click Jump In)");
+    if (creature->isReadied())
+        return tr("This creature has readied an action, click Jump In");
+    if (creature->isHidden())
+        return tr("This creature is hidden from the players");
+    if (creature->isDead())
+        return tr("This creature is dead, click here to remove");
+    return tr("Right-click to multi-select");
+}
+
+QString CreatureListModel::nameText(const Creature *creature) const
+{
+    QString name = creature->displayName().toHtmlEscaped();
+    if (isGreyed(creature))
+        name = QStringLiteral("<font color=gray>%1</font>").arg(name);
+    else if (!creature->isMonster())
+        name = QStringLiteral("<font color=blue>%1</font>").arg(name);
+    else if (creature->isDisabled())
+        name = QStringLiteral("<font color=saddlebrown>%1</font>").arg(name);
+    return isCurrent(creature) ? QStringLiteral("<b>%1</b>").arg(name) : name;
+}
+
+QString CreatureListModel::initiativeText(const Creature *creature) const
+{
+    const bool compact = m_view && m_view->columnWidth(InitiativeColumn) < CompactInitiativeBelow;
+    return creature->initiativeText(false, compact ? 0 : 1);
+}
+
+QString CreatureListModel::healthText(const Creature *creature) const
+{
+    return QStringLiteral("%1;%2;%3")
+        .arg(QString::number(creature->hpPercent()), hitPointsText(creature),
+             isGreyed(creature) ? QStringLiteral("gray") : QStringLiteral("black"));
+}
+
+QString CreatureListModel::effectsText(const Creature *creature) const
+{
+    QStringList texts;
+    for (const Effect *effect : creature->effects())
+        texts << effect->fullText();
+    const QString state = creature->statusText();
+    if (!state.isEmpty())
+        texts.prepend(state);
+    return texts.join(QStringLiteral("; "));
+}
+
+#include "moc_creaturelistmodel.cpp"

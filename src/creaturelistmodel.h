@@ -8,6 +8,7 @@
 
 class Creature;
 class CreatureTableView;
+class Encounter;
 class QItemSelection;
 
 // Every answer is worked out from the running Encounter when it is asked for. What is kept is only
@@ -51,9 +52,7 @@ public Q_SLOTS:
                                     const QItemSelection &deselected);
     void onHeaderMoved(int logicalIndex, int oldVisualIndex, int newVisualIndex);
     void onInitHeaderClicked();
-    void onInitListPressed(const QModelIndex &index);
     void onInitListClicked(const QModelIndex &index);
-    void onInternalDoubleClick(const QModelIndex &index);
     void onCurrentCreatureChanged();
     void onCreatureInListUpdated();
 
@@ -63,26 +62,34 @@ private:
     QString toolTip(const Creature *creature, int column) const;
     QString nameText(const Creature *creature) const;
     QString initiativeText(const Creature *creature) const;
+    QString healthText(const Creature *creature) const;
+    QString effectsText(const Creature *creature) const;
+    bool isCurrent(const Creature *creature) const;
 
-    void readSettings();
+    void setUpColumns();
+    void placeColumns();
     void writeSettings();
-    void setDelegates();
+    void connectEncounter();
     void connectView();
     void reportSelection();
 
     // Brings the rows that the view knows in line with the encounter.
     void syncRows();
     void applyRows(const QList<Creature *> &rows);
+    void removeMissingRows(const QList<Creature *> &rows);
+    void insertNewRows(const QList<Creature *> &rows);
+    void reorderRows(const QList<Creature *> &rows);
+    void setFrozen(bool frozen);
     void refresh();
 
+    QPointer<Encounter> m_encounter;
     QPointer<CreatureTableView> m_view;
     QList<Creature *> m_rows; // compared, never followed: a creature may be gone
-    Qt::MouseButtons m_pressedButtons;
-    Qt::KeyboardModifiers m_pressedModifiers;
     bool m_movingHeader = false;
     bool m_syncing = false;
-    bool m_frozen = false;
-    QTimer m_refresh;
+    bool m_frozen = false; // a replay runs: nobody looks
+    QTimer m_refresh; // one relayout for all changes of a command
+    bool m_scrollToCurrent = false;
     QIcon m_currentIcon;
     QIcon m_noIcon;
     QIcon m_delayIcon;

@@ -9,10 +9,12 @@ class CreatureTableView : public QTableView {
 public:
     explicit CreatureTableView(QWidget *parent = nullptr);
 
-    // Lays out and draws at once what would otherwise wait for the event loop.
     void scrollToRow(int row);
+    // In ascending order.
+    QList<int> selectedRows() const;
 
 protected:
+    void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     bool focusNextPrevChild(bool next) override;
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex &index,
@@ -22,7 +24,8 @@ protected:
 private:
     void softenSelectionColours();
     void selectByMouse(const QModelIndex &index, const QMouseEvent &event) const;
-    void selectByKey(const QKeyEvent &event) const;
+    // The row that was added, or -1.
+    int selectByKey(const QKeyEvent &event) const;
     void expandSelectionTo(int row) const;
     void selectOnly(int row) const;
     QItemSelection rowSelection(int first, int last) const;

@@ -1,1 +1,116 @@
 #include "eventlistmodel.h"
+
+#include <QColor>
+#include <QTableView>
+
+#include "coreobjects.h"
+#include "history.h"
+#include "mainwindow.h"
+#include "windows.h"
+
+EventListModel::EventListModel(QObject *parent)
+    : QAbstractTableModel(parent), m_arrowIcon(QStringLiteral(":/images/arrow-right128.png")),
+      m_noIcon(QStringLiteral(":/images/no-icon.png"))
+{
+    m_refresh.setSingleShot(true);
+    connect(&m_refresh, &QTimer::timeout, this, &EventListModel::refresh);
+}
+
+void EventListModel::setView(QTableView *view)
+{
+    m_view = view;
+    view->setSelectionMode(QAbstractItemView::NoSelection);
+    connect(view, &QAbstractItemView::clicked, this, &EventListModel::onInitListClicked);
+}
+
+void EventListModel::attachHistory()
+{
+    if (m_history)
+        disconnect(m_history, nullptr, this, nullptr);
+    m_history = theHistory;
+    if (m_history) {
+        connect(m_history, &History::doHistoryChanged, this, &EventListModel::onHistoryChanged);
+        connect(m_history, &QObject::destroyed, this, &EventListModel::syncRows);
+    }
+    syncRows();
+    Q_EMIT layoutAboutToBeChanged();
+    Q_EMIT layoutChanged();
+}
+
+void EventListModel::onHistoryChanged()
+{
+    syncRows();
+    if (!m_refresh.isActive())
+        m_refresh.start(0);
+}
+
+void EventListModel::syncRows()
+{
+    const int rows = m_history ? m_history->eventCount() : 0;
+    if (rows < m_rows) {
+        beginRemoveRows({}, rows, m_rows - 1);
+        m_rows = rows;
+        endRemoveRows();
+    } else if (rows > m_rows) {
+        beginInsertRows({}, m_rows, rows - 1);
+        m_rows = rows;
+        endInsertRows();
+    }
+}
+
+void EventListModel::refresh()
+{
+    Q_EMIT layoutAboutToBeChanged();
+    Q_EMIT layoutChanged();
+    if (m_view && m_history && m_history->position() >= 0)
+        m_view->scrollTo(index(m_history->position(), 0), QAbstractItemView::EnsureVisible);
+}
+
+void EventListModel::onInitListClicked(const QModelIndex &index)
+{
+    if (!m_history || (theMainWindow && theMainWindow->activeDialog()))
+        return;
+    m_history->moveTo(index.row());
+    // A jump isn't announced as a change of the history, but the arrow has moved.
+    if (m_view)
+        m_view->viewport()->update();
+}
+
+int EventListModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : m_rows;
+}
+
+int EventListModel::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : 1;
+}
+
+QVariant EventListModel::data(const QModelIndex &index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid) || !m_history)
+        return {};
+    const int row = index.row();
+    const int position = m_history->position();
+    switch (role) {
+    case Qt::DisplayRole:
+        return m_history->eventText(row);
+    case Qt::ForegroundRole:
+        return row > position ? QVariant(QColor(QLatin1String("grey"))) : QVariant();
+    case Qt::DecorationRole:
+        return row == position ? m_arrowIcon : m_noIcon;
+    default:
+        return {};
+    }
+}
+
+QVariant EventListModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (role != Qt::DisplayRole)
+        return {};
+    if (orientation == Qt::Vertical)
+        return QStringLiteral("%1").arg(section + 1);
+    return section == 0 ? QVariant(tr("Event")) : QVariant();
+}
+
+#include "moc_eventlistmodel.cpp"

@@ -6,6 +6,7 @@
 #include <QPointer>
 #include <QTimer>
 
+class History;
 class QTableView;
 
 class EventListModel : public QAbstractTableModel {
@@ -32,6 +33,7 @@ private:
     void syncRows();
     void refresh();
 
+    QPointer<History> m_history;
     QPointer<QTableView> m_view;
     QIcon m_arrowIcon;
     QIcon m_noIcon;

@@ -1,1 +1,135 @@
 #include "flatdialog.h"
+
+#include <QDialogButtonBox>
+#include <QKeyEvent>
+#include <QPointer>
+#include <QPushButton>
+
+#include "creature.h"
+#include "encounter.h"
+#include "mainwindow.h"
+#include "text.h"
+#include "windows.h"
+
+namespace {
+
+constexpr char ResultProperty[] = "result";
+
+// The dialog may have added a rest to the live numbers to show what would come of it.
+void clearPreviews(const MainWindow &window)
+{
+    for (Creature *creature : window.selectedCreatures())
+        creature->clearRestAdditions();
+    if (theEncounter && theEncounter->current())
+        theEncounter->current()->clearRestAdditions();
+}
+
+} // namespace
+
+FlatDialog::FlatDialog(const QString &title, QWidget *parent) : QWidget(parent)
+{
+    setWindowTitle(title);
+    setFocusPolicy(Qt::StrongFocus);
+}
+
+QWidget *FlatDialog::focusWidget()
+{
+    return this;
+}
+
+int FlatDialog::widgetCount() const
+{
+    return 0;
+}
+
+void FlatDialog::onFinished() { }
+
+int FlatDialog::exec()
+{
+    // The window can be closed and even deleted while the loop below runs.
+    const QPointer<MainWindow> window = theMainWindow;
+    if (!window)
+        return 0;
+    window->setFlatDialog(windowTitle(), this);
+    window->showFlatWidget(focusWidget(), widgetCount() != 0);
+    window->installEventFilter(this);
+
+    // -1 comes from a loop that the end of the program doesn't let start.
+    const int result = qMax(0, m_eventLoop.exec());
+
+    if (window) {
+        window->removeEventFilter(this);
+        window->setFlatDialog(QString(), nullptr);
+        window->showFlatWidget(nullptr, false);
+    }
+    onFinished();
+    if (window)
+        clearPreviews(*window);
+    return result;
+}
+
+void FlatDialog::setContent(QWidget *content)
+{
+    setLayout(hBox(true, true, content));
+}
+
+void FlatDialog::accept()
+{
+    done(1);
+}
+
+void FlatDialog::done(int result)
+{
+    m_eventLoop.exit(result);
+}
+
+void FlatDialog::reject()
+{
+    m_eventLoop.exit(0);
+}
+
+void FlatDialog::keyPressEvent(QKeyEvent *event)
+{
+    switch (event->key()) {
+    case Qt::Key_Escape:
+        reject();
+        break;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        accept();
+        break;
+    default:
+        QWidget::keyPressEvent(event);
+    }
+}
+
+bool FlatDialog::eventFilter(QObject *object, QEvent *event)
+{
+    // Nobody could end a dialog in a window that was closed.
+    if (object == theMainWindow && event->type() == QEvent::Hide && !event->spontaneous())
+        reject();
+    return QWidget::eventFilter(object, event);
+}
+
+QDialogButtonBox *FlatDialog::buttonRow(const QList<Button> &buttons)
+{
+    auto *box = new QDialogButtonBox;
+    for (const Button &row : buttons) {
+        // One role for all, or the desktop's style would order them anew.
+        QPushButton *button = box->addButton(row.text, QDialogButtonBox::ActionRole);
+        QString name = row.text;
+        lowerFirst(name);
+        button->setObjectName(name.remove(u' ') + QStringLiteral("Button"));
+        button->setProperty(ResultProperty, row.result);
+        // Return on a focused button presses it instead of accepting the dialog.
+        button->setAutoDefault(true);
+    }
+    return box;
+}
+
+int FlatDialog::resultOf(const QAbstractButton *button)
+{
+    return button->property(ResultProperty).toInt();
+}
+
+#include "moc_flatdialog.cpp"

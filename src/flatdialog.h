@@ -7,6 +7,9 @@
 
 #include "windowsanddialogs.h"
 
+class QAbstractButton;
+class QDialogButtonBox;
+
 // Runs on the stack of its caller. Escape rejects it and Return accepts it; closing the main window
 // rejects it.
 class FlatDialog : public QWidget, public WindowsAndDialogs {
@@ -32,6 +35,15 @@ public:
     virtual void reject();
 
 protected:
+    struct Button {
+        QString text;
+        int result; // what exec() returns for it
+    };
+    // A row of push buttons in this order, which the dialog connects itself. A button's object name
+    // is its text without blanks, in lower camel case, and "Button".
+    static QDialogButtonBox *buttonRow(const QList<Button> &buttons);
+    static int resultOf(const QAbstractButton *button);
+
     void keyPressEvent(QKeyEvent *event) override;
     bool eventFilter(QObject *object, QEvent *event) override;
 

@@ -1,1 +1,316 @@
 #include "initiativedialog.h"
+
+#include <QBoxLayout>
+#include <QCheckBox>
+#include <QDialogButtonBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QSettings>
+#include <QSpinBox>
+#include <QToolButton>
+#include <algorithm>
+
+#include "coreobjects.h"
+#include "dice.h"
+#include "monsters.h"
+
+namespace {
+
+constexpr int Columns = 3;
+constexpr int ButtonSize = 20;
+constexpr int LowestRoll = 1;
+constexpr int HighestRoll = 100;
+// Sorts a creature that takes no turns to the head of the order.
+constexpr int NoTurnsRoll = 1000;
+
+QString expandAllKey()
+{
+    return QStringLiteral("initiativeDialog/expandAll");
+}
+
+bool expandAll()
+{
+    return QSettings().value(expandAllKey(), false).toBool();
+}
+
+} // namespace
+
+// --- the rolls ---
+
+void InitiativeData::add(Creature *creature)
+{
+    if (!creature->takesTurns()) {
+        m_noInitiative << creature->displayName();
+        return;
+    }
+    const int roll = Dice::roll(20) + creature->initBonus();
+    if (creature->isMonster())
+        addMonster(creature, roll);
+    else
+        addCharacter(creature, roll);
+}
+
+void InitiativeData::addCharacter(Creature *creature, int roll)
+{
+    Entry entry;
+    entry.name = creature->name();
+    entry.creature = creature;
+    entry.initBonus = creature->initBonus();
+    entry.roll = roll;
+    m_entries << entry;
+}
+
+void InitiativeData::addMonster(Creature *creature, int roll)
+{
+    const Member member {creature, creature->name(), creature->displayName(), roll, nullptr};
+    const auto same = std::find_if(m_entries.begin(), m_entries.end(), [&](const Entry &entry) {
+        return entry.name == creature->group();
+    });
+    if (same != m_entries.end()) {
+        same->members << member;
+        return;
+    }
+    Creature *source = theMonsters ? theMonsters->findGroup(creature->group()) : nullptr;
+    Entry entry;
+    entry.expanded = expandAll();
+    entry.name = creature->group();
+    entry.creature = source && source->takesTurns() ? source : creature;
+    entry.initBonus = entry.creature->initBonus();
+    entry.roll = roll;
+    entry.members << member;
+    m_entries << entry;
+}
+
+void InitiativeData::setAllExpanded(bool expanded)
+{
+    for (Entry &entry : m_entries)
+        entry.expanded = expanded;
+}
+
+QList<CreatureInit> InitiativeData::items() const
+{
+    QList<CreatureInit> items;
+    for (const QString &name : m_noInitiative)
+        items << CreatureInit {name, NoTurnsRoll, 0};
+    for (const Entry &entry : m_entries) {
+        if (!entry.expanded)
+            items << CreatureInit {entry.name, entry.roll, Dice::random()};
+        else
+            for (const Member &member : entry.members)
+                items << CreatureInit {member.displayName, member.roll, Dice::random()};
+    }
+    return items;
+}
+
+// --- the form ---
+
+QWidget *InitiativeData::buildForm(int verticalSpacing)
+{
+    auto *grid = new QGridLayout;
+    grid->setHorizontalSpacing(16);
+    grid->setVerticalSpacing(verticalSpacing);
+    for (int i = 0; i < m_entries.size(); ++i)
+        grid->addWidget(buildEntry(m_entries[i]), i / Columns, i % Columns, Qt::AlignTop);
+    return wrap(grid);
+}
+
+QWidget *InitiativeData::buildEntry(Entry &entry)
+{
+    entry.button = nullptr;
+    entry.spinBox = nullptr;
+    for (Member &member : entry.members)
+        member.spinBox = nullptr;
+
+    auto *grid = new QGridLayout;
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setSpacing(2);
+    if (entry.members.isEmpty())
+        fillCharacter(grid, entry);
+    else if (entry.expanded)
+        fillMembers(grid, entry);
+    else
+        fillGroup(grid, entry);
+    return wrap(grid);
+}
+
+QLabel *InitiativeData::heading(const Entry &entry)
+{
+    return label(QStringLiteral("%1 (+%2)")
+                     .arg(entry.name.toHtmlEscaped(), QString::number(entry.initBonus)));
+}
+
+void InitiativeData::addGroupHeading(QGridLayout *grid, Entry &entry, const QString &text,
+                                     const QString &toolTip)
+{
+    entry.button =
+        toolButton(QString(), ButtonSize, ButtonSize, entry.expanded ? DownArrow : RightArrow);
+    entry.button->setText(text);
+    entry.button->setAccessibleName(text);
+    entry.button->setToolTip(toolTip);
+    entry.button->setObjectName(QStringLiteral("expandButton:") + entry.name);
+    connect(entry.button, &QToolButton::clicked, this, &InitiativeData::onOpenCloseClicked);
+    grid->addWidget(entry.button, 0, 0);
+    grid->addWidget(heading(entry), 0, 1);
+}
+
+void InitiativeData::fillCharacter(QGridLayout *grid, Entry &entry)
+{
+    entry.spinBox = rollBox(entry.roll, entry.name);
+    grid->addWidget(heading(entry), 0, 0);
+    grid->addWidget(entry.spinBox, 1, 0);
+}
+
+void InitiativeData::fillGroup(QGridLayout *grid, Entry &entry)
+{
+    addGroupHeading(grid, entry, tr("Open"),
+                    tr("Roll initiative once for all monsters in this group"));
+    entry.spinBox = rollBox(entry.roll, entry.name);
+    grid->addWidget(label(tr("x %1").arg(entry.members.size())), 1, 0);
+    grid->addWidget(entry.spinBox, 1, 1);
+}
+
+void InitiativeData::fillMembers(QGridLayout *grid, Entry &entry)
+{
+    addGroupHeading(grid, entry, tr("Close"), tr("Roll initiative for each monster in this group"));
+    for (Member &member : entry.members) {
+        member.spinBox = rollBox(member.roll, member.displayName);
+        const int row = grid->rowCount();
+        grid->addWidget(label(member.name.toHtmlEscaped()), row, 0);
+        grid->addWidget(member.spinBox, row, 1);
+    }
+}
+
+QSpinBox *InitiativeData::rollBox(int &roll, const QString &name)
+{
+    // What the DM sees is what counts: a roll beyond the box is brought into it.
+    roll = qBound(LowestRoll, roll, HighestRoll);
+    QSpinBox *box = spinBox(HighestRoll, LowestRoll, roll, true);
+    box->setObjectName(QStringLiteral("initiative:") + name);
+    box->setAccessibleName(name);
+    connect(box, &QSpinBox::valueChanged, this, &InitiativeData::onInitValueChanged);
+    return box;
+}
+
+QSpinBox *InitiativeData::firstSpinBox() const
+{
+    if (m_entries.isEmpty())
+        return nullptr;
+    const Entry &first = m_entries.first();
+    return first.spinBox ? first.spinBox : first.members.first().spinBox;
+}
+
+void InitiativeData::onInitValueChanged(int value)
+{
+    for (Entry &entry : m_entries) {
+        if (entry.spinBox && entry.spinBox == sender()) {
+            entry.roll = value;
+            Q_EMIT doInitValueChanged(entry.creature, value);
+        }
+        for (Member &member : entry.members) {
+            if (member.spinBox && member.spinBox == sender()) {
+                member.roll = value;
+                Q_EMIT doInitValueChanged(member.creature, value);
+            }
+        }
+    }
+}
+
+void InitiativeData::onOpenCloseClicked()
+{
+    for (Entry &entry : m_entries)
+        if (entry.button && entry.button == sender())
+            entry.expanded = !entry.expanded;
+    Q_EMIT doOpenCloseClicked();
+}
+
+// --- the dialog ---
+
+InitiativeDialog::InitiativeDialog(const CreatureList &creatures, QWidget *parent)
+    : FlatDialog(tr("Initiative"), parent)
+{
+    setObjectName(QStringLiteral("initiativeDialog"));
+    for (Creature *creature : creatures)
+        (creature->isMonster() ? m_monsters : m_characters).add(creature);
+    connect(&m_monsters, &InitiativeData::doOpenCloseClicked, this,
+            &InitiativeDialog::onOpenCloseClicked);
+    m_holder = vWidget();
+    setContent(m_holder);
+    rebuildForm();
+}
+
+void InitiativeDialog::rebuildForm()
+{
+    // A button of the old form may have asked for this.
+    if (m_form) {
+        m_form->hide();
+        m_form->deleteLater();
+    }
+    m_form = buildForm();
+    m_holder->layout()->addWidget(m_form);
+
+    QWidget *first = m_characters.firstSpinBox();
+    if (!first)
+        first = m_monsters.firstSpinBox();
+    if (!first)
+        first = m_form->findChild<QPushButton *>(QStringLiteral("okButton"));
+    setFocusProxy(first);
+    if (isVisible()) {
+        m_form->show();
+        first->setFocus();
+    }
+}
+
+QWidget *InitiativeDialog::buildForm()
+{
+    QWidget *characters = nullptr;
+    if (m_characters.hasEntries())
+        characters = groupBox(tr("Heros"), QStringLiteral("herosBox"), m_characters, 5);
+
+    auto *expandBox = new QCheckBox(tr("Roll initiative for all monsters in a group"));
+    expandBox->setObjectName(QStringLiteral("expandAllBox"));
+    expandBox->setChecked(expandAll());
+    connect(expandBox, &QCheckBox::clicked, this, &InitiativeDialog::onAllExpandedClicked);
+
+    QWidget *monsters = nullptr;
+    if (m_monsters.hasEntries())
+        monsters = groupBox(tr("Monsters"), QStringLiteral("monstersBox"), m_monsters, 2);
+
+    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    QPushButton *ok = buttons->button(QDialogButtonBox::Ok);
+    ok->setObjectName(QStringLiteral("okButton"));
+    ok->setDefault(true);
+    QPushButton *cancel = buttons->button(QDialogButtonBox::Cancel);
+    cancel->setObjectName(QStringLiteral("cancelButton"));
+    cancel->setAutoDefault(true);
+    connect(buttons, &QDialogButtonBox::accepted, this, [this] { accept(); });
+    connect(buttons, &QDialogButtonBox::rejected, this, [this] { reject(); });
+
+    QVBoxLayout *box = vBox(characters, expandBox, monsters, buttons);
+    box->setSpacing(10);
+    return wrap(box);
+}
+
+QWidget *InitiativeDialog::groupBox(const QString &title, const QString &objectName,
+                                    InitiativeData &entries, int verticalSpacing)
+{
+    auto *group = new QGroupBox(title);
+    group->setObjectName(objectName);
+    group->setLayout(vBox(entries.buildForm(verticalSpacing)));
+    return group;
+}
+
+void InitiativeDialog::onOpenCloseClicked()
+{
+    rebuildForm();
+}
+
+void InitiativeDialog::onAllExpandedClicked(bool checked)
+{
+    QSettings().setValue(expandAllKey(), checked);
+    m_monsters.setAllExpanded(checked);
+    rebuildForm();
+}
+
+#include "moc_initiativedialog.cpp"

@@ -8,6 +8,7 @@
 #include "flatdialog.h"
 
 class QGridLayout;
+class QLabel;
 class QSpinBox;
 class QToolButton;
 
@@ -19,7 +20,8 @@ class InitiativeData : public QObject, public WindowsAndDialogs {
 public:
     struct Member {
         QPointer<Creature> creature;
-        QString name; // display name, which outlives the creature
+        QString name; // without its group
+        QString displayName;
         int roll = 0;
         QSpinBox *spinBox = nullptr;
     };
@@ -42,6 +44,7 @@ public:
     // A form of the entries as they now are; the one built before is no longer followed.
     QWidget *buildForm(int verticalSpacing);
     void setAllExpanded(bool expanded);
+    // One for each name of the form, and one for each creature that takes no turns.
     QList<CreatureInit> items() const;
     QSpinBox *firstSpinBox() const;
 
@@ -56,7 +59,10 @@ private Q_SLOTS:
 private:
     void addCharacter(Creature *creature, int roll);
     void addMonster(Creature *creature, int roll);
-    QSpinBox *rollBox(int roll, const QString &name);
+    QSpinBox *rollBox(int &roll, const QString &name);
+    QLabel *heading(const Entry &entry);
+    void addGroupHeading(QGridLayout *grid, Entry &entry, const QString &text,
+                         const QString &toolTip);
     QWidget *buildEntry(Entry &entry);
     void fillCharacter(QGridLayout *grid, Entry &entry);
     void fillGroup(QGridLayout *grid, Entry &entry);
@@ -72,9 +78,6 @@ class InitiativeDialog : public FlatDialog {
 public:
     explicit InitiativeDialog(const CreatureList &creatures, QWidget *parent = nullptr);
 
-    // 0 on cancel.
-    int exec() override;
-    QWidget *focusWidget() override;
     QList<CreatureInit> monsterItems() const { return m_monsters.items(); }
     QList<CreatureInit> characterItems() const { return m_characters.items(); }
 
@@ -84,8 +87,12 @@ private Q_SLOTS:
 
 private:
     void rebuildForm();
+    QWidget *buildForm();
+    QWidget *groupBox(const QString &title, const QString &objectName, InitiativeData &entries,
+                      int verticalSpacing);
 
     InitiativeData m_characters;
     InitiativeData m_monsters;
+    QWidget *m_holder = nullptr;
     QWidget *m_form = nullptr;
 };

@@ -36,7 +36,7 @@ private:
     };
 
     QWidget *buildChoice(Choice &choice);
-    void buildButtons(QWidget *choices);
+    QWidget *buildButtons();
 
     bool m_running;
     bool m_all = false;

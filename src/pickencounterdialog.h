@@ -31,7 +31,13 @@ public:
     QVariant data(const QModelIndex &index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
+    // The first item of the box that filters by adventure.
+    static QString allAdventures();
+
 private:
+    void hideRows();
+    bool matches(const PreparedEncounter &encounter) const;
+
     QString m_filter;
     QString m_adventure;
     QTableView *m_view = nullptr;
@@ -60,8 +66,8 @@ private Q_SLOTS:
     void onEncounterAdventureSelected(int index);
 
 private:
-    void buildButtons();
-    void applyFilter();
+    QWidget *buildButtons();
+    void enableButtons(bool enabled);
 
     PickEncounterModel m_model;
     QComboBox *m_adventures = nullptr;

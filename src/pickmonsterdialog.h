@@ -31,6 +31,8 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
 private:
+    void hideRows();
+
     // No filter that was applied, so that the first one always is, an empty one included.
     QString m_filter = QStringLiteral("x");
     QTableView *m_view = nullptr;
@@ -59,11 +61,12 @@ public Q_SLOTS:
 private Q_SLOTS:
     void onClicked(QAbstractButton *button);
     void localSelectionChanged(const QItemSelection &selected, const QItemSelection &deselected);
-    void monsterNameChanged(const QString &id);
     void onFilterChanged(QObject *object);
 
 private:
-    void buildButtons();
+    QWidget *buildButtons();
+    QWidget *buildFields();
+    void enableButtons(bool enabled);
     QString selectedGroup() const;
     QString monsterId() const;
 

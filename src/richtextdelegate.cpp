@@ -1,1 +1,95 @@
 #include "richtextdelegate.h"
+
+#include <QAbstractTextDocumentLayout>
+#include <QPainter>
+#include <QTextDocument>
+#include <QTextOption>
+
+namespace {
+
+constexpr int KeptDocuments = 512; // several screens full of rows
+
+struct NamedColour {
+    QLatin1String name;
+    QRgb onDark;
+};
+
+// The names that the texts of a creature use.
+constexpr NamedColour NamedColours[] = {
+    {QLatin1String("gray"), 0xffa0a0a0},        {QLatin1String("grey"), 0xffa0a0a0},
+    {QLatin1String("blue"), 0xff7ab8ff},        {QLatin1String("red"), 0xffff7b72},
+    {QLatin1String("saddlebrown"), 0xffd9a36a},
+};
+
+bool isDark(const QPalette &palette)
+{
+    return palette.color(QPalette::Base).lightness() < palette.color(QPalette::Text).lightness();
+}
+
+} // namespace
+
+RichTextDelegate::RichTextDelegate(bool scaleFont, bool noWrap, bool centre, QObject *parent)
+    : QItemDelegate(parent), m_scaleFont(scaleFont), m_noWrap(noWrap), m_centre(centre),
+      m_documents(KeptDocuments)
+{
+}
+
+RichTextDelegate::~RichTextDelegate() = default;
+
+void RichTextDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
+                             const QModelIndex &index) const
+{
+    const QStyleOptionViewItem cell = setOptions(index, option);
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    drawBackground(painter, cell, index);
+
+    const QString html = readableColours(index.data(Qt::DisplayRole).toString(), cell.palette);
+    QTextDocument *document = documentFor(html, cell.font, cell.rect.size());
+    const bool selected = cell.state.testFlag(QStyle::State_Selected);
+    QAbstractTextDocumentLayout::PaintContext context;
+    context.palette = cell.palette;
+    if (selected)
+        context.palette.setColor(QPalette::Text, cell.palette.color(QPalette::HighlightedText));
+    painter->setClipRect(cell.rect);
+    painter->translate(cell.rect.topLeft());
+    document->documentLayout()->draw(painter, context);
+    painter->restore();
+}
+
+QTextDocument *RichTextDelegate::documentFor(const QString &html, const QFont &font,
+                                             const QSize &cell) const
+{
+    QFont used = font;
+    if (m_scaleFont)
+        used.setPixelSize(qMax(1, cell.height() / 2));
+    const QString key = QString::number(cell.width()) + u'\n' + used.key() + u'\n' + html;
+    if (QTextDocument *kept = m_documents.object(key))
+        return kept;
+
+    auto *document = new QTextDocument;
+    document->setUndoRedoEnabled(false);
+    document->setUseDesignMetrics(true);
+    document->setDefaultFont(used);
+    QTextOption text(m_centre ? Qt::AlignCenter : Qt::AlignLeft);
+    text.setWrapMode(m_noWrap ? QTextOption::NoWrap : QTextOption::WordWrap);
+    document->setDefaultTextOption(text);
+    document->setHtml(html);
+    document->setTextWidth(cell.width());
+    m_documents.insert(key, document);
+    return document;
+}
+
+QString readableColours(const QString &html, const QPalette &palette)
+{
+    if (!isDark(palette) || !html.contains(QLatin1String("<font color=")))
+        return html;
+    QString readable = html;
+    for (const NamedColour &known : NamedColours) {
+        const QString tag = QStringLiteral("<font color=%1>");
+        readable.replace(tag.arg(known.name), tag.arg(QColor(known.onDark).name()));
+    }
+    return readable;
+}
+
+#include "moc_richtextdelegate.cpp"

@@ -28,9 +28,5 @@ private:
     mutable QCache<QString, QTextDocument> m_documents;
 };
 
-// Whether texts on `palette` are light on dark.
-bool isDarkPalette(const QPalette &palette);
-// The colour for a text that is `named` on paper, readable on `palette`.
-QColor readableColour(const QColor &named, const QPalette &palette);
-// The same for every "<font color=name>" of a rich text.
+// The text with each "<font color=name>" in a shade that can be read on `palette`.
 QString readableColours(const QString &html, const QPalette &palette);

@@ -1,1 +1,78 @@
 #include "smallwidgets.h"
+
+#include <QAbstractButton>
+#include <QEvent>
+#include <QRadioButton>
+#include <QScrollBar>
+
+namespace {
+
+int heightFor(const QWidget *content, int width)
+{
+    return content->hasHeightForWidth() ? content->heightForWidth(width)
+                                        : content->sizeHint().height();
+}
+
+} // namespace
+
+ClickableLabel::ClickableLabel(const QString &text, QAbstractButton *button, QWidget *parent)
+    : QLabel(text, parent), m_button(button)
+{
+    setBuddy(button);
+}
+
+void ClickableLabel::mousePressEvent(QMouseEvent *event)
+{
+    QLabel::mousePressEvent(event);
+    if (!m_button || !m_button->isEnabled())
+        return;
+    // Like a press on the button itself: a radio button can't be turned off by its own label.
+    if (!qobject_cast<QRadioButton *>(m_button) || !m_button->isChecked())
+        m_button->toggle();
+    Q_EMIT clicked(m_button->isChecked());
+}
+
+ResizableScrollArea::ResizableScrollArea(QWidget *parent) : QScrollArea(parent) { }
+
+void ResizableScrollArea::setFixed(bool fixed)
+{
+    m_fixed = fixed;
+    fitWidget();
+}
+
+void ResizableScrollArea::fitWidget()
+{
+    QWidget *content = widget();
+    if (!content)
+        return;
+    if (m_fixed) {
+        content->resize(maximumViewportSize());
+        return;
+    }
+    const QSize room = maximumViewportSize();
+    int width = room.width();
+    int height = heightFor(content, width);
+    if (height > room.height()) {
+        width -= verticalScrollBar()->sizeHint().width();
+        height = heightFor(content, width);
+    }
+    // Rather a horizontal scroll bar than a form that is cut off.
+    content->resize(qMax(width, content->minimumSizeHint().width()), height);
+}
+
+void ResizableScrollArea::resizeEvent(QResizeEvent *event)
+{
+    QScrollArea::resizeEvent(event);
+    fitWidget();
+}
+
+bool ResizableScrollArea::eventFilter(QObject *object, QEvent *event)
+{
+    const bool filtered = QScrollArea::eventFilter(object, event);
+    // A form that was built anew may have another height.
+    if (object == widget() && event->type() == QEvent::LayoutRequest)
+        fitWidget();
+    return filtered;
+}
+
+#include "moc_smallwidgets.cpp"
