@@ -82,8 +82,7 @@ QString hitPointsText(const Creature *creature)
 } // namespace
 
 CreatureListModel::CreatureListModel(QObject *parent)
-    : QAbstractTableModel(parent), m_encounter(theEncounter),
-      m_currentIcon(QStringLiteral(":/images/arrow-right-red128.png")),
+    : QAbstractTableModel(parent), m_currentIcon(QStringLiteral(":/images/arrow-right-red128.png")),
       m_noIcon(QStringLiteral(":/images/no-icon.png")),
       m_delayIcon(QStringLiteral(":/images/delay-turn16.png")),
       m_readyIcon(QStringLiteral(":/images/ready-action16.png")),
@@ -92,7 +91,6 @@ CreatureListModel::CreatureListModel(QObject *parent)
 {
     m_refresh.setSingleShot(true);
     connect(&m_refresh, &QTimer::timeout, this, &CreatureListModel::refresh);
-    connectEncounter();
 }
 
 CreatureListModel::~CreatureListModel()
@@ -103,6 +101,7 @@ CreatureListModel::~CreatureListModel()
 
 void CreatureListModel::connectEncounter()
 {
+    m_encounter = theEncounter;
     if (m_encounter) {
         connect(m_encounter, &Encounter::doCurrentCreatureChanged, this,
                 &CreatureListModel::onCurrentCreatureChanged);
@@ -128,6 +127,7 @@ void CreatureListModel::connectEncounter()
 void CreatureListModel::attachTo(CreatureTableView *view)
 {
     m_view = view;
+    connectEncounter();
     auto *header = new CreatureHeaderView(view);
     header->setObjectName(QStringLiteral("initiativeHeader"));
     header->setHighlightSections(false);

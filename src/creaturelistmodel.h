@@ -34,7 +34,8 @@ public:
     // Writes the columns' settings, so it must go before its view.
     ~CreatureListModel() override;
 
-    // Sets the view up with this model, header, delegates and the saved columns. Not owned.
+    // Sets the view up with this model, header, delegates and the saved columns, and follows the
+    // running Encounter. The view isn't owned.
     void attachTo(CreatureTableView *view);
     void clearSelection();
     // True when the key was used up: Escape clears the selection.

@@ -69,8 +69,9 @@ void ResizableScrollArea::resizeEvent(QResizeEvent *event)
 bool ResizableScrollArea::eventFilter(QObject *object, QEvent *event)
 {
     const bool filtered = QScrollArea::eventFilter(object, event);
-    // A form that was built anew may have another height.
-    if (object == widget() && event->type() == QEvent::LayoutRequest)
+    // Another widget, or a form that was built anew, may need another size.
+    const bool changed = event->type() == QEvent::Show || event->type() == QEvent::LayoutRequest;
+    if (object == widget() && changed)
         fitWidget();
     return filtered;
 }
