@@ -328,7 +328,12 @@ const PortraitIndex &portraitIndex(const QString &folder)
 
 bool isPicture(const QString &path)
 {
-    return QFileInfo(path).isFile() && QImageReader(path).canRead();
+    if (!QFileInfo(path).isFile())
+        return false;
+    // By its name alone any text could pass for a picture.
+    QImageReader reader(path);
+    reader.setDecideFormatFromContent(true);
+    return reader.canRead();
 }
 
 QString bareName(const QString &path)
@@ -524,18 +529,13 @@ QString textOf(const CreatureData &data)
 
 // --- portraits ---
 
-QString resolvePortrait(QString &path, const QString &dataFolder)
+void resolvePortrait(QString &path, const QString &dataFolder)
 {
-    if (path.isEmpty())
-        return QString();
-    const QString direct = portraitPath(path, dataFolder);
-    if (isPicture(direct))
-        return direct;
+    if (path.isEmpty() || isPicture(portraitPath(path, dataFolder)))
+        return;
     const QString found = findPortrait(portraitPath(QString(), dataFolder), bareName(path));
-    if (found.isEmpty())
-        return QString();
-    path = found;
-    return portraitPath(path, dataFolder);
+    if (!found.isEmpty())
+        path = found;
 }
 
 QString findPortrait(const QString &folder, const QString &fileName)

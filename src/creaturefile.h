@@ -40,10 +40,10 @@ void makeUnique(CreatureData &data, bool isMonster, const Monsters *monsters,
 // monster.
 QString textOf(const CreatureData &data);
 
-// The full path of the picture that `path` names below "Portraits", not yet decoded. A file that
-// isn't a picture there is searched for by its bare name in all sub-folders; when found, its path
-// takes the place of `path`. Empty when there is none.
-QString resolvePortrait(QString &path, const QString &dataFolder);
+// Checks the picture that `path` names below "Portraits", without decoding it. Where there is none,
+// the file is searched for by its bare name in all sub-folders; when found, its path takes the
+// place of `path`.
+void resolvePortrait(QString &path, const QString &dataFolder);
 // Depth first, in directory order, without entries that begin with "."; the path relative to
 // `folder`, or empty.
 QString findPortrait(const QString &folder, const QString &fileName);

@@ -1,0 +1,546 @@
+#include <QGuiApplication>
+#include <QImage>
+#include <QTemporaryDir>
+
+#include "creature.h"
+#include "creaturefile.h"
+#include "paths.h"
+#include "terms.h"
+#include "testdata.h"
+#include "testhome.h"
+
+class TestCreatureFile : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { failOnWarnings(); }
+    void tellsForms_data();
+    void tellsForms();
+    void readsEveryKey();
+    void followsTheTermsInForce();
+    void refusesFiles_data();
+    void refusesFiles();
+    void keepsBadTextAsInvalidCreature_data();
+    void keepsBadTextAsInvalidCreature();
+    void characterTextReadsBack();
+    void starterTextOfMonster();
+    void loadReadiesTheCreature();
+    void savesWholeFileWithCRLF();
+    void derivesFileNames_data();
+    void derivesFileNames();
+    void failedSaveChangesNothing();
+    void revertGoesBack();
+    void findsMovedPortrait();
+    void linksInACircleEnd();
+    void decodesPortraitWhenShown();
+    void adoptsChosenPictures();
+    void writesPortraitIntoText_data();
+    void writesPortraitIntoText();
+    void survivesAnyBytes();
+
+private:
+    static void addPicture(const QString &path, const QSize &size = QSize(8, 6));
+};
+
+namespace {
+
+const QString knight = QStringLiteral("name=Aria\nclass=Fighter\nlevel=3\nhit-points=40\n");
+
+QByteArray ofKeys(int count, const char *keyName)
+{
+    QByteArray text = QByteArray(keyName) + "\nlevel=2\nxp=125\nspeed=6\nrole=Brute\n";
+    return text.split('\n').mid(0, count).join('\n');
+}
+
+} // namespace
+
+void TestCreatureFile::addPicture(const QString &path, const QSize &size)
+{
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(Qt::darkGreen);
+    QVERIFY(image.save(path));
+}
+
+void TestCreatureFile::tellsForms_data()
+{
+    QTest::addColumn<bool>("isMonster");
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<CreatureForm>("form");
+    QTest::addColumn<bool>("read");
+
+    const auto row = [](const char *name, bool isMonster, const QByteArray &text, CreatureForm form,
+                        bool read) { QTest::newRow(name) << isMonster << text << form << read; };
+    row("four keys", true, ofKeys(4, "group=Rat"), CreatureForm::Key, true);
+    row("three keys", true, ofKeys(3, "group=Rat"), CreatureForm::StatBlock, false);
+    row("portrait doesn't count", false, "name=A\nclass=B\nlevel=1\nportrait=a.png",
+        CreatureForm::StatBlock, false);
+    row("monster without group", true, ofKeys(5, "name=Rat"), CreatureForm::StatBlock, false);
+    row("character without name", false, ofKeys(5, "group=Rat"), CreatureForm::StatBlock, false);
+    row("CR and CR LF between lines", true, "group=Rat\r\r\nlevel=1\rxp=9\r\nspeed=6",
+        CreatureForm::Key, true);
+    row("comment, blanks, unknown key", true,
+        ofKeys(4, "group=Rat") + "\n  # note=5\n \t \nsize=big\njust words", CreatureForm::Key,
+        true);
+    row("bad line ends it", true, ofKeys(5, "group=Rat") + "\n=5", CreatureForm::StatBlock, false);
+    row("key of 400 bytes", true, ofKeys(4, "group=Rat") + '\n' + QByteArray(400, 'k') + "=1",
+        CreatureForm::Key, true);
+    row("key of 401 bytes", true, ofKeys(4, "group=Rat") + '\n' + QByteArray(401, 'k') + "=1",
+        CreatureForm::StatBlock, false);
+    row("monster XML", true, "<?xml version=\"1.0\"?><Monster>", CreatureForm::MonsterXml, false);
+    row("monster XML by type", true, "<Monster xsi:type=\"Monster\">", CreatureForm::MonsterXml,
+        false);
+    row("XML too late", true, QByteArray(200, ' ') + "<?xml ?>", CreatureForm::StatBlock, false);
+    row("character XML", false, "<?xml version=\"1.0\"?><D20>", CreatureForm::CharacterXml, false);
+    row("empty", true, "", CreatureForm::StatBlock, false);
+}
+
+void TestCreatureFile::tellsForms()
+{
+    QFETCH(bool, isMonster);
+    QFETCH(QByteArray, text);
+    QFETCH(CreatureForm, form);
+    CreatureData data;
+    CreatureForm found {};
+    QTEST(parseText(isMonster, text, data, QString(), &found), "read");
+    QCOMPARE(found, form);
+    QCOMPARE(data.isMonster, isMonster);
+    QCOMPARE(data.statBlock.size(), QString::fromUtf8(text).replace("\r\n", "\n").size());
+}
+
+void TestCreatureFile::readsEveryKey()
+{
+    CreatureData data;
+    data.isMonster = false;
+    QVERIFY(readKeyForm("name= Aria \nclass=Fighter\ngroup=g\ntype=t\nrace=Elf\nrole=Defender\n"
+                        "import=a.dnd4e\nlinked=yes\nlevel=3\nxp=7\nhit-points=40\n"
+                        "healing-surges=9\nsurge-value=10\ninitiative=-2\nspeed=6 squares\n"
+                        "action-points=1\nvision=low-light\nperception=12\ninsight=abc\n"
+                        "armour-class=19\nfortitude=18\nreflex=17\nwill=16\nstr=20\ndexterity=14\n"
+                        "wis=13\nconstitution=12\nintellegence=11\ncha=10\nalignment=Good\n"
+                        "languages=Common, Elven\nintelligence=3\n",
+                        data, QString()));
+    QCOMPARE(data.name, "Aria");
+    QCOMPARE(data.charClass, "Fighter");
+    QCOMPARE(data.importFile, "a.dnd4e");
+    QVERIFY(data.linked);
+    const QList<int> numbers {data.level,   data.xp,          data.maxHP,     data.maxHS,
+                              data.hsValue, data.initBonus,   data.initAP,    data.perception,
+                              data.insight, data.armourClass, data.fortitude, data.reflex,
+                              data.will};
+    QCOMPARE(numbers, QList<int>({3, 7, 40, 9, 10, -2, 1, 12, 0, 19, 18, 17, 16}));
+    const QList<Ability> abilities {data.strength,     data.dexterity,    data.wisdom,
+                                    data.constitution, data.intelligence, data.charisma};
+    for (int i = 0; i < abilities.size(); ++i)
+        QCOMPARE(abilities.at(i),
+                 (Ability {QList<int>({20, 14, 13, 12, 11, 10}).at(i), NoModifier}));
+    QCOMPARE(data.senses, "low-light");
+    QCOMPARE(data.languages, "Common, Elven");
+}
+
+void TestCreatureFile::followsTheTermsInForce()
+{
+    const QByteArray text = "name=Aria\nlevel=1\nhs-resources=8\nhs-value=9\nap-resources=2\n";
+    CreatureData byFixedKeys;
+    byFixedKeys.isMonster = false;
+    QVERIFY(readKeyForm(text, byFixedKeys, QString()));
+    CreatureData byTerms;
+    byTerms.isMonster = false;
+    QVERIFY(readKeyForm(QStringLiteral("name=Aria\nlevel=1\n%1=8\n%2=9\n%3=2\n")
+                            .arg(termKeyPlural(Term::HealingSurge), termKey(Term::SurgeValue),
+                                 termKeyPlural(Term::ActionPoint))
+                            .toUtf8(),
+                        byTerms, QString()));
+    QCOMPARE(byTerms.maxHS, byFixedKeys.maxHS);
+    QCOMPARE(byTerms.hsValue, byFixedKeys.hsValue);
+    QCOMPARE(byTerms.initAP, byFixedKeys.initAP);
+}
+
+void TestCreatureFile::refusesFiles_data()
+{
+    QTest::addColumn<bool>("isMonster");
+    QTest::addColumn<QString>("fileName");
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<bool>("loaded");
+    const QByteArray aria = knight.toUtf8();
+    QTest::newRow("plain") << false << "aria.txt" << aria << true;
+    QTest::newRow("hidden") << false << ".aria.txt" << aria << false;
+    QTest::newRow("template") << false << "TEMPLATE aria.txt" << aria << false;
+    QTest::newRow("empty") << false << "aria.txt" << QByteArray() << false;
+    QTest::newRow("mark alone") << false << "aria.txt" << QByteArray("\xEF\xBB\xBF") << false;
+    QTest::newRow("builder file") << false << "aria.DnD4e" << aria << false;
+    QTest::newRow("XML without a declaration")
+        << false << "aria.txt" << QByteArray("\xEF\xBB\xBF \r\n<D20Character>") << false;
+    QTest::newRow("monster may look like that") << true << "rat.txt" << QByteArray("<rat>") << true;
+}
+
+void TestCreatureFile::refusesFiles()
+{
+    QFETCH(bool, isMonster);
+    QFETCH(QString, fileName);
+    QFETCH(QByteArray, bytes);
+    const TestDataFolder folder;
+    QFile file(creaturePath(fileName, isMonster));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+    file.close();
+    Creature creature;
+    QTEST(creature.load(fileName, isMonster, QString(), nullptr, nullptr), "loaded");
+}
+
+void TestCreatureFile::keepsBadTextAsInvalidCreature_data()
+{
+    QTest::addColumn<bool>("isMonster");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("valid");
+    const auto named = [](const QString &name) {
+        return QStringLiteral("group=%1\nlevel=1\nspeed=6\nrole=Brute\n").arg(name);
+    };
+    QTest::newRow("70 characters") << true << named(QString(70, u'r')) << true;
+    QTest::newRow("71 characters") << true << named(QString(71, u'r')) << false;
+    QTest::newRow("picture letter") << true << named(QStringLiteral("Rat \U0001F400")) << true;
+    QTest::newRow("control character") << true << named(QStringLiteral("Rat\u0007")) << false;
+    QTest::newRow("neither level nor XP") << true << "group=Rat\nspeed=6\nrole=Brute\ntype=beast\n"
+                                          << false;
+    QTest::newRow("XP alone") << true << "group=Rat\nxp=1\nrole=Brute\ntype=beast\n" << true;
+    QTest::newRow("no form") << true << "Some words\nand others\n" << false;
+    QTest::newRow("character") << false << "Some words\n" << false;
+}
+
+void TestCreatureFile::keepsBadTextAsInvalidCreature()
+{
+    QFETCH(bool, isMonster);
+    QFETCH(QString, text);
+    QFETCH(bool, valid);
+    const TestDataFolder folder;
+    const QString fileName = QStringLiteral("odd.txt");
+    folder.write((isMonster ? "Monsters/" : "Characters/") + fileName, text);
+    Creature creature;
+    QVERIFY(creature.load(fileName, isMonster, QString(), nullptr, nullptr));
+    QCOMPARE(creature.isInvalid(), !valid);
+    QCOMPARE(creature.statBlock(), text);
+    if (!valid) {
+        QVERIFY(creature.isMonster());
+        QCOMPARE(isMonster ? creature.group() : creature.name(), fileName);
+        QCOMPARE(creature.speed(), QString());
+        // Its file stays where it was read.
+        creature.setStatBlock(text + u'!');
+        QVERIFY(creature.save());
+        QVERIFY(folder.read((isMonster ? "Monsters/" : "Characters/") + fileName).contains('!'));
+    }
+}
+
+void TestCreatureFile::characterTextReadsBack()
+{
+    const QString text = QStringLiteral(
+        "name=Aria\nportrait=pc/aria.png\nimport=aria.dnd4e\nlinked=no\nclass=Fighter\nrace=\n"
+        "role=Defender\nlevel=3\nhit-points=40\nhs-value=10\nhs-resources=9\ninitiative=0\n"
+        "speed=6\nap-resources=1\narmour-class=19\nwill=16\nperception=12\nstr=20\ncha=10\n"
+        "alignment=Good\nlanguages=Common\n");
+    CreatureData data;
+    QVERIFY(parseText(false, text.toUtf8(), data, QString()));
+    QCOMPARE(textOf(data), text);
+    data.languages = QStringLiteral("Elven\nname=Mallory");
+    QVERIFY(textOf(data).endsWith(QStringLiteral("languages=Elven name=Mallory\n")));
+}
+
+void TestCreatureFile::starterTextOfMonster()
+{
+    CreatureData data;
+    data.group = QStringLiteral("Reed Stalker");
+    data.level = 2;
+    data.xp = 125;
+    QCOMPARE(textOf(data),
+             "Reed Stalker\nMedium monster\nLevel 2 Soldier XP 125\n"
+             "Initiative - Senses Perception -\nHP 0\nSpeed 0\nAction Points 0\n");
+    data.portraitFile = QStringLiteral("reed.png");
+    data.race = QStringLiteral("plant");
+    data.role = QStringLiteral("Lurker");
+    data.initBonus = 0;
+    data.perception = -1;
+    data.insight = 3;
+    data.senses = QStringLiteral("darkvision");
+    data.maxHP = 30;
+    data.maxHS = 2;
+    data.hsValue = 7;
+    data.armourClass = 16;
+    data.will = 12;
+    data.speed = QStringLiteral("5");
+    QCOMPARE(textOf(data),
+             "Reed Stalker\nPortrait reed.png\nMedium monster, plant\nLevel 2 Lurker XP 125\n"
+             "Initiative +0 Senses Perception -1; Insight +3; darkvision\nHP 30; HS 2 x 7\n"
+             "AC 16; Will 12\nSpeed 5\nAction Points 0\n");
+}
+
+void TestCreatureFile::loadReadiesTheCreature()
+{
+    const TestDataFolder folder;
+    QFile file(folder.file(QStringLiteral("Characters/aria.txt")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("\xEF\xBB\xBF" + knight.toUtf8().replace("\n", "\r\n")
+               + "hs-resources=7\rvision=low");
+    file.close();
+    Creature creature;
+    QVERIFY(creature.load(QStringLiteral("aria.txt"), false, QString(), nullptr, nullptr));
+    QCOMPARE(creature.statBlock(), knight + QStringLiteral("hs-resources=7\nvision=low"));
+    QCOMPARE(creature.savedStatBlock(), creature.statBlock());
+    QCOMPARE(creature.fileName(), "aria.txt");
+    QCOMPARE(creature.nameBefore(), "Aria");
+    QCOMPARE(creature.senses(), "Low");
+    QCOMPARE(creature.currHP(), 40);
+    QCOMPARE(creature.currHS(), 7);
+    QVERIFY(creature.shadowVitality() == creature.liveVitality());
+}
+
+void TestCreatureFile::savesWholeFileWithCRLF()
+{
+    const TestDataFolder folder;
+    QFile file(folder.file(QStringLiteral("Characters/aria.txt")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(knight.toUtf8());
+    file.close();
+    Creature creature;
+    QVERIFY(creature.load(QStringLiteral("aria.txt"), false, QString(), nullptr, nullptr));
+    creature.setCurrHP(11);
+    QVERIFY(creature.save());
+    QCOMPARE(folder.read(QStringLiteral("Characters/aria.txt")),
+             knight.toUtf8().replace("\n", "\r\n"));
+    QCOMPARE(creature.currHP(), 11);
+    QVERIFY(creature.shadowVitality() == creature.liveVitality());
+    Creature again;
+    QVERIFY(again.load(QStringLiteral("aria.txt"), false, QString(), nullptr, nullptr));
+    QCOMPARE(again.statBlock(), knight);
+}
+
+void TestCreatureFile::derivesFileNames_data()
+{
+    QTest::addColumn<bool>("isMonster");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("statBlock");
+    QTest::addColumn<QString>("fileName");
+    QTest::newRow("words") << true << "Cave Rat's Queen 2"
+                           << "x"
+                           << "cave-rats-queen-2.txt";
+    QTest::newRow("letters of any script") << false << QStringLiteral("\u00c9lodie \u0416") << "x"
+                                           << QStringLiteral("\u00e9lodie-\u0436.txt");
+    QTest::newRow("taken twice") << true << "Rat"
+                                 << "x"
+                                 << "rat_2.txt";
+    QTest::newRow("nothing left, monster") << true << "???"
+                                           << "x"
+                                           << "monster.txt";
+    QTest::newRow("nothing left, character") << false << "?!"
+                                             << "x"
+                                             << "character.txt";
+    QTest::newRow("XML") << true << "Wolf"
+                         << "<?xml ?><Monster>"
+                         << "wolf.monster";
+    QTest::newRow("name that loading skips") << true << "Template Golem"
+                                             << "x"
+                                             << "the-template-golem.txt";
+}
+
+void TestCreatureFile::derivesFileNames()
+{
+    QFETCH(bool, isMonster);
+    QFETCH(QString, name);
+    QFETCH(QString, statBlock);
+    QFETCH(QString, fileName);
+    const TestDataFolder folder;
+    folder.write(QStringLiteral("Monsters/rat.txt"), QStringLiteral("first"));
+    folder.write(QStringLiteral("Monsters/rat_1.txt"), QStringLiteral("second"));
+    CreatureData data;
+    data.isMonster = isMonster;
+    data.keyName() = name;
+    data.statBlock = statBlock;
+    Creature creature;
+    creature.assign(data);
+    QVERIFY(creature.save());
+    QCOMPARE(creature.fileName(), fileName);
+    QVERIFY(QFile::exists(creaturePath(fileName, isMonster)));
+    QCOMPARE(folder.read(QStringLiteral("Monsters/rat.txt")), "first");
+}
+
+void TestCreatureFile::failedSaveChangesNothing()
+{
+    const TestDataFolder folder;
+    CreatureData data;
+    data.group = QStringLiteral("Rat");
+    Creature creature;
+    creature.assign(data);
+    QVERIFY(!creature.save()); // no text
+    creature.setStatBlock(QStringLiteral("text"));
+    dataRoot = folder.file(QStringLiteral("nowhere"));
+    QVERIFY(!creature.save());
+    QCOMPARE(creature.fileName(), QString());
+    QCOMPARE(creature.savedStatBlock(), QString());
+    QVERIFY(creature.isModified());
+}
+
+void TestCreatureFile::revertGoesBack()
+{
+    const TestDataFolder folder;
+    folder.write(QStringLiteral("Characters/aria.txt"), knight);
+    Creature creature;
+    QVERIFY(creature.load(QStringLiteral("aria.txt"), false, QString(), nullptr, nullptr));
+    creature.rename(QStringLiteral("Arianna"));
+    creature.setCurrHP(3);
+    QVERIFY(creature.isModified());
+    creature.revert(nullptr, nullptr);
+    QVERIFY(!creature.isModified());
+    QCOMPARE(creature.name(), "Aria");
+    QCOMPARE(creature.statBlock(), knight);
+    QCOMPARE(creature.currHP(), 3);
+
+    creature.setNew(true);
+    creature.setStatBlock(QStringLiteral("half a text"));
+    creature.revert(nullptr, nullptr);
+    QVERIFY(!creature.isNew());
+    QCOMPARE(creature.statBlock(), "half a text");
+}
+
+void TestCreatureFile::findsMovedPortrait()
+{
+    const TestDataFolder folder;
+    QDir(folder.path()).mkpath(QStringLiteral("Portraits/b/deep"));
+    QDir(folder.path()).mkpath(QStringLiteral("Portraits/.hidden"));
+    addPicture(folder.file(QStringLiteral("Portraits/b/deep/rat.png")));
+    addPicture(folder.file(QStringLiteral("Portraits/c.png")));
+    addPicture(folder.file(QStringLiteral("Portraits/.hidden/ogre.png")));
+    folder.write(QStringLiteral("Portraits/rat.png"), QStringLiteral("no picture"));
+
+    const auto resolved = [](QString path) {
+        resolvePortrait(path, QString());
+        return path;
+    };
+    const auto checkAll = [&] {
+        QCOMPARE(resolved("c.png"), "c.png");
+        QCOMPARE(resolved("old\\place/rat.png"), "b/deep/rat.png");
+        QCOMPARE(resolved("b\\deep\\rat.png"), "b\\deep\\rat.png");
+        QCOMPARE(resolved("x/ogre.png"), "x/ogre.png");
+        QCOMPARE(resolved("x/RAT.png"), "x/RAT.png");
+        QCOMPARE(resolved("b"), "b");
+        QCOMPARE(resolved(""), "");
+    };
+    checkAll();
+    const PortraitSearch search;
+    checkAll();
+}
+
+void TestCreatureFile::linksInACircleEnd()
+{
+    const TestDataFolder folder;
+    const QString portraits = folder.file(QStringLiteral("Portraits"));
+    QDir(portraits).mkpath(QStringLiteral("a/b"));
+    QVERIFY(QFile::link(portraits, portraits + QStringLiteral("/a/b/up")));
+    QVERIFY(QFile::link(portraits + QStringLiteral("/a"), portraits + QStringLiteral("/again")));
+    QVERIFY(QFile::link(portraits + QStringLiteral("/self"), portraits + QStringLiteral("/self")));
+    addPicture(portraits + QStringLiteral("/z.png"));
+    QCOMPARE(findPortrait(portraits, QStringLiteral("z.png")), "z.png");
+    QCOMPARE(findPortrait(portraits, QStringLiteral("none.png")), QString());
+}
+
+void TestCreatureFile::decodesPortraitWhenShown()
+{
+    const TestDataFolder folder;
+    addPicture(folder.file(QStringLiteral("Portraits/aria.png")), QSize(1500, 750));
+    folder.write(QStringLiteral("Characters/aria.txt"),
+                 knight + QStringLiteral("portrait=aria.png\n"));
+    Creature creature;
+    QVERIFY(creature.load(QStringLiteral("aria.txt"), false, QString(), nullptr, nullptr));
+    QCOMPARE(creature.portrait().size(), QSize(600, 300));
+    Creature clone;
+    clone.copyFrom(&creature);
+    QCOMPARE(clone.portrait().cacheKey(), creature.portrait().cacheKey());
+
+    addPicture(folder.file(QStringLiteral("Portraits/other.png")));
+    creature.setPortrait(QStringLiteral("other.png"));
+    QCOMPARE(creature.portrait().size(), QSize(8, 6));
+    QVERIFY(creature.statBlock().contains(QStringLiteral("portrait=other.png\n")));
+    QVERIFY(creature.isModified());
+    creature.setPortrait(QStringLiteral("gone.png"));
+    QVERIFY(creature.portrait().isNull());
+    QCOMPARE(creature.portraitFile(), "gone.png");
+}
+
+void TestCreatureFile::adoptsChosenPictures()
+{
+    const TestDataFolder folder;
+    const QTemporaryDir elsewhere;
+    QDir(folder.path()).mkpath(QStringLiteral("Portraits/pc"));
+    addPicture(folder.file(QStringLiteral("Portraits/pc/aria.png")));
+    addPicture(elsewhere.filePath(QStringLiteral("aria.png")), QSize(20, 20));
+    addPicture(elsewhere.filePath(QStringLiteral("new.png")));
+    QCOMPARE(adoptPortrait(folder.file(QStringLiteral("Portraits/pc/../pc/aria.png")), QString()),
+             "pc/aria.png");
+    QCOMPARE(adoptPortrait(elsewhere.filePath(QStringLiteral("aria.png")), QString()),
+             "pc/aria.png");
+    QCOMPARE(adoptPortrait(elsewhere.filePath(QStringLiteral("new.png")), QString()), "new.png");
+    QVERIFY(QFile::exists(folder.file(QStringLiteral("Portraits/new.png"))));
+    QCOMPARE(adoptPortrait(elsewhere.filePath(QStringLiteral("none.png")), QString()), QString());
+}
+
+void TestCreatureFile::writesPortraitIntoText_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("second line") << "\n \nRat\nLevel 1\n"
+                                 << "\n \nRat\nPortrait r.png\nLevel 1\n";
+    QTest::newRow("title alone") << "Rat"
+                                 << "Rat\nPortrait r.png\n";
+    QTest::newRow("empty") << ""
+                           << "\nPortrait r.png\n";
+    QTest::newRow("replaced") << "Rat\nPortrait old.png\nLevel 1"
+                              << "Rat\nPortrait r.png\nLevel 1";
+    QTest::newRow("replaced at the end") << "Rat\nPortrait old.png"
+                                         << "Rat\nPortrait r.png\n";
+    QTest::newRow("key form") << "group=Portrait of Rat\nlevel=1\nxp=1\nspeed=6\n"
+                              << "group=Portrait of Rat\nportrait=r.png\nlevel=1\nxp=1\nspeed=6\n";
+    QTest::newRow("key form, replaced")
+        << "group=Rat\nlevel=1\nxp=1\nspeed=6\n portrait = a.png\nrole=Brute"
+        << "group=Rat\nlevel=1\nxp=1\nspeed=6\nportrait=r.png\nrole=Brute";
+    QTest::newRow("XML") << "<?xml ?>\n<Monster a=\"b\"><Name/></Monster>"
+                         << "<?xml ?>\n<Monster a=\"b\">\n  <PortraitFile>r.png</PortraitFile>"
+                            "<Name/></Monster>";
+    QTest::newRow("XML, replaced")
+        << "<?xml ?><Monster><PortraitFile>%1</PortraitFile><x/></Monster>"
+        << "<?xml ?><Monster><PortraitFile>r.png</PortraitFile><x/></Monster>";
+    QTest::newRow("XML without a monster") << "<?xml ?><Other/>"
+                                           << "<?xml ?><Other/>";
+}
+
+void TestCreatureFile::writesPortraitIntoText()
+{
+    QFETCH(QString, text);
+    QTEST(withPortraitInText(text, QStringLiteral("r.png")), "expected");
+}
+
+// No text may crash the reader or make it slow, and each keeps its words.
+void TestCreatureFile::survivesAnyBytes()
+{
+    const TestDataFolder folder;
+    QByteArray many;
+    for (int i = 0; i < 50000; ++i)
+        many += "name=a\n";
+    const QList<QByteArray> texts {many,
+                                   QByteArray(1000000, '='),
+                                   QByteArray(1000000, '\r'),
+                                   QByteArray(1000000, '\0'),
+                                   "level=99999999999999\nname=\xff\xfe",
+                                   "portrait=../../../etc\nportrait=.\nname=a\nlevel=1\nrace=b\n"
+                                   "role=c"};
+    for (const QByteArray &text : texts) {
+        CreatureData data;
+        parseText(false, text, data, QString());
+        validate(data, false, QString());
+        QVERIFY(!data.name.isEmpty());
+        withPortraitInText(QString::fromUtf8(text), QStringLiteral("%1"));
+    }
+    CreatureData data;
+    data.isMonster = false;
+    const QByteArray cut("name=a\nlevel=1\nrace=b\nrole=c\0rest", 36);
+    QVERIFY(readKeyForm(cut, data, QString()));
+    QCOMPARE(data.statBlock, "name=a\nlevel=1\nrace=b\nrole=c");
+}
+
+MORVANE_TEST_MAIN(QGuiApplication, TestCreatureFile)
+#include "tst_creaturefile.moc"
