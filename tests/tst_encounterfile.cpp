@@ -1,0 +1,422 @@
+#include <QGuiApplication>
+#include <QSignalSpy>
+
+#include "coreobjects.h"
+#include "encounters.h"
+#include "monsters.h"
+#include "paths.h"
+#include "scriptedwindows.h"
+#include "testdata.h"
+#include "testhome.h"
+
+class TestEncounterFile : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { failOnWarnings(); }
+    void readsAndWritesTheSameBytes();
+    void readsLines_data();
+    void readsLines();
+    void escapesValues_data();
+    void escapesValues();
+    void worksOutTheLevel_data();
+    void worksOutTheLevel();
+    void recomputesOnlyWhatIsStale();
+    void choosesIds_data();
+    void choosesIds();
+    void savesUnderNamesOfItsOwn();
+    void marksChanges();
+    void savesAndRevertsAll();
+    void followsRenamedTemplates();
+    void bringsClonesIntoPlay();
+    void hugeFilesAreReadInLinearTime();
+};
+
+namespace {
+
+// "Rat:A,B;Ogre:1" as monsters.
+QList<EncounterMonster> monstersOf(const QString &text)
+{
+    QList<EncounterMonster> monsters;
+    for (const QString &group : text.split(u';', Qt::SkipEmptyParts)) {
+        for (const QString &id : group.section(u':', 1).split(u','))
+            monsters.append({group.section(u':', 0, 0), id, QString(), false});
+    }
+    return monsters;
+}
+
+// The same, with "=alias" and "!" for hidden behind an ID.
+QString described(const PreparedEncounter &encounter)
+{
+    QStringList groups;
+    for (qsizetype i = 0; i < encounter.groupStarts().size(); ++i) {
+        const int start = encounter.groupStarts().at(i);
+        const int end = encounter.groupStarts().value(i + 1, int(encounter.monsters().size()));
+        QStringList ids;
+        for (int j = start; j < end; ++j) {
+            const EncounterMonster &monster = encounter.monsters().at(j);
+            ids.append(monster.id + (monster.alias.isEmpty() ? QString() : u'=' + monster.alias)
+                       + (monster.hidden ? QStringLiteral("!") : QString()));
+        }
+        groups.append(encounter.monsters().at(start).group + u':' + ids.join(u','));
+    }
+    return groups.join(u';');
+}
+
+std::unique_ptr<PreparedEncounter> named(const QString &name)
+{
+    auto encounter = std::make_unique<PreparedEncounter>();
+    encounter->setName(name);
+    return encounter;
+}
+
+} // namespace
+
+void TestEncounterFile::readsAndWritesTheSameBytes()
+{
+    const QByteArray bytes = "name=The Mill\r\nadventure=River\r\ndescription=Two\\nlines\r\n"
+                             "Rat=A,B\r\nalias#B=Squeaker\r\nhidden#B=true\r\nOgre=1\r\n";
+    PreparedEncounter encounter;
+    QVERIFY(encounter.parse(bytes));
+    QCOMPARE(encounter.name(), "The Mill");
+    QCOMPARE(encounter.adventure(), "River");
+    QCOMPARE(encounter.description(), "Two\nlines");
+    QCOMPARE(described(encounter), "Rat:A,B=Squeaker!;Ogre:1");
+    QCOMPARE(encounter.groupStarts(), QList<int>({0, 2}));
+    QCOMPARE(encounter.image(false), bytes);
+    QByteArray onDisk = bytes;
+    onDisk.replace("lines\r\n", "lines\r\nlevel=1\r\nxp=0\r\n");
+    QCOMPARE(encounter.image(true), onDisk);
+    QCOMPARE(encounter.find(QStringLiteral("rat"), QStringLiteral("B"))->alias, "Squeaker");
+    QCOMPARE(encounter.find(QStringLiteral("Ogre"), QStringLiteral("B")), nullptr);
+}
+
+void TestEncounterFile::readsLines_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<bool>("read");
+    QTest::addColumn<QString>("monsters");
+    QTest::newRow("group ahead of the description")
+        << QByteArray("name=a\nRat=1\ndescription=\nOgre=1\n") << true << "Ogre:1";
+    QTest::newRow("marks apply to the group just above")
+        << QByteArray("name=a\ndescription=\nRat=1,2\nOgre=1\nhidden#1=true\nalias#2=x\n") << true
+        << "Rat:1,2;Ogre:1!";
+    QTest::newRow("hidden is true alone")
+        << QByteArray("name=a\ndescription=\nRat=1,2\nhidden#1=yes\nhidden#2=true") << true
+        << "Rat:1,2!";
+    QTest::newRow("empty and blank IDs")
+        << QByteArray("name=a\ndescription=\nRat= 1 ,, 2,\nOgre=\n") << true << "Rat:1,2";
+    QTest::newRow("comments, blanks")
+        << QByteArray("#x\n \t\n\r\nname=a\n\ndescription=\r\n \nRat=1") << true << "Rat:1";
+    QTest::newRow("byte order mark")
+        << QByteArray("\xEF\xBB\xBFname=a\ndescription=\nRat=1") << true << "Rat:1";
+    QTest::newRow("bad line ends it")
+        << QByteArray("name=a\ndescription=\nRat=1\n=5\nOgre=1\n") << true << "Rat:1";
+    QTest::newRow("key too long ends it") << "name=a\ndescription=\nRat=1\n" + QByteArray(401, 'k')
+            + "=1\nOgre=1\n" << true << "Rat:1";
+    QTest::newRow("empty name ends it")
+        << QByteArray("description=\nRat=1\nname=\nOgre=1\n") << false << "Rat:1";
+    QTest::newRow("no name") << QByteArray("description=\nRat=1\n") << false << "Rat:1";
+    QTest::newRow("numbers are worked out")
+        << QByteArray("name=a\nlevel=x\nxp=99999999999\ndescription=") << true << "";
+}
+
+void TestEncounterFile::readsLines()
+{
+    QFETCH(QByteArray, bytes);
+    const TestDataFolder folder;
+    QFile file(folder.file(QStringLiteral("Encounters/e.txt")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+    file.close();
+    PreparedEncounter encounter;
+    QTEST(encounter.read(QStringLiteral("e.txt"), QString()), "read");
+    QTEST(described(encounter), "monsters");
+    QVERIFY(!encounter.read(QStringLiteral("none.txt"), QString()));
+}
+
+void TestEncounterFile::escapesValues_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("lines") << "first\nsecond\r\n\nfourth";
+    QTest::newRow("backslash") << "C:\\Mill";
+    QTest::newRow("backslash at the end") << "Mill\\";
+    QTest::newRow("signs") << "a=b, #c %1";
+}
+
+void TestEncounterFile::escapesValues()
+{
+    QFETCH(QString, text);
+    PreparedEncounter encounter;
+    encounter.setName(text);
+    encounter.setAdventure(text);
+    encounter.setDescription(text);
+    encounter.setMonsters({{QStringLiteral("Rat\\Mouse"), QStringLiteral("1"), text, true}});
+    PreparedEncounter again;
+    QVERIFY(again.parse(encounter.image(true)));
+    QCOMPARE(again.name(), text);
+    QCOMPARE(again.adventure(), text);
+    QCOMPARE(again.description(), text);
+    QCOMPARE(again.monsters().at(0).group, "Rat\\Mouse");
+    QCOMPARE(again.monsters().at(0).alias, text);
+}
+
+void TestEncounterFile::worksOutTheLevel_data()
+{
+    QTest::addColumn<int>("xp");
+    QTest::addColumn<int>("party");
+    QTest::addColumn<int>("level");
+    QTest::newRow("nothing") << 0 << 5 << 1;
+    QTest::newRow("negative") << -500 << 5 << 1;
+    QTest::newRow("first level") << 500 << 5 << 1;
+    QTest::newRow("just below the second") << 624 << 5 << 1;
+    QTest::newRow("second level") << 625 << 5 << 2;
+    QTest::newRow("party of one") << 625 << 1 << 11;
+    QTest::newRow("level 39") << 111000 * 4 - 1 << 4 << 39;
+    QTest::newRow("level 40") << 111000 * 4 << 4 << 40;
+    QTest::newRow("far above") << 2000000000 << 12 << 40;
+}
+
+void TestEncounterFile::worksOutTheLevel()
+{
+    QFETCH(int, xp);
+    ScriptedWindows windows;
+    windows.party = 0;
+    const CoreObjects objects;
+    CreatureData data;
+    data.group = QStringLiteral("Rat");
+    data.xp = xp;
+    auto creature = std::make_unique<Creature>();
+    creature->assign(data);
+    theMonsters->add(std::move(creature));
+    PreparedEncounter encounter;
+    encounter.setMonsters(monstersOf(QStringLiteral("RAT:1;Nobody:1")));
+    QCOMPARE(encounter.xp(), xp);
+    QFETCH(int, party);
+    windows.party = party;
+    QTEST(encounter.level(), "level");
+    encounter.setMonsters(monstersOf(QStringLiteral("Rat:1,2,3,4,5,6,7,8")));
+    QCOMPARE(encounter.xp(), int(qMin(qint64(xp) * 8, qint64(std::numeric_limits<int>::max()))));
+}
+
+void TestEncounterFile::recomputesOnlyWhatIsStale()
+{
+    ScriptedWindows windows;
+    const TestDataFolder folder;
+    folder.addMonster(QStringLiteral("Rat"));
+    const CoreObjects objects;
+    folder.load();
+    PreparedEncounter encounter;
+    encounter.setMonsters(monstersOf(QStringLiteral("Rat:1,2,3,4,5,6,7")));
+    QCOMPARE(encounter.level(), 2);
+    CreatureData data = theMonsters->at(0)->data();
+    data.xp = 1;
+    theMonsters->at(0)->assign(data);
+    QCOMPARE(encounter.xp(), 700);
+    encounter.setLevelStale();
+    QCOMPARE(encounter.xp(), 7);
+    const EncounterEntry entry = encounter.entry();
+    QCOMPARE(entry.level, 1);
+    QCOMPARE(entry.xp, 7);
+}
+
+void TestEncounterFile::choosesIds_data()
+{
+    QTest::addColumn<QString>("present");
+    QTest::addColumn<QString>("group");
+    QTest::addColumn<QString>("prefix");
+    QTest::addColumn<int>("scheme");
+    QTest::addColumn<bool>("perEncounter");
+    QTest::addColumn<QString>("id");
+    QTest::addColumn<int>("newScheme");
+    const auto row = [](const char *name, const char *present, const char *group,
+                        const char *prefix, int scheme, bool perEncounter, const char *id,
+                        int newScheme) {
+        QTest::newRow(name) << QString::fromLatin1(present) << QString::fromLatin1(group)
+                            << QString::fromLatin1(prefix) << scheme << perEncounter
+                            << QString::fromLatin1(id) << newScheme;
+    };
+    row("first number", "", "Rat", "", 0, false, "1", 0);
+    row("first letter", "", "Rat", "", 1, false, "A", 1);
+    row("letter of one word", "", "rat", "", 2, false, "R1", 2);
+    row("letter of the second word", "", "Cave rat", "", 2, false, "R1", 2);
+    row("initials", "Wolf:R1", "Cave rat", "", 2, false, "Cr1", 2);
+    row("next free letter", "Wolf:R1,S4;Bear:R", "Rat", "", 2, false, "T1", 2);
+    row("prefix alone", "", "Rat", "Rx", 0, false, "Rx", 2);
+    row("prefix goes on", "Rat:Rx", "Rat", "Rx", 2, false, "Rx2", 2);
+    row("prefix taken", "Wolf:Rx3", "Rat", "Rx", 0, false, "R", 2);
+    row("numbers go on in any scheme", "Rat:1,2", "Rat", "", 1, false, "3", 0);
+    row("letter and number go on", "rat:R7", "Rat", "", 0, false, "R8", 2);
+    row("letter becomes the base", "Rat:B", "Rat", "", 2, false, "B2", 2);
+    row("letters go on", "Rat:A,B", "Rat", "", 2, false, "C", 1);
+    row("Z to a", "Rat:Z", "Rat", "", 1, false, "a", 1);
+    row("z to numbers", "Rat:z", "Rat", "", 1, false, "0", 1);
+    row("word starts letters anew", "Rat:x,Boss", "Rat", "", 0, false, "A", 1);
+    row("taken in the group", "Rat:3,4,2", "Rat", "", 0, false, "5", 0);
+    row("taken in the encounter", "Wolf:1,2", "Rat", "", 0, true, "3", 0);
+    row("free in the group", "Wolf:1,2", "Rat", "", 0, false, "1", 0);
+    row("number too long", "Rat:99999999999999999999", "Rat", "", 0, false, "1", 0);
+    row("greatest number", "Rat:2147483647", "Rat", "", 0, false, "2147483648", 0);
+    row("group of blanks", "", " ", "", 2, false, "A1", 2);
+}
+
+void TestEncounterFile::choosesIds()
+{
+    QFETCH(QString, present);
+    QFETCH(QString, group);
+    QFETCH(QString, prefix);
+    QFETCH(int, scheme);
+    QFETCH(bool, perEncounter);
+    PreparedEncounter encounter;
+    encounter.setMonsters(monstersOf(present));
+    QTEST(encounter.defaultId(group, prefix, scheme, perEncounter), "id");
+    QTEST(scheme, "newScheme");
+}
+
+void TestEncounterFile::savesUnderNamesOfItsOwn()
+{
+    const TestDataFolder folder;
+    QStringList names;
+    for (const char *name : {"The Old Mill!", "the old mill", "???"}) {
+        PreparedEncounter encounter;
+        encounter.setName(QLatin1String(name));
+        QVERIFY(encounter.write());
+        names.append(encounter.fileName());
+        PreparedEncounter again;
+        QVERIFY(again.read(encounter.fileName(), QString()));
+        QCOMPARE(again.name(), name);
+    }
+    QCOMPARE(names, QStringList({"the-old-mill.txt", "the-old-mill_1.txt", "encounter.txt"}));
+    PreparedEncounter encounter;
+    QVERIFY(encounter.read(names.at(0), QString()));
+    QVERIFY(encounter.remove());
+    QVERIFY(!QFile::exists(encounterPath(names.at(0))));
+    dataRoot = folder.file(QStringLiteral("nowhere"));
+    PreparedEncounter unsaved;
+    unsaved.setName(QStringLiteral("x"));
+    QVERIFY(!unsaved.write());
+    QCOMPARE(unsaved.fileName(), QString());
+}
+
+void TestEncounterFile::marksChanges()
+{
+    ScriptedWindows windows;
+    PreparedEncounter encounter;
+    QVERIFY(encounter.parse("name=a\r\ndescription=b\r\nRat=1\r\n"));
+    windows.party = 1;
+    encounter.setLevelStale();
+    encounter.refreshChanged();
+    QVERIFY(!encounter.isModified());
+    encounter.setDescription(QStringLiteral("c"));
+    encounter.refreshChanged();
+    QVERIFY(encounter.isModified());
+    encounter.setDescription(QStringLiteral("b"));
+    encounter.refreshChanged();
+    QVERIFY(!encounter.isModified());
+}
+
+void TestEncounterFile::savesAndRevertsAll()
+{
+    const TestDataFolder folder;
+    for (const char *name : {"a", "b", "c"})
+        folder.write(QStringLiteral("Encounters/%1.txt").arg(QLatin1String(name)),
+                     QStringLiteral("name=%1\nadventure=Old\ndescription=\nRat=1\n")
+                         .arg(QLatin1String(name)));
+    const CoreObjects objects;
+    folder.load();
+    const ChangeCounters &counters = theEncounters->counters();
+    const auto names = [] {
+        QStringList list;
+        for (int i = 0; i < theEncounters->count(); ++i)
+            list.append(theEncounters->at(i)->name());
+        return list;
+    };
+    const auto change = [] {
+        PreparedEncounter *first = theEncounters->at(0);
+        first->setName(QStringLiteral("z"));
+        first->setAdventure(QStringLiteral("New"));
+        first->refreshChanged();
+        theEncounters->resort(0);
+        theEncounters->at(0)->setDeleted(true); // "b"
+        PreparedEncounter *added =
+            theEncounters->at(theEncounters->add(named(theEncounters->newName())));
+        added->setNew(true);
+        added->setModified(true);
+    };
+    change();
+    QCOMPARE(names(), QStringList({"b", "c", "New Encounter", "z"}));
+    QCOMPARE(theEncounters->adventures(), QStringList({"New", "Old"}));
+    QCOMPARE(theEncounters->newName(), "New Encounter 1");
+    QCOMPARE(counters.isModified, 2);
+    theEncounters->revertAll();
+    QCOMPARE(names(), QStringList({"a", "b", "c"}));
+    QCOMPARE(theEncounters->adventures(), QStringList({"Old"}));
+    QCOMPARE(counters.isNew + counters.isModified + counters.isDeleted, 0);
+
+    change();
+    theEncounters->saveAll();
+    QCOMPARE(counters.isNew + counters.isModified + counters.isDeleted, 0);
+    QCOMPARE(names(), QStringList({"c", "New Encounter", "z"}));
+    QVERIFY(!QFile::exists(encounterPath(QStringLiteral("b.txt"))));
+    QVERIFY(folder.read(QStringLiteral("Encounters/a.txt")).startsWith("name=z\r\nadventure=New"));
+
+    NoProgress progress;
+    Encounters loaded;
+    QCOMPARE(loaded.load(folder.path(), folder.path(), progress), LoadResult::Loaded);
+    QSignalSpy spy(theEncounters, &Encounters::doEncountersUpdated);
+    theEncounters->replaceBy(loaded);
+    QCOMPARE(spy.count(), 1);
+    QCOMPARE(names(), QStringList({"c", "New Encounter", "z"}));
+    QCOMPARE(loaded.count(), 0);
+}
+
+void TestEncounterFile::followsRenamedTemplates()
+{
+    Encounters encounters;
+    for (const char *bytes : {"name=a\r\ndescription=\r\nRat=1\r\nOgre=1\r\n",
+                              "name=b\r\ndescription=\r\nOgre=1\r\n"}) {
+        auto encounter = std::make_unique<PreparedEncounter>();
+        QVERIFY(encounter->parse(bytes));
+        encounters.add(std::move(encounter));
+    }
+    encounters.templateRenamed(QStringLiteral("rat"), QStringLiteral("Mouse"));
+    QCOMPARE(described(*encounters.at(0)), "Mouse:1;Ogre:1");
+    QVERIFY(encounters.at(0)->isModified());
+    QVERIFY(!encounters.at(1)->isModified());
+    QCOMPARE(encounters.counters().isModified, 1);
+    encounters.templateDeleted(QStringLiteral("Mouse"));
+    QCOMPARE(described(*encounters.at(0)), "Mouse:1;Ogre:1");
+}
+
+void TestEncounterFile::bringsClonesIntoPlay()
+{
+    const TestDataFolder folder;
+    folder.addMonster(QStringLiteral("Rat"));
+    const CoreObjects objects;
+    folder.load();
+    PreparedEncounter encounter;
+    QVERIFY(encounter.parse("name=a\ndescription=\nrat=1,2,1\nhidden#2=true\nOgre=1\n"));
+    const CreatureList creatures = encounter.creatures();
+    QCOMPARE(creatures.names(), "Rat (1), Rat (2), Ogre (1)");
+    QVERIFY(creatures.at(2)->isMissing());
+    QVERIFY(!creatures.at(1)->isHidden());
+    QVERIFY(encounter.creatures() == creatures);
+}
+
+void TestEncounterFile::hugeFilesAreReadInLinearTime()
+{
+    QByteArray ids;
+    QByteArray marks;
+    for (int i = 0; i < 50000; ++i) {
+        const QByteArray id = QByteArray::number(i);
+        ids += id + ',';
+        marks += "alias#" + id + "=x\nhidden#" + id + "=true\n";
+    }
+    PreparedEncounter encounter;
+    QVERIFY(encounter.parse("name=a\ndescription=\nRat=" + ids + '\n' + marks));
+    QCOMPARE(encounter.monsters().size(), 50000);
+    QVERIFY(encounter.monsters().last().hidden);
+}
+
+MORVANE_TEST_MAIN(QGuiApplication, TestEncounterFile)
+#include "tst_encounterfile.moc"
