@@ -469,13 +469,13 @@ void RenameCreatureEvent::redo()
 // name. Other events may still point at that one, so that it stays alive.
 void RenameCreatureEvent::merge(Creature *missing, Creature *found)
 {
+    missing->copyFrom(found);
+    missing->setFileName(found->fileName());
+    missing->setSavedStatBlock(found->savedStatBlock());
     if (found->isMonster())
         theMonsters->retireClone(found);
     else
         theCharacters->replaceByStandIn(found, missing);
-    missing->copyFrom(found);
-    missing->setFileName(found->fileName());
-    missing->setSavedStatBlock(found->savedStatBlock());
     missing->statBlockChanged();
 }
 

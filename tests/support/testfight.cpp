@@ -74,8 +74,8 @@ namespace {
 QString vitalityText(const CreatureVitality &v)
 {
     QStringList numbers;
-    for (int number : {v.initBonus, v.maxHP, v.currHP, v.maxHS, v.currHS, v.hsValue, v.initAP,
-                       v.currAP})
+    for (int number :
+         {v.initBonus, v.maxHP, v.currHP, v.maxHS, v.currHS, v.hsValue, v.initAP, v.currAP})
         numbers << QString::number(number);
     return numbers.join(u' ');
 }
