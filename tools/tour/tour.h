@@ -1,0 +1,53 @@
+// Plays a list of steps through the real windows by keys and clicks, and saves a picture of each.
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <functional>
+#include <vector>
+
+class MainWindow;
+
+// One run of the program: from the window's first show to its close.
+class Tour : public QObject {
+    Q_OBJECT
+
+public:
+    // Pictures go to `folder`, numbered from `firstNumber`. The window stays the caller's.
+    Tour(MainWindow *window, const QString &folder, int firstNumber);
+
+    // `name` becomes the picture's file name; it is taken when the step's doings have settled. An
+    // empty name takes none.
+    void step(const QString &name, std::function<void()> act);
+    // Starts with the next turn of the event loop; the application quits after the last step.
+    void start();
+    // False when a step didn't find what it wanted.
+    bool succeeded() const { return m_succeeded; }
+    int nextNumber() const { return m_number; }
+
+    // --- what a user does ---
+    void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void type(const QString &text);
+    // A visible button of the windows, by its text without mnemonics.
+    void clickButton(const QString &text);
+    // A cell of the table that shows `text` in one of its columns.
+    void clickRow(const QString &text, int column,
+                  Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void expect(bool holds, const QString &what);
+
+private:
+    void next();
+    void savePicture(const QString &name);
+    void fail(const QString &reason);
+
+    struct Step {
+        QString name;
+        std::function<void()> act;
+    };
+    MainWindow *m_window;
+    QString m_folder;
+    int m_number;
+    std::vector<Step> m_steps;
+    size_t m_next = 0;
+    bool m_succeeded = true;
+};
