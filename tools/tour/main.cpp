@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "coreobjects.h"
+#include "creature.h"
 #include "datafolder.h"
 #include "dice.h"
 #include "encounter.h"
