@@ -10,6 +10,7 @@
 #include "datafolder.h"
 #include "dice.h"
 #include "encounter.h"
+#include "encounters.h"
 #include "history.h"
 #include "mainwindow.h"
 #include "terms.h"
@@ -77,9 +78,10 @@ void loadAndStart(Tour &tour)
         tour.expect(theEncounter->count() == 6, QStringLiteral("six characters in the party"));
         tour.press(Qt::Key_O, Qt::ControlModifier);
     });
-    tour.step(QString(), [&tour] { tour.press(Qt::Key_Down); });
+    tour.step(QStringLiteral("encounter-chosen"),
+              [&tour] { tour.clickRow(theEncounters->at(0)->name(), 0); });
     tour.step(QStringLiteral("encounter-loaded"),
-              [&tour] { tour.clickButton(QStringLiteral("Set")); });
+              [&tour] { tour.clickButton(QStringLiteral("Replace")); });
     tour.step(QStringLiteral("initiative"),
               [&tour] { tour.press(Qt::Key_S, Qt::ControlModifier); });
     tour.step(QStringLiteral("started"), [&tour] {
