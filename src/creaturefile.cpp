@@ -8,6 +8,7 @@
 #include <QPixmapCache>
 #include <QSet>
 #include <algorithm>
+#include <array>
 #include <functional>
 #include <variant>
 
@@ -86,15 +87,17 @@ constexpr Ability CreatureData::*abilities[] = {
     &CreatureData::constitution, &CreatureData::intelligence, &CreatureData::charisma};
 
 // Three keys follow the words in force, so that a file may use the table's own.
-int CreatureData::*fieldOfTerm(const QString &key)
+struct TermField {
+    QString key;
+    int CreatureData::*field;
+};
+using TermFields = std::array<TermField, 3>;
+
+TermFields termFields()
 {
-    if (key == termKeyPlural(Term::HealingSurge))
-        return &CreatureData::maxHS;
-    if (key == termKey(Term::SurgeValue))
-        return &CreatureData::hsValue;
-    if (key == termKeyPlural(Term::ActionPoint))
-        return &CreatureData::initAP;
-    return nullptr;
+    return {{{termKeyPlural(Term::HealingSurge), &CreatureData::maxHS},
+             {termKey(Term::SurgeValue), &CreatureData::hsValue},
+             {termKeyPlural(Term::ActionPoint), &CreatureData::initAP}}};
 }
 
 void store(CreatureData &data, const Field &field, const QString &value)
@@ -110,17 +113,21 @@ void store(CreatureData &data, const Field &field, const QString &value)
 }
 
 // True when the line counts as a sign of the key form.
-bool storeLine(CreatureData &data, const KeyValue &line)
+bool storeLine(CreatureData &data, const KeyValue &line, const TermFields &terms)
 {
+    if (line.key.isEmpty())
+        return false;
     for (const KeyField &known : keyFields) {
         if (line.key == known.key) {
             store(data, known.field, line.value);
             return known.isSign;
         }
     }
-    if (int CreatureData::*field = fieldOfTerm(line.key)) {
-        data.*field = line.value.toInt();
-        return true;
+    for (const TermField &term : terms) {
+        if (line.key == term.key) {
+            data.*term.field = line.value.toInt();
+            return true;
+        }
     }
     return false;
 }
@@ -136,12 +143,13 @@ bool scanKeyForm(const QByteArray &bytes, CreatureData &data)
 {
     CreatureData result;
     result.isMonster = data.isMonster;
+    const TermFields terms = termFields();
     int signs = 0;
     for (const QByteArray &line : toLF(bytes).split('\n')) {
         KeyValue parts;
         if (!parseKeyValue(line, Escapes::Keep, parts))
             return false;
-        if (storeLine(result, parts))
+        if (storeLine(result, parts, terms))
             ++signs;
     }
     if (signs <= 3 || result.keyName().isEmpty())
@@ -328,12 +336,7 @@ const PortraitIndex &portraitIndex(const QString &folder)
 
 bool isPicture(const QString &path)
 {
-    if (!QFileInfo(path).isFile())
-        return false;
-    // By its name alone any text could pass for a picture.
-    QImageReader reader(path);
-    reader.setDecideFormatFromContent(true);
-    return reader.canRead();
+    return QFileInfo(path).isFile() && QImageReader(path).canRead();
 }
 
 QString bareName(const QString &path)
