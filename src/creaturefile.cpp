@@ -8,7 +8,6 @@
 #include <QPixmapCache>
 #include <QSet>
 #include <algorithm>
-#include <array>
 #include <functional>
 #include <variant>
 
@@ -87,17 +86,15 @@ constexpr Ability CreatureData::*abilities[] = {
     &CreatureData::constitution, &CreatureData::intelligence, &CreatureData::charisma};
 
 // Three keys follow the words in force, so that a file may use the table's own.
-struct TermField {
-    QString key;
-    int CreatureData::*field;
-};
-using TermFields = std::array<TermField, 3>;
-
-TermFields termFields()
+int CreatureData::*fieldOfTerm(const QString &key)
 {
-    return {{{termKeyPlural(Term::HealingSurge), &CreatureData::maxHS},
-             {termKey(Term::SurgeValue), &CreatureData::hsValue},
-             {termKeyPlural(Term::ActionPoint), &CreatureData::initAP}}};
+    if (key == termKeyPlural(Term::HealingSurge))
+        return &CreatureData::maxHS;
+    if (key == termKey(Term::SurgeValue))
+        return &CreatureData::hsValue;
+    if (key == termKeyPlural(Term::ActionPoint))
+        return &CreatureData::initAP;
+    return nullptr;
 }
 
 void store(CreatureData &data, const Field &field, const QString &value)
@@ -113,21 +110,17 @@ void store(CreatureData &data, const Field &field, const QString &value)
 }
 
 // True when the line counts as a sign of the key form.
-bool storeLine(CreatureData &data, const KeyValue &line, const TermFields &terms)
+bool storeLine(CreatureData &data, const KeyValue &line)
 {
-    if (line.key.isEmpty())
-        return false;
     for (const KeyField &known : keyFields) {
         if (line.key == known.key) {
             store(data, known.field, line.value);
             return known.isSign;
         }
     }
-    for (const TermField &term : terms) {
-        if (line.key == term.key) {
-            data.*term.field = line.value.toInt();
-            return true;
-        }
+    if (int CreatureData::*field = fieldOfTerm(line.key)) {
+        data.*field = line.value.toInt();
+        return true;
     }
     return false;
 }
@@ -143,13 +136,12 @@ bool scanKeyForm(const QByteArray &bytes, CreatureData &data)
 {
     CreatureData result;
     result.isMonster = data.isMonster;
-    const TermFields terms = termFields();
     int signs = 0;
     for (const QByteArray &line : toLF(bytes).split('\n')) {
         KeyValue parts;
         if (!parseKeyValue(line, Escapes::Keep, parts))
             return false;
-        if (storeLine(result, parts, terms))
+        if (storeLine(result, parts))
             ++signs;
     }
     if (signs <= 3 || result.keyName().isEmpty())
@@ -336,7 +328,12 @@ const PortraitIndex &portraitIndex(const QString &folder)
 
 bool isPicture(const QString &path)
 {
-    return QFileInfo(path).isFile() && QImageReader(path).canRead();
+    if (!QFileInfo(path).isFile())
+        return false;
+    // By its name alone any text could pass for a picture.
+    QImageReader reader(path);
+    reader.setDecideFormatFromContent(true);
+    return reader.canRead();
 }
 
 QString bareName(const QString &path)

@@ -181,7 +181,8 @@ bool History::replay()
             sinceBreath.restart();
         }
     }
-    if (stream && !known)
+    // Stopped by an event of an unknown type, or by one that tells none.
+    if (stream && (!known || stream->peekField().tag != 0))
         stream->markDamaged();
     return known;
 }

@@ -1,9 +1,10 @@
 #include "objectstream.h"
 
 #include <QDateTime>
-#include <QFileDevice>
+#include <QFile>
 #include <QMetaEnum>
 #include <QtEndian>
+#include <algorithm>
 #include <cerrno>
 #include <limits>
 #include <unistd.h>
@@ -24,19 +25,13 @@ constexpr int TagSize = 2;
 constexpr QByteArrayView EndMarker("\0\0", TagSize);
 // What every field has: a tag and the first byte of its length.
 constexpr int FieldHead = TagSize + 1;
+constexpr int LongestHead = FieldHead + int(sizeof(quint32));
 
 constexpr qint64 LargestLog = 256 * 1024 * 1024;
 constexpr qint64 ReadAhead = 256 * 1024;
 
 constexpr int SupportedMajor = 1;
 constexpr int CurrentMinor = 0;
-
-template <typename Number>
-void append(QByteArray &bytes, Number number)
-{
-    const Number little = qToLittleEndian(number);
-    bytes.append(reinterpret_cast<const char *>(&little), sizeof little);
-}
 
 int toInt(QByteArrayView value)
 {
@@ -49,10 +44,31 @@ QString toText(QByteArrayView value)
     return QString::fromUtf8(zero < 0 ? value : value.first(zero));
 }
 
+// -1 for a device that is no file.
+int handleOf(const QIODevice *device)
+{
+    const auto *file = qobject_cast<const QFile *>(device);
+    return file ? file->handle() : -1;
+}
+
+bool writeAt(int handle, qint64 offset, QByteArrayView bytes)
+{
+    while (!bytes.isEmpty()) {
+        const ssize_t written = pwrite(handle, bytes.data(), size_t(bytes.size()), offset);
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0)
+            return false;
+        bytes = bytes.sliced(written);
+        offset += written;
+    }
+    return true;
+}
+
 } // namespace
 
 ObjectStream::ObjectStream(QIODevice *device)
-    : m_device(device), m_size(int(qMin(device->size(), LargestLog)))
+    : m_device(device), m_handle(handleOf(device)), m_size(int(qMin(device->size(), LargestLog)))
 {
 }
 
@@ -83,18 +99,25 @@ void ObjectStream::writeEnd(int tag)
 
 void ObjectStream::writeField(int tag, QByteArrayView value)
 {
-    cutHere();
-    append(m_data, quint16(tag));
+    if (m_dirtyFrom < 0 || m_position < m_data.size())
+        cutHere();
+    char head[LongestHead];
+    qToLittleEndian(quint16(tag), head);
+    char *end = head + TagSize;
     if (value.size() < Length16) {
-        m_data.append(char(value.size()));
+        *end++ = char(value.size());
     } else if (value.size() <= std::numeric_limits<quint16>::max()) {
-        m_data.append(char(Length16));
-        append(m_data, quint16(value.size()));
+        *end++ = char(Length16);
+        qToLittleEndian(quint16(value.size()), end);
+        end += sizeof(quint16);
     } else {
-        m_data.append(char(Length32));
-        append(m_data, quint32(value.size()));
+        *end++ = char(Length32);
+        qToLittleEndian(quint32(value.size()), end);
+        end += sizeof(quint32);
     }
-    m_data.append(value);
+    m_data.resize(m_position + (end - head) + value.size());
+    char *field = std::copy(head, end, m_data.data() + m_position);
+    std::copy(value.begin(), value.end(), field);
     m_position = m_size = int(m_data.size());
     if (!m_inRecord)
         writeOut();
@@ -119,7 +142,7 @@ void ObjectStream::truncate()
 {
     cutHere();
     writeOut();
-    if (auto *file = qobject_cast<QFileDevice *>(m_device.get()); file && m_dirtyFrom < 0)
+    if (auto *file = qobject_cast<QFile *>(m_device.get()); file && m_dirtyFrom < 0)
         file->resize(m_size + TagSize);
 }
 
@@ -173,27 +196,34 @@ bool ObjectStream::writeDirty()
             return false;
         m_endAtDirty = true;
     }
-    const QByteArrayView fresh = QByteArrayView(m_data).sliced(m_dirtyFrom);
-    if (!fresh.isEmpty()) {
-        QByteArray body;
-        body.reserve(fresh.size());
-        body.append(NoLength).append(fresh.sliced(FieldHead)).append(EndMarker);
-        if (!put(m_dirtyFrom + TagSize, body))
-            return false;
-        m_endAtDirty = false;
-        if (!put(m_dirtyFrom, fresh.first(FieldHead)))
-            return false;
-    }
+    if (m_size > m_dirtyFrom && !writeFresh())
+        return false;
     m_dirtyFrom = -1;
     return true;
 }
 
+bool ObjectStream::writeFresh()
+{
+    const QByteArray head = m_data.sliced(m_dirtyFrom, FieldHead);
+    // The body as it has to look at first, in place.
+    m_data[m_dirtyFrom + TagSize] = NoLength;
+    m_data.append(EndMarker);
+    const bool bodyWritten =
+        put(m_dirtyFrom + TagSize, QByteArrayView(m_data).sliced(m_dirtyFrom + TagSize));
+    m_data.truncate(m_size);
+    m_data[m_dirtyFrom + TagSize] = head[TagSize];
+    if (!bodyWritten)
+        return false;
+    m_endAtDirty = false;
+    return put(m_dirtyFrom, head);
+}
+
 bool ObjectStream::put(qint64 offset, QByteArrayView bytes)
 {
-    if (!m_device->seek(offset) || m_device->write(bytes.data(), bytes.size()) != bytes.size())
-        return false;
-    auto *file = qobject_cast<QFileDevice *>(m_device.get());
-    return !file || file->flush();
+    // Without seeks a file takes a record in two thirds of the time.
+    if (m_handle >= 0)
+        return writeAt(m_handle, offset, bytes);
+    return m_device->seek(offset) && m_device->write(bytes.data(), bytes.size()) == bytes.size();
 }
 
 void ObjectStream::flush()
@@ -206,8 +236,7 @@ void ObjectStream::sync()
     if (m_unsyncedFrom < 0 || m_behind)
         return;
     const int from = std::exchange(m_unsyncedFrom, -1);
-    auto *file = qobject_cast<QFileDevice *>(m_device.get());
-    if (!file || fdatasync(file->handle()) == 0 || errno == EINVAL || errno == EROFS)
+    if (m_handle < 0 || fdatasync(m_handle) == 0 || errno == EINVAL || errno == EROFS)
         return;
     // A disk may refuse late what it seemed to take; after that nobody knows what it holds.
     m_dirtyFrom = qMin(from, m_size);
@@ -240,7 +269,7 @@ void ObjectStream::tellBehind() const
 
 QString ObjectStream::fileName() const
 {
-    const auto *file = qobject_cast<QFileDevice *>(m_device.get());
+    const auto *file = qobject_cast<QFile *>(m_device.get());
     return file ? file->fileName() : QString();
 }
 

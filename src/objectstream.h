@@ -112,6 +112,7 @@ private:
     void cutHere();
     void writeOut();
     bool writeDirty();
+    bool writeFresh();
     bool put(qint64 offset, QByteArrayView bytes);
     void setBehind(bool behind);
     void tellBehind() const;
@@ -120,6 +121,7 @@ private:
     void writeHeader();
 
     std::unique_ptr<QIODevice> m_device;
+    int m_handle; // of the file; -1 if the device is none
     QByteArray m_data; // from the start of the file
     DamageGuard m_guard;
     QString m_created;
