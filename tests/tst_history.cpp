@@ -1,0 +1,498 @@
+#include <QDir>
+#include <QFile>
+#include <QSignalSpy>
+#include <memory>
+
+#include "history.h"
+#include "loggedevent.h"
+#include "objectstream.h"
+#include "paths.h"
+#include "scriptedwindows.h"
+#include "switchboard.h"
+#include "testdata.h"
+#include "testhome.h"
+
+class HistoryTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void eventsAreAppliedInOrder();
+    void stepsStayInTheHistory();
+    void newEventReplacesWhatWasTakenBack();
+    void moveToBracketsItsSteps();
+    void truncateRemovesTheRest();
+    void clearLeavesTheLog();
+    void eachCommandIsSynced();
+    void recentVisibleEvents_data();
+    void recentVisibleEvents();
+
+    void loadWithoutALogMakesNone();
+    void loadAppliesTheWholeLog();
+    void loadStopsAtAnUnknownEvent();
+    void laterVersionIsRefused();
+    void logThatCannotBeOpened();
+    void readOnlyTouchesNothing_data();
+    void readOnlyTouchesNothing();
+
+    void backupMovesTheLog();
+    void backupThatFailsLeavesEverything();
+    void backupNeverLeavesItsFolder();
+    void damagedLogIsCopied_data();
+    void damagedLogIsCopied();
+
+private:
+    void play(const QStringList &texts);
+    QByteArray log() const { return m_folder->read(QStringLiteral("history.log")); }
+    void writeLog(const QByteArray &bytes) const;
+    QStringList backups() const;
+
+    std::unique_ptr<TestDataFolder> m_folder;
+    std::unique_ptr<ScriptedWindows> m_windows;
+    std::unique_ptr<History> m_history;
+};
+
+namespace {
+
+const QStringList Three {QStringLiteral("one"), QStringLiteral("two"), QStringLiteral("three")};
+
+// What ends a log, and a type that no version has given.
+const QByteArray EndMarker(2, '\0');
+const QByteArray UnknownEvent("\x2c\x01\x04\xe7\x03\0\0\x20\x03\0", 10);
+
+} // namespace
+
+void HistoryTest::init()
+{
+    failOnWarnings();
+    m_folder = std::make_unique<TestDataFolder>();
+    m_windows = std::make_unique<ScriptedWindows>();
+    m_history = std::make_unique<History>();
+    LoggedEvent::journal.clear();
+}
+
+void HistoryTest::cleanup()
+{
+    m_history.reset();
+    m_windows.reset();
+    m_folder.reset();
+}
+
+void HistoryTest::play(const QStringList &texts)
+{
+    for (const QString &text : texts)
+        m_history->doEvent(new LoggedEvent(text, m_history->getStream()));
+}
+
+void HistoryTest::writeLog(const QByteArray &bytes) const
+{
+    QFile file(historyPath());
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(bytes), bytes.size());
+}
+
+// The files of the "History" folder.
+QStringList HistoryTest::backups() const
+{
+    return QDir(m_folder->file(QStringLiteral("History"))).entryList(QDir::Files, QDir::Name);
+}
+
+void HistoryTest::eventsAreAppliedInOrder()
+{
+    QSignalSpy changed(m_history.get(), &History::doHistoryChanged);
+    play(Three);
+    QCOMPARE(LoggedEvent::journal,
+             QStringList({QStringLiteral("redo one"), QStringLiteral("redo two"),
+                          QStringLiteral("redo three")}));
+    QCOMPARE(changed.size(), 3);
+    QCOMPARE(m_windows->historyRefreshes, 3);
+    QCOMPARE(m_history->position(), 2);
+    QCOMPARE(m_history->eventCount(), 3);
+    QCOMPARE(m_history->eventText(1), u"two");
+    QCOMPARE(m_history->eventText(-1), QString());
+    QCOMPARE(m_history->eventText(3), QString());
+    QCOMPARE(m_history->eventAt(3), nullptr);
+    QCOMPARE(m_history->eventOffset(3), -1);
+    QCOMPARE(m_history->eventOffset(1), m_history->eventOffset(0) + m_history->eventAt(0)->size());
+    QCOMPARE(LoggedEvent::readLog(log()), Three);
+
+    m_history->doEvent(new LoggedEvent(QStringLiteral("four"), m_history->getStream()), true);
+    QCOMPARE(changed.size(), 3);
+}
+
+void HistoryTest::stepsStayInTheHistory()
+{
+    m_history->stepBack();
+    m_history->stepForward();
+    QCOMPARE(m_history->position(), -1);
+
+    play(Three);
+    const QByteArray before = log();
+    m_history->stepForward();
+    QCOMPARE(m_history->position(), 2);
+    for (int i = 0; i < 5; ++i)
+        m_history->stepBack();
+    QCOMPARE(m_history->position(), -1);
+    QVERIFY(!m_history->canStepBack());
+    QCOMPARE(m_history->getStream()->position(), m_history->eventOffset(0));
+    m_history->stepForward();
+    QCOMPARE(m_history->getStream()->position(), m_history->eventOffset(1));
+    QCOMPARE(LoggedEvent::journal.mid(3),
+             QStringList({QStringLiteral("undo three"), QStringLiteral("undo two"),
+                          QStringLiteral("undo one"), QStringLiteral("redo one")}));
+    QCOMPARE(log(), before);
+}
+
+void HistoryTest::newEventReplacesWhatWasTakenBack()
+{
+    play(Three);
+    const int offset = m_history->eventOffset(1);
+    m_history->stepBack();
+    m_history->stepBack();
+    LoggedEvent::journal.clear();
+    play({QStringLiteral("other")});
+    QCOMPARE(LoggedEvent::journal,
+             QStringList({QStringLiteral("delete three"), QStringLiteral("delete two"),
+                          QStringLiteral("redo other")}));
+    QCOMPARE(m_history->eventCount(), 2);
+    QCOMPARE(m_history->eventOffset(1), offset);
+    QCOMPARE(LoggedEvent::readLog(log()),
+             QStringList({QStringLiteral("one"), QStringLiteral("other")}));
+    QVERIFY(m_history->load());
+    QCOMPARE(m_history->eventCount(), 2);
+}
+
+void HistoryTest::moveToBracketsItsSteps()
+{
+    play(Three);
+    QSignalSpy changed(m_history.get(), &History::doHistoryChanged);
+    QSignalSpy disabled(switchBoard(), &SwitchBoard::doDisableWidgetDisplay);
+    QSignalSpy enabled(switchBoard(), &SwitchBoard::doEnableWidgetDisplay);
+    m_history->moveTo(0);
+    QCOMPARE(m_history->position(), 0);
+    QCOMPARE(LoggedEvent::journal.last(), u"undo two");
+    m_history->moveTo(100);
+    QCOMPARE(m_history->position(), 2);
+    m_history->moveTo(-100);
+    QCOMPARE(m_history->position(), -1);
+    QCOMPARE(disabled.size(), 3);
+    QCOMPARE(enabled.size(), 3);
+    QVERIFY(changed.isEmpty());
+}
+
+void HistoryTest::truncateRemovesTheRest()
+{
+    play(Three);
+    QSignalSpy changed(m_history.get(), &History::doHistoryChanged);
+    const QByteArray whole = log();
+    m_history->truncate();
+    QCOMPARE(changed.size(), 1);
+    QCOMPARE(log(), whole);
+
+    m_history->moveTo(0);
+    LoggedEvent::journal.clear();
+    m_history->truncate();
+    QCOMPARE(LoggedEvent::journal,
+             QStringList({QStringLiteral("delete three"), QStringLiteral("delete two")}));
+    const int end = m_history->eventOffset(0) + m_history->eventAt(0)->size();
+    QCOMPARE(log(), QByteArray(whole.first(end) + EndMarker));
+    play({QStringLiteral("other")});
+    QCOMPARE(LoggedEvent::readLog(log()),
+             QStringList({QStringLiteral("one"), QStringLiteral("other")}));
+}
+
+void HistoryTest::clearLeavesTheLog()
+{
+    play(Three);
+    const int start = m_history->eventOffset(0);
+    const QByteArray before = log();
+    LoggedEvent::journal.clear();
+    m_history->clear();
+    QCOMPARE(LoggedEvent::journal,
+             QStringList({QStringLiteral("delete three"), QStringLiteral("delete two"),
+                          QStringLiteral("delete one")}));
+    QCOMPARE(m_history->eventCount(), 0);
+    QCOMPARE(m_history->position(), -1);
+    QCOMPARE(log(), before);
+
+    // Only load() reads the events: without it the next one takes their place.
+    QCOMPARE(m_history->getStream()->position(), start);
+    play({QStringLiteral("other")});
+    QCOMPARE(LoggedEvent::readLog(log()), QStringList({QStringLiteral("other")}));
+}
+
+void HistoryTest::eachCommandIsSynced()
+{
+    play(Three);
+    QVERIFY(m_history->getStream()->needsSync());
+    QTRY_VERIFY(!m_history->getStream()->needsSync());
+    m_history->stepBack();
+    m_history->truncate();
+    QTRY_VERIFY(!m_history->getStream()->needsSync());
+    QVERIFY(!m_windows->logBehind);
+}
+
+void HistoryTest::recentVisibleEvents_data()
+{
+    QTest::addColumn<QStringList>("events"); // a name that ends in "!" is visible
+    QTest::addColumn<int>("position");
+    QTest::addColumn<int>("count");
+    QTest::addColumn<QStringList>("recent");
+
+    const QString a = QStringLiteral("a!");
+    const QString b = QStringLiteral("b!");
+    const QString hidden = QStringLiteral("hidden");
+    const QString start = QStringLiteral("start!");
+    QTest::newRow("none") << QStringList() << -1 << 5 << QStringList();
+    QTest::newRow("newest first") << QStringList({a, hidden, b}) << 2 << 5 << QStringList({b, a});
+    QTest::newRow("from the position") << QStringList({a, b}) << 0 << 5 << QStringList({a});
+    QTest::newRow("before the first") << QStringList({a, b}) << -1 << 5 << QStringList();
+    QTest::newRow("as many as asked for") << QStringList({a, b}) << 1 << 1 << QStringList({b});
+    QTest::newRow("no more than this encounter")
+        << QStringList({a, start, hidden, b}) << 3 << 5 << QStringList({b});
+    QTest::newRow("at the start itself")
+        << QStringList({a, start}) << 1 << 5 << QStringList({start, a});
+}
+
+void HistoryTest::recentVisibleEvents()
+{
+    QFETCH(QStringList, events);
+    QFETCH(int, position);
+    QFETCH(int, count);
+    QFETCH(QStringList, recent);
+    for (const QString &text : std::as_const(events)) {
+        auto *event = new LoggedEvent(text, m_history->getStream());
+        event->setVisible(text.endsWith(u'!'));
+        m_history->doEvent(event);
+    }
+    m_history->moveTo(position);
+    QStringList found;
+    for (const Event *event : m_history->recentVisibleEvents(count))
+        found << event->text();
+    QCOMPARE(found, recent);
+}
+
+void HistoryTest::loadWithoutALogMakesNone()
+{
+    QVERIFY(m_history->load());
+    QVERIFY(!QFile::exists(historyPath()));
+
+    m_history->getStream();
+    const QByteArray header = log();
+    QVERIFY(!header.isEmpty());
+    QVERIFY(m_history->load());
+    QCOMPARE(m_history->position(), -1);
+    QCOMPARE(log(), header);
+
+    dataRoot.clear();
+    QVERIFY(m_history->load());
+}
+
+void HistoryTest::loadAppliesTheWholeLog()
+{
+    play(Three);
+    QList<int> offsets;
+    for (int i = 0; i < 3; ++i)
+        offsets << m_history->eventOffset(i);
+    // A tail that was only stepped back over comes back applied.
+    m_history->moveTo(0);
+
+    QSignalSpy changed(m_history.get(), &History::doHistoryChanged);
+    QVERIFY(m_history->load());
+    QCOMPARE(m_history->position(), 2);
+    for (int i = 0; i < 3; ++i)
+        QCOMPARE(m_history->eventOffset(i), offsets.at(i));
+    // Once for the old events that went, and once for all that were read.
+    QCOMPARE(changed.size(), 2);
+    QCOMPARE(m_windows->hidden, 0);
+
+    play({QStringLiteral("four")});
+    QCOMPARE(LoggedEvent::readLog(log()), Three + QStringList({QStringLiteral("four")}));
+    QVERIFY(backups().isEmpty());
+}
+
+void HistoryTest::loadStopsAtAnUnknownEvent()
+{
+    play(Three);
+    m_history->clear();
+    const QByteArray damaged = log().chopped(EndMarker.size()) + UnknownEvent + EndMarker;
+    writeLog(damaged);
+
+    QVERIFY(!m_history->load());
+    QCOMPARE(m_history->position(), 2);
+    QCOMPARE(m_windows->hidden, 0);
+    QCOMPARE(log(), damaged);
+    QVERIFY(backups().isEmpty());
+
+    // The next event stands behind the type that nobody knows, where the next load stops again.
+    play({QStringLiteral("four")});
+    QCOMPARE(m_history->eventOffset(3), int(damaged.size() - EndMarker.size()) - 3);
+    QCOMPARE(backups().size(), 1);
+    QCOMPARE(m_folder->read(QStringLiteral("History/") + backups().first()), damaged);
+    m_history->clear();
+    QVERIFY(!m_history->load());
+    QCOMPARE(m_history->eventCount(), 3);
+}
+
+void HistoryTest::laterVersionIsRefused()
+{
+    m_history->getStream();
+    m_history->clear();
+    QByteArray later = log();
+    later[3] = 2;
+    writeLog(later);
+    QVERIFY(m_history->load());
+    QCOMPARE(m_windows->shown,
+             QStringList({QStringLiteral("History File too New|The history file, <b>%1</b>, was "
+                                         "created by Morvane version 1.5.09 Beta. You need to "
+                                         "upgrade in order to read it.")
+                              .arg(historyPath())}));
+    QCOMPARE(m_history->getStream(true), nullptr);
+    QCOMPARE(m_windows->shown.size(), 1);
+    QCOMPARE(m_history->getStream(), nullptr);
+    QCOMPARE(m_windows->shown.size(), 2);
+    QCOMPARE(log(), later);
+}
+
+void HistoryTest::logThatCannotBeOpened()
+{
+    QVERIFY(QDir().mkdir(historyPath()));
+    QCOMPARE(m_history->getStream(), nullptr);
+    QCOMPARE(m_windows->shown,
+             QStringList({QStringLiteral("Cannot Create History File|Unable to create History "
+                                         "file: %1")
+                              .arg(historyPath())}));
+    QCOMPARE(m_history->getStream(true), nullptr);
+    QCOMPARE(m_windows->shown.size(), 1);
+}
+
+void HistoryTest::readOnlyTouchesNothing_data()
+{
+    QTest::addColumn<QByteArray>("tail");
+    QTest::addColumn<bool>("known");
+
+    QTest::newRow("clean") << EndMarker << true;
+    QTest::newRow("cut") << QByteArray(UnknownEvent.first(5)) << true;
+    QTest::newRow("unknown event") << UnknownEvent << false;
+}
+
+void HistoryTest::readOnlyTouchesNothing()
+{
+    QFETCH(QByteArray, tail);
+    QFETCH(bool, known);
+    play(Three);
+    m_history->clear();
+    const QByteArray before = log().chopped(EndMarker.size()) + tail;
+    writeLog(before);
+
+    m_history->setReadOnly(true);
+    QCOMPARE(m_history->load(), known);
+    QCOMPARE(m_history->eventCount(), 3);
+    QCOMPARE(m_history->getStream()->majorVersion(), 1);
+    m_history->moveTo(0);
+    play({QStringLiteral("only in memory")});
+    m_history->stepBack();
+    m_history->truncate();
+    m_history->clear();
+    QCOMPARE(log(), before);
+    QVERIFY(backups().isEmpty());
+    QVERIFY(m_windows->shown.isEmpty());
+}
+
+void HistoryTest::backupMovesTheLog()
+{
+    QVERIFY(m_history->backupLog());
+    play(Three);
+    const QByteArray before = log();
+    const QString created = m_history->getStream()->created();
+    QVERIFY(m_history->backupLog());
+    QVERIFY(!QFile::exists(historyPath()));
+    const QString name = QStringLiteral("history_%1.log").arg(created);
+    QCOMPARE(backups(), QStringList({name}));
+    QCOMPARE(m_folder->read(QStringLiteral("History/") + name), before);
+    m_history->clear();
+    QVERIFY(m_history->load());
+    QCOMPARE(m_history->eventCount(), 0);
+}
+
+void HistoryTest::backupThatFailsLeavesEverything()
+{
+    play(Three);
+    m_history->stepBack();
+    m_folder->write(QStringLiteral("History"), QStringLiteral("a file in the way"));
+    QVERIFY(!m_history->backupLog());
+    QCOMPARE(m_windows->shown.takeFirst(),
+             QStringLiteral("Cannot Create History Directory|Unable to create <b>History</b> "
+                            "directory: %1%2History")
+                 .arg(displayRoot, QDir::separator()));
+
+    QFile::remove(m_folder->file(QStringLiteral("History")));
+    QDir(m_folder->path()).mkdir(QStringLiteral("History"));
+    const QString backup = QStringLiteral("%1%2History%2history_%3.log")
+                               .arg(dataRoot, QDir::separator(), m_history->getStream()->created());
+    QVERIFY(QFile::copy(historyPath(), backup));
+    QVERIFY(!m_history->backupLog());
+    QCOMPARE(m_windows->shown,
+             QStringList({QStringLiteral("Cannot Create History Backup|Unable to create History "
+                                         "backup file: %1")
+                              .arg(backup)}));
+
+    play({QStringLiteral("other")});
+    QCOMPARE(LoggedEvent::readLog(log()), Three.first(2) + QStringList({QStringLiteral("other")}));
+}
+
+// The date in the header is foreign text, and part of a file's name.
+void HistoryTest::backupNeverLeavesItsFolder()
+{
+    play(Three);
+    const QByteArray created = m_history->getStream()->created().toUtf8();
+    m_history->clear();
+    writeLog(log().replace(created, QByteArray("../../../escaped").leftJustified(19, '.')));
+    QVERIFY(m_history->load());
+    QVERIFY(m_history->backupLog());
+    QCOMPARE(backups(), QStringList({QStringLiteral("history_.._.._.._escaped....log")}));
+}
+
+void HistoryTest::damagedLogIsCopied_data()
+{
+    QTest::addColumn<int>("cut"); // bytes that the end of the log loses
+    QTest::addColumn<QByteArray>("tail");
+    QTest::addColumn<bool>("copied");
+
+    QTest::newRow("clean") << 0 << QByteArray() << false;
+    QTest::newRow("marker lost") << 2 << QByteArray() << false;
+    QTest::newRow("old tail") << 0 << QByteArray("old bytes") << false;
+    QTest::newRow("cut in the last event") << 6 << QByteArray() << true;
+    QTest::newRow("invalid length") << 2 << QByteArray("\x2c\x01\xff") << true;
+    QTest::newRow("event without a type") << 2 << QByteArray("\x2c\x01\0\x20\x03\0\0\0", 8) << true;
+}
+
+void HistoryTest::damagedLogIsCopied()
+{
+    QFETCH(int, cut);
+    QFETCH(QByteArray, tail);
+    QFETCH(bool, copied);
+    play(Three);
+    m_history->clear();
+    const QByteArray before = log().chopped(cut) + tail;
+    for (int copies = 1; copies <= 2; ++copies) {
+        writeLog(before);
+        m_history->load();
+        QCOMPARE(log(), before);
+        play(Three);
+        // A second copy within the same second takes another name.
+        QCOMPARE(backups().size(), copied ? copies : 0);
+        m_history->clear();
+    }
+    for (const QString &name : backups()) {
+        QVERIFY(name.startsWith(QStringLiteral("history_damaged_20")));
+        QCOMPARE(m_folder->read(QStringLiteral("History/") + name), before);
+    }
+    QVERIFY(m_windows->shown.isEmpty());
+}
+
+MORVANE_TEST_MAIN(QGuiApplication, HistoryTest)
+
+#include "tst_history.moc"

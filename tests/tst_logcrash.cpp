@@ -1,0 +1,222 @@
+// What the log holds when the program dies at any byte, and when the disk is full at any byte.
+
+#include "history.h"
+#include "loggedevent.h"
+#include "objectstream.h"
+#include "recordingdevice.h"
+#include "scriptedwindows.h"
+#include "testhome.h"
+
+namespace {
+
+// A history on a disk that remembers, and what the log ought to hold after each command.
+class Fight {
+public:
+    // The log on the disk as it ought to read, and how many writes that took.
+    struct State {
+        QStringList log;
+        qsizetype writes;
+        bool overwrites; // the command that led here cut off old events
+    };
+
+    Fight();
+
+    void command(const QString &text);
+    void stepBack(int count);
+    History &history() { return m_history; }
+    ObjectStream *stream() { return m_history.getStream(); }
+    const QStringList &events() const { return m_events; }
+
+    // Hundred events of all lengths, with stepping back and going on in between.
+    void playHundredEvents();
+
+    RecordedDisk disk;
+    QList<State> states;
+
+private:
+    History m_history;
+    QStringList m_events;
+};
+
+Fight::Fight()
+{
+    m_history.setDeviceFactory([this](const QString &) { return new RecordingDevice(&disk); });
+}
+
+void Fight::command(const QString &text)
+{
+    const bool overwrites = m_history.canStepForward();
+    m_events.resize(m_history.position() + 1);
+    m_events << text;
+    m_history.doEvent(new LoggedEvent(text, stream()));
+    states << State {m_events, disk.writes.size(), overwrites};
+}
+
+void Fight::stepBack(int count)
+{
+    for (int i = 0; i < count; ++i)
+        m_history.stepBack();
+}
+
+void Fight::playHundredEvents()
+{
+    for (int i = 0; i < 100; ++i) {
+        // The lengths cross the border between length fields of one and three bytes.
+        command(QString::number(i) + u':' + QString(i % 10 == 7 ? 245 + i / 10 : i % 9, u'x'));
+        if (i % 12 == 5)
+            stepBack(1 + i % 7);
+        if (i % 12 == 8) {
+            stepBack(4);
+            m_history.stepForward();
+        }
+    }
+}
+
+bool isPrefix(const QStringList &part, const QStringList &whole)
+{
+    return part.size() <= whole.size() && whole.first(part.size()) == part;
+}
+
+bool isPrefixOfSomeState(const QStringList &part, const QList<Fight::State> &states)
+{
+    return std::any_of(states.begin(), states.end(),
+                       [&part](const Fight::State &state) { return isPrefix(part, state.log); });
+}
+
+} // namespace
+
+class LogCrashTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { failOnWarnings(); }
+    void killAtAnyByteLeavesAWholePrefix();
+    void killBetweenWritesOfAnAppendLeavesACleanLog();
+    void fullDiskStopsNoFight();
+    void whatWaitsIsWrittenAtTheEnd();
+    void stepsBackWhileTheDiskIsFull();
+};
+
+void LogCrashTest::killAtAnyByteLeavesAWholePrefix()
+{
+    Fight fight;
+    fight.playHundredEvents();
+    QCOMPARE(LoggedEvent::readLog(fight.disk.bytes), fight.events());
+
+    // Before the header stands there are no events, and from then on the command that was being
+    // written is either there or not. One that takes the place of older events may leave neither.
+    QStringList before;
+    qsizetype write = 0;
+    for (const Fight::State &state : std::as_const(fight.states)) {
+        const QStringList kept = state.log.first(state.log.size() - 1);
+        for (; write < state.writes; ++write) {
+            const qsizetype length = fight.disk.writes.at(write).bytes.size();
+            for (qsizetype part = 0; part < length; ++part) {
+                const QStringList left = LoggedEvent::readLog(fight.disk.afterKill(write, part));
+                if (left == before || left == state.log || (state.overwrites && left == kept))
+                    continue;
+                QFAIL(qPrintable(QStringLiteral("after %1 bytes of write %2 (%3): %4")
+                                     .arg(part)
+                                     .arg(write)
+                                     .arg(state.log.last(), left.join(u' '))));
+            }
+        }
+        QCOMPARE(LoggedEvent::readLog(fight.disk.afterKill(write, 0)), state.log);
+        before = state.log;
+    }
+}
+
+void LogCrashTest::killBetweenWritesOfAnAppendLeavesACleanLog()
+{
+    Fight fight;
+    for (int i = 0; i < 5; ++i)
+        fight.command(QString::number(i));
+    // Behind the two writes of the header.
+    for (qsizetype whole = 2; whole <= fight.disk.writes.size(); ++whole) {
+        bool clean = false;
+        const QStringList left = LoggedEvent::readLog(fight.disk.afterKill(whole, 0), &clean);
+        QVERIFY2(clean, qPrintable(QString::number(whole)));
+        QVERIFY(isPrefix(left, fight.events()));
+    }
+}
+
+void LogCrashTest::fullDiskStopsNoFight()
+{
+    qint64 size = 0;
+    {
+        Fight fight;
+        fight.playHundredEvents();
+        size = fight.disk.bytes.size();
+    }
+    for (qint64 capacity = 0; capacity < size; capacity += 1 + capacity / 60) {
+        ScriptedWindows windows;
+        Fight fight;
+        fight.disk.capacity = capacity;
+        fight.playHundredEvents();
+        QCOMPARE(fight.history().position(), int(fight.events().size()) - 1);
+        QVERIFY(windows.logBehind);
+        QVERIFY(fight.stream()->isBehind());
+        QTRY_COMPARE(windows.shown.size(), 1);
+        // Whatever the disk took reads as a part of the fight, at each moment.
+        for (qsizetype whole = 0; whole <= fight.disk.writes.size(); ++whole)
+            QVERIFY(isPrefixOfSomeState(LoggedEvent::readLog(fight.disk.afterKill(whole, 0)),
+                                        fight.states));
+
+        fight.disk.capacity = -1;
+        const qsizetype firstRetry = fight.disk.writes.size();
+        fight.command(QStringLiteral("with room again"));
+        QVERIFY(!windows.logBehind);
+        QCOMPARE(windows.shown.size(), 1);
+        QCOMPARE(LoggedEvent::readLog(fight.disk.bytes), fight.events());
+
+        // Many records go out in one batch then: as safe against a kill as one alone.
+        for (qsizetype write = firstRetry; write < fight.disk.writes.size(); ++write) {
+            const qsizetype length = fight.disk.writes.at(write).bytes.size();
+            for (qsizetype part = 0; part < length; part += 1 + part / 16)
+                QVERIFY(isPrefixOfSomeState(LoggedEvent::readLog(fight.disk.afterKill(write, part)),
+                                            fight.states));
+        }
+    }
+}
+
+void LogCrashTest::whatWaitsIsWrittenAtTheEnd()
+{
+    ScriptedWindows windows;
+    Fight fight;
+    fight.command(QStringLiteral("on disk"));
+    fight.disk.capacity = fight.disk.bytes.size();
+    fight.command(QStringLiteral("in memory"));
+    fight.command(QStringLiteral("as well"));
+    QCOMPARE(LoggedEvent::readLog(fight.disk.bytes), fight.events().first(1));
+
+    fight.disk.capacity = -1;
+    fight.history().clear();
+    QCOMPARE(LoggedEvent::readLog(fight.disk.bytes), fight.events());
+    QVERIFY(!windows.logBehind);
+}
+
+void LogCrashTest::stepsBackWhileTheDiskIsFull()
+{
+    for (int steps = 1; steps <= 4; ++steps) {
+        ScriptedWindows windows;
+        Fight fight;
+        fight.command(QStringLiteral("one"));
+        fight.command(QStringLiteral("two"));
+        fight.disk.capacity = fight.disk.bytes.size();
+        fight.command(QStringLiteral("three"));
+        fight.command(QStringLiteral("four"));
+        fight.stepBack(steps);
+        fight.command(QStringLiteral("a longer five that needs more room than the old events had"));
+        QVERIFY(windows.logBehind);
+        QVERIFY(isPrefixOfSomeState(LoggedEvent::readLog(fight.disk.bytes), fight.states));
+
+        fight.disk.capacity = -1;
+        fight.stream()->flush();
+        QVERIFY(!windows.logBehind);
+        QCOMPARE(LoggedEvent::readLog(fight.disk.bytes), fight.events());
+    }
+}
+
+MORVANE_TEST_MAIN(QGuiApplication, LogCrashTest)
+
+#include "tst_logcrash.moc"
