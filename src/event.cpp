@@ -141,6 +141,14 @@ void applyItems(const QList<CreatureItem> &items)
     }
 }
 
+void restoreItems(const QList<CreatureItem> &items)
+{
+    for (auto item = items.crbegin(); item != items.crend(); ++item) {
+        if (item->creature)
+            item->creature->setItem(*item);
+    }
+}
+
 namespace {
 
 template <typename EventClass>

@@ -153,3 +153,5 @@ QList<CreatureVitality> liveVitality(const CreatureList &creatures);
 void applyVitality(const QList<CreatureVitality> &vitality);
 QList<CreatureItem> itemsOf(const CreatureList &creatures);
 void applyItems(const QList<CreatureItem> &items);
+// Backwards: of a creature that was rolled twice the first entry is the older.
+void restoreItems(const QList<CreatureItem> &items);

@@ -115,7 +115,7 @@ void AddCreaturesEvent::redo()
 void AddCreaturesEvent::undo()
 {
     applyVitality(m_oldVitality);
-    applyItems(m_oldItems);
+    restoreItems(m_oldItems);
     ChangeStateEvent::undo();
     theEncounter->setOrder(m_oldOrder);
     windows().refreshEncounterActions();

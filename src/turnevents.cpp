@@ -94,7 +94,7 @@ void StartEncounterEvent::undo()
     theEncounter->setOrder(m_oldOrder);
     theEncounter->setPosition({0, -1, {}});
     applyVitality(m_oldVitality);
-    applyItems(m_oldItems);
+    restoreItems(m_oldItems);
     windows().refreshEncounterActions();
 }
 

@@ -45,3 +45,5 @@ private:
     ScriptedWindows m_windows;
     std::unique_ptr<CoreObjects> m_core;
 };
+
+Q_DECLARE_OPERATORS_FOR_FLAGS(TestFight::Details)
