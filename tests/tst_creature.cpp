@@ -219,11 +219,11 @@ void TestCreature::vitalityRewritesOnlyWhatChanged()
 
 void TestCreature::effectsKeepTheirPlaces()
 {
+    QStringList heard; // outlives the effects, which tell of their end
     const auto aria = makeCharacter(QStringLiteral("Aria"));
     Effect first(nullptr, aria.get(), EffectType::Prone, EffectEnd::Special);
     Effect second(nullptr, aria.get(), EffectType::Dazed, EffectEnd::Special);
     Effect third(nullptr, aria.get(), EffectType::Slowed, EffectEnd::Special);
-    QStringList heard;
     connect(aria.get(), &Creature::doCreatureEffectsChanged, this,
             [&heard] { heard.append(QStringLiteral("effects")); });
     connect(aria.get(), &Creature::doCreatureUpdated, this,

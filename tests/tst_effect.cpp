@@ -341,13 +341,13 @@ void TestEffect::neverEndsInTheTurnThatSetIt()
 
 void TestEffect::savesWaitForTheNextTurn()
 {
-    const Effect onCurrent(m_rat.get(), m_aria.get(), EffectType::Slowed, EffectEnd::SaveEnds);
-    const Effect onOther(m_rat.get(), m_bren.get(), EffectType::Slowed, EffectEnd::SaveEnds);
-    QVERIFY(!onCurrent.needsSave(m_aria.get()));
-    QVERIFY(onOther.needsSave(m_bren.get()));
+    const Effect onAria(m_rat.get(), m_aria.get(), EffectType::Slowed, EffectEnd::SaveEnds);
+    const Effect onBren(m_rat.get(), m_bren.get(), EffectType::Slowed, EffectEnd::SaveEnds);
+    QVERIFY(!onAria.needsSave(m_aria.get()));
+    QVERIFY(onBren.needsSave(m_bren.get()));
     m_aria->setTurnCount(1);
-    QVERIFY(onCurrent.needsSave(m_aria.get()));
-    QVERIFY(!onCurrent.needsSave(m_rat.get()));
+    QVERIFY(onAria.needsSave(m_aria.get()));
+    QVERIFY(!onAria.needsSave(m_rat.get()));
 }
 
 void TestEffect::deathSaveIsARow()

@@ -376,7 +376,7 @@ void TestVitality::extremeNumbersStopAtTheEnds()
                 creature->useActionPoint(extreme);
                 creature->clearRestAdditions();
                 creature->heal(extreme, extreme);
-                creature->shortRest(-extreme / 2, extreme, true);
+                creature->shortRest(-(extreme / 2), extreme, true);
             }
             CreatureVitality vitality = creature->liveVitality();
             vitality.maxHP = extreme;
