@@ -16,37 +16,37 @@
 
 namespace {
 
-QString historyFolder()
+constexpr QLatin1String FolderName("History");
+
+bool makeHistoryFolder(const QString &root)
 {
-    return dataRoot + QDir::separator() + QStringLiteral("History");
+    const QDir parent(root);
+    return QDir(parent.filePath(FolderName)).exists() || parent.mkdir(FolderName);
 }
 
-bool makeHistoryFolder()
-{
-    return QDir(historyFolder()).exists() || QDir(dataRoot).mkdir(QStringLiteral("History"));
-}
-
-// In the "History" folder, for the log of that date. The date comes out of a file and names
-// another, so it must not lead out of the folder.
-QString backupPath(const QString &prefix, QString date)
+// In the "History" folder of that data folder, for the log of that date. The date comes out of a
+// file and names another, so it must not lead out of the folder.
+QString backupPath(const QString &root, const QString &prefix, QString date)
 {
     static const QRegularExpression unfit(QStringLiteral("[/\\\\\\x00-\\x1f]"));
     date.replace(unfit, QStringLiteral("_"));
-    return QStringLiteral("%1%2%3_%4.log").arg(historyFolder(), QDir::separator(), prefix, date);
+    return root + QDir::separator() + FolderName + QDir::separator() + prefix + date
+        + QStringLiteral(".log");
 }
 
 // Keeps a copy of a log that is about to lose bytes that nobody could read. True as well when there
 // is no file to keep.
-bool keepDamagedLog(const QString &path)
+bool keepDamagedLog(const QString &root, const QString &path)
 {
     if (!QFile::exists(path))
         return true;
-    if (!makeHistoryFolder())
+    if (!makeHistoryFolder(root))
         return false;
+    const QString prefix = QStringLiteral("history_damaged_");
     const QString date = currentDateTimeText();
-    QString copy = backupPath(QStringLiteral("history_damaged"), date);
+    QString copy = backupPath(root, prefix, date);
     for (int number = 2; QFile::exists(copy); ++number)
-        copy = backupPath(QStringLiteral("history_damaged"), date + u'_' + QString::number(number));
+        copy = backupPath(root, prefix, date + u'_' + QString::number(number));
     return QFile::copy(path, copy);
 }
 
@@ -87,7 +87,9 @@ ObjectStream *History::getStream(bool silent)
         return nullptr;
     }
     auto stream = std::make_unique<ObjectStream>(device.release());
-    stream->setDamageGuard([path = historyPath()] { return keepDamagedLog(path); });
+    // The data folder may have changed by the time of the first write.
+    stream->setDamageGuard(
+        [root = dataRoot, path = historyPath()] { return keepDamagedLog(root, path); });
     if (stream->readHeader(silent))
         m_stream = std::move(stream);
     return m_stream.get();
@@ -130,7 +132,7 @@ bool History::backupLog()
         closeStream();
         return true;
     }
-    if (!makeHistoryFolder()) {
+    if (!makeHistoryFolder(dataRoot)) {
         windows().showMessage(tr("Cannot Create History Directory"),
                               tr("Unable to create <b>History</b> directory: %1%2History")
                                   .arg(displayRoot, QDir::separator()));
@@ -138,7 +140,7 @@ bool History::backupLog()
     }
     // The copy is made with the log still open, so that a failure leaves everything as it was.
     m_stream->flush();
-    const QString backup = backupPath(QStringLiteral("history"), m_stream->created());
+    const QString backup = backupPath(dataRoot, QStringLiteral("history_"), m_stream->created());
     if (m_stream->isBehind() || !QFile::copy(path, backup)) {
         windows().showMessage(tr("Cannot Create History Backup"),
                               tr("Unable to create History backup file: %1").arg(backup));
