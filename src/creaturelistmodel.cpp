@@ -428,7 +428,7 @@ int CreatureListModel::columnCount(const QModelIndex &parent) const
 
 QVariant CreatureListModel::data(const QModelIndex &index, int role) const
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid) || !m_encounter)
+    if (index.model() != this || !hasIndex(index.row(), index.column()) || !m_encounter)
         return {};
     const Creature *creature = m_encounter->at(index.row());
     if (!creature)

@@ -88,7 +88,7 @@ int EventListModel::columnCount(const QModelIndex &parent) const
 
 QVariant EventListModel::data(const QModelIndex &index, int role) const
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid) || !m_history)
+    if (index.model() != this || !hasIndex(index.row(), index.column()) || !m_history)
         return {};
     const int row = index.row();
     const int position = m_history->position();

@@ -108,6 +108,8 @@ MainWindow::MainWindow(QWidget *parent)
 
 MainWindow::~MainWindow()
 {
+    // Closing a window moves the focus, which is nothing to one that is half gone.
+    disconnect(qApp, nullptr, this, nullptr);
     QSettings settings;
     settings.setValue(QStringLiteral("mainWindow/geometry"), saveGeometry());
     settings.setValue(QStringLiteral("mainWindow/state"), saveState());

@@ -62,7 +62,7 @@ int PickEncounterModel::columnCount(const QModelIndex &parent) const
 
 QVariant PickEncounterModel::data(const QModelIndex &index, int role) const
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+    if (index.model() != this || !hasIndex(index.row(), index.column()))
         return {};
     const PreparedEncounter *encounter = theEncounters->at(index.row());
     const bool isNumber = index.column() == LevelColumn || index.column() == XPColumn;

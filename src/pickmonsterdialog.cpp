@@ -60,7 +60,7 @@ int PickMonsterModel::columnCount(const QModelIndex &parent) const
 
 QVariant PickMonsterModel::data(const QModelIndex &index, int role) const
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid) || role != Qt::DisplayRole)
+    if (index.model() != this || !hasIndex(index.row(), index.column()) || role != Qt::DisplayRole)
         return {};
     const Creature *monster = theMonsters->at(index.row());
     if (!monster)

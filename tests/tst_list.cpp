@@ -1,0 +1,600 @@
+// The initiative list and the list of the history, worked through the real window.
+// links: morvane_ui
+#include <QAbstractItemModelTester>
+#include <QHeaderView>
+#include <QMenu>
+#include <QRandomGenerator>
+#include <QScrollBar>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QSpinBox>
+#include <QTableView>
+
+#include "appendevent.h"
+#include "creaturelistmodel.h"
+#include "creaturetableview.h"
+#include "eventlistmodel.h"
+#include "flatdialog.h"
+#include "progressbar.h"
+#include "richtextdelegate.h"
+#include "rosterevents.h"
+#include "testhome.h"
+#include "vitalityevents.h"
+#include "windowfixture.h"
+
+using Rows = QList<int>;
+using Model = CreatureListModel;
+
+class TestList : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void tellsEachState_data();
+    void tellsEachState();
+    void showsTheColumnsOfACreature();
+    void staysSoundWhileTheEncounterChanges();
+    void keepsTheSelectionOnItsCreatures();
+    void redrawsOnceForManyChanges();
+
+    void selectsByMouse_data();
+    void selectsByMouse();
+    void selectsByKey_data();
+    void selectsByKey();
+    void actsOnAClick();
+    void scrollsToTheCurrentCreature();
+
+    void keepsColumnsInTheirLane();
+    void remembersItsColumns();
+    void opensTheMenuOfTheHeader();
+
+    void listsTheHistory();
+    void jumpsOnAClick();
+
+    void mapsColoursForADarkPalette();
+    void fillsTheBar_data();
+    void fillsTheBar();
+
+private:
+    QString text(const Creature *creature, int column, int role = Qt::DisplayRole) const;
+    QPoint cell(int row, int column) const;
+    void click(int row, int column, Qt::MouseButton button = Qt::LeftButton,
+               Qt::KeyboardModifiers modifiers = {}) const;
+    void setRoster(int monsters) const;
+
+    std::unique_ptr<WindowFixture> m_fixture;
+    CreatureTableView *m_view = nullptr;
+    Model *m_model = nullptr;
+    Creature *m_hero = nullptr;
+    Creature *m_rat = nullptr;
+};
+
+void TestList::init()
+{
+    failOnWarnings();
+    QSettings().clear();
+    m_fixture = std::make_unique<WindowFixture>();
+    m_fixture->folder().addCharacter(QStringLiteral("Aria"));
+    m_fixture->folder().addMonster(QStringLiteral("Rat"), 20);
+    m_fixture->folder().addMonster(QStringLiteral("Gnat"), 1);
+    m_fixture->open();
+    m_view = m_fixture->find<CreatureTableView>(QStringLiteral("initiativeList"));
+    m_model = qobject_cast<Model *>(m_view->model());
+    m_hero = WindowFixture::character(QStringLiteral("Aria"));
+    m_rat = WindowFixture::monster(QStringLiteral("Rat"), QStringLiteral("1"));
+    QVERIFY(m_hero && m_rat);
+}
+
+void TestList::cleanup()
+{
+    m_fixture.reset();
+}
+
+void TestList::setRoster(int monsters) const
+{
+    QList<Creature *> creatures {m_hero};
+    for (int i = 0; i < monsters; ++i)
+        creatures << WindowFixture::monster(QStringLiteral("Rat"), QString::number(i + 1));
+    theEncounter->setOrder(CreatureList(creatures));
+}
+
+QString TestList::text(const Creature *creature, int column, int role) const
+{
+    return m_model->data(m_model->index(theEncounter->indexOf(creature), column), role).toString();
+}
+
+QPoint TestList::cell(int row, int column) const
+{
+    return m_view->visualRect(m_model->index(row, column)).center();
+}
+
+void TestList::click(int row, int column, Qt::MouseButton button,
+                     Qt::KeyboardModifiers modifiers) const
+{
+    QTest::mouseClick(m_view->viewport(), button, modifiers, cell(row, column));
+}
+
+// --- content ---
+
+void TestList::tellsEachState_data()
+{
+    QTest::addColumn<QString>("state");
+    QTest::addColumn<bool>("hero");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("tip");
+    QTest::addColumn<QString>("effects");
+
+    const auto grey = [](const char *name) {
+        return QStringLiteral("<font color=gray>%1</font>").arg(QLatin1String(name));
+    };
+    const QString select = QStringLiteral("Right-click to multi-select");
+    QTest::newRow("a monster") << QString() << false << QStringLiteral("Rat (1)") << select
+                               << QString();
+    QTest::newRow("a character") << QString() << true
+                                 << QStringLiteral("<font color=blue>Aria</font>") << select
+                                 << QString();
+    QTest::newRow("delayed") << QStringLiteral("delayed") << true << grey("Aria")
+                             << QStringLiteral(
+                                    "This creature has delayed it's turn, click Jump In)")
+                             << QString();
+    QTest::newRow("readied") << QStringLiteral("readied") << true << grey("Aria")
+                             << QStringLiteral("This creature has readied an action, click Jump In")
+                             << QString();
+    QTest::newRow("hidden") << QStringLiteral("hidden") << false << grey("Rat (1)")
+                            << QStringLiteral("This creature is hidden from the players")
+                            << QString();
+    QTest::newRow("dead") << QStringLiteral("dead") << false << grey("Rat (1)")
+                          << QStringLiteral("This creature is dead, click here to remove")
+                          << QStringLiteral("Dead");
+    QTest::newRow("dying") << QStringLiteral("dying") << true << grey("Aria") << select
+                           << QStringLiteral("Dying 0/3");
+    QTest::newRow("its turn") << QStringLiteral("current") << true
+                              << QStringLiteral("<b><font color=blue>Aria</font></b>")
+                              << QStringLiteral("It is this creature's turn") << QString();
+}
+
+void TestList::tellsEachState()
+{
+    QFETCH(QString, state);
+    QFETCH(bool, hero);
+    setRoster(1);
+    Creature *creature = hero ? m_hero : m_rat;
+    if (state == QLatin1String("delayed"))
+        creature->setDelayed(true);
+    else if (state == QLatin1String("readied"))
+        creature->setReadied(true);
+    else if (state == QLatin1String("hidden"))
+        creature->setHidden(true);
+    else if (state == QLatin1String("dead"))
+        creature->takeDamage(100, nullptr);
+    else if (state == QLatin1String("dying"))
+        creature->takeDamage(35, nullptr);
+    else if (state == QLatin1String("current"))
+        theEncounter->setCurrentIndex(theEncounter->indexOf(creature));
+
+    QTEST(text(creature, Model::NameColumn), "name");
+    QTEST(text(creature, Model::IconColumn, Qt::ToolTipRole), "tip");
+    QTEST(text(creature, Model::EffectsColumn), "effects");
+    const bool greyed = text(creature, Model::NameColumn).contains(QLatin1String("gray"));
+    const int row = theEncounter->indexOf(creature);
+    for (int column = 0; column < Model::ColumnCount; ++column)
+        QCOMPARE(m_model->index(row, column).data(Qt::ForegroundRole).isValid(), greyed);
+}
+
+void TestList::showsTheColumnsOfACreature()
+{
+    setRoster(1);
+    theEncounter->setCurrentIndex(1);
+    m_hero->setInitRoll(14);
+    QCOMPARE(text(m_hero, Model::InitiativeColumn), QStringLiteral("14"));
+    m_view->setColumnWidth(Model::InitiativeColumn, 60);
+    QCOMPARE(text(m_hero, Model::InitiativeColumn), m_hero->initiativeText(false, 1));
+    QCOMPARE(text(m_hero, Model::DefencesColumn),
+             QStringLiteral("<b>AC</b>17 <b>F</b>15 <b>R</b>13 <b>W</b>12"));
+
+    QCOMPARE(text(m_hero, Model::HealthColumn), QStringLiteral("100;30;black"));
+    m_hero->takeDamage(12, nullptr);
+    QCOMPARE(text(m_hero, Model::HealthColumn), QStringLiteral("60;18/30;black"));
+    m_hero->setTempHP(4);
+    QCOMPARE(text(m_hero, Model::HealthColumn), QStringLiteral("60;18+4/30;black"));
+    m_rat->setHidden(true);
+    QCOMPARE(text(m_rat, Model::HealthColumn), QStringLiteral("100;20;gray"));
+    Creature *minion = WindowFixture::monster(QStringLiteral("Gnat"), QStringLiteral("1"));
+    theEncounter->insert(0, minion);
+    QCOMPARE(text(minion, Model::HealthColumn), QStringLiteral("100;Minion;black"));
+    // A name from a file isn't markup.
+    minion->setName(QStringLiteral("<b>&"));
+    QCOMPARE(text(minion, Model::NameColumn), QStringLiteral("Gnat (&lt;b&gt;&amp;)"));
+    QVERIFY(!m_model->data(m_model->index(0, Model::DescriptionColumn), Qt::DisplayRole).isValid());
+}
+
+// --- following the encounter ---
+
+void TestList::staysSoundWhileTheEncounterChanges()
+{
+    QAbstractItemModelTester tester(m_model,
+                                    QAbstractItemModelTester::FailureReportingMode::QtTest);
+    QRandomGenerator chance(7);
+    QList<Creature *> pool {m_hero};
+    for (int i = 0; i < 30; ++i)
+        pool << WindowFixture::monster(QStringLiteral("Rat"), QString::number(i));
+    setRoster(8);
+    for (int step = 0; step < 400; ++step) {
+        Creature *creature = pool.at(chance.bounded(int(pool.size())));
+        const int count = theEncounter->count();
+        switch (chance.bounded(6)) {
+        case 0:
+            if (!theEncounter->contains(creature))
+                theEncounter->insert(chance.bounded(count + 1), creature);
+            break;
+        case 1:
+            theEncounter->remove(creature);
+            break;
+        case 2:
+            if (count > 1)
+                theEncounter->move(chance.bounded(count), chance.bounded(count));
+            break;
+        case 3:
+            std::shuffle(pool.begin(), pool.end(), chance);
+            theEncounter->setOrder(CreatureList(pool.mid(0, chance.bounded(12))));
+            break;
+        case 4:
+            creature->setHidden(!creature->isHidden());
+            break;
+        default:
+            m_model->setSelectedRows({chance.bounded(20), chance.bounded(20)});
+            if (chance.bounded(4) == 0)
+                QCoreApplication::processEvents();
+        }
+        QCOMPARE(m_model->rowCount(), theEncounter->count());
+        QCOMPARE(m_fixture->window().selectedRows(), m_view->selectedRows());
+    }
+    theEncounter->reset();
+    QCOMPARE(m_model->rowCount(), 0);
+    QCOMPARE(m_fixture->window().selectedRows(), Rows());
+}
+
+void TestList::keepsTheSelectionOnItsCreatures()
+{
+    setRoster(4);
+    const QList<Creature *> chosen {theEncounter->at(1), theEncounter->at(3)};
+    m_model->setSelectedRows({1, 3});
+    const auto selected = [&] { return m_fixture->window().selectedCreatures(); };
+    QCOMPARE(selected(), chosen);
+
+    m_rat->takeDamage(3, nullptr);
+    theEncounter->setCurrentIndex(2);
+    QCoreApplication::processEvents();
+    QCOMPARE(selected(), chosen);
+    theEncounter->insert(0, WindowFixture::monster(QStringLiteral("Gnat"), QStringLiteral("1")));
+    QCOMPARE(m_view->selectedRows(), (Rows {2, 4}));
+    QCOMPARE(selected(), chosen);
+    theEncounter->move(4, 0);
+    QCOMPARE(m_view->selectedRows(), (Rows {0, 3}));
+    theEncounter->remove(chosen.at(1));
+    QCOMPARE(selected(), (QList<Creature *> {chosen.at(0)}));
+}
+
+void TestList::redrawsOnceForManyChanges()
+{
+    setRoster(50);
+    QCoreApplication::processEvents();
+    const QSignalSpy spy(m_model, &Model::layoutChanged);
+    const QList<Creature *> all = theEncounter->creatures().list();
+    for (Creature *creature : all)
+        creature->takeDamage(1, nullptr);
+    QCoreApplication::processEvents();
+    QCOMPARE(spy.count(), 1);
+}
+
+// --- selection ---
+
+void TestList::selectsByMouse_data()
+{
+    QTest::addColumn<Rows>("before");
+    QTest::addColumn<int>("row");
+    QTest::addColumn<int>("column");
+    QTest::addColumn<Qt::MouseButton>("button");
+    QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+    QTest::addColumn<Rows>("after");
+
+    const auto add = [](const char *name, const Rows &before, int row, int column,
+                        Qt::MouseButton button, Qt::KeyboardModifiers modifiers,
+                        const Rows &after) {
+        QTest::newRow(name) << before << row << column << button << modifiers << after;
+    };
+    constexpr auto Left = Qt::LeftButton;
+    constexpr auto Right = Qt::RightButton;
+    add("left selects one", {1, 2}, 4, 1, Left, {}, {4});
+    add("left on one of many", {1, 2}, 2, 1, Left, {}, {2});
+    add("right adds", {1}, 4, 1, Right, {}, {1, 4});
+    add("right takes away", {1, 4}, 4, 2, Right, {}, {1});
+    add("control adds", {1}, 4, 1, Left, Qt::ControlModifier, {1, 4});
+    add("meta takes away", {1, 4}, 1, 1, Left, Qt::MetaModifier, {4});
+    add("control and right do nothing", {1}, 4, 1, Right, Qt::ControlModifier, {1});
+    add("shift joins the nearest", {2, 7}, 4, 1, Left, Qt::ShiftModifier, {2, 3, 4, 7});
+    add("shift takes the first of two", {3, 7}, 5, 1, Left, Qt::ShiftModifier, {3, 4, 5, 7});
+    add("shift on the only one", {3}, 3, 1, Left, Qt::ShiftModifier, {3});
+    add("shift without a selection", {}, 3, 1, Left, Qt::ShiftModifier, {3});
+    add("shift and right do nothing", {3}, 5, 1, Right, Qt::ShiftModifier, {3});
+    add("conditions of a selected row", {1, 4}, 4, 5, Left, {}, {1, 4});
+    add("right on conditions of a selected row", {1, 4}, 4, 5, Right, {}, {1, 4});
+    add("conditions of another row", {1, 4}, 2, 5, Left, {}, {2});
+    add("icon of a living creature", {1, 4}, 2, 0, Left, {}, {2});
+    add("empty space", {1, 4}, -1, 1, Left, {}, {});
+    add("right on empty space", {1, 4}, -1, 1, Right, {}, {1, 4});
+}
+
+void TestList::selectsByMouse()
+{
+    QFETCH(Rows, before);
+    QFETCH(int, row);
+    QFETCH(int, column);
+    QFETCH(Qt::MouseButton, button);
+    QFETCH(Qt::KeyboardModifiers, modifiers);
+    m_fixture->window().resize(1000, 700);
+    setRoster(8);
+    m_model->setSelectedRows(before);
+    const QPoint place = row < 0 ? cell(8, column) + QPoint(0, 40) : cell(row, column);
+    QTest::mouseClick(m_view->viewport(), button, modifiers, place);
+    QTEST(m_view->selectedRows(), "after");
+    QTEST(m_fixture->window().selectedRows(), "after");
+}
+
+void TestList::selectsByKey_data()
+{
+    QTest::addColumn<Rows>("before");
+    QTest::addColumn<Qt::Key>("key");
+    QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+    QTest::addColumn<Rows>("after");
+
+    const auto add = [](const char *name, const Rows &before, Qt::Key key,
+                        Qt::KeyboardModifiers modifiers, const Rows &after) {
+        QTest::newRow(name) << before << key << modifiers << after;
+    };
+    add("down", {3, 5}, Qt::Key_Down, {}, {6});
+    add("up", {3, 5}, Qt::Key_Up, {}, {2});
+    add("down with shift", {3, 5}, Qt::Key_Down, Qt::ShiftModifier, {3, 5, 6});
+    add("up with shift", {3, 5}, Qt::Key_Up, Qt::ShiftModifier, {2, 3, 5});
+    add("down at the end", {8}, Qt::Key_Down, {}, {8});
+    add("up at the start", {0, 2}, Qt::Key_Up, {}, {0, 2});
+    add("down without a selection", {}, Qt::Key_Down, {}, {});
+    add("escape", {3, 5}, Qt::Key_Escape, {}, {});
+}
+
+void TestList::selectsByKey()
+{
+    QFETCH(Rows, before);
+    QFETCH(Qt::Key, key);
+    QFETCH(Qt::KeyboardModifiers, modifiers);
+    setRoster(8);
+    m_view->setFocus();
+    // The toolkit's own current cell stands at an edge and must not matter.
+    for (const int current : {0, 8}) {
+        m_view->selectionModel()->setCurrentIndex(m_model->index(current, 0),
+                                                  QItemSelectionModel::NoUpdate);
+        m_model->setSelectedRows(before);
+        QTest::keyClick(m_view, key, modifiers);
+        QTEST(m_view->selectedRows(), "after");
+    }
+}
+
+void TestList::actsOnAClick()
+{
+    m_fixture->window().resize(1000, 700);
+    setRoster(3);
+    auto *hpBox = m_fixture->window().findChild<QSpinBox *>();
+    m_view->setFocus();
+    click(1, Model::NameColumn);
+    QVERIFY(!hpBox->hasFocus());
+    click(1, Model::HealthColumn);
+    QTRY_VERIFY(hpBox->hasFocus());
+
+    click(2, Model::IconColumn);
+    QCOMPARE(theEncounter->count(), 4);
+    Creature *dead = theEncounter->at(2);
+    dead->takeDamage(100, nullptr);
+    m_model->setSelectedRows({0, 1});
+    click(2, Model::IconColumn);
+    QCOMPARE(theEncounter->count(), 3);
+    QVERIFY(!theEncounter->contains(dead));
+    QCOMPARE(theHistory->eventCount(), 1);
+}
+
+void TestList::scrollsToTheCurrentCreature()
+{
+    setRoster(200);
+    QCoreApplication::processEvents();
+    QCOMPARE(m_view->verticalScrollBar()->value(), 0);
+    theEncounter->setCurrentIndex(180);
+    QTRY_VERIFY(m_view->rect().contains(m_view->visualRect(m_model->index(180, 0))));
+}
+
+// --- columns ---
+
+void TestList::keepsColumnsInTheirLane()
+{
+    QHeaderView *header = m_view->horizontalHeader();
+    const auto order = [header] {
+        Rows columns;
+        for (int i = 0; i < header->count(); ++i)
+            columns << header->logicalIndex(i);
+        return columns;
+    };
+    header->moveSection(1, 0);
+    QCOMPARE(order(), (Rows {0, 1, 2, 3, 4, 5}));
+    header->moveSection(2, 5);
+    QCOMPARE(order(), (Rows {0, 1, 2, 3, 4, 5}));
+    header->moveSection(0, 3);
+    QCOMPARE(order(), (Rows {0, 1, 2, 3, 4, 5}));
+    header->moveSection(1, 4);
+    QCOMPARE(order(), (Rows {0, 2, 3, 4, 1, 5}));
+    header->moveSection(0, 5);
+    QCOMPARE(order(), (Rows {2, 3, 4, 1, 5, 0}));
+}
+
+void TestList::remembersItsColumns()
+{
+    m_view->setColumnWidth(Model::NameColumn, 177);
+    m_view->setColumnWidth(Model::DefencesColumn, 133);
+    m_view->setColumnHidden(Model::DefencesColumn, true);
+    m_view->horizontalHeader()->moveSection(4, 1);
+    m_fixture->close();
+
+    const auto saved = [](const char *key) {
+        return QSettings().value(QStringLiteral("initiativeList/") + QLatin1String(key));
+    };
+    QCOMPARE(saved("defensesColumnVisible").toBool(), false);
+    QCOMPARE(saved("defensesColumnWidth").toInt(), 133);
+    QCOMPARE(saved("healthColumnPosition").toInt(), 1);
+    QVERIFY(!saved("iconColumnWidth").isValid());
+
+    m_fixture->open();
+    m_view = m_fixture->find<CreatureTableView>(QStringLiteral("initiativeList"));
+    QCOMPARE(m_view->columnWidth(Model::NameColumn), 177);
+    QVERIFY(m_view->isColumnHidden(Model::DefencesColumn));
+    QCOMPARE(m_view->horizontalHeader()->visualIndex(Model::HealthColumn), 1);
+    QCOMPARE(m_view->horizontalHeader()->visualIndex(Model::NameColumn), 2);
+
+    // Two columns on one place: the later one keeps it; and nonsense does no harm.
+    m_fixture->close();
+    QSettings().setValue(QStringLiteral("initiativeList/initColumnPosition"), 1);
+    QSettings().setValue(QStringLiteral("initiativeList/healthColumnPosition"), 1);
+    QSettings().setValue(QStringLiteral("initiativeList/nameColumnPosition"), -70);
+    QSettings().setValue(QStringLiteral("initiativeList/nameColumnWidth"), -9);
+    m_fixture->open();
+    m_view = m_fixture->find<CreatureTableView>(QStringLiteral("initiativeList"));
+    QCOMPARE(m_view->horizontalHeader()->visualIndex(Model::HealthColumn), 1);
+    QCOMPARE(m_view->horizontalHeader()->visualIndex(Model::IconColumn), 0);
+    QVERIFY(m_view->columnWidth(Model::NameColumn) > 0);
+}
+
+void TestList::opensTheMenuOfTheHeader()
+{
+    QHeaderView *header = m_view->horizontalHeader();
+    QStringList entries;
+    const auto choose = [&entries](const QString &entry) {
+        whenDialogRuns([&entries, entry] {
+            auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+            QVERIFY(menu);
+            entries.clear();
+            for (QAction *action : menu->actions()) {
+                entries << action->text() + (action->isChecked() ? u"*" : u"");
+                if (action->text() == entry)
+                    menu->setActiveAction(action);
+            }
+            QTest::keyClick(menu, Qt::Key_Return);
+        });
+    };
+    choose(QStringLiteral("Defenses Column"));
+    const QPoint name(header->sectionViewportPosition(Model::NameColumn) + 20, 8);
+    QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, name);
+    QVERIFY(m_view->isColumnHidden(Model::DefencesColumn));
+    QCOMPARE(
+        entries,
+        (QStringList {QStringLiteral("Init Column*"), QStringLiteral("Defenses Column*"),
+                      QStringLiteral("Health Column*"), QStringLiteral("Need help selecting?")}));
+
+    choose(QStringLiteral("Defenses Column"));
+    QContextMenuEvent rightClick(QContextMenuEvent::Mouse, name, header->mapToGlobal(name));
+    QApplication::sendEvent(header->viewport(), &rightClick);
+    QVERIFY(!m_view->isColumnHidden(Model::DefencesColumn));
+    QVERIFY(!entries.contains(QStringLiteral("Defenses Column*")));
+}
+
+// --- history ---
+
+void TestList::listsTheHistory()
+{
+    auto *list = m_fixture->find<QTableView>(QStringLiteral("historyList"));
+    auto *events = qobject_cast<EventListModel *>(list->model());
+    QAbstractItemModelTester tester(events, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    setRoster(1);
+    for (int i = 0; i < 3; ++i)
+        appendEvent<DamageEvent>(nullptr, QList<Creature *> {m_rat}, i + 1);
+    QCOMPARE(events->rowCount(), 3);
+    const auto isGrey = [events](int row) {
+        return events->index(row, 0).data(Qt::ForegroundRole).isValid();
+    };
+    QCOMPARE(events->index(1, 0).data().toString(), theHistory->eventText(1));
+    QCOMPARE(events->headerData(2, Qt::Vertical, Qt::DisplayRole).toString(), QStringLiteral("3"));
+    QVERIFY(!isGrey(2));
+
+    m_fixture->window().onStepBack();
+    QVERIFY(!isGrey(1) && isGrey(2));
+    // A new event cuts off what lies behind the position.
+    appendEvent<DamageEvent>(nullptr, QList<Creature *> {m_rat}, 9);
+    QCOMPARE(events->rowCount(), 3);
+    m_fixture->window().onStepBack();
+    m_fixture->window().onStepBack();
+    m_fixture->window().onStepBack();
+    QVERIFY(isGrey(0));
+    theHistory->truncate();
+    QCOMPARE(events->rowCount(), 0);
+}
+
+void TestList::jumpsOnAClick()
+{
+    auto *list = m_fixture->find<QTableView>(QStringLiteral("historyList"));
+    setRoster(1);
+    for (int i = 0; i < 4; ++i)
+        appendEvent<DamageEvent>(nullptr, QList<Creature *> {m_rat}, 1);
+    QCoreApplication::processEvents();
+    const auto clickEvent = [list](int row) {
+        const QRect place = list->visualRect(list->model()->index(row, 0));
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, place.center());
+    };
+    clickEvent(1);
+    QCOMPARE(theHistory->position(), 1);
+    QCOMPARE(m_rat->currHP(), 18);
+    clickEvent(3);
+    QCOMPARE(m_rat->currHP(), 16);
+
+    FlatDialog dialog(QStringLiteral("Any"));
+    whenDialogRuns([&] {
+        clickEvent(0);
+        dialog.reject();
+    });
+    QCOMPARE(dialog.exec(), 0);
+    QCOMPARE(theHistory->position(), 3);
+}
+
+// --- drawing ---
+
+void TestList::mapsColoursForADarkPalette()
+{
+    const QString html = QStringLiteral("<b><font color=blue>blue</font></b>");
+    const QPalette light(Qt::black, Qt::white);
+    QPalette dark(Qt::white, Qt::black);
+    dark.setColor(QPalette::Base, Qt::black);
+    dark.setColor(QPalette::Text, Qt::white);
+    QCOMPARE(readableColours(html, light), html);
+    const QString mapped = readableColours(html, dark);
+    QVERIFY(!mapped.contains(QLatin1String("color=blue")));
+    QVERIFY(mapped.contains(QLatin1String(">blue</font></b>")));
+}
+
+void TestList::fillsTheBar_data()
+{
+    QTest::addColumn<int>("percent");
+    QTest::addColumn<QRect>("filled");
+    QTest::newRow("full") << 100 << QRect(5, 5, 100, 15);
+    QTest::newRow("half") << 50 << QRect(5, 5, 50, 15);
+    QTest::newRow("empty") << 0 << QRect(5, 5, 0, 15);
+    QTest::newRow("below zero") << -25 << QRect(80, 5, 25, 15);
+    QTest::newRow("nonsense") << 900 << QRect(5, 5, 100, 15);
+}
+
+void TestList::fillsTheBar()
+{
+    QFETCH(int, percent);
+    const QRect bar = ProgressBarPainter::barRect(QRect(0, 0, 109, 24));
+    QCOMPARE(bar, QRect(5, 5, 100, 15));
+    QTEST(ProgressBarPainter::filledRect(bar, percent, Qt::Horizontal), "filled");
+}
+
+MORVANE_TEST_MAIN(QApplication, TestList)
+
+#include "tst_list.moc"
