@@ -18,14 +18,11 @@ QString hiddenSuffix(bool hidden)
     return hidden ? QCoreApplication::translate("AddCreaturesEvent", " (Hidden)") : QString();
 }
 
-// In the order of the record, whatever the order of the library.
-CreatureList creaturesOf(const QList<CreatureItem> &items)
+// A reader sorts what it finds in the record. A writer does so too, so that a replay gives the
+// order of the fight.
+CreatureList sorted(const CreatureList &list)
 {
-    QList<Creature *> creatures;
-    creatures.reserve(items.size());
-    for (const CreatureItem &item : items)
-        creatures << item.creature;
-    return CreatureList(creatures);
+    return CreatureList(itemsOf(list));
 }
 
 // The own name in a display name: of "Group (Name)" the part in brackets.
@@ -54,14 +51,15 @@ void AddCreaturesEvent::write(int eventType, const QString &name, const Creature
                               bool hidden, const QList<CreatureItem> &oldItems,
                               ObjectStream *stream)
 {
-    m_newVitality = liveVitality(list);
+    const CreatureList added = sorted(list);
+    m_newVitality = liveVitality(added);
     beginWriting(stream);
     stream->writeString(ID_ADD_CREATURE_EVENT_NAME, name);
     stream->writeInt(ID_ADD_CREATURE_EVENT_HIDDEN, hidden ? 1 : 0);
-    writeItemList(stream, itemsOf(list));
+    writeItemList(stream, itemsOf(added));
     writeVitalityList(stream, m_newVitality);
     endWriting(stream, ID_ADD_CREATURE_EVENT_END);
-    setUp(eventType, name, list, hidden, oldItems);
+    setUp(eventType, name, added, hidden, oldItems);
 }
 
 void AddCreaturesEvent::read(int eventType, ObjectStream *stream)
@@ -71,7 +69,7 @@ void AddCreaturesEvent::read(int eventType, ObjectStream *stream)
     const QList<CreatureItem> items = readItemList(stream);
     m_newVitality = readVitalityList(stream);
     endReading(stream, ID_ADD_CREATURE_EVENT_END);
-    const CreatureList list = creaturesOf(items);
+    const CreatureList list(items);
     const QList<CreatureItem> oldItems = itemsOf(list);
     applyItems(items);
     setUp(eventType, name, list, hidden, oldItems);
@@ -214,7 +212,7 @@ SetEncounterEvent::SetEncounterEvent(const EncounterEntry &entry, const Creature
     writeVitalityList(stream, m_newVitality);
     stream->writeInt(ID_SET_ENC_EVENT_HIDDEN, hidden ? 1 : 0);
     endWriting(stream, ID_SET_ENC_EVENT_END);
-    setUp(entry, list, hidden);
+    setUp(entry, added, hidden);
 }
 
 SetEncounterEvent::SetEncounterEvent(ObjectStream *stream)
@@ -225,7 +223,7 @@ SetEncounterEvent::SetEncounterEvent(ObjectStream *stream)
     m_newVitality = readVitalityList(stream);
     const bool hidden = stream->readInt(ID_SET_ENC_EVENT_HIDDEN) != 0;
     endReading(stream, ID_SET_ENC_EVENT_END);
-    setUp(entry, creaturesOf(items), hidden);
+    setUp(entry, CreatureList(items), hidden);
 }
 
 void SetEncounterEvent::setUp(const EncounterEntry &entry, const CreatureList &list, bool hidden)

@@ -109,7 +109,7 @@ void TestEvents::readsAndIsSeen_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<bool>("seen");
 
-    const auto named = [this](const char *name) {
+    const auto named = [](const char *name) {
         return TestFight::creature(QString::fromUtf8(name));
     };
     const auto row = [](const char *name, int type, const char *text, bool seen, Make make) {
@@ -677,9 +677,9 @@ void TestEvents::encounterReplacesTheMonsters()
         QStringLiteral("cellar.txt"), QStringLiteral("Cellar"), QStringLiteral("Damp."), 3, 450,
         QStringLiteral("Town")};
     const auto event = made<SetEncounterEvent>(
-        cellar, CreatureList(TestFight::creatures({"Rat (9)", "Ogre (1)"})), false);
+        cellar, CreatureList(TestFight::creatures({"Rat (10)", "Rat (9)", "Ogre (1)"})), false);
     event->redo();
-    QCOMPARE(order(), QStringList({"Aria", "Borin", "Rat (9)", "Ogre (1)"}));
+    QCOMPARE(order(), QStringList({"Aria", "Borin", "Ogre (1)", "Rat (9)", "Rat (10)"}));
     QCOMPARE(theEncounter->name(), QStringLiteral("Cellar"));
     QCOMPARE(theEncounter->level(), 3);
     QCOMPARE(theEncounter->xp(), 450);
@@ -693,7 +693,7 @@ void TestEvents::partyReplacesTheCharacters()
     const auto event = made<SetPartyEvent>(CreatureList(TestFight::creatures({"Cleo", "Aria"})),
                                            false, QList<CreatureItem>());
     event->redo();
-    QCOMPARE(order(), QStringList({"Cleo", "Aria", "Rat (1)", "Rat (2)"}));
+    QCOMPARE(order(), QStringList({"Aria", "Cleo", "Rat (1)", "Rat (2)"}));
     event->undo();
     QCOMPARE(order(), QStringList({"Aria", "Borin", "Rat (1)", "Rat (2)"}));
 }
