@@ -204,11 +204,13 @@ QString AddCharactersEvent::text() const
 
 SetEncounterEvent::SetEncounterEvent(const EncounterEntry &entry, const CreatureList &list,
                                      bool hidden, ObjectStream *stream)
-    : ChangeStateEvent(EventType::SetEncounter), m_newVitality(liveVitality(list))
+    : ChangeStateEvent(EventType::SetEncounter)
 {
+    const CreatureList added = sorted(list);
+    m_newVitality = liveVitality(added);
     beginWriting(stream);
     writeEntry(stream, entry);
-    writeItemList(stream, itemsOf(list));
+    writeItemList(stream, itemsOf(added));
     writeVitalityList(stream, m_newVitality);
     stream->writeInt(ID_SET_ENC_EVENT_HIDDEN, hidden ? 1 : 0);
     endWriting(stream, ID_SET_ENC_EVENT_END);

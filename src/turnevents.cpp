@@ -120,6 +120,8 @@ QString NextTurnEvent::text() const
 
 void NextTurnEvent::redo()
 {
+    if (!theEncounter->current())
+        return;
     changeTurnCount(theEncounter->current(), 1);
     theEncounter->setPosition(theEncounter->nextPosition());
     if (Creature *current = theEncounter->current())

@@ -37,7 +37,7 @@ private Q_SLOTS:
     void turnOfAHiddenCreatureIsNotShown();
     void readyActionKeepsTheTurn();
     void jumpInTakesTheTurn();
-    void jumpInWithoutATurn();
+    void turnsWithoutATurn();
     void deathAndItsWayBack();
     void tempHPOnlyRaise();
     void gainedSurgeLiftsToZero();
@@ -392,9 +392,21 @@ void TestEvents::jumpInTakesTheTurn()
     QVERIFY(creature("Aria")->isDelayed());
 }
 
-void TestEvents::jumpInWithoutATurn()
+// As a damaged log may ask for it: nobody moves.
+void TestEvents::turnsWithoutATurn()
 {
     const QStringList before = order();
+    creature("Rat (1)")->setReadied(true);
+    const auto next = std::make_unique<NextTurnEvent>(theHistory->getStream(), false);
+    const auto readied = made<EndReadyEvent>(creature("Rat (1)"));
+    for (Event *each : {static_cast<Event *>(next.get()), static_cast<Event *>(readied.get())}) {
+        each->redo();
+        QCOMPARE(theEncounter->position(), EncounterPosition());
+        each->undo();
+        QCOMPARE(theEncounter->position(), EncounterPosition());
+        QCOMPARE(order(), before);
+        QVERIFY(creature("Rat (1)")->isReadied());
+    }
     const auto event = made<JumpInEvent>(creature("Rat (1)"));
     event->redo();
     QCOMPARE(order(), before);
