@@ -131,7 +131,7 @@ bool copyTree(const QString &source, const QString &destParent, const QString &n
     if (depth > MaxCopyDepth || !from.exists() || entries.isEmpty())
         return false;
     const QDir parent(destParent);
-    if (!parent.exists(name) && !parent.mkpath(name))
+    if (!QFileInfo(parent.filePath(name)).isDir() && !parent.mkpath(name))
         return false;
     for (const QFileInfo &entry : entries) {
         if (!entry.fileName().startsWith(u'.') && !copyEntry(entry, parent.filePath(name), depth))

@@ -1,4 +1,69 @@
-int main()
+#include <QApplication>
+#include <QDir>
+#include <QLocale>
+#include <QTranslator>
+
+#include <ctime>
+
+#include "datafolder.h"
+#include "dice.h"
+#include "global.h"
+#include "mainwindow.h"
+#include "memorytracker.h"
+#include "messagelog.h"
+#include "terms.h"
+
+namespace {
+
+// Set before anything touches the settings, which are kept under these names.
+void setIdentity()
 {
-    return 0;
+    QCoreApplication::setOrganizationName(QStringLiteral("Tolbrick"));
+    QCoreApplication::setOrganizationDomain(QStringLiteral("tolbrick.example"));
+    QCoreApplication::setApplicationName(QStringLiteral("Morvane"));
+}
+
+// A program that brings its own toolkit finds it and its plug-ins beside itself.
+void useOwnLibraries(const QString &folder)
+{
+    const QString plugins = folder + QStringLiteral("/plugins");
+    if (!folder.isEmpty() && QDir(plugins).exists())
+        QCoreApplication::setLibraryPaths({folder, folder + QStringLiteral("/lib"), plugins});
+}
+
+void installTranslation(QTranslator &translator)
+{
+    const QString file = QStringLiteral("morvane_") + QLocale::system().name();
+    if (translator.load(file, QString(), QString(), QString()))
+        QCoreApplication::installTranslator(&translator);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    qInstallMessageHandler(logMessageHandler);
+    QTranslator translator;
+    QApplication application(argc, argv);
+    setIdentity();
+    // The main window ends the program when it closes. It is hidden while a history is replayed,
+    // and a message closed in that time must not pass for the last window.
+    application.setQuitOnLastWindowClosed(false);
+    useOwnLibraries(installFolder());
+
+    QPixmap portrait(QStringLiteral(":/images/blank-portrait-300.png"));
+    blankPortrait = &portrait;
+    Dice::seed(static_cast<unsigned int>(std::time(nullptr)));
+    installTranslation(translator);
+    setDefaultTerms();
+
+    MainWindow window;
+    findDataFolder();
+    window.show();
+    const int result = application.exec();
+
+    window.shutDown();
+    MemoryTracker::clear();
+    logFile.close();
+    return result;
 }

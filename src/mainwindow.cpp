@@ -28,6 +28,7 @@
 #include "preparedencounter.h"
 #include "rosterevents.h"
 #include "smallwidgets.h"
+#include "switchboard.h"
 #include "version.h"
 #include "vitalityevents.h"
 #include "windows.h"
@@ -82,8 +83,7 @@ void applyMarks(const PreparedEncounter &encounter, const CreatureList &added, b
 
 } // namespace
 
-MainWindow::MainWindow(QWidget *parent)
-    : QMainWindow(parent), m_listModel(new CreatureListModel), m_refreshTimer(new QTimer(this))
+MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), m_refreshTimer(new QTimer(this))
 {
     theMainWindow = this;
     setWindows(this);
@@ -127,6 +127,9 @@ void MainWindow::shutDown()
     activeAppWindow = this;
     m_refreshTimer->stop();
     theEncounter->reset();
+    // The focus still moves while the widgets go.
+    disconnect(qApp, nullptr, this, nullptr);
+    disconnect(switchBoard(), nullptr, this, nullptr);
     setWindows(nullptr);
     m_core.reset();
 }

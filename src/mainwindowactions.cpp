@@ -17,7 +17,6 @@
 #include "creature.h"
 #include "creaturelistmodel.h"
 #include "creaturetableview.h"
-#include "encounter.h"
 #include "eventlistmodel.h"
 #include "mainwindow.h"
 #include "smallwidgets.h"
@@ -53,11 +52,16 @@ void MainWindow::createCentre()
 {
     m_table = new CreatureTableView(this);
     m_table->setObjectName(QStringLiteral("initiativeList"));
+    m_listModel = new CreatureListModel;
     m_listModel->attachTo(m_table);
 
     m_dialogTitle = label(QString());
     m_dialogTitle->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    QFont titleFont = m_dialogTitle->font();
+    titleFont.setBold(true);
+    m_dialogTitle->setFont(titleFont);
     m_dialogArea = new ResizableScrollArea;
+    m_dialogArea->setFrameShape(QFrame::NoFrame);
     auto *dialogPage = new QFrame;
     auto *layout = new QVBoxLayout(dialogPage);
     layout->setContentsMargins(8, 8, 8, 8);
@@ -280,8 +284,6 @@ void MainWindow::connectSignals()
     connect(m_hpBox, &QSpinBox::valueChanged, this, &MainWindow::onHPValueChanged);
     connect(this, &MainWindow::doCreatureEffectsChanged, switchBoard(),
             &SwitchBoard::doCreatureEffectsChanged);
-    connect(theEncounter, &Encounter::doCurrentCreatureChanged, m_listModel,
-            &CreatureListModel::onCurrentCreatureChanged);
     // A jump within the history tells nothing else when it has ended.
     connect(switchBoard(), &SwitchBoard::doEnableWidgetDisplay, this, &MainWindow::updateActions);
     connect(m_refreshTimer, &QTimer::timeout, switchBoard(), &SwitchBoard::doRefreshTimer);

@@ -1,0 +1,384 @@
+// links: morvane_ui
+// How the data folder is found, copied, chosen and loaded.
+#include <QDir>
+#include <QFileDialog>
+
+#include "fightfixture.h"
+#include "global.h"
+#include "messagelog.h"
+#include "paths.h"
+#include "testhome.h"
+
+namespace {
+
+const QStringList AllFolders {"Characters", "Monsters", "Portraits", "Encounters"};
+
+void makeFolders(const QString &path, const QStringList &names)
+{
+    for (const QString &name : names)
+        QVERIFY(QDir().mkpath(path + u'/' + name));
+}
+
+void writeFile(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(bytes), bytes.size());
+}
+
+QByteArray fileBytes(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QString dataFolderIn(QStandardPaths::StandardLocation place)
+{
+    return QStandardPaths::writableLocation(place) + QStringLiteral("/Morvane Data");
+}
+
+// One of each kind, so that no loader has to ask.
+void addLibrary(const TestDataFolder &folder)
+{
+    folder.addCharacter(QStringLiteral("Aria"));
+    folder.addMonster(QStringLiteral("Rat"));
+    folder.write(QStringLiteral("Encounters/den.txt"),
+                 QStringLiteral("name=Den\ndescription=\nRat=A\n"));
+}
+
+// The program's own folder, where the demo data of a first start lies.
+QString demoFolder()
+{
+    return installFolder() + QStringLiteral("/demo-data");
+}
+
+std::function<bool()> inFileDialog(const QString &folder)
+{
+    return [folder] {
+        auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+        if (!dialog)
+            return false;
+        if (folder.isEmpty()) {
+            dialog->reject();
+        } else {
+            dialog->selectFile(folder);
+            static_cast<QDialog *>(dialog)->accept();
+        }
+        return true;
+    };
+}
+
+} // namespace
+
+class DataFolderTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void kindsOfFolders_data();
+    void kindsOfFolders();
+    void treeIsCopiedOnce();
+    void brokenTreesAreRefused();
+    void storedFolderComesFirst();
+    void placesAreSearchedInOrder();
+    void firstStartCopiesTheDemoData();
+    void titleNamesTheFolder();
+    void cancelledChoiceLeavesTheOldFolder();
+    void refusedFolderLeavesTheOldFolder();
+    void choosingAnotherFolderReplacesTheFight();
+    void unknownEventIsTold();
+    void unsavedWork_data();
+    void unsavedWork();
+    void messagesReachAnOpenLogOnly();
+
+private:
+    void loadOld();
+    void checkOld() const;
+
+    std::unique_ptr<MainWindow> m_window;
+    std::unique_ptr<TestDataFolder> m_old;
+};
+
+void DataFolderTest::init()
+{
+    failOnWarnings();
+    QSettings().clear();
+    m_window = std::make_unique<MainWindow>();
+}
+
+void DataFolderTest::cleanup()
+{
+    m_window.reset();
+    m_old.reset();
+    dataRoot = displayRoot = QString();
+    for (const auto place : {QStandardPaths::DocumentsLocation,
+                             QStandardPaths::AppLocalDataLocation, QStandardPaths::HomeLocation})
+        QDir(dataFolderIn(place)).removeRecursively();
+}
+
+// A folder with a fight of one character.
+void DataFolderTest::loadOld()
+{
+    m_old = std::make_unique<TestDataFolder>();
+    addLibrary(*m_old);
+    QString path = m_old->path();
+    QString display = path;
+    QVERIFY(setDataFolder(path, display));
+    appendEvent<SetPartyEvent>(CreatureList(theCharacters->all()), false, QList<CreatureItem>());
+}
+
+void DataFolderTest::checkOld() const
+{
+    QCOMPARE(dataRoot, m_old->path());
+    QCOMPARE(theCharacters->count(), 1);
+    QCOMPARE(theMonsters->count(), 1);
+    QCOMPARE(theHistory->eventCount(), 1);
+    QCOMPARE(theEncounter->at(0), theCharacters->at(0));
+}
+
+void DataFolderTest::kindsOfFolders_data()
+{
+    QTest::addColumn<QStringList>("folders");
+    QTest::addColumn<bool>("all");
+    QTest::addColumn<bool>("none");
+    QTest::newRow("empty") << QStringList() << false << true;
+    QTest::newRow("one") << QStringList {"Monsters"} << false << false;
+    QTest::newRow("all") << AllFolders << true << false;
+    QTest::newRow("others") << QStringList {"History"} << false << true;
+}
+
+void DataFolderTest::kindsOfFolders()
+{
+    QFETCH(const QStringList, folders);
+    const QTemporaryDir dir;
+    makeFolders(dir.path(), folders);
+    QTEST(hasAllDataFolders(QDir(dir.path())), "all");
+    QTEST(hasNoDataFolders(QDir(dir.path())), "none");
+}
+
+void DataFolderTest::treeIsCopiedOnce()
+{
+    const QTemporaryDir dir;
+    makeFolders(dir.path(), {QStringLiteral("from/sub/deep"), QStringLiteral("from/.hidden")});
+    writeFile(dir.filePath(QStringLiteral("from/sub/deep/a.txt")), "a");
+    writeFile(dir.filePath(QStringLiteral("from/b.txt")), "b");
+    writeFile(dir.filePath(QStringLiteral("from/.c.txt")), "c");
+    QFile::setPermissions(dir.filePath(QStringLiteral("from/b.txt")), QFile::ReadOwner);
+    makeFolders(dir.path(), {QStringLiteral("to/copy/sub/deep")});
+    writeFile(dir.filePath(QStringLiteral("to/copy/sub/deep/a.txt")), "mine");
+
+    QVERIFY(copyFolderTree(dir.filePath(QStringLiteral("from")), dir.filePath(QStringLiteral("to")),
+                           QStringLiteral("copy")));
+    QCOMPARE(fileBytes(dir.filePath(QStringLiteral("to/copy/sub/deep/a.txt"))), QByteArray("mine"));
+    QCOMPARE(fileBytes(dir.filePath(QStringLiteral("to/copy/b.txt"))), QByteArray("b"));
+    QVERIFY(QFile::permissions(dir.filePath(QStringLiteral("to/copy/b.txt"))) & QFile::WriteOwner);
+    QVERIFY(!QFile::exists(dir.filePath(QStringLiteral("to/copy/.c.txt"))));
+    QVERIFY(!QFile::exists(dir.filePath(QStringLiteral("to/copy/.hidden"))));
+}
+
+void DataFolderTest::brokenTreesAreRefused()
+{
+    const QTemporaryDir dir;
+    QVERIFY(!copyFolderTree(dir.filePath(QStringLiteral("nowhere")), dir.path(),
+                            QStringLiteral("copy")));
+    QVERIFY(!QFile::exists(dir.filePath(QStringLiteral("copy"))));
+    // A file stands where the folder should come.
+    makeFolders(dir.path(), {QStringLiteral("from")});
+    writeFile(dir.filePath(QStringLiteral("from/a.txt")), "a");
+    writeFile(dir.filePath(QStringLiteral("copy")), "file");
+    QVERIFY(
+        !copyFolderTree(dir.filePath(QStringLiteral("from")), dir.path(), QStringLiteral("copy")));
+    // A folder that holds itself.
+    QVERIFY(QFile::link(dir.filePath(QStringLiteral("from")),
+                        dir.filePath(QStringLiteral("from/circle"))));
+    QVERIFY(
+        !copyFolderTree(dir.filePath(QStringLiteral("from")), dir.path(), QStringLiteral("other")));
+}
+
+void DataFolderTest::storedFolderComesFirst()
+{
+    makeFolders(dataFolderIn(QStandardPaths::DocumentsLocation), AllFolders);
+    const TestDataFolder stored;
+    addLibrary(stored);
+    QSettings().setValue(QStringLiteral("dataDir/path"), stored.path());
+    findDataFolder();
+    QCOMPARE(dataRoot, stored.path());
+    QCOMPARE(theCharacters->count(), 1);
+    QCOMPARE(QSettings().value(QStringLiteral("dataDir/display")).toString(), stored.path());
+}
+
+void DataFolderTest::placesAreSearchedInOrder()
+{
+    QList<QStandardPaths::StandardLocation> places {QStandardPaths::DocumentsLocation,
+                                                    QStandardPaths::AppLocalDataLocation,
+                                                    QStandardPaths::HomeLocation};
+    // A stored folder with none of the four starts the search.
+    const QTemporaryDir empty;
+    {
+        const TestDataFolder sample;
+        addLibrary(sample);
+        for (const auto place : places)
+            QVERIFY(copyFolderTree(sample.path(), QStandardPaths::writableLocation(place),
+                                   QStringLiteral("Morvane Data")));
+    }
+    while (!places.isEmpty()) {
+        QSettings().setValue(QStringLiteral("dataDir/path"), empty.path());
+        findDataFolder();
+        QCOMPARE(dataRoot, dataFolderIn(places.takeFirst()));
+        // One that lacks a folder doesn't count.
+        QVERIFY(QDir(dataRoot + QStringLiteral("/Portraits")).removeRecursively());
+    }
+}
+
+void DataFolderTest::firstStartCopiesTheDemoData()
+{
+    const bool isOwn = !QFile::exists(demoFolder());
+    if (isOwn) {
+        TestDataFolder demo;
+        addLibrary(demo);
+        QVERIFY(copyFolderTree(demo.path(), installFolder(), QStringLiteral("demo-data")));
+    }
+    dataRoot = QString();
+    findDataFolder();
+    if (isOwn)
+        QDir(demoFolder()).removeRecursively();
+    QCOMPARE(dataRoot, dataFolderIn(QStandardPaths::DocumentsLocation));
+    QVERIFY(theCharacters->count() > 0);
+    QVERIFY(hasAllDataFolders(QDir(dataRoot)));
+    QCOMPARE(m_window->windowTitle(), QStringLiteral("Morvane DM's Display"));
+}
+
+void DataFolderTest::titleNamesTheFolder()
+{
+    const TestDataFolder folder;
+    addLibrary(folder);
+    QString path = folder.path();
+    QString display = path;
+    QVERIFY(setDataFolder(path, display));
+    QCOMPARE(m_window->windowTitle(), QStringLiteral("Morvane - ") + QDir(folder.path()).dirName());
+}
+
+void DataFolderTest::cancelledChoiceLeavesTheOldFolder()
+{
+    loadOld();
+    Answer answer(inFileDialog(QString()));
+    m_window->onSetRoot();
+    QVERIFY(answer.wasAnswered);
+    checkOld();
+}
+
+// A folder without the sub-folders is asked about, and the file dialog comes again.
+void DataFolderTest::refusedFolderLeavesTheOldFolder()
+{
+    loadOld();
+    const QTemporaryDir bare;
+    makeFolders(bare.path(), {QStringLiteral("Characters")});
+    Answer choice(inFileDialog(bare.path()));
+    Answer refusal(inMessage(QStringLiteral("Select Folder...")));
+    std::unique_ptr<Answer> again;
+    connect(qApp, &QApplication::focusChanged, &choice, [&] {
+        if (refusal.wasAnswered && !again)
+            again = std::make_unique<Answer>(inFileDialog(QString()));
+    });
+    m_window->show();
+    m_window->onSetRoot();
+    QVERIFY(choice.wasAnswered && refusal.wasAnswered && again && again->wasAnswered);
+    checkOld();
+    QVERIFY(m_window->isEnabled());
+}
+
+void DataFolderTest::choosingAnotherFolderReplacesTheFight()
+{
+    loadOld();
+    m_window->show();
+    m_window->findChild<QTableView *>(QStringLiteral("initiativeList"))->selectRow(0);
+    const TestDataFolder other;
+    addLibrary(other);
+    other.addCharacter(QStringLiteral("Cora"));
+    Answer answer(inFileDialog(other.path()));
+    m_window->onSetRoot();
+    QVERIFY(answer.wasAnswered);
+    QCOMPARE(QDir(dataRoot), QDir(other.path()));
+    QCOMPARE(displayRoot, dataRoot);
+    QCOMPARE(theCharacters->count(), 2);
+    QCOMPARE(theEncounter->count(), 0);
+    QCOMPARE(theHistory->eventCount(), 0);
+    QVERIFY(m_window->selectedCreatures().isEmpty());
+    // The fight in the old folder waits there.
+    QString path = m_old->path();
+    QString display = path;
+    QVERIFY(setDataFolder(path, display));
+    QCOMPARE(theHistory->eventCount(), 1);
+    QCOMPARE(theEncounter->count(), 1);
+}
+
+void DataFolderTest::unknownEventIsTold()
+{
+    loadOld();
+    QString path = m_old->path();
+    QString display = path;
+    theHistory->clear();
+    // The type of the one event is the field behind the header.
+    QFile log(m_old->file(QStringLiteral("history.log")));
+    QVERIFY(log.open(QIODevice::ReadWrite));
+    QByteArray bytes = log.readAll();
+    const QByteArray type("\x1e\0\0\0", 4);
+    QVERIFY(bytes.indexOf(type) > 0);
+    bytes[bytes.indexOf(type)] = 99;
+    log.seek(0);
+    log.write(bytes);
+    log.close();
+    QString shown;
+    Answer answer(inMessage(QStringLiteral("OK"), &shown));
+    QVERIFY(setDataFolder(path, display));
+    QVERIFY(answer.wasAnswered);
+    QVERIFY2(shown.startsWith(QStringLiteral("Unknown Event|Your history log contains an unknown "
+                                             "event. ")),
+             qPrintable(shown));
+    QCOMPARE(theHistory->eventCount(), 0);
+    QCOMPARE(QSettings().value(QStringLiteral("dataDir/path")).toString(), m_old->path());
+}
+
+void DataFolderTest::unsavedWork_data()
+{
+    QTest::addColumn<QList<int>>("counts");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("one") << QList<int> {0, 1, 0} << QStringLiteral("<b>Rat</b> was");
+    QTest::newRow("several") << QList<int> {2, 0, 0} << QStringLiteral("2 Characters were");
+    QTest::newRow("two kinds") << QList<int> {0, 1, 3}
+                               << QStringLiteral("<b>Rat</b> and 3 Encounters were");
+    QTest::newRow("three kinds") << QList<int> {1, 4, 1}
+                                 << QStringLiteral("<b>Aria</b>, 4 Monsters and <b>Den</b> were");
+}
+
+void DataFolderTest::unsavedWork()
+{
+    QFETCH(const QList<int>, counts);
+    QFETCH(const QString, text);
+    const QList<UnsavedItems> kinds {
+        {counts.at(0), QStringLiteral("Aria"), QStringLiteral("%1 Characters")},
+        {counts.at(1), QStringLiteral("Rat"), QStringLiteral("%1 Monsters")},
+        {counts.at(2), QStringLiteral("Den"), QStringLiteral("%1 Encounters")}};
+    QCOMPARE(unsavedWorkText(kinds, QStringLiteral("Why?")),
+             text + QStringLiteral(" not saved.<p>Why?"));
+}
+
+void DataFolderTest::messagesReachAnOpenLogOnly()
+{
+    const QString path = QDir::homePath() + QStringLiteral("/morvane.log");
+    logMessageHandler(QtWarningMsg, QMessageLogContext(), QStringLiteral("lost"));
+    QVERIFY(!QFile::exists(path));
+    logFile.setFileName(QDir::homePath() + QStringLiteral("/other.log"));
+    QVERIFY(logFile.open(QIODevice::WriteOnly));
+    logMessageHandler(QtDebugMsg, QMessageLogContext(), QStringLiteral("one"));
+    logMessageHandler(QtWarningMsg, QMessageLogContext(), QStringLiteral("two"));
+    logMessageHandler(QtInfoMsg, QMessageLogContext(), QStringLiteral("three"));
+    logMessageHandler(QtCriticalMsg, QMessageLogContext(), QStringLiteral("four"));
+    logFile.close();
+    QCOMPARE(fileBytes(path), QByteArray("one\nWarning: two\nCritical: four\n"));
+}
+
+MORVANE_TEST_MAIN(QApplication, DataFolderTest)
+#include "tst_datafolder.moc"

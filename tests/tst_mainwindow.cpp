@@ -1,0 +1,490 @@
+// links: morvane_ui
+// The DM's Display as a user works it: keys, clicks, menus and dialogs.
+#include <QDockWidget>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QSet>
+#include <QStackedWidget>
+#include <QStatusBar>
+#include <QToolBar>
+
+#include "fightfixture.h"
+#include "testhome.h"
+#include "vitalityevents.h"
+
+class MainWindowTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup() { m_fight.reset(); }
+
+    void menusAndToolBarsHoldLiveActionsOnly();
+    void actionsFollowTheEncounter();
+    void damageByKeysAndClicks();
+    void healingEmptiesTheBox();
+    void temporaryHitPointsKeepTheFocusInTheBox();
+    void surgeIsSpentWithTheHealing();
+    void surgeNeedsOneValueForAll();
+    void returnDealsNoSurge();
+    void shortcutsReachTheActionsFromTheBox_data();
+    void shortcutsReachTheActionsFromTheBox();
+    void hidingFlipsEachCreature();
+    void initiativeWrapsWithTheSelection();
+    void dialogTakesTheListsPlace();
+    void keysEndTheDialog_data();
+    void keysEndTheDialog();
+    void partyAndEncounterArePicked();
+    void addedMonsterGetsItsAlias();
+    void clickInTheHistoryJumps();
+    void clearingAsksFirst();
+    void truncatingAsksFirst();
+    void statusBarTellsRoundAndEncounter();
+    void closingOffersToSave();
+    void closingEndsTheDialog();
+    void layoutIsRemembered();
+
+private:
+    void start() { m_fight->start({30, 20, 10}); }
+    void type(const QString &number);
+    bool isEnabled(const char *name) const { return m_fight->action(name)->isEnabled(); }
+    QWidget *focus() const { return QApplication::focusWidget(); }
+    QStackedWidget *pages() const { return m_fight->window().findChild<QStackedWidget *>(); }
+    QTableView *historyList() const
+    {
+        return m_fight->window().findChild<QTableView *>(QStringLiteral("historyList"));
+    }
+
+    std::unique_ptr<FightFixture> m_fight;
+};
+
+void MainWindowTest::init()
+{
+    failOnWarnings();
+    m_fight = std::make_unique<FightFixture>();
+    m_fight->folder.addCharacter(QStringLiteral("Aria"), 40);
+    m_fight->folder.addCharacter(QStringLiteral("Bram"), 24);
+    m_fight->folder.addMonster(QStringLiteral("Rat"));
+    m_fight->folder.write(QStringLiteral("Encounters/den.txt"),
+                          QStringLiteral("name=Den\ndescription=\nRat=A\n"));
+    m_fight->open();
+    m_fight->setParty();
+    m_fight->addMonster(QStringLiteral("Rat"), QStringLiteral("A"));
+}
+
+void MainWindowTest::type(const QString &number)
+{
+    m_fight->window().focusHPBox();
+    QTest::keyClicks(m_fight->hpBox(), number);
+}
+
+void MainWindowTest::menusAndToolBarsHoldLiveActionsOnly()
+{
+    QSet<QString> keys;
+    QSet<QAction *> seen;
+    const auto check = [&](QAction *action) {
+        if (action->isSeparator() || action->menu() || seen.contains(action))
+            return;
+        seen.insert(action);
+        QVERIFY2(!action->text().isEmpty(), qPrintable(action->objectName()));
+        for (const QKeySequence &sequence : action->shortcuts()) {
+            QVERIFY2(!keys.contains(sequence.toString()), qPrintable(sequence.toString()));
+            keys.insert(sequence.toString());
+        }
+    };
+    QStringList titles;
+    const QList<QAction *> menus = m_fight->window().menuBar()->actions();
+    for (const QAction *menu : menus) {
+        if (menu->isSeparator())
+            continue;
+        titles << menu->text().remove(u'&');
+        const QList<QAction *> actions = menu->menu()->actions();
+        std::for_each(actions.begin(), actions.end(), check);
+    }
+    QCOMPARE(titles,
+             QStringList({"File", "History", "Encounter", "Health", "Rest", "Window", "Help"}));
+    const qsizetype inMenus = seen.size();
+    for (const char *name : {"trackerToolBar", "actionToolBar", "windowToolBar"}) {
+        const auto *bar = m_fight->window().findChild<QToolBar *>(QLatin1String(name));
+        for (QAction *action : bar->actions()) {
+            const bool holdsWidget = bar->widgetForAction(action) == m_fight->hpBox();
+            if (holdsWidget || action->isSeparator())
+                continue;
+            check(action);
+            QVERIFY2(!action->icon().isNull(), qPrintable(action->objectName()));
+        }
+    }
+    QCOMPARE(seen.size(), inMenus); // everything in a tool bar stands in a menu too
+    for (const char *key :
+         {"Ctrl+Y", "Ctrl+O", "Ctrl+M", "Ctrl+Z", "Ctrl+Shift+Z", "Ctrl+S", "Ctrl+N", "Ctrl+H",
+          "Ctrl+R", "Ctrl+U", "Ctrl+W", "Ctrl+X", "Ctrl+Q", "Ctrl+T", "Ctrl+L", "Ctrl+G", "Ctrl+P"})
+        QVERIFY2(keys.contains(QLatin1String(key)), key);
+}
+
+void MainWindowTest::actionsFollowTheEncounter()
+{
+    QVERIFY(isEnabled("startStop") && isEnabled("extendedRest"));
+    QVERIFY(!isEnabled("nextTurn") && !isEnabled("stepForward") && !isEnabled("truncateHistory"));
+    QVERIFY(!isEnabled("remove") && !isEnabled("showHide") && !isEnabled("hit"));
+    QCOMPARE(m_fight->action("startStop")->toolTip(), QStringLiteral("Start Encounter"));
+
+    start();
+    QCOMPARE(m_fight->action("startStop")->text(), QStringLiteral("Stop Encounter"));
+    QVERIFY(isEnabled("nextTurn") && !isEnabled("extendedRest") && !isEnabled("upInitiative"));
+    m_fight->click(0);
+    QVERIFY(isEnabled("upInitiative") && isEnabled("remove") && !isEnabled("hit"));
+    m_fight->hpBox()->setValue(3);
+    QVERIFY(isEnabled("hit") && isEnabled("heal") && isEnabled("setTempHP"));
+
+    while (theHistory->canStepBack())
+        m_fight->action("stepBack")->trigger();
+    QVERIFY(!isEnabled("startStop") && !isEnabled("stepBack") && isEnabled("stepForward"));
+    QCOMPARE(m_fight->action("startStop")->toolTip(),
+             QStringLiteral("Select a Party to Start Encounter"));
+}
+
+void MainWindowTest::damageByKeysAndClicks()
+{
+    start();
+    m_fight->click(2);
+    type(QStringLiteral("12"));
+    QVERIFY(isEnabled("hit"));
+    QTest::keyClick(m_fight->hpBox(), Qt::Key_Return);
+    const Creature *rat = theEncounter->at(2);
+    QCOMPARE(rat->currHP(), 8);
+    QCOMPARE(rat->state().lastHitBy, QStringLiteral("Aria"));
+    QCOMPARE(m_fight->hpBox()->value(), 12);
+    QCOMPARE(focus(), static_cast<QWidget *>(m_fight->table()));
+    // The same again for the next target.
+    m_fight->click(0);
+    m_fight->action("hit")->trigger();
+    QCOMPARE(theEncounter->at(0)->currHP(), 28);
+    // Without a target nothing is logged.
+    const int before = theHistory->eventCount();
+    QTest::keyClick(m_fight->table(), Qt::Key_Escape);
+    QVERIFY(m_fight->window().selectedRows().isEmpty());
+    m_fight->window().focusHPBox();
+    QTest::keyClick(m_fight->hpBox(), Qt::Key_Return);
+    QCOMPARE(theHistory->eventCount(), before);
+}
+
+void MainWindowTest::healingEmptiesTheBox()
+{
+    m_fight->click(0);
+    type(QStringLiteral("9"));
+    m_fight->action("hit")->trigger();
+    type(QStringLiteral("5"));
+    m_fight->action("heal")->trigger();
+    QCOMPARE(theEncounter->at(0)->currHP(), 36);
+    QCOMPARE(theEncounter->at(0)->currHS(), 8);
+    QCOMPARE(m_fight->hpBox()->value(), 0);
+    QCOMPARE(focus(), static_cast<QWidget *>(m_fight->table()));
+}
+
+void MainWindowTest::temporaryHitPointsKeepTheFocusInTheBox()
+{
+    m_fight->click(0);
+    type(QStringLiteral("7"));
+    m_fight->action("setTempHP")->trigger();
+    QCOMPARE(theEncounter->at(0)->state().tempHP, 7);
+    QCOMPARE(m_fight->hpBox()->value(), 0);
+    QVERIFY(m_fight->hpBox()->hasFocus());
+}
+
+void MainWindowTest::surgeIsSpentWithTheHealing()
+{
+    m_fight->click(0);
+    type(QStringLiteral("30"));
+    m_fight->action("hit")->trigger();
+    m_fight->action("surge")->trigger();
+    QCOMPARE(m_fight->hpBox()->value(), 10);
+    QVERIFY(isEnabled("heal") && !isEnabled("hit"));
+    type(QStringLiteral("13"));
+    m_fight->action("heal")->trigger();
+    QCOMPARE(theEncounter->at(0)->currHP(), 23);
+    QCOMPARE(theEncounter->at(0)->currHS(), 7);
+    // Pressed twice it takes its value back.
+    m_fight->action("surge")->trigger();
+    m_fight->action("surge")->trigger();
+    QCOMPARE(m_fight->hpBox()->value(), 0);
+    type(QStringLiteral("2"));
+    QVERIFY(isEnabled("hit"));
+}
+
+void MainWindowTest::surgeNeedsOneValueForAll()
+{
+    m_fight->click(0);
+    QVERIFY(isEnabled("surge"));
+    m_fight->click(1, Qt::ControlModifier);
+    QCOMPARE(m_fight->window().selectedCount(), 2);
+    QVERIFY(!isEnabled("surge"));
+}
+
+void MainWindowTest::returnDealsNoSurge()
+{
+    m_fight->click(0);
+    m_fight->action("surge")->trigger();
+    const int before = theHistory->eventCount();
+    QTest::keyClick(m_fight->hpBox(), Qt::Key_Return);
+    QCOMPARE(theHistory->eventCount(), before);
+    QVERIFY(!isEnabled("hit"));
+}
+
+void MainWindowTest::shortcutsReachTheActionsFromTheBox_data()
+{
+    QTest::addColumn<QKeySequence>("keys");
+    QTest::addColumn<int>("steps");
+    QTest::newRow("step back") << QKeySequence(QStringLiteral("Ctrl+Z")) << -1;
+    QTest::newRow("step forward") << QKeySequence(QStringLiteral("Ctrl+Shift+Z")) << 1;
+    QTest::newRow("extended rest") << QKeySequence(QStringLiteral("Ctrl+X")) << 1;
+}
+
+void MainWindowTest::shortcutsReachTheActionsFromTheBox()
+{
+    QFETCH(const QKeySequence, keys);
+    QFETCH(const int, steps);
+    m_fight->click(0);
+    type(QStringLiteral("4"));
+    m_fight->action("hit")->trigger();
+    if (keys == QKeySequence(QStringLiteral("Ctrl+Shift+Z")))
+        m_fight->action("stepBack")->trigger();
+    type(QStringLiteral("15"));
+    const int before = theHistory->position();
+    QTest::keySequence(m_fight->hpBox(), keys);
+    QCOMPARE(theHistory->position(), before + steps);
+    QCOMPARE(m_fight->hpBox()->value(), 15);
+}
+
+void MainWindowTest::hidingFlipsEachCreature()
+{
+    m_fight->click(1);
+    m_fight->action("showHide")->trigger();
+    QVERIFY(theEncounter->at(1)->isHidden());
+    QCOMPARE(m_fight->action("showHide")->text(), QStringLiteral("Show Creatures"));
+    m_fight->click(0, Qt::ControlModifier);
+    QCOMPARE(m_fight->action("showHide")->text(), QStringLiteral("Hide Creatures"));
+    m_fight->action("showHide")->trigger();
+    QVERIFY(theEncounter->at(0)->isHidden());
+    QVERIFY(!theEncounter->at(1)->isHidden());
+}
+
+void MainWindowTest::initiativeWrapsWithTheSelection()
+{
+    start();
+    m_fight->click(0);
+    const Creature *first = theEncounter->at(0);
+    m_fight->action("upInitiative")->trigger();
+    QCOMPARE(theEncounter->indexOf(first), 2);
+    QCOMPARE(m_fight->window().selectedRows(), QList<int> {2});
+    m_fight->action("downInitiative")->trigger();
+    QCOMPARE(m_fight->window().selectedRows(), QList<int> {0});
+}
+
+void MainWindowTest::dialogTakesTheListsPlace()
+{
+    m_fight->click(0);
+    m_fight->hpBox()->setValue(5);
+    Answer answer(inFlatDialog<FlatDialog>([this](FlatDialog &dialog) {
+        QCOMPARE(pages()->currentIndex(), 1);
+        QVERIFY(!m_fight->hpBox()->isEnabled());
+        const QList<QAction *> actions =
+            m_fight->window().findChildren<QAction *>(QString(), Qt::FindDirectChildrenOnly);
+        QStringList enabled;
+        for (const QAction *action : actions) {
+            if (action->isEnabled() && !action->objectName().isEmpty())
+                enabled << action->objectName();
+        }
+        QCOMPARE(enabled, QStringList({"dmsWindow", "quit", "about"}));
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+    }));
+    m_fight->action("addMonster")->trigger();
+    QVERIFY(answer.wasAnswered);
+    QCOMPARE(pages()->currentIndex(), 0);
+    QVERIFY(m_fight->hpBox()->isEnabled() && isEnabled("hit") && isEnabled("setRoot"));
+    QCOMPARE(focus(), static_cast<QWidget *>(m_fight->table()));
+}
+
+void MainWindowTest::keysEndTheDialog_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+    QTest::addColumn<bool>("starts");
+    QTest::newRow("Return") << Qt::Key_Return << true;
+    QTest::newRow("Enter") << Qt::Key_Enter << true;
+    QTest::newRow("Escape") << Qt::Key_Escape << false;
+}
+
+// The keys reach the dialog also when something else in the window has the focus.
+void MainWindowTest::keysEndTheDialog()
+{
+    QFETCH(const Qt::Key, key);
+    QFETCH(const bool, starts);
+    Answer answer(
+        inFlatDialog<FlatDialog>([&](FlatDialog &) { QTest::keyClick(&m_fight->window(), key); }));
+    m_fight->action("startStop")->trigger();
+    QVERIFY(answer.wasAnswered);
+    QCOMPARE(theEncounter->isRunning(), starts);
+}
+
+void MainWindowTest::partyAndEncounterArePicked()
+{
+    m_fight->window().removeCreatures(theEncounter->creatures().list());
+    {
+        Answer pick(inFlatDialog<FlatDialog>([](FlatDialog &dialog) {
+            buttonWithText(dialog, QStringLiteral("Select All"))->click();
+        }));
+        QTest::keySequence(m_fight->table(), QKeySequence(QStringLiteral("Ctrl+Y")));
+        QVERIFY(pick.wasAnswered);
+    }
+    QCOMPARE(FightFixture::order(), QStringList({"Aria", "Bram"}));
+    Answer pick(inFlatDialog<FlatDialog>([](FlatDialog &dialog) {
+        dialog.findChild<QTableView *>()->selectRow(0);
+        buttonWithText(dialog, QStringLiteral("Replace"))->click();
+    }));
+    QTest::keySequence(m_fight->table(), QKeySequence(QStringLiteral("Ctrl+O")));
+    QVERIFY(pick.wasAnswered);
+    QCOMPARE(FightFixture::order(), QStringList({"Aria", "Bram", "Rat (A)"}));
+    QCOMPARE(m_fight->text("encounterLabel"), QStringLiteral("<b> Encounter</b> Den"));
+}
+
+void MainWindowTest::addedMonsterGetsItsAlias()
+{
+    const int before = theHistory->eventCount();
+    Answer pick(inFlatDialog<FlatDialog>([](FlatDialog &dialog) {
+        dialog.findChild<QTableView *>()->selectRow(0);
+        const QList<QLineEdit *> edits = dialog.findChildren<QLineEdit *>();
+        for (QLineEdit *edit : edits) {
+            if (edit->placeholderText() == QStringLiteral("Enter monster ID"))
+                edit->setText(QStringLiteral("B"));
+            else if (edit->placeholderText().startsWith(QStringLiteral("Enter an Alias")))
+                edit->setText(QStringLiteral("Gnawer"));
+        }
+        buttonWithText(dialog, QStringLiteral("Add Hidden"))->click();
+    }));
+    m_fight->action("addMonster")->trigger();
+    QVERIFY(pick.wasAnswered);
+    QCOMPARE(FightFixture::eventClasses(before), QStringList({"AddMonster", "SetAlias"}));
+    const Creature *monster = theEncounter->at(3);
+    QCOMPARE(monster->alias(), QStringLiteral("Gnawer"));
+    QVERIFY(monster->aliasMode() != 0 && monster->isHidden());
+}
+
+void MainWindowTest::clickInTheHistoryJumps()
+{
+    start();
+    const int last = theHistory->position();
+    QTableView *list = historyList();
+    QTRY_COMPARE(list->model()->rowCount(), last + 1);
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                      list->visualRect(list->model()->index(0, 0)).center());
+    QCOMPARE(theHistory->position(), 0);
+    QVERIFY(!theEncounter->isRunning());
+    QVERIFY(isEnabled("stepForward") && isEnabled("truncateHistory") && !isEnabled("nextTurn"));
+}
+
+void MainWindowTest::clearingAsksFirst()
+{
+    start();
+    QString shown;
+    {
+        Answer answer(inMessage(QStringLiteral("Cancel"), &shown));
+        m_fight->action("newHistory")->trigger();
+        QVERIFY(answer.wasAnswered);
+    }
+    QCOMPARE(shown,
+             QStringLiteral("Encounter Running|An encounter is still running. When you "
+                            "clear the history log, the encounter state will be "
+                            "lost.<p>A backup of the history.log will be made in the "
+                            "'Morvane Data/History' folder."));
+    QVERIFY(theEncounter->isRunning());
+
+    m_fight->click(0);
+    Answer answer(inMessage(QStringLiteral("Clear History")));
+    m_fight->action("newHistory")->trigger();
+    QVERIFY(answer.wasAnswered);
+    QCOMPARE(theHistory->eventCount(), 0);
+    QCOMPARE(theEncounter->count(), 0);
+    QVERIFY(m_fight->window().selectedCreatures().isEmpty());
+    QVERIFY(!isEnabled("newHistory") && !isEnabled("startStop") && !isEnabled("remove"));
+    QVERIFY(!QFile::exists(m_fight->folder.file(QStringLiteral("history.log"))));
+    QCOMPARE(QDir(m_fight->folder.file(QStringLiteral("History"))).entryList(QDir::Files).size(),
+             1);
+}
+
+void MainWindowTest::truncatingAsksFirst()
+{
+    m_fight->action("stepBack")->trigger();
+    {
+        Answer answer(inMessage(QStringLiteral("Cancel")));
+        m_fight->action("truncateHistory")->trigger();
+        QVERIFY(answer.wasAnswered);
+    }
+    QCOMPARE(theHistory->eventCount(), 2);
+    Answer answer(inMessage(QStringLiteral("Truncate")));
+    m_fight->action("truncateHistory")->trigger();
+    QVERIFY(answer.wasAnswered);
+    QCOMPARE(theHistory->eventCount(), 1);
+    QVERIFY(!isEnabled("truncateHistory"));
+}
+
+void MainWindowTest::statusBarTellsRoundAndEncounter()
+{
+    QCOMPARE(m_fight->text("roundLabel"), QString());
+    start();
+    QCOMPARE(m_fight->text("roundLabel"), QStringLiteral("<b>Round</b> 1"));
+    const auto *behind = m_fight->window().findChild<QLabel *>(QStringLiteral("logBehindLabel"));
+    QVERIFY(!behind->isVisible());
+    m_fight->window().setLogBehind(true);
+    QVERIFY(behind->isVisible());
+    m_fight->window().setLogBehind(false);
+    QVERIFY(!behind->isVisible());
+}
+
+void MainWindowTest::closingOffersToSave()
+{
+    Creature *aria = theCharacters->at(0);
+    const QString text = aria->statBlock();
+    aria->setStatBlock(QString(text).replace(QStringLiteral("level=1"), QStringLiteral("level=2")));
+    aria->setModified(true);
+    QString shown;
+    {
+        Answer answer(inMessage(QStringLiteral("Cancel"), &shown));
+        QVERIFY(!m_fight->window().close());
+        QVERIFY(answer.wasAnswered);
+    }
+    QCOMPARE(shown,
+             QStringLiteral("Not All Work Saved|<b>Aria</b> was not saved.<p>Do you want "
+                            "to save all changes and then quit the application?"));
+    QVERIFY(m_fight->window().isVisible());
+    Answer answer(inMessage(QStringLiteral("Save Changes and Quit")));
+    QVERIFY(m_fight->window().close());
+    QVERIFY(answer.wasAnswered);
+    QVERIFY(!aria->isModified());
+    QVERIFY(m_fight->folder.read(QStringLiteral("Characters/aria.txt")).contains("level=2"));
+}
+
+void MainWindowTest::closingEndsTheDialog()
+{
+    Answer answer(
+        inFlatDialog<FlatDialog>([this](FlatDialog &) { QVERIFY(m_fight->window().close()); }));
+    m_fight->action("startStop")->trigger();
+    QVERIFY(answer.wasAnswered);
+    QVERIFY(!m_fight->window().activeDialog());
+    QVERIFY(!theEncounter->isRunning());
+}
+
+void MainWindowTest::layoutIsRemembered()
+{
+    const auto dock = [this] {
+        return m_fight->window().findChild<QDockWidget *>(QStringLiteral("historyWidget"));
+    };
+    QVERIFY(dock()->isVisible());
+    dock()->toggleViewAction()->trigger();
+    QVERIFY(!dock()->isVisible());
+    m_fight->close();
+    QVERIFY(!theMainWindow && !theEncounter && !theHistory);
+    m_fight->open();
+    QVERIFY(!dock()->isVisible());
+}
+
+MORVANE_TEST_MAIN(QApplication, MainWindowTest)
+#include "tst_mainwindow.moc"
