@@ -31,6 +31,7 @@ QString portraitPath(const QString &name, const QString &root)
     // A data folder moves between systems, so the slashes of any system are understood.
     QString native = name;
     native.replace(u'\\', u'/');
+    native.remove(QChar(0)); // no file has one in its name, and the toolkit warns of it
     return pathBelow(root, QStringLiteral("Portraits"), QDir::toNativeSeparators(native));
 }
 
