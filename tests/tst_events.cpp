@@ -1,6 +1,5 @@
 // What each event says in the history, who sees it, and what it does in the cases that are easily
 // got wrong.
-#include <QBuffer>
 #include <QGuiApplication>
 #include <functional>
 
@@ -112,7 +111,7 @@ void TestEvents::readsAndIsSeen_data()
     const auto named = [](const char *name) {
         return TestFight::creature(QString::fromUtf8(name));
     };
-    const auto row = [](const char *name, int type, const char *text, bool seen, Make make) {
+    const auto row = [](const char *name, int type, const char *text, bool seen, const Make &make) {
         QTest::newRow(name) << make << type << QString::fromUtf8(text) << seen;
     };
     const auto list = [named](std::initializer_list<const char *> names) {

@@ -86,7 +86,7 @@ void TestLogBytes::record_data()
     QTest::addColumn<Make>("make");
     QTest::addColumn<QByteArray>("hex");
     QTest::addColumn<QString>("text");
-    const auto row = [](const char *name, const char *hex, const char *text, Make make) {
+    const auto row = [](const char *name, const char *hex, const char *text, const Make &make) {
         QTest::newRow(name) << make << QByteArray(hex) << QString::fromUtf8(text);
     };
     const auto named = [](const char *name) {
