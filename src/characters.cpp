@@ -35,7 +35,7 @@ std::unique_ptr<Creature> readyCharacter(const CreatureData &data)
 Characters::Characters(QObject *parent)
     : QObject(parent), m_counters(std::make_shared<ChangeCounters>()),
       m_entries(characterKey, m_counters), m_deleted(characterKey, m_counters),
-      m_standIns(characterKey, m_counters)
+      m_standIns(characterKey, std::make_shared<ChangeCounters>())
 {
 }
 
@@ -143,6 +143,8 @@ void Characters::replaceByStandIn(Creature *character, Creature *standIn)
         m_retired.push_back(std::move(replaced));
     }
     if (successor) {
+        // So far its flags were counted among the stand-ins.
+        clearFlags(*successor);
         successor->setName(character->name());
         m_entries.add(std::move(successor));
     }
@@ -160,7 +162,7 @@ void Characters::resetForEncounter()
         creature->syncShadows();
     }
     m_deleted.removeUnless([](const Creature &creature) { return creature.isDeleted(); });
-    m_standIns.clear(m_counters);
+    m_standIns.clear(std::make_shared<ChangeCounters>());
     m_retired.clear();
 }
 
@@ -169,7 +171,7 @@ void Characters::clear()
     m_counters = std::make_shared<ChangeCounters>();
     m_entries.clear(m_counters);
     m_deleted.clear(m_counters);
-    m_standIns.clear(m_counters);
+    m_standIns.clear(std::make_shared<ChangeCounters>());
     m_retired.clear();
 }
 

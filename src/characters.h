@@ -73,6 +73,7 @@ private:
     std::shared_ptr<ChangeCounters> m_counters;
     CreatureLibrary m_entries;
     CreatureLibrary m_deleted;
+    // With counters of their own: they have no file that could be unsaved.
     CreatureLibrary m_standIns;
     std::vector<std::unique_ptr<Creature>> m_retired; // no name finds them any more
     TrackerMember m_tracker {__LINE__, "characters"};

@@ -53,7 +53,7 @@ std::unique_ptr<Creature> fromStarterText(CreatureData data)
 
 Monsters::Monsters(QObject *parent)
     : QObject(parent), m_counters(std::make_shared<ChangeCounters>()),
-      m_templates(templateKey, m_counters), m_clones(keyOfClone, m_counters)
+      m_templates(templateKey, m_counters), m_clones(keyOfClone, std::make_shared<ChangeCounters>())
 {
 }
 
@@ -186,7 +186,7 @@ void Monsters::retireClone(Creature *creature)
 
 void Monsters::resetForEncounter()
 {
-    m_clones.clear(m_counters);
+    m_clones.clear(std::make_shared<ChangeCounters>());
     m_retired.clear();
 }
 
@@ -194,7 +194,7 @@ void Monsters::clear()
 {
     m_counters = std::make_shared<ChangeCounters>();
     m_templates.clear(m_counters);
-    m_clones.clear(m_counters);
+    m_clones.clear(std::make_shared<ChangeCounters>());
     m_retired.clear();
 }
 

@@ -73,6 +73,7 @@ private:
 
     std::shared_ptr<ChangeCounters> m_counters;
     CreatureLibrary m_templates;
+    // With counters of their own: what happens to a clone in a fight is no unsaved work.
     CreatureLibrary m_clones;
     std::vector<std::unique_ptr<Creature>> m_retired;
     TrackerMember m_tracker {__LINE__, "monsters"};

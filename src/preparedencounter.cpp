@@ -151,7 +151,7 @@ bool PreparedEncounter::parse(const QByteArray &bytes)
     m_description.clear();
     m_monsters.clear();
     Reading reading;
-    for (const QByteArray &textLine : bytes.split('\n')) {
+    for (const QByteArray &textLine : toLF(bytes).split('\n')) {
         if (!readLine(textLine, reading))
             break;
     }

@@ -108,6 +108,8 @@ void TestEncounterFile::readsLines_data()
         << QByteArray("name=a\ndescription=\nRat= 1 ,, 2,\nOgre=\n") << true << "Rat:1,2";
     QTest::newRow("comments, blanks")
         << QByteArray("#x\n \t\n\r\nname=a\n\ndescription=\r\n \nRat=1") << true << "Rat:1";
+    QTest::newRow("every kind of line end")
+        << QByteArray("name=a\rdescription=\n\rRat=1,2\r\rhidden#2=true\r\n") << true << "Rat:1,2!";
     QTest::newRow("byte order mark")
         << QByteArray("\xEF\xBB\xBFname=a\ndescription=\nRat=1") << true << "Rat:1";
     QTest::newRow("bad line ends it")

@@ -229,8 +229,14 @@ void TestLibrary::makesClonesAndStandIns()
     QCOMPARE(theCharacters->all(), QList<Creature *>({theCharacters->at(0), hero}));
     QCOMPARE(findCreature(QString(), true), nullptr);
 
-    // Neither counts as new, and no save writes them.
+    // Neither counts as new or changed, whatever the fight does to them, and no save writes them.
+    for (Creature *creature : {clone, ghost, hero}) {
+        CreatureVitality vitality = creature->liveVitality();
+        vitality.maxHP += 5;
+        creature->setVitality(vitality);
+    }
     QCOMPARE(theMonsters->counters().isNew + theCharacters->counters().isNew, 0);
+    QCOMPARE(theMonsters->counters().isModified + theCharacters->counters().isModified, 0);
     theMonsters->saveAll();
     theCharacters->saveAll();
     QCOMPARE(Monsters::fileCount(folder.path()), 3);
