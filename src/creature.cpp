@@ -65,6 +65,17 @@ void Creature::rename(const QString &name)
 {
     m_data.name = name;
     noteNameChange();
+    noteFieldChange();
+}
+
+void Creature::setAbilityScore(Ability CreatureData::*ability, int score)
+{
+    m_data.*ability = {score, NoModifier};
+    noteFieldChange();
+}
+
+void Creature::noteFieldChange()
+{
     updateText();
     statBlockChanged();
     notifyUpdated();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QObject>
+#include <type_traits>
 
 #include "creaturedata.h"
 #include "creaturestate.h"
@@ -82,6 +83,15 @@ public:
     // Sets the name and rebuilds statBlock.
     void rename(const QString &name);
     void setGroup(const QString &group);
+    // Any other field of a character as its editor sets it, and the score of an ability, whose
+    // stated modifier then no longer holds. The text is written anew. Nothing calls them yet.
+    template <typename Value>
+    void setField(Value CreatureData::*field, const std::type_identity_t<Value> &value)
+    {
+        m_data.*field = value;
+        noteFieldChange();
+    }
+    void setAbilityScore(Ability CreatureData::*ability, int score);
 
     const QString &nameBefore() const { return m_nameBefore; }
     void setNameBefore(const QString &name) { m_nameBefore = name; }
@@ -267,6 +277,7 @@ private:
     // Live field of an editor: tells listeners only of a change.
     void setValue(int &field, int value);
     void updateText();
+    void noteFieldChange();
     QString dyingText() const;
     QString turnStateText() const;
     QString attackModifiersText(bool rich) const;

@@ -23,6 +23,7 @@ private Q_SLOTS:
     void firstPowerOfANameIsFound();
     void flagsCount();
     void modifiedFollowsTheText();
+    void editedFieldsRewriteTheText();
     void settersTellListeners();
     void editorsTellOnlyChanges();
     void vitalityRewritesOnlyWhatChanged();
@@ -150,6 +151,26 @@ void TestCreature::modifiedFollowsTheText()
     creature.setNew(true);
     creature.setStatBlock(QStringLiteral("new"));
     QVERIFY(!creature.isModified());
+}
+
+void TestCreature::editedFieldsRewriteTheText()
+{
+    CreatureData data;
+    data.isMonster = false;
+    data.strength = {18, 9};
+    Creature aria;
+    aria.assign(data);
+    QSignalSpy updates(&aria, &Creature::doCreatureUpdated);
+    aria.setField(&CreatureData::armourClass, 17);
+    aria.setField(&CreatureData::race, QStringLiteral("Elf"));
+    QVERIFY(aria.statBlock().contains(QLatin1String("armour-class=17")));
+    QVERIFY(aria.statBlock().contains(QLatin1String("race=Elf")));
+    QVERIFY(aria.isModified());
+    QCOMPARE(aria.data().strength.modifier, 9);
+    aria.setAbilityScore(&CreatureData::strength, 14);
+    QCOMPARE(aria.data().strength, (Ability {14, NoModifier}));
+    QVERIFY(aria.statBlock().contains(QLatin1String("str=14")));
+    QVERIFY(updates.count() >= 3);
 }
 
 void TestCreature::settersTellListeners()
