@@ -9,6 +9,8 @@
 #include <QScopedValueRollback>
 #include <QSettings>
 
+#include <algorithm>
+
 #include "characters.h"
 #include "coreobjects.h"
 #include "encounter.h"
@@ -418,7 +420,7 @@ QString unsavedWorkText(const QList<UnsavedItems> &kinds, const QString &message
     for (const UnsavedItems &kind : kinds) {
         total += kind.count;
         if (kind.count == 1)
-            items << bold(kind.name) + QStringLiteral("</b>");
+            items << bold(kind.name.toHtmlEscaped()) + QStringLiteral("</b>");
         else if (kind.count > 1)
             items << kind.plural.arg(kind.count);
     }

@@ -53,6 +53,7 @@ int main(int argc, char **argv)
 
     QPixmap portrait(QStringLiteral(":/images/blank-portrait-300.png"));
     blankPortrait = &portrait;
+    application.setWindowIcon(QIcon(QStringLiteral(":/images/d20-logo-128.png")));
     Dice::seed(static_cast<unsigned int>(std::time(nullptr)));
     installTranslation(translator);
     setDefaultTerms();

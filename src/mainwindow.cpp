@@ -4,7 +4,6 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QLabel>
-#include <QScopedValueRollback>
 #include <QSettings>
 #include <QSpinBox>
 #include <QStackedWidget>
@@ -108,8 +107,6 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), m_refreshTimer(ne
 
 MainWindow::~MainWindow()
 {
-    // Closing a window moves the focus, which is nothing to one that is half gone.
-    disconnect(qApp, nullptr, this, nullptr);
     QSettings settings;
     settings.setValue(QStringLiteral("mainWindow/geometry"), saveGeometry());
     settings.setValue(QStringLiteral("mainWindow/state"), saveState());
@@ -250,7 +247,8 @@ bool MainWindow::eventFilter(QObject *watched, QEvent *event)
         });
     }
     // After the press that gave the focus, which would set the cursor.
-    if (event->type() == QEvent::FocusIn)
+    if (event->type() == QEvent::FocusIn
+        && static_cast<QFocusEvent *>(event)->reason() == Qt::MouseFocusReason)
         QTimer::singleShot(0, m_hpBox, &QSpinBox::selectAll);
     return QMainWindow::eventFilter(watched, event);
 }
@@ -501,14 +499,12 @@ void MainWindow::onExtendedRest()
 void MainWindow::onStepBack()
 {
     theHistory->stepBack();
-    Q_EMIT theHistory->doHistoryChanged();
     updateActions();
 }
 
 void MainWindow::onStepForward()
 {
     theHistory->stepForward();
-    Q_EMIT theHistory->doHistoryChanged();
     updateActions();
 }
 

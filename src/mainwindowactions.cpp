@@ -27,6 +27,7 @@ namespace {
 
 constexpr int MaxHPInBox = 500;
 constexpr QSize DefaultSize(1120, 700);
+constexpr int DefaultDockWidth = 300;
 
 QIcon image(const char *file)
 {
@@ -250,6 +251,7 @@ void MainWindow::createDocks()
     m_historyDock->setObjectName(QStringLiteral("historyWidget"));
     m_historyDock->setWidget(list);
     addDockWidget(Qt::LeftDockWidgetArea, m_historyDock);
+    resizeDocks({m_historyDock}, {DefaultDockWidth}, Qt::Horizontal);
 }
 
 void MainWindow::createMenus()

@@ -25,6 +25,12 @@ bool canAct(const Creature *creature)
     return creature && !creature->isDead() && creature->takesTurns();
 }
 
+// A copy, as events that are raised on the way change the order itself.
+QList<Creature *> everyone()
+{
+    return theEncounter->creatures().list();
+}
+
 } // namespace
 
 void MainWindow::onStartStopEncounter()
@@ -54,7 +60,7 @@ void MainWindow::startEncounter()
 
 void MainWindow::stopEncounter()
 {
-    const CreatureList creatures = theEncounter->creatures();
+    const QList<Creature *> creatures = everyone();
     for (Creature *creature : creatures)
         creature->removeEffectsAtEndOfEncounter();
     ObjectStream *stream = streamForEvent();
@@ -79,13 +85,13 @@ bool MainWindow::endTurn(bool skipSaves, bool canCancel)
         return true;
     if (!skipSaves && !askSavingThrows(current, canCancel))
         return false;
-    const CreatureList creatures = theEncounter->creatures();
+    const QList<Creature *> creatures = everyone();
     for (Creature *creature : creatures)
         creature->removeEffectsAtEndOfTurn(current, skipSaves);
     return true;
 }
 
-// Nothing that a creature can have calls for a saving throw yet.
+// This version has no dialog that asks for saving throws: every turn ends without them.
 bool MainWindow::askSavingThrows(Creature *, bool)
 {
     return true;
@@ -123,7 +129,7 @@ void MainWindow::startTurn(Creature *creature)
 {
     creature->applyOngoingDamage();
     creature->applyRegeneration();
-    const CreatureList creatures = theEncounter->creatures();
+    const QList<Creature *> creatures = everyone();
     for (Creature *other : creatures)
         other->removeEffectsAtStartOfTurn(creature);
     creature->rechargePowers();

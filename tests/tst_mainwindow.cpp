@@ -22,6 +22,7 @@ private Q_SLOTS:
     void menusAndToolBarsHoldLiveActionsOnly();
     void actionsFollowTheEncounter();
     void damageByKeysAndClicks();
+    void typingReplacesTheNumber();
     void healingEmptiesTheBox();
     void temporaryHitPointsKeepTheFocusInTheBox();
     void surgeIsSpentWithTheHealing();
@@ -166,6 +167,26 @@ void MainWindowTest::damageByKeysAndClicks()
     m_fight->window().focusHPBox();
     QTest::keyClick(m_fight->hpBox(), Qt::Key_Return);
     QCOMPARE(theHistory->eventCount(), before);
+}
+
+void MainWindowTest::typingReplacesTheNumber()
+{
+    auto *edit = m_fight->hpBox()->findChild<QLineEdit *>();
+    m_fight->hpBox()->setValue(45);
+    QTest::mouseClick(edit, Qt::LeftButton);
+    QTRY_COMPARE(edit->selectedText(), QStringLiteral("45"));
+    // With the event loop between the keys, as a hand types them.
+    for (const char digit : {'1', '2'}) {
+        QTest::keyClick(m_fight->hpBox(), digit);
+        QCoreApplication::processEvents();
+    }
+    QCOMPARE(m_fight->hpBox()->value(), 12);
+    m_fight->window().focusHPBox();
+    for (const char digit : {'3', '4'}) {
+        QTest::keyClick(m_fight->hpBox(), digit);
+        QCoreApplication::processEvents();
+    }
+    QCOMPARE(m_fight->hpBox()->value(), 34);
 }
 
 void MainWindowTest::healingEmptiesTheBox()
