@@ -230,14 +230,16 @@ static_assert(isInOrder());
 Event *readEvent(ObjectStream *stream, bool *ok)
 {
     stream->markRecord();
+    const int start = stream->position();
     const int type = stream->readInt(ID_EVENT_TYPE);
-    if (type == 0)
-        return nullptr;
-    if (type < 1 || type > int(readers.size())) {
+    if (type >= 1 && type <= int(readers.size()))
+        return readers[std::size_t(type) - 1].read(stream);
+    // Behind the type of an event that nobody knows, or that tells none: what follows is lost.
+    if (stream->position() != start)
+        stream->markDamaged();
+    if (type != 0)
         *ok = false;
-        return nullptr;
-    }
-    return readers[std::size_t(type) - 1].read(stream);
+    return nullptr;
 }
 
 #include "moc_event.cpp"

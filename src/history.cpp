@@ -183,9 +183,6 @@ bool History::replay()
             sinceBreath.restart();
         }
     }
-    // Stopped by an event of an unknown type, or by one that tells none.
-    if (stream && (!known || stream->peekField().tag != 0))
-        stream->markDamaged();
     return known;
 }
 

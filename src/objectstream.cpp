@@ -99,6 +99,7 @@ void ObjectStream::writeEnd(int tag)
 
 void ObjectStream::writeField(int tag, QByteArrayView value)
 {
+    m_peeked.tag = 0;
     if (m_dirtyFrom < 0 || m_position < m_data.size())
         cutHere();
     char head[LongestHead];
@@ -144,6 +145,7 @@ void ObjectStream::truncate()
     writeOut();
     if (auto *file = qobject_cast<QFile *>(m_device.get()); file && m_dirtyFrom < 0)
         file->resize(m_size + TagSize);
+    seek(m_position);
 }
 
 // Ends the data at the position, in memory; the device follows with the next writeOut().
@@ -308,6 +310,13 @@ void ObjectStream::load(qint64 end)
 
 ObjectStream::FieldView ObjectStream::takeField()
 {
+    if (m_peeked.tag == 0)
+        return parseField();
+    return {m_peeked.consumed, std::exchange(m_peeked.tag, 0), m_peeked.value};
+}
+
+ObjectStream::FieldView ObjectStream::parseField()
+{
     const int start = m_position;
     const auto cutShort = [&] {
         m_damaged = true;
@@ -414,22 +423,22 @@ QString ObjectStream::fieldString(const QMap<int, StreamField> &record, int tag)
 
 StreamField ObjectStream::peekField()
 {
-    const int here = m_position;
-    StreamField field = readField();
-    m_position = here;
-    return field;
+    if (m_peeked.tag == 0) {
+        m_peeked = readField();
+        if (m_peeked.tag == 0)
+            m_position -= m_peeked.consumed;
+    }
+    return m_peeked;
 }
 
 bool ObjectStream::nextIs(int tag)
 {
-    const int here = m_position;
-    const bool is = takeField().tag == tag;
-    m_position = here;
-    return is;
+    return peekField().tag == tag;
 }
 
 void ObjectStream::seek(qint64 offset)
 {
+    m_peeked.tag = 0;
     m_position = int(qBound(qint64(0), offset, qint64(m_size)));
 }
 

@@ -58,7 +58,8 @@ public:
     // 0 or an empty text for a tag that isn't in the record.
     static int fieldInt(const QMap<int, StreamField> &record, int tag);
     static QString fieldString(const QMap<int, StreamField> &record, int tag);
-    // Look at the next field; the position stays in front of it.
+    // Look at the next field, which the next read gives once more. The position moves over it, but
+    // never over the end marker. A seek or a write forgets it.
     StreamField peekField();
     bool nextIs(int tag);
 
@@ -107,6 +108,7 @@ private:
     bool have(qint64 count);
     void load(qint64 end);
     FieldView takeField();
+    FieldView parseField();
     FieldView search(int tag);
     bool endStandsAt(int offset);
     void cutHere();
@@ -131,6 +133,7 @@ private:
     int m_size = 0;
     int m_position = 0;
     int m_mark = 0;
+    StreamField m_peeked; // tag 0: none
     int m_dirtyFrom = -1; // from here on the device lacks what m_data holds; -1: it lacks nothing
     int m_unsyncedFrom = -1;
     bool m_endAtDirty = false; // the data on the device ends at m_dirtyFrom, as far as is known

@@ -210,8 +210,17 @@ void StreamTest::peekLosesNothing()
     auto stream = open(intField(10, 1) + EndMarker + intField(11, 2));
     QVERIFY(stream->nextIs(10));
     QVERIFY(!stream->nextIs(11));
-    QCOMPARE(stream->peekField().tag, 10);
+    const int behind = int(intField(10, 1).size());
+    QCOMPARE(stream->peekField().consumed, behind);
+    QCOMPARE(stream->position(), behind);
     QCOMPARE(stream->readInt(10), 1);
+    QCOMPARE(stream->position(), behind);
+
+    // What was seen at another place is forgotten.
+    stream->seek(0);
+    QVERIFY(stream->nextIs(10));
+    stream->seek(behind);
+    QVERIFY(!stream->nextIs(10));
 
     // However often one looks, what is behind the marker isn't seen.
     const int end = stream->position();
