@@ -30,6 +30,18 @@ QList<Item> readItems(ObjectStream *stream, int count, Read read, IsUsable isUsa
     return result;
 }
 
+// Empty when the list isn't the next thing in the record.
+template <typename Item, typename Read, typename IsUsable>
+QList<Item> readListIfNext(ObjectStream *stream, int sizeTag, int endTag, Read read,
+                           IsUsable isUsable)
+{
+    if (!stream->nextIs(sizeTag))
+        return {};
+    QList<Item> result = readItems<Item>(stream, readCount(stream, sizeTag), read, isUsable);
+    stream->readTo(endTag);
+    return result;
+}
+
 struct VitalityField {
     int tag;
     int CreatureVitality::*value;
@@ -140,12 +152,9 @@ void writeVitalityList(ObjectStream *stream, const QList<CreatureVitality> &list
 
 QList<CreatureVitality> readVitalityList(ObjectStream *stream)
 {
-    if (!stream->nextIs(ID_CREATURE_VITALITY_LIST_SIZE))
-        return {};
-    const int count = readCount(stream, ID_CREATURE_VITALITY_LIST_SIZE);
-    auto result = readItems<CreatureVitality>(stream, count, readVitality, hasCreature);
-    stream->readTo(ID_CREATURE_VITALITY_LIST_END);
-    return result;
+    return readListIfNext<CreatureVitality>(stream, ID_CREATURE_VITALITY_LIST_SIZE,
+                                            ID_CREATURE_VITALITY_LIST_END, readVitality,
+                                            hasCreature);
 }
 
 void writeItemList(ObjectStream *stream, const QList<CreatureItem> &items)
@@ -162,12 +171,8 @@ void writeItemList(ObjectStream *stream, const QList<CreatureItem> &items)
 
 QList<CreatureItem> readItemList(ObjectStream *stream)
 {
-    if (!stream->nextIs(ID_CREATURE_ITEM_LIST_SIZE))
-        return {};
-    const int count = readCount(stream, ID_CREATURE_ITEM_LIST_SIZE);
-    auto result = readItems<CreatureItem>(stream, count, readItem, hasCreature);
-    stream->readTo(ID_CREATURE_ITEM_LIST_END);
-    return result;
+    return readListIfNext<CreatureItem>(stream, ID_CREATURE_ITEM_LIST_SIZE,
+                                        ID_CREATURE_ITEM_LIST_END, readItem, hasCreature);
 }
 
 void writeInitList(ObjectStream *stream, const QList<CreatureInit> &list)
@@ -184,11 +189,9 @@ void writeInitList(ObjectStream *stream, const QList<CreatureInit> &list)
 
 QList<CreatureInit> readInitList(ObjectStream *stream)
 {
-    const int count = readCount(stream, ID_CREATURE_INIT_LIST_SIZE);
-    auto result = readItems<CreatureInit>(
-        stream, count, readInit, [](const CreatureInit &init) { return !init.name.isEmpty(); });
-    stream->readTo(ID_CREATURE_INIT_LIST_END);
-    return result;
+    return readListIfNext<CreatureInit>(
+        stream, ID_CREATURE_INIT_LIST_SIZE, ID_CREATURE_INIT_LIST_END, readInit,
+        [](const CreatureInit &init) { return !init.name.isEmpty(); });
 }
 
 void writeRested(ObjectStream *stream, const QList<RestedCreature> &rested)

@@ -13,7 +13,8 @@ struct CreatureInit;
 
 // A creature is written by its display name, null by an empty one. Reading makes a stand-in for a
 // name that nobody has. Lists come back without nulls; a size that the bytes left can't hold counts
-// as 0.
+// as 0. The lists of vitality, items and initiative come back empty when they aren't the next thing
+// in the record, as in old logs.
 
 void writeCreature(ObjectStream *stream, const Creature *creature);
 Creature *readCreature(ObjectStream *stream);
@@ -24,11 +25,9 @@ QList<Creature *> readCreatureList(ObjectStream *stream);
 void writeVitality(ObjectStream *stream, const CreatureVitality &vitality);
 CreatureVitality readVitality(ObjectStream *stream);
 void writeVitalityList(ObjectStream *stream, const QList<CreatureVitality> &list);
-// Empty when the list isn't the next thing in the record, as in old logs.
 QList<CreatureVitality> readVitalityList(ObjectStream *stream);
 
 void writeItemList(ObjectStream *stream, const QList<CreatureItem> &items);
-// Empty when the list isn't the next thing in the record.
 QList<CreatureItem> readItemList(ObjectStream *stream);
 
 void writeInitList(ObjectStream *stream, const QList<CreatureInit> &list);

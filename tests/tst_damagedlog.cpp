@@ -114,6 +114,8 @@ private Q_SLOTS:
     void recordsWithoutFields();
     void sizesAreNotBelieved_data();
     void sizesAreNotBelieved();
+    void missingListsCostNoOtherEvent_data();
+    void missingListsCostNoOtherEvent();
     void unknownFieldsAreSkipped();
 
 private:
@@ -242,6 +244,25 @@ void TestDamagedLog::sizesAreNotBelieved()
     load(m_header + QByteArray::fromHex(damage + delay + "0000"));
     QCOMPARE(theHistory->eventCount(), 2);
     QCOMPARE(theHistory->eventText(0), QStringLiteral("Damaged 5: "));
+    QCOMPARE(theHistory->eventText(1), QStringLiteral("* Delayed: Aria *"));
+}
+
+void TestDamagedLog::missingListsCostNoOtherEvent_data()
+{
+    QTest::addColumn<QByteArray>("record");
+    QTest::newRow("start") << QByteArray("2c01 04 01000000  3601 00");
+    QTest::newRow("add monster") << QByteArray(
+        "2c01 04 1c000000  ff01 01 78  0002 04 00000000  fe01 00");
+    QTest::newRow("extended rest") << QByteArray("2c01 04 1a000000  e001 00");
+}
+
+void TestDamagedLog::missingListsCostNoOtherEvent()
+{
+    QFETCH(const QByteArray, record);
+    const QByteArray delay = "2c01 04 0f000000  6700 04 41726961 6800 00  7c01 00";
+    load(m_header + QByteArray::fromHex(record + delay + "0000"));
+    QCOMPARE(theHistory->eventCount(), 2);
+    QCOMPARE(theHistory->eventAt(0)->size(), int(QByteArray::fromHex(record).size()));
     QCOMPARE(theHistory->eventText(1), QStringLiteral("* Delayed: Aria *"));
 }
 
