@@ -12,8 +12,6 @@ EventListModel::EventListModel(QObject *parent)
     : QAbstractTableModel(parent), m_arrowIcon(QStringLiteral(":/images/arrow-right128.png")),
       m_noIcon(QStringLiteral(":/images/no-icon.png"))
 {
-    m_refresh.setSingleShot(true);
-    connect(&m_refresh, &QTimer::timeout, this, &EventListModel::refresh);
 }
 
 void EventListModel::setView(QTableView *view)
@@ -40,8 +38,10 @@ void EventListModel::attachHistory()
 void EventListModel::onHistoryChanged()
 {
     syncRows();
-    if (!m_refresh.isActive())
-        m_refresh.start(0);
+    Q_EMIT layoutAboutToBeChanged();
+    Q_EMIT layoutChanged();
+    if (m_view && m_history)
+        m_view->scrollTo(index(m_history->position(), 0), QAbstractItemView::EnsureVisible);
 }
 
 void EventListModel::syncRows()
@@ -56,14 +56,6 @@ void EventListModel::syncRows()
         m_rows = rows;
         endInsertRows();
     }
-}
-
-void EventListModel::refresh()
-{
-    Q_EMIT layoutAboutToBeChanged();
-    Q_EMIT layoutChanged();
-    if (m_view && m_history && m_history->position() >= 0)
-        m_view->scrollTo(index(m_history->position(), 0), QAbstractItemView::EnsureVisible);
 }
 
 void EventListModel::onInitListClicked(const QModelIndex &index)

@@ -4,7 +4,6 @@
 #include <QAbstractTableModel>
 #include <QIcon>
 #include <QPointer>
-#include <QTimer>
 
 class History;
 class QTableView;
@@ -31,12 +30,10 @@ public Q_SLOTS:
 
 private:
     void syncRows();
-    void refresh();
 
     QPointer<History> m_history;
     QPointer<QTableView> m_view;
     QIcon m_arrowIcon;
     QIcon m_noIcon;
     int m_rows = 0;
-    QTimer m_refresh;
 };

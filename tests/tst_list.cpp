@@ -524,9 +524,11 @@ void TestList::listsTheHistory()
 
     m_fixture->window().onStepBack();
     QVERIFY(!isGrey(1) && isGrey(2));
-    // A new event cuts off what lies behind the position.
+    // A new event cuts off what lies behind the position, and the list is redrawn.
+    const QSignalSpy relaid(events, &EventListModel::layoutChanged);
     appendEvent<DamageEvent>(nullptr, QList<Creature *> {m_rat}, 9);
     QCOMPARE(events->rowCount(), 3);
+    QCOMPARE(relaid.size(), 1);
     m_fixture->window().onStepBack();
     m_fixture->window().onStepBack();
     m_fixture->window().onStepBack();
