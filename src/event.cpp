@@ -119,7 +119,9 @@ void applyVitality(const QList<CreatureVitality> &vitality)
     for (const CreatureVitality &each : vitality) {
         if (!each.creature)
             continue;
-        each.creature->setVitality(each);
+        // Numbers that stand already are no reason to check all creatures for outside changes.
+        if (!(each == each.creature->liveVitality()))
+            each.creature->setVitality(each);
         each.creature->setShadowVitality(each);
     }
 }

@@ -557,7 +557,10 @@ QString SetVitalityEvent::text() const
 
 void SetVitalityEvent::redo()
 {
-    applyVitality({m_newValues});
+    if (Creature *creature = m_newValues.creature) {
+        creature->setVitality(m_newValues);
+        creature->setShadowVitality(m_newValues);
+    }
 }
 
 void SetVitalityEvent::undo()

@@ -42,6 +42,7 @@ private Q_SLOTS:
     void gainedSurgeLiftsToZero();
     void failedSavesCountFromTheSnapshot();
     void restOfTheParty();
+    void nothingIsLoggedBehindARest();
     void secondWindPutsItsEffectOn();
     void outsideChange();
     void signedAmounts_data();
@@ -485,6 +486,26 @@ void TestEvents::restOfTheParty()
     QCOMPARE(creature("Rat (1)")->currHP(), 1);
     read->undo();
     QCOMPARE(creature("Cleo")->currHP(), 1);
+}
+
+// A rest leaves the shadows at 0. As long as nobody edits a creature, no later event may take that
+// for a change made outside.
+void TestEvents::nothingIsLoggedBehindARest()
+{
+    const auto log = [](Event *event) { theHistory->doEvent(event); };
+    const CreatureList party(TestFight::creatures({"Aria", "Borin"}));
+    log(new SetPartyEvent(party, false, itemsOf(party), theHistory->getStream()));
+    theEncounter->checkVitality(theHistory);
+    log(new ExtendedRestEvent({}, theHistory->getStream()));
+    const CreatureList rats(TestFight::creatures({"Rat (1)", "Rat (2)"}));
+    log(new SetEncounterEvent({}, rats, false, theHistory->getStream()));
+    const int count = theHistory->position();
+    theEncounter->checkVitality(theHistory);
+    QCOMPARE(theHistory->position(), count);
+    // An editor's change is logged all the same.
+    creature("Aria")->setField(&CreatureData::maxHP, 31);
+    theEncounter->checkVitality(theHistory);
+    QVERIFY(theHistory->position() > count);
 }
 
 void TestEvents::secondWindPutsItsEffectOn()
