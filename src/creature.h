@@ -6,6 +6,7 @@
 
 #include "creaturedata.h"
 #include "creaturestate.h"
+#include "memorytracker.h"
 
 class Characters;
 class Effect;
@@ -314,4 +315,5 @@ private:
     mutable QString m_decodedPortraitFile;
     mutable QPixmap m_shownPortrait;
     QList<Effect *> m_effects;
+    TrackerMember m_tracker {__LINE__, "creature"};
 };

@@ -564,7 +564,8 @@ QString adoptPortrait(const QString &chosenFile, const QString &dataFolder)
     const QString found = findPortrait(folder, name);
     if (!found.isEmpty())
         return found;
-    return QFile::copy(chosen, folder + u'/' + name) ? name : QString();
+    // A data folder that came without pictures has no place for them yet.
+    return QDir().mkpath(folder) && QFile::copy(chosen, folder + u'/' + name) ? name : QString();
 }
 
 QString withPortraitInText(const QString &text, const QString &portrait)

@@ -7,6 +7,7 @@
 
 #include "creaturelist.h"
 #include "encounterentry.h"
+#include "memorytracker.h"
 
 class History;
 
@@ -118,4 +119,5 @@ private:
     QSet<Creature *> m_fallen;
     CreatureList m_creatures;
     bool m_vitalityStale = false;
+    TrackerMember m_tracker {__LINE__, "encounter"};
 };

@@ -477,6 +477,8 @@ void TestCreatureFile::adoptsChosenPictures()
     QCOMPARE(adoptPortrait(elsewhere.filePath(QStringLiteral("new.png")), QString()), "new.png");
     QVERIFY(QFile::exists(folder.file(QStringLiteral("Portraits/new.png"))));
     QCOMPARE(adoptPortrait(elsewhere.filePath(QStringLiteral("none.png")), QString()), QString());
+    QVERIFY(QDir(folder.file(QStringLiteral("Portraits"))).removeRecursively());
+    QCOMPARE(adoptPortrait(elsewhere.filePath(QStringLiteral("new.png")), QString()), "new.png");
 }
 
 void TestCreatureFile::writesPortraitIntoText_data()
