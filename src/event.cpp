@@ -9,6 +9,7 @@
 #include "rosterevents.h"
 #include "turnevents.h"
 #include "vitalityevents.h"
+#include "windowinterface.h"
 
 Event::~Event() = default;
 
@@ -149,6 +150,12 @@ void restoreItems(const QList<CreatureItem> &items)
         if (item->creature)
             item->creature->setItem(*item);
     }
+}
+
+void refreshTurnActions()
+{
+    windows().refreshEncounterActions();
+    windows().refreshJumpInAction();
 }
 
 namespace {

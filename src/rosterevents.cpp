@@ -37,12 +37,6 @@ QString ownName(const QString &displayName)
     return name;
 }
 
-void refreshTurnActions()
-{
-    windows().refreshEncounterActions();
-    windows().refreshJumpInAction();
-}
-
 } // namespace
 
 // --- AddCreaturesEvent ---

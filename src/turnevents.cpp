@@ -355,15 +355,13 @@ void DiedEvent::redo()
 {
     if (m_creature)
         theEncounter->remove(m_creature);
-    windows().refreshEncounterActions();
-    windows().refreshJumpInAction();
+    refreshTurnActions();
 }
 
 void DiedEvent::undo()
 {
     m_before.restore();
-    windows().refreshEncounterActions();
-    windows().refreshJumpInAction();
+    refreshTurnActions();
 }
 
 #include "moc_turnevents.cpp"
