@@ -8,9 +8,11 @@
 #include "characters.h"
 #include "coreobjects.h"
 #include "encounter.h"
+#include "flatdialog.h"
 #include "mainwindow.h"
 #include "monsters.h"
 #include "testdata.h"
+#include "windows.h"
 
 class WindowFixture {
 public:
@@ -27,6 +29,7 @@ public:
         m_window = std::make_unique<MainWindow>();
         m_folder.load();
         m_window->show();
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
     }
     void close() { m_window.reset(); }
 
@@ -53,8 +56,19 @@ private:
 };
 
 // Runs `work` as soon as a dialog's own event loop runs; the call that opens the dialog follows.
+// A check that fails within leaves nothing open that the test would wait for.
 template <typename Work>
 void whenDialogRuns(Work work)
 {
-    QTimer::singleShot(0, qApp, std::move(work));
+    QTimer::singleShot(0, qApp, [work] {
+        work();
+        if (!QTest::currentTestFailed())
+            return;
+        if (QWidget *modal = QApplication::activeModalWidget())
+            modal->close();
+        if (QWidget *popup = QApplication::activePopupWidget())
+            popup->close();
+        if (theMainWindow && theMainWindow->activeDialog())
+            theMainWindow->activeDialog()->reject();
+    });
 }

@@ -1,0 +1,241 @@
+// The dialog inside the main window: its loop, its keys, and what can happen while it runs.
+// links: morvane_ui
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QRadioButton>
+#include <QScrollBar>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QTableView>
+#include <QVBoxLayout>
+
+#include "creature.h"
+#include "eventsignaler.h"
+#include "flatdialog.h"
+#include "smallwidgets.h"
+#include "testhome.h"
+#include "windowfixture.h"
+#include "windows.h"
+
+namespace {
+
+class NumberDialog : public FlatDialog {
+public:
+    NumberDialog() : FlatDialog(QStringLiteral("Numbers"))
+    {
+        edit = new QLineEdit;
+        setContent(edit);
+        setFocusProxy(edit);
+    }
+    void onFinished() override
+    {
+        ++finished;
+        wasActiveAtEnd = theMainWindow && theMainWindow->activeDialog();
+    }
+
+    QLineEdit *edit;
+    int finished = 0;
+    bool wasActiveAtEnd = true;
+};
+
+} // namespace
+
+class TestFlatDialog : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup() { m_fixture.reset(); }
+
+    void endsByKey_data();
+    void endsByKey();
+    void returnsWhatDoneGot();
+    void takesTheListsPlace();
+    void clearsThePreview();
+    void endsWithTheWindow();
+    void survivesAReplacedLibrary();
+    void cannotStartWithoutAWindow();
+
+    void fitsItsArea();
+    void togglesByItsLabel();
+    void signalsEvents();
+
+private:
+    std::unique_ptr<WindowFixture> m_fixture;
+};
+
+void TestFlatDialog::init()
+{
+    failOnWarnings();
+    QSettings().clear();
+    m_fixture = std::make_unique<WindowFixture>();
+    m_fixture->folder().addCharacter(QStringLiteral("Aria"));
+    m_fixture->folder().addMonster(QStringLiteral("Rat"));
+    m_fixture->open();
+    theEncounter->setOrder(CreatureList(
+        QList<Creature *> {WindowFixture::character(QStringLiteral("Aria")),
+                           WindowFixture::monster(QStringLiteral("Rat"), QStringLiteral("1"))}));
+}
+
+void TestFlatDialog::endsByKey_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+    QTest::addColumn<int>("result");
+    QTest::newRow("escape") << Qt::Key_Escape << 0;
+    QTest::newRow("return") << Qt::Key_Return << 1;
+    QTest::newRow("keypad") << Qt::Key_Enter << 1;
+}
+
+void TestFlatDialog::endsByKey()
+{
+    QFETCH(Qt::Key, key);
+    NumberDialog dialog;
+    whenDialogRuns([&] {
+        QTest::keyClick(dialog.edit, Qt::Key_7);
+        QTest::keyClick(dialog.edit, key);
+    });
+    QTEST(dialog.exec(), "result");
+    QCOMPARE(dialog.edit->text(), QStringLiteral("7"));
+    QCOMPARE(dialog.finished, 1);
+    QVERIFY(!dialog.wasActiveAtEnd);
+}
+
+void TestFlatDialog::returnsWhatDoneGot()
+{
+    NumberDialog dialog;
+    for (const int result : {7, 3, 0}) {
+        whenDialogRuns([&] { dialog.done(result); });
+        QCOMPARE(dialog.exec(), result);
+    }
+}
+
+void TestFlatDialog::takesTheListsPlace()
+{
+    auto *table = m_fixture->find<QTableView>(QStringLiteral("initiativeList"));
+    NumberDialog dialog;
+    whenDialogRuns([&] {
+        QVERIFY(!table->isVisible());
+        QVERIFY(dialog.isVisible());
+        QVERIFY(dialog.edit->hasFocus());
+        QCOMPARE(m_fixture->window().activeDialog(), &dialog);
+        dialog.accept();
+    });
+    dialog.exec();
+    QVERIFY(table->isVisible());
+    QVERIFY(!dialog.isVisible());
+    QCOMPARE(m_fixture->window().activeDialog(), nullptr);
+}
+
+void TestFlatDialog::clearsThePreview()
+{
+    Creature *current = theEncounter->at(0);
+    Creature *selected = theEncounter->at(1);
+    for (Creature *creature : {current, selected})
+        creature->takeDamage(10, nullptr);
+    theEncounter->setCurrentIndex(0);
+    m_fixture->window().setSelection({1});
+    NumberDialog dialog;
+    whenDialogRuns([&] {
+        for (Creature *creature : {current, selected})
+            creature->setRestAdditions(4, 0, 0);
+        dialog.reject();
+    });
+    dialog.exec();
+    for (const Creature *creature : {current, selected}) {
+        QCOMPARE(creature->restHP(), 0);
+        QCOMPARE(creature->currHP(), creature->maxHP() - 10);
+    }
+}
+
+void TestFlatDialog::endsWithTheWindow()
+{
+    NumberDialog dialog;
+    whenDialogRuns([&] { m_fixture->window().hide(); });
+    QCOMPARE(dialog.exec(), 0);
+
+    m_fixture->window().show();
+    whenDialogRuns([&] { m_fixture->close(); });
+    QCOMPARE(dialog.exec(), 0);
+    QCOMPARE(dialog.finished, 2);
+}
+
+void TestFlatDialog::survivesAReplacedLibrary()
+{
+    m_fixture->window().setSelection({0, 1});
+    NumberDialog dialog;
+    whenDialogRuns([&] {
+        theEncounter->reset();
+        theMonsters->clear();
+        theCharacters->clear();
+        dialog.accept();
+    });
+    QCOMPARE(dialog.exec(), 1);
+}
+
+void TestFlatDialog::cannotStartWithoutAWindow()
+{
+    m_fixture->close();
+    NumberDialog dialog;
+    QCOMPARE(dialog.exec(), 0);
+}
+
+// --- the small widgets ---
+
+void TestFlatDialog::fitsItsArea()
+{
+    ResizableScrollArea area;
+    auto *content = new QWidget;
+    (new QVBoxLayout(content))->addWidget(new QLineEdit);
+    content->setMinimumHeight(300);
+    area.setWidget(content);
+    area.resize(400, 500);
+    area.show();
+    QCOMPARE(content->width(), area.maximumViewportSize().width());
+    QVERIFY(content->height() < 400);
+
+    area.resize(400, 200); // too low: the scroll bar takes its share
+    QTRY_VERIFY(area.verticalScrollBar()->isVisible());
+    QCOMPARE(content->width(), area.viewport()->width());
+    QVERIFY(content->height() >= 300);
+
+    content->setMinimumHeight(0);
+    area.setFixed(true);
+    QCOMPARE(content->size(), area.maximumViewportSize());
+}
+
+void TestFlatDialog::togglesByItsLabel()
+{
+    QCheckBox check;
+    ClickableLabel checkLabel(QStringLiteral("Check"), &check);
+    QSignalSpy clicked(&checkLabel, &ClickableLabel::clicked);
+    QTest::mouseClick(&checkLabel, Qt::LeftButton);
+    QVERIFY(check.isChecked());
+    QTest::mouseClick(&checkLabel, Qt::LeftButton);
+    QVERIFY(!check.isChecked());
+    QCOMPARE(clicked, (QList<QVariantList> {{true}, {false}}));
+    check.setEnabled(false);
+    QTest::mouseClick(&checkLabel, Qt::LeftButton);
+    QVERIFY(!check.isChecked());
+
+    QRadioButton radio;
+    ClickableLabel radioLabel(QStringLiteral("Radio"), &radio);
+    QTest::mouseClick(&radioLabel, Qt::LeftButton);
+    QTest::mouseClick(&radioLabel, Qt::LeftButton);
+    QVERIFY(radio.isChecked());
+}
+
+void TestFlatDialog::signalsEvents()
+{
+    EventSignaler signaler;
+    QLineEdit edit;
+    edit.installEventFilter(&signaler);
+    QSignalSpy spy(&signaler, &EventSignaler::doEventReceived);
+    QTest::keyClick(&edit, Qt::Key_A);
+    QVERIFY(spy.count() >= 2);
+    QCOMPARE(spy.first().first().value<QObject *>(), &edit);
+    QCOMPARE(edit.text(), QStringLiteral("a"));
+}
+
+MORVANE_TEST_MAIN(QApplication, TestFlatDialog)
+
+#include "tst_flatdialog.moc"
