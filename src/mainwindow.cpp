@@ -126,6 +126,10 @@ void MainWindow::shutDown()
     theEncounter->reset();
     // The focus still moves while the widgets go.
     disconnect(qApp, nullptr, this, nullptr);
+    if (m_activeDialog) {
+        m_activeDialog->reject();
+        showFlatWidget(nullptr, false); // the dialog stands on its caller's stack
+    }
     disconnect(switchBoard(), nullptr, this, nullptr);
     setWindows(nullptr);
     m_core.reset();

@@ -9,8 +9,9 @@ namespace {
 
 int heightFor(const QWidget *content, int width)
 {
-    return content->hasHeightForWidth() ? content->heightForWidth(width)
-                                        : content->sizeHint().height();
+    const int height = content->hasHeightForWidth() ? content->heightForWidth(width)
+                                                    : content->sizeHint().height();
+    return qMax(height, content->minimumHeight());
 }
 
 } // namespace

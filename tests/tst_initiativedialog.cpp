@@ -1,0 +1,209 @@
+// The dialog that asks for initiative, worked in the main window.
+// links: morvane_ui
+#include <QCheckBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QSettings>
+#include <QSpinBox>
+#include <QToolButton>
+
+#include "creature.h"
+#include "initiativedialog.h"
+#include "testhome.h"
+#include "windowfixture.h"
+
+class TestInitiativeDialog : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup() { m_fixture.reset(); }
+
+    void asksOnceForAGroup();
+    void asksForEachOfAnOpenedGroup();
+    void opensAllGroups();
+    void passesOverWhoTakesNoTurns();
+    void bringsARollIntoTheBox();
+    void worksByKeys();
+    void givesNothingOnCancel();
+
+private:
+    static QSpinBox *box(InitiativeDialog &dialog, const QString &name)
+    {
+        return dialog.findChild<QSpinBox *>(QStringLiteral("initiative:") + name);
+    }
+    static QStringList labels(InitiativeDialog &dialog);
+    static void press(InitiativeDialog &dialog, const QString &objectName);
+
+    std::unique_ptr<WindowFixture> m_fixture;
+    CreatureList m_creatures;
+};
+
+void TestInitiativeDialog::init()
+{
+    failOnWarnings();
+    QSettings().clear();
+    m_fixture = std::make_unique<WindowFixture>();
+    m_fixture->folder().addCharacter(QStringLiteral("Aria"), 30, 4);
+    m_fixture->folder().addCharacter(QStringLiteral("Slug"), 30, -60);
+    m_fixture->folder().addMonster(QStringLiteral("Rat"), 10, 2);
+    m_fixture->folder().addMonster(QStringLiteral("Snare"), 10, NotStated);
+    m_fixture->open();
+    QList<Creature *> creatures {WindowFixture::character(QStringLiteral("Aria"))};
+    for (const char *id : {"1", "2", "3"})
+        creatures << WindowFixture::monster(QStringLiteral("Rat"), QLatin1String(id));
+    m_creatures = CreatureList(creatures);
+}
+
+QStringList TestInitiativeDialog::labels(InitiativeDialog &dialog)
+{
+    QStringList texts;
+    const QList<QLabel *> found = dialog.findChildren<QLabel *>();
+    for (const QLabel *label : found)
+        if (label->isVisible())
+            texts << label->text();
+    return texts;
+}
+
+void TestInitiativeDialog::press(InitiativeDialog &dialog, const QString &objectName)
+{
+    auto *button = dialog.findChild<QAbstractButton *>(objectName);
+    QVERIFY2(button, qPrintable(objectName));
+    QTest::mouseClick(button, Qt::LeftButton);
+    // A form that gave way is deleted by the loop.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+void TestInitiativeDialog::asksOnceForAGroup()
+{
+    InitiativeDialog dialog(m_creatures);
+    whenDialogRuns([&] {
+        QCOMPARE(labels(dialog),
+                 (QStringList {QStringLiteral("Aria (+4)"), QStringLiteral("Rat (+2)"),
+                               QStringLiteral("x 3")}));
+        box(dialog, QStringLiteral("Aria"))->setValue(17);
+        box(dialog, QStringLiteral("Rat"))->setValue(9);
+        press(dialog, QStringLiteral("okButton"));
+    });
+    QCOMPARE(dialog.exec(), 1);
+    const QList<CreatureInit> monsters = dialog.monsterItems();
+    QCOMPARE(monsters.size(), 1);
+    QCOMPARE(monsters.first().name, QStringLiteral("Rat"));
+    QCOMPARE(monsters.first().roll, 9);
+    QCOMPARE(dialog.characterItems().size(), 1);
+    QCOMPARE(dialog.characterItems().first().roll, 17);
+}
+
+void TestInitiativeDialog::asksForEachOfAnOpenedGroup()
+{
+    InitiativeDialog dialog(m_creatures);
+    QList<int> rolled;
+    whenDialogRuns([&] {
+        const int groupRoll = box(dialog, QStringLiteral("Rat"))->value();
+        press(dialog, QStringLiteral("expandButton:Rat"));
+        QVERIFY(!box(dialog, QStringLiteral("Rat")));
+        for (const char *id : {"1", "2", "3"}) {
+            QSpinBox *member = box(dialog, QStringLiteral("Rat (%1)").arg(QLatin1String(id)));
+            QVERIFY(member && member->isVisible());
+            QVERIFY(member->value() >= 3 && member->value() <= 22);
+            rolled << member->value();
+        }
+        QCOMPARE(rolled.first(), groupRoll); // the first rat's roll opened the row
+        box(dialog, QStringLiteral("Rat (2)"))->setValue(50);
+        // Closed and opened again, each keeps its own.
+        press(dialog, QStringLiteral("expandButton:Rat"));
+        QCOMPARE(box(dialog, QStringLiteral("Rat"))->value(), groupRoll);
+        press(dialog, QStringLiteral("expandButton:Rat"));
+        dialog.accept();
+    });
+    QCOMPARE(dialog.exec(), 1);
+    QStringList names;
+    QList<int> rolls;
+    const QList<CreatureInit> items = dialog.monsterItems();
+    for (const CreatureInit &item : items) {
+        names << item.name;
+        rolls << item.roll;
+    }
+    QCOMPARE(names.join(u','), QStringLiteral("Rat (1),Rat (2),Rat (3)"));
+    QCOMPARE(rolls, (QList<int> {rolled.at(0), 50, rolled.at(2)}));
+}
+
+void TestInitiativeDialog::opensAllGroups()
+{
+    InitiativeDialog dialog(m_creatures);
+    whenDialogRuns([&] {
+        press(dialog, QStringLiteral("expandAllBox"));
+        QVERIFY(box(dialog, QStringLiteral("Rat (3)")));
+        auto *expandAll = dialog.findChild<QCheckBox *>(QStringLiteral("expandAllBox"));
+        QVERIFY(expandAll->isChecked());
+        dialog.accept();
+    });
+    dialog.exec();
+    QVERIFY(QSettings().value(QStringLiteral("initiativeDialog/expandAll")).toBool());
+    // The next dialog starts that way.
+    QCOMPARE(InitiativeDialog(m_creatures).monsterItems().size(), 3);
+}
+
+void TestInitiativeDialog::passesOverWhoTakesNoTurns()
+{
+    Creature *snare = WindowFixture::monster(QStringLiteral("Snare"), QStringLiteral("A"));
+    InitiativeDialog dialog(CreatureList(QList<Creature *> {snare}));
+    whenDialogRuns([&] {
+        QVERIFY(!dialog.findChild<QSpinBox *>());
+        QVERIFY(!dialog.findChild<QWidget *>(QStringLiteral("monstersBox")));
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    });
+    QCOMPARE(dialog.exec(), 1);
+    const CreatureInit item = dialog.monsterItems().value(0);
+    QCOMPARE(item.name, QStringLiteral("Snare (A)"));
+    QCOMPARE(item.roll, 1000);
+    QCOMPARE(item.random, 0);
+}
+
+void TestInitiativeDialog::bringsARollIntoTheBox()
+{
+    // d20 - 60 lies below the box: what it shows is what counts.
+    InitiativeDialog dialog(
+        CreatureList(QList<Creature *> {WindowFixture::character(QStringLiteral("Slug"))}));
+    QCOMPARE(box(dialog, QStringLiteral("Slug"))->value(), 1);
+    QCOMPARE(dialog.characterItems().first().roll, 1);
+}
+
+void TestInitiativeDialog::worksByKeys()
+{
+    InitiativeDialog dialog(m_creatures);
+    whenDialogRuns([&] {
+        const auto type = [](const char *keys) {
+            QTest::keyClicks(QApplication::focusWidget(), QLatin1String(keys));
+        };
+        QCOMPARE(QApplication::focusWidget(), box(dialog, QStringLiteral("Aria")));
+        type("25");
+        for (int i = 0; i < 10 && QApplication::focusWidget() != box(dialog, QStringLiteral("Rat"));
+             ++i)
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        type("11");
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    });
+    QCOMPARE(dialog.exec(), 1);
+    QCOMPARE(dialog.characterItems().first().roll, 25);
+    QCOMPARE(dialog.monsterItems().first().roll, 11);
+}
+
+void TestInitiativeDialog::givesNothingOnCancel()
+{
+    InitiativeDialog dialog(m_creatures);
+    whenDialogRuns([&] { press(dialog, QStringLiteral("cancelButton")); });
+    QCOMPARE(dialog.exec(), 0);
+    // The creatures may go while the dialog stands open.
+    whenDialogRuns([&] {
+        theMonsters->clear();
+        press(dialog, QStringLiteral("expandButton:Rat"));
+        box(dialog, QStringLiteral("Rat (1)"))->setValue(5);
+        dialog.reject();
+    });
+    QCOMPARE(dialog.exec(), 0);
+}
+
+MORVANE_TEST_MAIN(QApplication, TestInitiativeDialog)
+
+#include "tst_initiativedialog.moc"
