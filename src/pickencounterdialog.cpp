@@ -28,7 +28,7 @@ void PickEncounterModel::setFilter(const QString &filter, const QString &adventu
         return;
     m_filter = filter;
     m_adventure = adventure;
-    m_view->clearSelection();
+    clearPick(m_view);
     hideRows();
 }
 
@@ -179,6 +179,12 @@ void PickEncounterDialog::onFilterChanged(QObject *)
 void PickEncounterDialog::onEncounterAdventureSelected(int)
 {
     m_model.setFilter(m_filter->text(), comboText(m_adventures));
+}
+
+void PickEncounterDialog::keyPressEvent(QKeyEvent *event)
+{
+    if (!sendToPickTable(m_table, event))
+        FlatDialog::keyPressEvent(event);
 }
 
 void PickEncounterDialog::accept()

@@ -59,6 +59,9 @@ public:
     int widgetCount() const override { return 1; }
     void accept() override;
 
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+
 private Q_SLOTS:
     void onClicked(QAbstractButton *button);
     void localSelectionChanged(const QItemSelection &selected, const QItemSelection &deselected);

@@ -40,7 +40,7 @@ void PickMonsterModel::setFilter(const QString &filter)
     if (filter == m_filter)
         return;
     m_filter = filter;
-    m_view->clearSelection();
+    clearPick(m_view);
     for (int row = 0; row < rowCount(); ++row) {
         const Creature *monster = theMonsters->at(row);
         m_view->setRowHidden(
@@ -164,6 +164,12 @@ void PickMonsterDialog::localSelectionChanged(const QItemSelection &, const QIte
 void PickMonsterDialog::onFilterChanged(QObject *)
 {
     m_model.setFilter(m_filter->text());
+}
+
+void PickMonsterDialog::keyPressEvent(QKeyEvent *event)
+{
+    if (!sendToPickTable(m_table, event))
+        FlatDialog::keyPressEvent(event);
 }
 
 void PickMonsterDialog::accept()

@@ -58,6 +58,9 @@ public Q_SLOTS:
     // Stays open, with a message, while an accepted monster has no ID.
     void done(int result) override;
 
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+
 private Q_SLOTS:
     void onClicked(QAbstractButton *button);
     void localSelectionChanged(const QItemSelection &selected, const QItemSelection &deselected);

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QTableView>
 
@@ -31,6 +32,22 @@ void setUpPickTable(QTableView *view, QAbstractItemModel *model)
     view->horizontalHeader()->setMaximumSectionSize(QWIDGETSIZE_MAX);
     view->horizontalHeader()->setStretchLastSection(true);
     view->resizeRowsToContents();
+    clearPick(view);
+}
+
+void clearPick(QTableView *view)
+{
+    view->clearSelection();
+    view->setCurrentIndex(QModelIndex());
+}
+
+bool sendToPickTable(QTableView *view, QKeyEvent *event)
+{
+    if (event->key() != Qt::Key_Up && event->key() != Qt::Key_Down)
+        return false;
+    view->setFocus();
+    QCoreApplication::sendEvent(view, event);
+    return true;
 }
 
 int selectedPickRow(const QTableView *view)
