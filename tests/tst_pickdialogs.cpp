@@ -260,7 +260,7 @@ void TestPickDialogs::asksForAnId()
         });
         press(dialog, QStringLiteral("Add Hidden"));
         QCOMPARE(m_fixture->window().activeDialog(), &dialog);
-        QTRY_COMPARE(QApplication::focusWidget(), id);
+        QCOMPARE(m_fixture->window().focusWidget(), id);
         QTest::keyClicks(id, QStringLiteral("7 "));
         QTest::keyClicks(dialog.findChild<QLineEdit *>(QStringLiteral("monsterAliasEdit")),
                          QStringLiteral("Squeaker"));
