@@ -87,6 +87,9 @@ QVariant EventListModel::data(const QModelIndex &index, int role) const
     switch (role) {
     case Qt::DisplayRole:
         return m_history->eventText(row);
+    case Qt::ToolTipRole:
+        // A line is often wider than the dock. As rich text it wraps.
+        return QStringLiteral("<p>%1</p>").arg(m_history->eventText(row).toHtmlEscaped());
     case Qt::ForegroundRole:
         return row > position ? QVariant(QColor(QLatin1String("grey"))) : QVariant();
     case Qt::DecorationRole:

@@ -30,6 +30,7 @@ public:
         content->setLayout(m_grid);
         setWidget(content);
         setWidgetResizable(true);
+        setFrameShape(QFrame::NoFrame);
         setFocusPolicy(Qt::NoFocus);
         for (const QWidget *cell : m_cells)
             m_cellWidth = qMax(m_cellWidth, cell->sizeHint().width());

@@ -22,6 +22,7 @@ public:
     // changed.
     CreatureList selectedCharacters() const;
 
+    int widgetCount() const override { return 1; } // as high as there is room
     void accept() override;
 
 private Q_SLOTS:

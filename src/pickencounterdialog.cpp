@@ -114,16 +114,15 @@ PickEncounterDialog::PickEncounterDialog(QWidget *parent)
     connect(m_adventures, &QComboBox::activated, this,
             &PickEncounterDialog::onEncounterAdventureSelected);
 
-    m_filter = filterEdit();
+    m_table = new QTableView;
+    m_table->setObjectName(QStringLiteral("pickEncounterTable"));
+    m_model.attachTo(m_table);
+    m_filter = filterEdit(m_table);
     auto *signaler = new EventSignaler(this);
     m_filter->installEventFilter(signaler);
     // Queued: the event has only reached the filter, not yet the edit.
     connect(signaler, &EventSignaler::doEventReceived, this, &PickEncounterDialog::onFilterChanged,
             Qt::QueuedConnection);
-
-    m_table = new QTableView;
-    m_table->setObjectName(QStringLiteral("pickEncounterTable"));
-    m_model.attachTo(m_table);
     connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &PickEncounterDialog::localSelectionChanged);
     connect(m_table, &QTableView::doubleClicked, this, [this] { accept(); });

@@ -96,16 +96,15 @@ QVariant PickMonsterModel::headerData(int section, Qt::Orientation orientation, 
 PickMonsterDialog::PickMonsterDialog(QWidget *parent) : FlatDialog(tr("Select a Monster"), parent)
 {
     setObjectName(QStringLiteral("pickMonsterDialog"));
-    m_filter = filterEdit();
+    m_table = new QTableView;
+    m_table->setObjectName(QStringLiteral("pickMonsterTable"));
+    m_model.attachTo(m_table);
+    m_filter = filterEdit(m_table);
     auto *signaler = new EventSignaler(this);
     m_filter->installEventFilter(signaler);
     // Queued: the event has only reached the filter, not yet the edit.
     connect(signaler, &EventSignaler::doEventReceived, this, &PickMonsterDialog::onFilterChanged,
             Qt::QueuedConnection);
-
-    m_table = new QTableView;
-    m_table->setObjectName(QStringLiteral("pickMonsterTable"));
-    m_model.attachTo(m_table);
 
     QHBoxLayout *columns = hBox(vWidget(m_filter, m_table), buildFields());
     columns->setStretch(0, 1);

@@ -7,6 +7,7 @@
 namespace {
 
 constexpr int BloodiedBelow = 51; // percent: from here down the bar is red
+constexpr int SmallestText = 8; // pixels
 
 // White, the colour, black. Only a part of it lies within the bar, in the light end, so that black
 // text on the bar stays readable.
@@ -24,6 +25,17 @@ QLinearGradient barGradient(const QRect &bar, const QColor &colour, bool grey,
     gradient.setColorAt(0.7, colour);
     gradient.setColorAt(1, Qt::black);
     return gradient;
+}
+
+// The font in a size with which the text fits into the bar, as far as it stays readable.
+QFont fontForBar(const QFont &font, const QString &text, const QSize &bar)
+{
+    QFont fitting = font;
+    fitting.setPixelSize(qMax(SmallestText, qMin(QFontInfo(font).pixelSize(), bar.height() - 2)));
+    while (fitting.pixelSize() > SmallestText
+           && QFontMetrics(fitting).horizontalAdvance(text) > bar.width() - 2)
+        fitting.setPixelSize(fitting.pixelSize() - 1);
+    return fitting;
 }
 
 } // namespace
@@ -82,9 +94,10 @@ void ProgressBarDelegate::paint(QPainter *painter, const QStyleOptionViewItem &o
     painter->setClipRect(option.rect);
     drawBar(painter, option.rect, parts.at(0).toInt(), grey);
     // Not the palette's colours: the ground of the bar is white on any palette.
-    painter->setFont(option.font);
+    const QRect bar = barRect(option.rect);
+    painter->setFont(fontForBar(option.font, parts.at(1), bar.size()));
     painter->setPen(grey ? QColor(QLatin1String("gray")).darker(125) : QColor(Qt::black));
-    painter->drawText(barRect(option.rect).translated(1, 1), Qt::AlignCenter, parts.at(1));
+    painter->drawText(bar.translated(1, 0), Qt::AlignCenter, parts.at(1));
     painter->restore();
 }
 

@@ -8,6 +8,7 @@
 namespace {
 
 constexpr int KeptDocuments = 512; // several screens full of rows
+constexpr int SmallestText = 8; // pixels: what can still be read
 
 struct NamedColour {
     QLatin1String name;
@@ -20,6 +21,16 @@ constexpr NamedColour NamedColours[] = {
     {QLatin1String("blue"), 0xff7ab8ff},        {QLatin1String("red"), 0xffff7b72},
     {QLatin1String("saddlebrown"), 0xffd9a36a},
 };
+
+// One line that is wider than its cell is set in smaller type rather than cut.
+void condense(QTextDocument &document, int width)
+{
+    QFont font = document.defaultFont();
+    while (document.idealWidth() > width && font.pixelSize() > SmallestText) {
+        font.setPixelSize(font.pixelSize() - 1);
+        document.setDefaultFont(font);
+    }
+}
 
 bool isDark(const QPalette &palette)
 {
@@ -53,6 +64,8 @@ void RichTextDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opti
         context.palette.setColor(QPalette::Text, cell.palette.color(QPalette::HighlightedText));
     painter->setClipRect(cell.rect);
     painter->translate(cell.rect.topLeft());
+    if (m_centre)
+        painter->translate(0, (cell.rect.height() - document->size().height()) / 2);
     document->documentLayout()->draw(painter, context);
     painter->restore();
 }
@@ -75,6 +88,8 @@ QTextDocument *RichTextDelegate::documentFor(const QString &html, const QFont &f
     text.setWrapMode(m_noWrap ? QTextOption::NoWrap : QTextOption::WordWrap);
     document->setDefaultTextOption(text);
     document->setHtml(html);
+    if (m_scaleFont && m_noWrap)
+        condense(*document, cell.width());
     document->setTextWidth(cell.width());
     m_documents.insert(key, document);
     return document;

@@ -12,7 +12,7 @@ class RichTextDelegate : public QItemDelegate {
     Q_OBJECT
 
 public:
-    // `scaleFont`: half as high as the cell.
+    // `scaleFont`: half as high as the cell; smaller where a line that can't wrap would be cut.
     RichTextDelegate(bool scaleFont, bool noWrap, bool centre, QObject *parent = nullptr);
     ~RichTextDelegate() override;
 
