@@ -5,6 +5,7 @@
 #include <QMenu>
 #include <QSet>
 #include <QSettings>
+#include <QStyledItemDelegate>
 
 #include "coreobjects.h"
 #include "creature.h"
@@ -65,6 +66,27 @@ bool isGreyed(const Creature *creature)
         || creature->isMissing() || creature->isDelayed() || creature->isReadied();
 }
 
+// The same in a selected row, which the style would tint: the colours carry a meaning.
+QIcon listIcon(const QString &file)
+{
+    QIcon icon(file);
+    icon.addFile(file, QSize(), QIcon::Selected);
+    return icon;
+}
+
+// Without the frame around the cell of the last click: what counts is the selected rows.
+class FramelessDelegate : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        option->state.setFlag(QStyle::State_HasFocus, false);
+    }
+};
+
 // Hit points as they fit on a bar.
 QString hitPointsText(const Creature *creature)
 {
@@ -82,12 +104,13 @@ QString hitPointsText(const Creature *creature)
 } // namespace
 
 CreatureListModel::CreatureListModel(QObject *parent)
-    : QAbstractTableModel(parent), m_currentIcon(QStringLiteral(":/images/arrow-right-red128.png")),
-      m_noIcon(QStringLiteral(":/images/no-icon.png")),
-      m_delayIcon(QStringLiteral(":/images/delay-turn16.png")),
-      m_readyIcon(QStringLiteral(":/images/ready-action16.png")),
-      m_hiddenIcon(QStringLiteral(":/images/faided-eye128.png")),
-      m_deadIcon(QStringLiteral(":/images/skull-xbones16.png"))
+    : QAbstractTableModel(parent),
+      m_currentIcon(listIcon(QStringLiteral(":/images/arrow-right-red128.png"))),
+      m_noIcon(listIcon(QStringLiteral(":/images/no-icon.png"))),
+      m_delayIcon(listIcon(QStringLiteral(":/images/delay-turn16.png"))),
+      m_readyIcon(listIcon(QStringLiteral(":/images/ready-action16.png"))),
+      m_hiddenIcon(listIcon(QStringLiteral(":/images/faided-eye128.png"))),
+      m_deadIcon(listIcon(QStringLiteral(":/images/skull-xbones16.png")))
 {
     m_refresh.setSingleShot(true);
     connect(&m_refresh, &QTimer::timeout, this, &CreatureListModel::refresh);
@@ -156,6 +179,7 @@ void CreatureListModel::setUpColumns()
         m_view->setColumnWidth(settings.column, savedWidth(settings.name, settings.width));
     m_view->setColumnWidth(EffectsColumn, EffectsWidth);
 
+    m_view->setItemDelegate(new FramelessDelegate(m_view));
     m_view->setItemDelegateForColumn(NameColumn, new RichTextDelegate(false, true, false, m_view));
     auto *scaled = new RichTextDelegate(true, true, true, m_view);
     m_view->setItemDelegateForColumn(InitiativeColumn, scaled);
@@ -242,7 +266,14 @@ void CreatureListModel::onInitHeaderClicked()
     if (chosen == help)
         theMainWindow->showSelectionHelp();
     else if (m_view)
-        m_view->setColumnHidden(chosen->data().toInt(), !chosen->isChecked());
+        showColumn(chosen->data().toInt(), chosen->isChecked());
+}
+
+void CreatureListModel::showColumn(int column, bool show)
+{
+    m_view->setColumnHidden(column, !show);
+    // In the middle of its own click the header doesn't redraw the columns that moved up.
+    m_view->horizontalHeader()->viewport()->update();
 }
 
 // --- selection ---

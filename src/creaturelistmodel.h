@@ -69,6 +69,7 @@ private:
 
     void setUpColumns();
     void placeColumns();
+    void showColumn(int column, bool show);
     void writeSettings();
     void connectEncounter();
     void connectView();

@@ -84,6 +84,7 @@ void ProgressBarDelegate::paint(QPainter *painter, const QStyleOptionViewItem &o
     initStyleOption(&background, index);
     const QStringList parts = background.text.split(u';');
     background.text.clear();
+    background.state.setFlag(QStyle::State_HasFocus, false);
     const QStyle *style = option.widget ? option.widget->style() : QApplication::style();
     style->drawControl(QStyle::CE_ItemViewItem, &background, painter, option.widget);
     if (parts.size() != 3)
