@@ -10,6 +10,7 @@
 #include <QSettings>
 
 #include <algorithm>
+#include <limits>
 
 #include "characters.h"
 #include "coreobjects.h"
@@ -34,6 +35,8 @@ constexpr const char *SubFolders[] = {"Characters", "Monsters", "Portraits", "En
 constexpr const char *DownloadPage = "https://morvane.example/download";
 // Milliseconds between two movements of the progress dialog.
 constexpr int ProgressInterval = 40;
+// A load of fewer milliseconds shows no dialog at all.
+constexpr int ProgressDelay = 1000;
 constexpr int StepsBesidesFiles = 4;
 // Deeper than any real data folder; a symbolic link in a circle ends here.
 constexpr int MaxCopyDepth = 32;
@@ -155,8 +158,11 @@ public:
         m_dialog.setCancelButton(m_button);
         m_dialog.setWindowModality(Qt::WindowModal);
         m_dialog.setAutoClose(false);
+        // Never by the dialog's own timer: it would come up in front of a question that waits.
+        m_dialog.setMinimumDuration(std::numeric_limits<int>::max());
         m_dialog.setValue(0);
         m_sinceShown.start();
+        m_sinceStart.start();
     }
 
     void setLabel(const QString &text) override { m_dialog.setLabelText(text); }
@@ -165,6 +171,8 @@ public:
         ++m_value;
         if (m_sinceShown.elapsed() < ProgressInterval)
             return;
+        if (m_sinceStart.elapsed() > ProgressDelay)
+            m_dialog.setMinimumDuration(0);
         m_dialog.setValue(m_value);
         m_sinceShown.restart();
     }
@@ -185,6 +193,7 @@ private:
     QPushButton *m_button; // the dialog's
     int m_value = 0;
     QElapsedTimer m_sinceShown;
+    QElapsedTimer m_sinceStart;
 };
 
 // What was read of a folder before the running library gives way to it.
