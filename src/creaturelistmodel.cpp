@@ -23,7 +23,7 @@ namespace {
 
 using Column = CreatureListModel::Column;
 
-constexpr int RowHeight = 24;
+constexpr int IconWidth = 24;
 constexpr int EffectsWidth = 240;
 constexpr int CompactInitiativeBelow = 50; // pixels
 // From here on a number is a column's width by mistake or mischief.
@@ -163,7 +163,6 @@ void CreatureListModel::attachTo(CreatureTableView *view)
     view->setWordWrap(false);
     setUpColumns();
     view->setSelectionBehavior(QAbstractItemView::SelectRows);
-    view->verticalHeader()->setDefaultSectionSize(RowHeight);
     view->verticalHeader()->hide();
     placeColumns();
     header->setStretchLastSection(true);
@@ -174,7 +173,7 @@ void CreatureListModel::attachTo(CreatureTableView *view)
 
 void CreatureListModel::setUpColumns()
 {
-    m_view->setColumnWidth(IconColumn, savedWidth("icon", RowHeight));
+    m_view->setColumnWidth(IconColumn, savedWidth("icon", IconWidth));
     for (const ColumnSettings &settings : MovableColumns)
         m_view->setColumnWidth(settings.column, savedWidth(settings.name, settings.width));
     m_view->setColumnWidth(EffectsColumn, EffectsWidth);

@@ -1,6 +1,7 @@
 #include "creaturetableview.h"
 
 #include <QApplication>
+#include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QMouseEvent>
 #include <algorithm>
@@ -11,6 +12,8 @@ namespace {
 
 constexpr int NoDistance = 100000000;
 constexpr int MinimumWidth = 360;
+constexpr int RowHeight = 24;
+constexpr int RowMargin = 4; // above and below the text
 
 QColor blend(const QColor &a, const QColor &b, double shareOfB)
 {
@@ -24,6 +27,7 @@ CreatureTableView::CreatureTableView(QWidget *parent) : QTableView(parent)
 {
     setMinimumWidth(MinimumWidth);
     softenSelectionColours();
+    fitRowsToFont();
 }
 
 void CreatureTableView::scrollToRow(int row)
@@ -64,6 +68,14 @@ void CreatureTableView::changeEvent(QEvent *event)
     QTableView::changeEvent(event);
     if (event->type() == QEvent::ApplicationPaletteChange)
         softenSelectionColours();
+    else if (event->type() == QEvent::FontChange)
+        fitRowsToFont();
+}
+
+void CreatureTableView::fitRowsToFont()
+{
+    const int needed = fontMetrics().height() + 2 * RowMargin;
+    verticalHeader()->setDefaultSectionSize(qMax(RowHeight, needed));
 }
 
 void CreatureTableView::softenSelectionColours()

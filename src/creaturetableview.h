@@ -23,6 +23,8 @@ protected:
 
 private:
     void softenSelectionColours();
+    // Rows never cut a large font.
+    void fitRowsToFont();
     void selectByMouse(const QModelIndex &index, const QMouseEvent &event) const;
     // The row that was added, or -1.
     int selectByKey(const QKeyEvent &event) const;

@@ -5,6 +5,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QMenuBar>
+#include <QScreen>
 #include <QSettings>
 #include <QSpinBox>
 #include <QStackedWidget>
@@ -293,7 +294,8 @@ void MainWindow::connectSignals()
 
 void MainWindow::restoreLayout()
 {
-    resize(DefaultSize);
+    // A scaled or small screen may have less room, and its frame must stay within reach.
+    resize(DefaultSize.boundedTo(screen()->availableSize() * 0.9));
     const QSettings settings;
     restoreGeometry(settings.value(QStringLiteral("mainWindow/geometry")).toByteArray());
     restoreState(settings.value(QStringLiteral("mainWindow/state")).toByteArray());

@@ -519,6 +519,10 @@ void TestList::listsTheHistory()
         return events->index(row, 0).data(Qt::ForegroundRole).isValid();
     };
     QCOMPARE(events->index(1, 0).data().toString(), theHistory->eventText(1));
+    QVERIFY(events->index(1, 0)
+                .data(Qt::ToolTipRole)
+                .toString()
+                .contains(theHistory->eventText(1).toHtmlEscaped()));
     QCOMPARE(events->headerData(2, Qt::Vertical, Qt::DisplayRole).toString(), QStringLiteral("3"));
     QVERIFY(!isGrey(2));
 
