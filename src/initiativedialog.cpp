@@ -186,7 +186,8 @@ QSpinBox *InitiativeData::rollBox(int &roll, const QString &name)
 {
     // What the DM sees is what counts: a roll beyond the box is brought into it.
     roll = qBound(LowestRoll, roll, HighestRoll);
-    QSpinBox *box = spinBox(HighestRoll, LowestRoll, roll, true);
+    QSpinBox *box = spinBox(HighestRoll, LowestRoll, roll, false);
+    box->setValue(roll);
     box->setObjectName(QStringLiteral("initiative:") + name);
     box->setAccessibleName(name);
     connect(box, &QSpinBox::valueChanged, this, &InitiativeData::onInitValueChanged);
@@ -250,10 +251,13 @@ void InitiativeDialog::rebuildForm()
     m_form = buildForm();
     m_holder->layout()->addWidget(m_form);
 
-    QWidget *first = m_characters.firstSpinBox();
-    if (!first)
-        first = m_monsters.firstSpinBox();
-    if (!first)
+    QSpinBox *firstBox = m_characters.firstSpinBox();
+    if (!firstBox)
+        firstBox = m_monsters.firstSpinBox();
+    QWidget *first = firstBox;
+    if (firstBox)
+        firstBox->selectAll(); // the others do so themselves when Tab reaches them
+    else
         first = m_form->findChild<QPushButton *>(QStringLiteral("okButton"));
     setFocusProxy(first);
     if (isVisible()) {

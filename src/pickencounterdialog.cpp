@@ -20,6 +20,9 @@ void PickEncounterModel::attachTo(QTableView *view)
     m_view = view;
     setUpPickTable(view, this);
     hideRows();
+    // A description takes fewer lines in a wider column.
+    connect(view->horizontalHeader(), &QHeaderView::sectionResized, view,
+            &QTableView::resizeRowsToContents);
 }
 
 void PickEncounterModel::setFilter(const QString &filter, const QString &adventure)
@@ -117,7 +120,7 @@ PickEncounterDialog::PickEncounterDialog(QWidget *parent)
     m_table = new QTableView;
     m_table->setObjectName(QStringLiteral("pickEncounterTable"));
     m_model.attachTo(m_table);
-    m_filter = filterEdit(m_table);
+    m_filter = filterEdit();
     auto *signaler = new EventSignaler(this);
     m_filter->installEventFilter(signaler);
     // Queued: the event has only reached the filter, not yet the edit.

@@ -99,7 +99,7 @@ PickMonsterDialog::PickMonsterDialog(QWidget *parent) : FlatDialog(tr("Select a 
     m_table = new QTableView;
     m_table->setObjectName(QStringLiteral("pickMonsterTable"));
     m_model.attachTo(m_table);
-    m_filter = filterEdit(m_table);
+    m_filter = filterEdit();
     auto *signaler = new EventSignaler(this);
     m_filter->installEventFilter(signaler);
     // Queued: the event has only reached the filter, not yet the edit.

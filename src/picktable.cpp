@@ -4,46 +4,12 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QPointer>
 #include <QTableView>
 
 namespace {
 
 constexpr int RowHeight = 24;
 constexpr int WidestColumn = 320; // pixels, so that one long name doesn't push out the rest
-
-class FilterEdit : public QLineEdit {
-public:
-    explicit FilterEdit(QTableView *view) : m_view(view) { }
-
-protected:
-    void keyPressEvent(QKeyEvent *event) override
-    {
-        if (event->key() == Qt::Key_Down && m_view)
-            enterView();
-        else
-            QLineEdit::keyPressEvent(event);
-    }
-
-private:
-    void enterView()
-    {
-        if (!m_view->selectionModel()->hasSelection())
-            m_view->selectRow(firstShownRow());
-        m_view->setFocus(Qt::TabFocusReason);
-    }
-
-    // -1 when the filter hides all.
-    int firstShownRow() const
-    {
-        for (int row = 0; row < m_view->model()->rowCount(); ++row)
-            if (!m_view->isRowHidden(row))
-                return row;
-        return -1;
-    }
-
-    QPointer<QTableView> m_view;
-};
 
 } // namespace
 
@@ -90,9 +56,9 @@ int selectedPickRow(const QTableView *view)
     return selected.isEmpty() ? -1 : selected.last().row();
 }
 
-QLineEdit *filterEdit(QTableView *view)
+QLineEdit *filterEdit()
 {
-    auto *edit = new FilterEdit(view);
+    auto *edit = new QLineEdit;
     edit->setObjectName(QStringLiteral("filterEdit"));
     edit->setPlaceholderText(QCoreApplication::translate("PickDialogs", "Enter filter text"));
     edit->setClearButtonEnabled(true);

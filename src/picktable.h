@@ -14,6 +14,5 @@ void clearPick(QTableView *view);
 bool sendToPickTable(QTableView *view, QKeyEvent *event);
 // The last row that the selection reports; -1 for none.
 int selectedPickRow(const QTableView *view);
-// An edit for the text by which the rows of `view` are filtered. The key Down leads on into the
-// view.
-QLineEdit *filterEdit(QTableView *view);
+// An edit for the text by which the rows are filtered.
+QLineEdit *filterEdit();
