@@ -66,7 +66,7 @@ bool CreatureTableView::focusNextPrevChild(bool next)
 void CreatureTableView::changeEvent(QEvent *event)
 {
     QTableView::changeEvent(event);
-    if (event->type() == QEvent::ApplicationPaletteChange)
+    if (event->type() == QEvent::PaletteChange)
         softenSelectionColours();
     else if (event->type() == QEvent::FontChange)
         fitRowsToFont();
@@ -89,7 +89,9 @@ void CreatureTableView::softenSelectionColours()
                       blend(soft.color(group, QPalette::Base), highlight, 0.35));
         soft.setColor(group, QPalette::HighlightedText, soft.color(group, QPalette::Text));
     }
-    setPalette(soft);
+    // Setting it is a change of the palette in its turn.
+    if (soft != palette())
+        setPalette(soft);
 }
 
 QItemSelectionModel::SelectionFlags CreatureTableView::selectionCommand(const QModelIndex &index,
