@@ -40,11 +40,10 @@ if [ "${1:-all}" != quick ]; then
   step "Layers as shared libraries, and each header by itself"
   build shared --target morvane_ui all_verify_interface_header_sets
 
-  step "Static checks"
-  tools/scripts/tidy.sh build/shared
-
   step "Build with the sanitizers"
   build asan
+  step "Static checks"
+  tools/scripts/tidy.sh build/asan
   step "Tests with the sanitizers"
   ctest --preset asan -j "$jobs"
 fi

@@ -539,7 +539,8 @@ void TestCreatureFile::survivesAnyBytes()
     }
     CreatureData data;
     data.isMonster = false;
-    const QByteArray cut("name=a\nlevel=1\nrace=b\nrole=c\0rest", 36);
+    QByteArray cut("name=a\nlevel=1\nrace=b\nrole=c");
+    cut.append('\0').append("rest");
     QVERIFY(readKeyForm(cut, data, QString()));
     QCOMPARE(data.statBlock, "name=a\nlevel=1\nrace=b\nrole=c");
 }
