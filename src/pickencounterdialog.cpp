@@ -4,13 +4,11 @@
 #include <QComboBox>
 #include <QHeaderView>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QTableView>
 
 #include "coreobjects.h"
 #include "encounter.h"
 #include "encounters.h"
-#include "eventsignaler.h"
 #include "picktable.h"
 
 // --- the model ---
@@ -106,7 +104,7 @@ QVariant PickEncounterModel::headerData(int section, Qt::Orientation orientation
 // --- the dialog ---
 
 PickEncounterDialog::PickEncounterDialog(QWidget *parent)
-    : FlatDialog(tr("Select an Encounter"), parent)
+    : PickTableDialog(tr("Select an Encounter"), parent)
 {
     setObjectName(QStringLiteral("pickEncounterDialog"));
     m_adventures = new QComboBox;
@@ -117,86 +115,41 @@ PickEncounterDialog::PickEncounterDialog(QWidget *parent)
     connect(m_adventures, &QComboBox::activated, this,
             &PickEncounterDialog::onEncounterAdventureSelected);
 
-    m_table = new QTableView;
-    m_table->setObjectName(QStringLiteral("pickEncounterTable"));
-    m_model.attachTo(m_table);
-    m_filter = filterEdit();
-    auto *signaler = new EventSignaler(this);
-    m_filter->installEventFilter(signaler);
-    // Queued: the event has only reached the filter, not yet the edit.
-    connect(signaler, &EventSignaler::doEventReceived, this, &PickEncounterDialog::onFilterChanged,
-            Qt::QueuedConnection);
-    connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
-            &PickEncounterDialog::localSelectionChanged);
-    connect(m_table, &QTableView::doubleClicked, this, [this] { accept(); });
+    table()->setObjectName(QStringLiteral("pickEncounterTable"));
+    m_model.attachTo(table());
 
-    QHBoxLayout *top = hBox(m_adventures, m_filter);
+    QHBoxLayout *top = hBox(m_adventures, filter());
     top->setStretch(1, 1);
-    setLayout(vBox(wrap(top), m_table, buildButtons()));
-    setFocusProxy(m_filter);
+    setLayout(vBox(wrap(top), table(), buildButtons(offeredButtons())));
 }
 
-QWidget *PickEncounterDialog::buildButtons()
+QList<FlatDialog::Button> PickEncounterDialog::offeredButtons()
 {
     const int count = theEncounter ? theEncounter->count() : 0;
     const bool running = theEncounter && theEncounter->isRunning();
-    QList<Button> texts;
+    QList<Button> buttons;
     if (count == 0)
-        texts << Button {tr("Set"), Set} << Button {tr("Set Hidden"), SetHidden};
+        buttons << Button {tr("Set"), Set} << Button {tr("Set Hidden"), SetHidden};
     else if (!running)
-        texts << Button {tr("Replace"), Set} << Button {tr("Replace Hidden"), SetHidden};
+        buttons << Button {tr("Replace"), Set} << Button {tr("Replace Hidden"), SetHidden};
     if (count > 0)
-        texts << Button {tr("Add"), Add} << Button {tr("Add Hidden"), AddHidden};
-    texts << Button {tr("Cancel"), 0};
-
-    m_buttons = buttonRow(texts);
-    m_default = qobject_cast<QPushButton *>(m_buttons->buttons().constFirst());
-    m_default->setDefault(true);
-    connect(m_buttons, &QDialogButtonBox::clicked, this, &PickEncounterDialog::onClicked);
-    enableButtons(false);
-    return m_buttons;
-}
-
-void PickEncounterDialog::enableButtons(bool enabled)
-{
-    for (QAbstractButton *button : m_buttons->buttons())
-        button->setEnabled(enabled || resultOf(button) == 0);
-}
-
-void PickEncounterDialog::onClicked(QAbstractButton *button)
-{
-    done(resultOf(button));
-}
-
-void PickEncounterDialog::localSelectionChanged(const QItemSelection &, const QItemSelection &)
-{
-    enableButtons(m_table->selectionModel()->hasSelection());
+        buttons << Button {tr("Add"), Add} << Button {tr("Add Hidden"), AddHidden};
+    return buttons << Button {tr("Cancel"), 0};
 }
 
 void PickEncounterDialog::onFilterChanged(QObject *)
 {
-    m_model.setFilter(m_filter->text(), comboText(m_adventures));
+    m_model.setFilter(filter()->text(), comboText(m_adventures));
 }
 
 void PickEncounterDialog::onEncounterAdventureSelected(int)
 {
-    m_model.setFilter(m_filter->text(), comboText(m_adventures));
-}
-
-void PickEncounterDialog::keyPressEvent(QKeyEvent *event)
-{
-    if (!sendToPickTable(m_table, event))
-        FlatDialog::keyPressEvent(event);
-}
-
-void PickEncounterDialog::accept()
-{
-    m_default->click();
+    m_model.setFilter(filter()->text(), comboText(m_adventures));
 }
 
 const PreparedEncounter *PickEncounterDialog::selectedEncounter() const
 {
-    const int row = selectedPickRow(m_table);
+    const int row = selectedRow();
     return row >= 0 && theEncounters ? theEncounters->at(row) : nullptr;
 }
 

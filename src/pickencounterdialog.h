@@ -2,16 +2,11 @@
 #pragma once
 
 #include <QAbstractTableModel>
-#include <QDialogButtonBox>
 
-#include "flatdialog.h"
+#include "picktabledialog.h"
 
 class PreparedEncounter;
-class QAbstractButton;
 class QComboBox;
-class QItemSelection;
-class QLineEdit;
-class QPushButton;
 class QTableView;
 
 class PickEncounterModel : public QAbstractTableModel {
@@ -43,7 +38,7 @@ private:
     QTableView *m_view = nullptr;
 };
 
-class PickEncounterDialog : public FlatDialog {
+class PickEncounterDialog : public PickTableDialog {
     Q_OBJECT
 
 public:
@@ -56,26 +51,13 @@ public:
     // Null when nothing is selected.
     const PreparedEncounter *selectedEncounter() const;
 
-    int widgetCount() const override { return 1; }
-    void accept() override;
-
-protected:
-    void keyPressEvent(QKeyEvent *event) override;
-
 private Q_SLOTS:
-    void onClicked(QAbstractButton *button);
-    void localSelectionChanged(const QItemSelection &selected, const QItemSelection &deselected);
-    void onFilterChanged(QObject *object);
+    void onFilterChanged(QObject *object) override;
     void onEncounterAdventureSelected(int index);
 
 private:
-    QWidget *buildButtons();
-    void enableButtons(bool enabled);
+    static QList<Button> offeredButtons();
 
     PickEncounterModel m_model;
     QComboBox *m_adventures = nullptr;
-    QLineEdit *m_filter = nullptr;
-    QTableView *m_table = nullptr;
-    QDialogButtonBox *m_buttons = nullptr;
-    QPushButton *m_default = nullptr;
 };

@@ -3,12 +3,10 @@
 #include <QBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QTableView>
 
 #include "coreobjects.h"
 #include "creature.h"
-#include "eventsignaler.h"
 #include "messagedialog.h"
 #include "monsters.h"
 #include "picktable.h"
@@ -93,27 +91,19 @@ QVariant PickMonsterModel::headerData(int section, Qt::Orientation orientation, 
 
 // --- the dialog ---
 
-PickMonsterDialog::PickMonsterDialog(QWidget *parent) : FlatDialog(tr("Select a Monster"), parent)
+PickMonsterDialog::PickMonsterDialog(QWidget *parent)
+    : PickTableDialog(tr("Select a Monster"), parent)
 {
     setObjectName(QStringLiteral("pickMonsterDialog"));
-    m_table = new QTableView;
-    m_table->setObjectName(QStringLiteral("pickMonsterTable"));
-    m_model.attachTo(m_table);
-    m_filter = filterEdit();
-    auto *signaler = new EventSignaler(this);
-    m_filter->installEventFilter(signaler);
-    // Queued: the event has only reached the filter, not yet the edit.
-    connect(signaler, &EventSignaler::doEventReceived, this, &PickMonsterDialog::onFilterChanged,
-            Qt::QueuedConnection);
+    table()->setObjectName(QStringLiteral("pickMonsterTable"));
+    m_model.attachTo(table());
 
-    QHBoxLayout *columns = hBox(vWidget(m_filter, m_table), buildFields());
+    QHBoxLayout *columns = hBox(vWidget(filter(), table()), buildFields());
     columns->setStretch(0, 1);
     columns->setSpacing(12);
-    setLayout(vBox(wrap(columns), buildButtons()));
-    connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
-            &PickMonsterDialog::localSelectionChanged);
-    connect(m_table, &QTableView::doubleClicked, this, [this] { accept(); });
-    setFocusProxy(m_filter);
+    QWidget *buttons =
+        buildButtons({{tr("Add"), Add}, {tr("Add Hidden"), AddHidden}, {tr("Cancel"), 0}});
+    setLayout(vBox(wrap(columns), buttons));
 }
 
 QWidget *PickMonsterDialog::buildFields()
@@ -135,45 +125,9 @@ QWidget *PickMonsterDialog::buildFields()
     return fields;
 }
 
-QWidget *PickMonsterDialog::buildButtons()
-{
-    m_buttons = buttonRow({{tr("Add"), Add}, {tr("Add Hidden"), AddHidden}, {tr("Cancel"), 0}});
-    qobject_cast<QPushButton *>(m_buttons->buttons().constFirst())->setDefault(true);
-    connect(m_buttons, &QDialogButtonBox::clicked, this, &PickMonsterDialog::onClicked);
-    enableButtons(false);
-    return m_buttons;
-}
-
-void PickMonsterDialog::enableButtons(bool enabled)
-{
-    for (QAbstractButton *button : m_buttons->buttons())
-        button->setEnabled(enabled || resultOf(button) == 0);
-}
-
-void PickMonsterDialog::onClicked(QAbstractButton *button)
-{
-    done(resultOf(button));
-}
-
-void PickMonsterDialog::localSelectionChanged(const QItemSelection &, const QItemSelection &)
-{
-    enableButtons(m_table->selectionModel()->hasSelection());
-}
-
 void PickMonsterDialog::onFilterChanged(QObject *)
 {
-    m_model.setFilter(m_filter->text());
-}
-
-void PickMonsterDialog::keyPressEvent(QKeyEvent *event)
-{
-    if (!sendToPickTable(m_table, event))
-        FlatDialog::keyPressEvent(event);
-}
-
-void PickMonsterDialog::accept()
-{
-    m_buttons->buttons().constFirst()->click();
+    m_model.setFilter(filter()->text());
 }
 
 void PickMonsterDialog::done(int result)
@@ -191,7 +145,7 @@ void PickMonsterDialog::done(int result)
 
 QString PickMonsterDialog::selectedGroup() const
 {
-    const int row = selectedPickRow(m_table);
+    const int row = selectedRow();
     const Creature *monster = row >= 0 && theMonsters ? theMonsters->at(row) : nullptr;
     return monster ? monster->group() : QString();
 }

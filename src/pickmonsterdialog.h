@@ -2,15 +2,11 @@
 #pragma once
 
 #include <QAbstractTableModel>
-#include <QDialogButtonBox>
 
-#include "flatdialog.h"
+#include "picktabledialog.h"
 
 class Creature;
-class QAbstractButton;
-class QItemSelection;
 class QLineEdit;
-class QPushButton;
 class QTableView;
 
 class PickMonsterModel : public QAbstractTableModel {
@@ -31,14 +27,12 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
 private:
-    void hideRows();
-
     // No filter that was applied, so that the first one always is, an empty one included.
     QString m_filter = QStringLiteral("x");
     QTableView *m_view = nullptr;
 };
 
-class PickMonsterDialog : public FlatDialog {
+class PickMonsterDialog : public PickTableDialog {
     Q_OBJECT
 
 public:
@@ -51,32 +45,19 @@ public:
     // nothing is selected.
     Creature *selectedMonster(QString &alias) const;
 
-    int widgetCount() const override { return 1; }
-    void accept() override;
-
 public Q_SLOTS:
     // Stays open, with a message, while an accepted monster has no ID.
     void done(int result) override;
 
-protected:
-    void keyPressEvent(QKeyEvent *event) override;
-
 private Q_SLOTS:
-    void onClicked(QAbstractButton *button);
-    void localSelectionChanged(const QItemSelection &selected, const QItemSelection &deselected);
-    void onFilterChanged(QObject *object);
+    void onFilterChanged(QObject *object) override;
 
 private:
-    QWidget *buildButtons();
     QWidget *buildFields();
-    void enableButtons(bool enabled);
     QString selectedGroup() const;
     QString monsterId() const;
 
     PickMonsterModel m_model;
-    QLineEdit *m_filter = nullptr;
-    QTableView *m_table = nullptr;
     QLineEdit *m_id = nullptr;
     QLineEdit *m_alias = nullptr;
-    QDialogButtonBox *m_buttons = nullptr;
 };

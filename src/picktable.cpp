@@ -1,9 +1,6 @@
 #include "picktable.h"
 
-#include <QCoreApplication>
 #include <QHeaderView>
-#include <QKeyEvent>
-#include <QLineEdit>
 #include <QTableView>
 
 namespace {
@@ -39,28 +36,4 @@ void clearPick(QTableView *view)
 {
     view->clearSelection();
     view->setCurrentIndex(QModelIndex());
-}
-
-bool sendToPickTable(QTableView *view, QKeyEvent *event)
-{
-    if (event->key() != Qt::Key_Up && event->key() != Qt::Key_Down)
-        return false;
-    view->setFocus();
-    QCoreApplication::sendEvent(view, event);
-    return true;
-}
-
-int selectedPickRow(const QTableView *view)
-{
-    const QModelIndexList selected = view->selectionModel()->selectedIndexes();
-    return selected.isEmpty() ? -1 : selected.last().row();
-}
-
-QLineEdit *filterEdit()
-{
-    auto *edit = new QLineEdit;
-    edit->setObjectName(QStringLiteral("filterEdit"));
-    edit->setPlaceholderText(QCoreApplication::translate("PickDialogs", "Enter filter text"));
-    edit->setClearButtonEnabled(true);
-    return edit;
 }

@@ -1,0 +1,47 @@
+// What the dialogs that pick one row of a table have in common.
+#pragma once
+
+#include "flatdialog.h"
+
+class QAbstractButton;
+class QDialogButtonBox;
+class QItemSelection;
+class QLineEdit;
+class QTableView;
+
+// A table with a filter beside it, and buttons that need a selected row.
+class PickTableDialog : public FlatDialog {
+    Q_OBJECT
+
+public:
+    int widgetCount() const override { return 1; }
+    // Presses the first button.
+    void accept() override;
+
+protected:
+    PickTableDialog(const QString &title, QWidget *parent);
+
+    // The first is the default; only one whose result is 0 can do without a selected row. The table
+    // has its model by then.
+    QWidget *buildButtons(const QList<Button> &buttons);
+    // The last row that the selection reports; -1 for none.
+    int selectedRow() const;
+    QTableView *table() const { return m_table; }
+    QLineEdit *filter() const { return m_filter; }
+
+    void keyPressEvent(QKeyEvent *event) override;
+
+protected Q_SLOTS:
+    virtual void onFilterChanged(QObject *object) = 0;
+
+private Q_SLOTS:
+    void onClicked(QAbstractButton *button);
+    void localSelectionChanged(const QItemSelection &selected, const QItemSelection &deselected);
+
+private:
+    void enableButtons(bool enabled);
+
+    QTableView *m_table;
+    QLineEdit *m_filter;
+    QDialogButtonBox *m_buttons = nullptr;
+};
