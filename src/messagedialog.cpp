@@ -16,6 +16,7 @@ namespace {
 
 constexpr int IconSize = 64;
 constexpr int TextWidth = 360; // pixels; a long text wraps rather than crossing the screen
+constexpr int CheckBoxRow = 2; // the buttons' own where there is no check box
 
 QString infoIcon()
 {
@@ -133,7 +134,7 @@ QDialogButtonBox *MessageDialog::addButtons(const QString &okText, bool withCanc
     connect(buttons, &QDialogButtonBox::clicked, this, &MessageDialog::onClicked);
     connect(buttons, &QDialogButtonBox::accepted, this, &MessageDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &MessageDialog::reject);
-    m_grid->addWidget(buttons, m_grid->rowCount(), 0, 1, 2);
+    m_grid->addWidget(buttons, qMax(CheckBoxRow, m_grid->rowCount()), 0, 1, 2);
     return buttons;
 }
 
@@ -154,7 +155,7 @@ bool MessageDialog::runHint(const QString &key, const QString &icon, const QStri
     auto *box = new QCheckBox;
     box->setObjectName(QStringLiteral("notAgainBox"));
     auto *boxLabel = new ClickableLabel(tr("Do not show this message again"), box);
-    m_grid->addLayout(hBox(false, true, box, boxLabel), 2, 0, 1, 2);
+    m_grid->addLayout(hBox(false, true, box, boxLabel), CheckBoxRow, 0, 1, 2);
     addButtons(okText, withCancel);
     const bool accepted = exec() == Accepted;
     if (box->isChecked())
