@@ -571,7 +571,7 @@ void MainWindow::onAbout()
 
 void MainWindow::showSelectionHelp()
 {
-    ::showMessage(
+    MessageDialog().showInfo(
         tr("Help Selecting Creatures"),
         tr("<b>Left-click</b> to select a single creature.<p>"
            "<b>Right-click</b> to add to a selection or toggle selection of a creature.<p>"
