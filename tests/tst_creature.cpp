@@ -7,24 +7,19 @@
 #include "creatures.h"
 #include "effect.h"
 #include "encounter.h"
-#include "scriptedwindows.h"
-#include "switchboard.h"
 #include "testhome.h"
+
+using namespace Qt::StringLiterals;
 
 class TestCreature : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
     void init() { failOnWarnings(); }
-    void startsAsRestedStranger();
     void recordLeavesTheFightAlone();
-    void powerMoves_data();
-    void powerMoves();
     void firstPowerOfANameIsFound();
-    void flagsCount();
     void modifiedFollowsTheText();
     void editedFieldsRewriteTheText();
-    void settersTellListeners();
     void editorsTellOnlyChanges();
     void vitalityRewritesOnlyWhatChanged();
     void effectsKeepTheirPlaces();
@@ -33,21 +28,9 @@ private Q_SLOTS:
     void listsByKind();
 };
 
-void TestCreature::startsAsRestedStranger()
-{
-    const Creature creature;
-    QVERIFY(creature.isMonster());
-    QVERIFY(!creature.takesTurns());
-    QVERIFY(creature.isStable());
-    QCOMPARE(creature.apUsedInEncounter(), 1);
-    QCOMPARE(creature.displayName(), QString());
-    QVERIFY(!creature.isDead());
-    QVERIFY(!creature.hasBeenInCombat());
-}
-
 void TestCreature::recordLeavesTheFightAlone()
 {
-    const auto aria = makeCharacter(QStringLiteral("Aria"));
+    const auto aria = makeCharacter(u"Aria"_s);
     Effect prone(nullptr, aria.get(), EffectType::Prone, EffectEnd::Special);
     aria->addEffect(&prone);
     aria->takeDamage(7, nullptr);
@@ -55,10 +38,10 @@ void TestCreature::recordLeavesTheFightAlone()
 
     CreatureData reread = aria->data();
     reread.maxHP = 40;
-    reread.senses = QStringLiteral("darkvision");
+    reread.senses = u"darkvision"_s;
     aria->assign(reread);
     QCOMPARE(aria->maxHP(), 40);
-    QCOMPARE(aria->senses(), QStringLiteral("Darkvision"));
+    QCOMPARE(aria->senses(), u"Darkvision"_s);
     QVERIFY(aria->state() == wounded);
     QCOMPARE(aria->effects(), QList<Effect *> {&prone});
     // The shadow still holds what the history knows.
@@ -70,31 +53,7 @@ void TestCreature::recordLeavesTheFightAlone()
     QCOMPARE(clone.currHP(), 0);
     QCOMPARE(clone.effectCount(), 0);
     clone.copyFrom(nullptr);
-    QCOMPARE(clone.name(), QStringLiteral("Aria"));
-}
-
-void TestCreature::powerMoves_data()
-{
-    QTest::addColumn<int>("state");
-    QTest::addColumn<bool>("used");
-    QTest::addColumn<int>("expected");
-    const int whenUsed[] = {1, 1, 3, 3, 3};
-    const int whenUnused[] = {0, 2, 2, 4, 4};
-    for (int state = 0; state < 5; ++state) {
-        QTest::addRow("%d used", state) << state << true << whenUsed[state];
-        QTest::addRow("%d unused", state) << state << false << whenUnused[state];
-    }
-}
-
-void TestCreature::powerMoves()
-{
-    QFETCH(int, state);
-    QFETCH(bool, used);
-    Power power;
-    power.usageState = state;
-    power.setUsed(used);
-    QTEST(power.usageState, "expected");
-    QCOMPARE(power.isUsed(), power.usageState == 1 || power.usageState == 3);
+    QCOMPARE(clone.name(), u"Aria"_s);
 }
 
 void TestCreature::firstPowerOfANameIsFound()
@@ -107,8 +66,8 @@ void TestCreature::firstPowerOfANameIsFound()
     }
     Creature creature;
     creature.assign(data);
-    QCOMPARE(creature.powerByName(QStringLiteral("Bite")), creature.powerAt(0));
-    QCOMPARE(creature.powerByName(QStringLiteral("bite")), nullptr);
+    QCOMPARE(creature.powerByName(u"Bite"_s), creature.powerAt(0));
+    QCOMPARE(creature.powerByName(u"bite"_s), nullptr);
     QCOMPARE(creature.powerAt(3), nullptr);
     QCOMPARE(creature.powerAt(-1), nullptr);
     creature.powerAt(2)->setUsed(true);
@@ -116,40 +75,19 @@ void TestCreature::firstPowerOfANameIsFound()
     QVERIFY(!data.powers.at(2).isUsed());
 }
 
-void TestCreature::flagsCount()
-{
-    ChangeCounters counters;
-    Creature creature;
-    creature.setNew(true);
-    QVERIFY(creature.isNew());
-    creature.setChangeCounters(&counters);
-    creature.setNew(true);
-    QCOMPARE(counters.isNew, 0);
-    creature.setNew(false);
-    QCOMPARE(counters.isNew, -1);
-    creature.setModified(true);
-    creature.setDeleted(true);
-    QCOMPARE(counters.isModified, 1);
-    QCOMPARE(counters.isDeleted, 1);
-    const int before = counters.nameChanges;
-    creature.setName(QStringLiteral("1"));
-    creature.setGroup(QStringLiteral("Rat"));
-    QCOMPARE(counters.nameChanges, before + 2);
-}
-
 void TestCreature::modifiedFollowsTheText()
 {
     CoreObjects objects;
     Creature creature;
-    creature.setSavedStatBlock(QStringLiteral("old"));
-    creature.setStatBlock(QStringLiteral("new"));
+    creature.setSavedStatBlock(u"old"_s);
+    creature.setStatBlock(u"new"_s);
     QVERIFY(creature.isModified());
     QVERIFY(theEncounter->isVitalityStale());
-    creature.setStatBlock(QStringLiteral("old"));
+    creature.setStatBlock(u"old"_s);
     QVERIFY(!creature.isModified());
     // What was never saved isn't changed against anything.
     creature.setNew(true);
-    creature.setStatBlock(QStringLiteral("new"));
+    creature.setStatBlock(u"new"_s);
     QVERIFY(!creature.isModified());
 }
 
@@ -162,7 +100,7 @@ void TestCreature::editedFieldsRewriteTheText()
     aria.assign(data);
     QSignalSpy updates(&aria, &Creature::doCreatureUpdated);
     aria.setField(&CreatureData::armourClass, 17);
-    aria.setField(&CreatureData::race, QStringLiteral("Elf"));
+    aria.setField(&CreatureData::race, u"Elf"_s);
     QVERIFY(aria.statBlock().contains(QLatin1String("armour-class=17")));
     QVERIFY(aria.statBlock().contains(QLatin1String("race=Elf")));
     QVERIFY(aria.isModified());
@@ -173,28 +111,9 @@ void TestCreature::editedFieldsRewriteTheText()
     QVERIFY(updates.count() >= 3);
 }
 
-void TestCreature::settersTellListeners()
-{
-    ScriptedWindows windows;
-    const auto aria = makeCharacter(QStringLiteral("Aria"));
-    QSignalSpy updates(aria.get(), &Creature::doCreatureUpdated);
-    QSignalSpy hub(switchBoard(), &SwitchBoard::doCreatureUpdated);
-    aria->setDelayed(true);
-    aria->setReadied(true);
-    QCOMPARE(windows.jumpInRefreshes, 2);
-    aria->setHidden(true);
-    aria->setAlias(QStringLiteral("Nobody"));
-    aria->setAliasMode(1);
-    QCOMPARE(windows.listRefreshes, 3);
-    aria->setTurnCount(3);
-    QCOMPARE(updates.count(), 6);
-    QCOMPARE(hub.count(), 6);
-    QCOMPARE(hub.first().first().value<Creature *>(), aria.get());
-}
-
 void TestCreature::editorsTellOnlyChanges()
 {
-    const auto aria = makeCharacter(QStringLiteral("Aria"));
+    const auto aria = makeCharacter(u"Aria"_s);
     QSignalSpy updates(aria.get(), &Creature::doCreatureUpdated);
     for (int round = 0; round < 2; ++round) {
         aria->setCurrHP(11);
@@ -213,10 +132,10 @@ void TestCreature::editorsTellOnlyChanges()
 
 void TestCreature::vitalityRewritesOnlyWhatChanged()
 {
-    const auto aria = makeCharacter(QStringLiteral("Aria"));
-    const auto rat = makeMonster(QStringLiteral("Rat"), QStringLiteral("1"));
-    aria->setStatBlock(QStringLiteral("as the player laid it out"));
-    rat->setStatBlock(QStringLiteral("as it was pasted"));
+    const auto aria = makeCharacter(u"Aria"_s);
+    const auto rat = makeMonster(u"Rat"_s, u"1"_s);
+    aria->setStatBlock(u"as the player laid it out"_s);
+    rat->setStatBlock(u"as it was pasted"_s);
     for (Creature *creature : {aria.get(), rat.get()}) {
         CreatureVitality vitality = creature->liveVitality();
         QVERIFY(vitality == creature->shadowVitality());
@@ -241,23 +160,23 @@ void TestCreature::vitalityRewritesOnlyWhatChanged()
 void TestCreature::effectsKeepTheirPlaces()
 {
     QStringList heard; // outlives the effects, which tell of their end
-    const auto aria = makeCharacter(QStringLiteral("Aria"));
+    const auto aria = makeCharacter(u"Aria"_s);
     Effect first(nullptr, aria.get(), EffectType::Prone, EffectEnd::Special);
     Effect second(nullptr, aria.get(), EffectType::Dazed, EffectEnd::Special);
     Effect third(nullptr, aria.get(), EffectType::Slowed, EffectEnd::Special);
     connect(aria.get(), &Creature::doCreatureEffectsChanged, this,
-            [&heard] { heard.append(QStringLiteral("effects")); });
+            [&heard] { heard.append(u"effects"_s); });
     connect(aria.get(), &Creature::doCreatureUpdated, this,
-            [&heard] { heard.append(QStringLiteral("updated")); });
+            [&heard] { heard.append(u"updated"_s); });
     aria->addEffect(&first);
     aria->addEffect(&third);
     aria->insertEffect(1, &second);
     QCOMPARE(aria->effects(), (QList<Effect *> {&first, &second, &third}));
-    QCOMPARE(heard.mid(0, 2), (QStringList {QStringLiteral("effects"), QStringLiteral("updated")}));
+    QCOMPARE(heard.mid(0, 2), (QStringList {u"effects"_s, u"updated"_s}));
     QCOMPARE(aria->removeEffect(&second), 1);
     heard.clear();
     QCOMPARE(aria->removeEffect(&second), -1);
-    QCOMPARE(heard, (QStringList {QStringLiteral("effects"), QStringLiteral("updated")}));
+    QCOMPARE(heard, (QStringList {u"effects"_s, u"updated"_s}));
     // What a damaged log may ask for.
     aria->insertEffect(-5, &second);
     QCOMPARE(aria->indexOfEffect(&second), 0);
@@ -270,11 +189,11 @@ void TestCreature::effectsKeepTheirPlaces()
 
 void TestCreature::listSortsByGroupAndNumber()
 {
-    const auto ratTen = makeMonster(QStringLiteral("rat"), QStringLiteral("R10"));
-    const auto ratNine = makeMonster(QStringLiteral("Rat"), QStringLiteral("r9"));
-    const auto otherNine = makeMonster(QStringLiteral("Rat"), QStringLiteral("R9"));
-    const auto bat = makeMonster(QStringLiteral("Bat"), QStringLiteral("1"));
-    const auto aria = makeCharacter(QStringLiteral("Aria"));
+    const auto ratTen = makeMonster(u"rat"_s, u"R10"_s);
+    const auto ratNine = makeMonster(u"Rat"_s, u"r9"_s);
+    const auto otherNine = makeMonster(u"Rat"_s, u"R9"_s);
+    const auto bat = makeMonster(u"Bat"_s, u"1"_s);
+    const auto aria = makeCharacter(u"Aria"_s);
     const QList<Creature *> unsorted {ratTen.get(), ratNine.get(), bat.get(), otherNine.get(),
                                       aria.get()};
     CreatureList oneByOne;
@@ -286,7 +205,7 @@ void TestCreature::listSortsByGroupAndNumber()
         vitality.append(creature->liveVitality());
     }
     oneByOne.insertSorted(nullptr);
-    QCOMPARE(oneByOne.names(), QStringLiteral("Aria, Bat (1), Rat (r9), Rat (R9), rat (R10)"));
+    QCOMPARE(oneByOne.names(), u"Aria, Bat (1), Rat (r9), Rat (R9), rat (R10)"_s);
     QCOMPARE(CreatureList(items), oneByOne);
     QCOMPARE(CreatureList(vitality), oneByOne);
 }
@@ -299,7 +218,7 @@ void TestCreature::listTakesAnyIndex()
         creatures.push_back(makeCharacter(QLatin1String(name)));
         pointers.append(creatures.back().get());
     }
-    const auto x = makeCharacter(QStringLiteral("X"));
+    const auto x = makeCharacter(u"X"_s);
     const CreatureList abc({pointers[0], nullptr, pointers[1], pointers[2]});
     const auto after = [&abc](auto change) {
         CreatureList list = abc;
@@ -307,20 +226,20 @@ void TestCreature::listTakesAnyIndex()
         return list.names().remove(QLatin1String(", "));
     };
     const int far = 1 << 30;
-    QCOMPARE(after([](CreatureList &l) { l.move(0, 2); }), QStringLiteral("BCA"));
-    QCOMPARE(after([](CreatureList &l) { l.move(2, 0); }), QStringLiteral("CAB"));
-    QCOMPARE(after([=](CreatureList &l) { l.move(0, far); }), QStringLiteral("BCA"));
-    QCOMPARE(after([=](CreatureList &l) { l.move(far, 0); }), QStringLiteral("ABC"));
-    QCOMPARE(after([](CreatureList &l) { l.move(-1, 2); }), QStringLiteral("ABC"));
-    QCOMPARE(after([](CreatureList &l) { l.swap(0, 2); }), QStringLiteral("CBA"));
-    QCOMPARE(after([](CreatureList &l) { l.swap(0, 3); }), QStringLiteral("ABC"));
-    QCOMPARE(after([](CreatureList &l) { l.removeAt(3); }), QStringLiteral("ABC"));
-    QCOMPARE(after([](CreatureList &l) { l.removeAt(1); }), QStringLiteral("AC"));
-    QCOMPARE(after([&x](CreatureList &l) { l.insertAt(-7, x.get()); }), QStringLiteral("XABC"));
-    QCOMPARE(after([&](CreatureList &l) { l.insertAt(far, x.get()); }), QStringLiteral("ABCX"));
-    QCOMPARE(after([](CreatureList &l) { l.insertAt(1, nullptr); }), QStringLiteral("ABC"));
-    QCOMPARE(after([&abc](CreatureList &l) { l.insertList(1, abc); }), QStringLiteral("AABCBC"));
-    QCOMPARE(after([&abc](CreatureList &l) { l.insertList(-1, abc); }), QStringLiteral("ABCABC"));
+    QCOMPARE(after([](CreatureList &l) { l.move(0, 2); }), u"BCA"_s);
+    QCOMPARE(after([](CreatureList &l) { l.move(2, 0); }), u"CAB"_s);
+    QCOMPARE(after([=](CreatureList &l) { l.move(0, far); }), u"BCA"_s);
+    QCOMPARE(after([=](CreatureList &l) { l.move(far, 0); }), u"ABC"_s);
+    QCOMPARE(after([](CreatureList &l) { l.move(-1, 2); }), u"ABC"_s);
+    QCOMPARE(after([](CreatureList &l) { l.swap(0, 2); }), u"CBA"_s);
+    QCOMPARE(after([](CreatureList &l) { l.swap(0, 3); }), u"ABC"_s);
+    QCOMPARE(after([](CreatureList &l) { l.removeAt(3); }), u"ABC"_s);
+    QCOMPARE(after([](CreatureList &l) { l.removeAt(1); }), u"AC"_s);
+    QCOMPARE(after([&x](CreatureList &l) { l.insertAt(-7, x.get()); }), u"XABC"_s);
+    QCOMPARE(after([&](CreatureList &l) { l.insertAt(far, x.get()); }), u"ABCX"_s);
+    QCOMPARE(after([](CreatureList &l) { l.insertAt(1, nullptr); }), u"ABC"_s);
+    QCOMPARE(after([&abc](CreatureList &l) { l.insertList(1, abc); }), u"AABCBC"_s);
+    QCOMPARE(after([&abc](CreatureList &l) { l.insertList(-1, abc); }), u"ABCABC"_s);
     QCOMPARE(abc.at(3), nullptr);
     QCOMPARE(abc.at(-1), nullptr);
     QCOMPARE(abc.indexOf(x.get()), -1);
@@ -328,9 +247,9 @@ void TestCreature::listTakesAnyIndex()
 
 void TestCreature::listsByKind()
 {
-    const auto aria = makeCharacter(QStringLiteral("Aria"));
-    const auto rat = makeMonster(QStringLiteral("Rat"), QStringLiteral("1"));
-    const auto bren = makeCharacter(QStringLiteral("Bren"));
+    const auto aria = makeCharacter(u"Aria"_s);
+    const auto rat = makeMonster(u"Rat"_s, u"1"_s);
+    const auto bren = makeCharacter(u"Bren"_s);
     CreatureList list({aria.get(), rat.get(), bren.get()});
     QCOMPARE(list.filtered(CreatureList::Monsters).list(), QList<Creature *> {rat.get()});
     QCOMPARE(list.filtered(CreatureList::Characters).count(), 2);

@@ -4,10 +4,12 @@
 
 #include "creature.h"
 #include "creaturefile.h"
+#include "datatable.h"
 #include "paths.h"
-#include "terms.h"
 #include "testdata.h"
 #include "testhome.h"
+
+using namespace Qt::StringLiterals;
 
 class TestCreatureFile : public QObject {
     Q_OBJECT
@@ -17,7 +19,6 @@ private Q_SLOTS:
     void tellsForms_data();
     void tellsForms();
     void readsEveryKey();
-    void followsTheTermsInForce();
     void refusesFiles_data();
     void refusesFiles();
     void keepsBadTextAsInvalidCreature_data();
@@ -44,7 +45,7 @@ private:
 
 namespace {
 
-const QString knight = QStringLiteral("name=Aria\nclass=Fighter\nlevel=3\nhit-points=40\n");
+const QString knight = u"name=Aria\nclass=Fighter\nlevel=3\nhit-points=40\n"_s;
 
 QByteArray ofKeys(int count, const char *keyName)
 {
@@ -63,10 +64,7 @@ void TestCreatureFile::addPicture(const QString &path, const QSize &size)
 
 void TestCreatureFile::tellsForms_data()
 {
-    QTest::addColumn<bool>("isMonster");
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<CreatureForm>("form");
-    QTest::addColumn<bool>("read");
+    addColumns<bool, QByteArray, CreatureForm, bool>({"isMonster", "text", "form", "read"});
 
     const auto row = [](const char *name, bool isMonster, const QByteArray &text, CreatureForm form,
                         bool read) { QTest::newRow(name) << isMonster << text << form << read; };
@@ -96,9 +94,8 @@ void TestCreatureFile::tellsForms_data()
 
 void TestCreatureFile::tellsForms()
 {
-    QFETCH(bool, isMonster);
-    QFETCH(QByteArray, text);
-    QFETCH(CreatureForm, form);
+    auto [isMonster, text, form] =
+        fetch<bool, QByteArray, CreatureForm>({"isMonster", "text", "form"});
     CreatureData data;
     CreatureForm found {};
     QTEST(parseText(isMonster, text, data, QString(), &found), "read");
@@ -137,30 +134,9 @@ void TestCreatureFile::readsEveryKey()
     QCOMPARE(data.languages, "Common, Elven");
 }
 
-void TestCreatureFile::followsTheTermsInForce()
-{
-    const QByteArray text = "name=Aria\nlevel=1\nhs-resources=8\nhs-value=9\nap-resources=2\n";
-    CreatureData byFixedKeys;
-    byFixedKeys.isMonster = false;
-    QVERIFY(readKeyForm(text, byFixedKeys, QString()));
-    CreatureData byTerms;
-    byTerms.isMonster = false;
-    QVERIFY(readKeyForm(QStringLiteral("name=Aria\nlevel=1\n%1=8\n%2=9\n%3=2\n")
-                            .arg(termKeyPlural(Term::HealingSurge), termKey(Term::SurgeValue),
-                                 termKeyPlural(Term::ActionPoint))
-                            .toUtf8(),
-                        byTerms, QString()));
-    QCOMPARE(byTerms.maxHS, byFixedKeys.maxHS);
-    QCOMPARE(byTerms.hsValue, byFixedKeys.hsValue);
-    QCOMPARE(byTerms.initAP, byFixedKeys.initAP);
-}
-
 void TestCreatureFile::refusesFiles_data()
 {
-    QTest::addColumn<bool>("isMonster");
-    QTest::addColumn<QString>("fileName");
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<bool>("loaded");
+    addColumns<bool, QString, QByteArray, bool>({"isMonster", "fileName", "bytes", "loaded"});
     const QByteArray aria = knight.toUtf8();
     QTest::newRow("plain") << false << "aria.txt" << aria << true;
     QTest::newRow("hidden") << false << ".aria.txt" << aria << false;
@@ -175,9 +151,8 @@ void TestCreatureFile::refusesFiles_data()
 
 void TestCreatureFile::refusesFiles()
 {
-    QFETCH(bool, isMonster);
-    QFETCH(QString, fileName);
-    QFETCH(QByteArray, bytes);
+    auto [isMonster, fileName, bytes] =
+        fetch<bool, QString, QByteArray>({"isMonster", "fileName", "bytes"});
     const TestDataFolder folder;
     QFile file(creaturePath(fileName, isMonster));
     QVERIFY(file.open(QIODevice::WriteOnly));
@@ -189,16 +164,14 @@ void TestCreatureFile::refusesFiles()
 
 void TestCreatureFile::keepsBadTextAsInvalidCreature_data()
 {
-    QTest::addColumn<bool>("isMonster");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("valid");
+    addColumns<bool, QString, bool>({"isMonster", "text", "valid"});
     const auto named = [](const QString &name) {
-        return QStringLiteral("group=%1\nlevel=1\nspeed=6\nrole=Brute\n").arg(name);
+        return u"group=%1\nlevel=1\nspeed=6\nrole=Brute\n"_s.arg(name);
     };
     QTest::newRow("70 characters") << true << named(QString(70, u'r')) << true;
     QTest::newRow("71 characters") << true << named(QString(71, u'r')) << false;
-    QTest::newRow("picture letter") << true << named(QStringLiteral("Rat \U0001F400")) << true;
-    QTest::newRow("control character") << true << named(QStringLiteral("Rat\u0007")) << false;
+    QTest::newRow("picture letter") << true << named(u"Rat \U0001F400"_s) << true;
+    QTest::newRow("control character") << true << named(u"Rat\u0007"_s) << false;
     QTest::newRow("neither level nor XP") << true << "group=Rat\nspeed=6\nrole=Brute\ntype=beast\n"
                                           << false;
     QTest::newRow("XP alone") << true << "group=Rat\nxp=1\nrole=Brute\ntype=beast\n" << true;
@@ -208,11 +181,9 @@ void TestCreatureFile::keepsBadTextAsInvalidCreature_data()
 
 void TestCreatureFile::keepsBadTextAsInvalidCreature()
 {
-    QFETCH(bool, isMonster);
-    QFETCH(QString, text);
-    QFETCH(bool, valid);
+    auto [isMonster, text, valid] = fetch<bool, QString, bool>({"isMonster", "text", "valid"});
     const TestDataFolder folder;
-    const QString fileName = QStringLiteral("odd.txt");
+    const QString fileName = u"odd.txt"_s;
     folder.write((isMonster ? "Monsters/" : "Characters/") + fileName, text);
     Creature creature;
     QVERIFY(creature.load(fileName, isMonster, QString(), nullptr, nullptr));
@@ -239,32 +210,29 @@ void TestCreatureFile::characterTextReadsBack()
     CreatureData data;
     QVERIFY(parseText(false, text.toUtf8(), data, QString()));
     QCOMPARE(textOf(data), text);
-    data.languages = QStringLiteral("Elven\nname=Mallory");
-    QVERIFY(textOf(data).endsWith(QStringLiteral("languages=Elven name=Mallory\n")));
+    data.languages = u"Elven\nname=Mallory"_s;
+    QVERIFY(textOf(data).endsWith(u"languages=Elven name=Mallory\n"_s));
 }
 
 void TestCreatureFile::starterTextOfMonster()
 {
     CreatureData data;
-    data.group = QStringLiteral("Reed Stalker");
+    data.group = u"Reed Stalker"_s;
     data.level = 2;
     data.xp = 125;
-    QCOMPARE(textOf(data),
-             "Reed Stalker\nMedium monster\nLevel 2 Soldier XP 125\n"
-             "Initiative - Senses Perception -\nHP 0\nSpeed 0\nAction Points 0\n");
-    data.portraitFile = QStringLiteral("reed.png");
-    data.race = QStringLiteral("plant");
-    data.role = QStringLiteral("Lurker");
+    data.portraitFile = u"reed.png"_s;
+    data.race = u"plant"_s;
+    data.role = u"Lurker"_s;
     data.initBonus = 0;
     data.perception = -1;
     data.insight = 3;
-    data.senses = QStringLiteral("darkvision");
+    data.senses = u"darkvision"_s;
     data.maxHP = 30;
     data.maxHS = 2;
     data.hsValue = 7;
     data.armourClass = 16;
     data.will = 12;
-    data.speed = QStringLiteral("5");
+    data.speed = u"5"_s;
     QCOMPARE(textOf(data),
              "Reed Stalker\nPortrait reed.png\nMedium monster, plant\nLevel 2 Lurker XP 125\n"
              "Initiative +0 Senses Perception -1; Insight +3; darkvision\nHP 30; HS 2 x 7\n"
@@ -274,14 +242,14 @@ void TestCreatureFile::starterTextOfMonster()
 void TestCreatureFile::loadReadiesTheCreature()
 {
     const TestDataFolder folder;
-    QFile file(folder.file(QStringLiteral("Characters/aria.txt")));
+    QFile file(folder.file(u"Characters/aria.txt"_s));
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write("\xEF\xBB\xBF" + knight.toUtf8().replace("\n", "\r\n")
                + "hs-resources=7\rvision=low");
     file.close();
     Creature creature;
-    QVERIFY(creature.load(QStringLiteral("aria.txt"), false, QString(), nullptr, nullptr));
-    QCOMPARE(creature.statBlock(), knight + QStringLiteral("hs-resources=7\nvision=low"));
+    QVERIFY(creature.load(u"aria.txt"_s, false, QString(), nullptr, nullptr));
+    QCOMPARE(creature.statBlock(), knight + u"hs-resources=7\nvision=low"_s);
     QCOMPARE(creature.savedStatBlock(), creature.statBlock());
     QCOMPARE(creature.fileName(), "aria.txt");
     QCOMPARE(creature.nameBefore(), "Aria");
@@ -294,60 +262,46 @@ void TestCreatureFile::loadReadiesTheCreature()
 void TestCreatureFile::savesWholeFileWithCRLF()
 {
     const TestDataFolder folder;
-    QFile file(folder.file(QStringLiteral("Characters/aria.txt")));
+    QFile file(folder.file(u"Characters/aria.txt"_s));
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write(knight.toUtf8());
     file.close();
     Creature creature;
-    QVERIFY(creature.load(QStringLiteral("aria.txt"), false, QString(), nullptr, nullptr));
+    QVERIFY(creature.load(u"aria.txt"_s, false, QString(), nullptr, nullptr));
     creature.setCurrHP(11);
     QVERIFY(creature.save());
-    QCOMPARE(folder.read(QStringLiteral("Characters/aria.txt")),
-             knight.toUtf8().replace("\n", "\r\n"));
+    QCOMPARE(folder.read(u"Characters/aria.txt"_s), knight.toUtf8().replace("\n", "\r\n"));
     QCOMPARE(creature.currHP(), 11);
     QVERIFY(creature.shadowVitality() == creature.liveVitality());
     Creature again;
-    QVERIFY(again.load(QStringLiteral("aria.txt"), false, QString(), nullptr, nullptr));
+    QVERIFY(again.load(u"aria.txt"_s, false, QString(), nullptr, nullptr));
     QCOMPARE(again.statBlock(), knight);
 }
 
 void TestCreatureFile::derivesFileNames_data()
 {
-    QTest::addColumn<bool>("isMonster");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("statBlock");
-    QTest::addColumn<QString>("fileName");
-    QTest::newRow("words") << true << "Cave Rat's Queen 2"
-                           << "x"
-                           << "cave-rats-queen-2.txt";
-    QTest::newRow("letters of any script") << false << QStringLiteral("\u00c9lodie \u0416") << "x"
-                                           << QStringLiteral("\u00e9lodie-\u0436.txt");
-    QTest::newRow("taken twice") << true << "Rat"
-                                 << "x"
-                                 << "rat_2.txt";
-    QTest::newRow("nothing left, monster") << true << "???"
-                                           << "x"
-                                           << "monster.txt";
-    QTest::newRow("nothing left, character") << false << "?!"
-                                             << "x"
-                                             << "character.txt";
-    QTest::newRow("XML") << true << "Wolf"
-                         << "<?xml ?><Monster>"
-                         << "wolf.monster";
-    QTest::newRow("name that loading skips") << true << "Template Golem"
-                                             << "x"
-                                             << "the-template-golem.txt";
+    addColumns<bool, QString, QString, QString>({"isMonster", "name", "statBlock", "fileName"});
+    const auto row = [](bool isMonster, const char *name, const char *fileName,
+                        const char *statBlock = "x") {
+        QTest::newRow(fileName) << isMonster << QString::fromUtf8(name)
+                                << QString::fromUtf8(statBlock) << QString::fromUtf8(fileName);
+    };
+    row(true, "Cave Rat's Queen 2", "cave-rats-queen-2.txt");
+    row(false, "\u00c9lodie \u0416", "\u00e9lodie-\u0436.txt");
+    row(true, "Rat", "rat_2.txt");
+    row(true, "???", "monster.txt");
+    row(false, "?!", "character.txt");
+    row(true, "Wolf", "wolf.monster", "<?xml ?><Monster>");
+    row(true, "Template Golem", "the-template-golem.txt"); // loading skips templates
 }
 
 void TestCreatureFile::derivesFileNames()
 {
-    QFETCH(bool, isMonster);
-    QFETCH(QString, name);
-    QFETCH(QString, statBlock);
-    QFETCH(QString, fileName);
+    auto [isMonster, name, statBlock, fileName] =
+        fetch<bool, QString, QString, QString>({"isMonster", "name", "statBlock", "fileName"});
     const TestDataFolder folder;
-    folder.write(QStringLiteral("Monsters/rat.txt"), QStringLiteral("first"));
-    folder.write(QStringLiteral("Monsters/rat_1.txt"), QStringLiteral("second"));
+    folder.write(u"Monsters/rat.txt"_s, u"first"_s);
+    folder.write(u"Monsters/rat_1.txt"_s, u"second"_s);
     CreatureData data;
     data.isMonster = isMonster;
     data.keyName() = name;
@@ -357,19 +311,19 @@ void TestCreatureFile::derivesFileNames()
     QVERIFY(creature.save());
     QCOMPARE(creature.fileName(), fileName);
     QVERIFY(QFile::exists(creaturePath(fileName, isMonster)));
-    QCOMPARE(folder.read(QStringLiteral("Monsters/rat.txt")), "first");
+    QCOMPARE(folder.read(u"Monsters/rat.txt"_s), "first");
 }
 
 void TestCreatureFile::failedSaveChangesNothing()
 {
     const TestDataFolder folder;
     CreatureData data;
-    data.group = QStringLiteral("Rat");
+    data.group = u"Rat"_s;
     Creature creature;
     creature.assign(data);
     QVERIFY(!creature.save()); // no text
-    creature.setStatBlock(QStringLiteral("text"));
-    dataRoot = folder.file(QStringLiteral("nowhere"));
+    creature.setStatBlock(u"text"_s);
+    dataRoot = folder.file(u"nowhere"_s);
     QVERIFY(!creature.save());
     QCOMPARE(creature.fileName(), QString());
     QCOMPARE(creature.savedStatBlock(), QString());
@@ -379,10 +333,10 @@ void TestCreatureFile::failedSaveChangesNothing()
 void TestCreatureFile::revertGoesBack()
 {
     const TestDataFolder folder;
-    folder.write(QStringLiteral("Characters/aria.txt"), knight);
+    folder.write(u"Characters/aria.txt"_s, knight);
     Creature creature;
-    QVERIFY(creature.load(QStringLiteral("aria.txt"), false, QString(), nullptr, nullptr));
-    creature.rename(QStringLiteral("Arianna"));
+    QVERIFY(creature.load(u"aria.txt"_s, false, QString(), nullptr, nullptr));
+    creature.rename(u"Arianna"_s);
     creature.setCurrHP(3);
     QVERIFY(creature.isModified());
     creature.revert(nullptr, nullptr);
@@ -392,7 +346,7 @@ void TestCreatureFile::revertGoesBack()
     QCOMPARE(creature.currHP(), 3);
 
     creature.setNew(true);
-    creature.setStatBlock(QStringLiteral("half a text"));
+    creature.setStatBlock(u"half a text"_s);
     creature.revert(nullptr, nullptr);
     QVERIFY(!creature.isNew());
     QCOMPARE(creature.statBlock(), "half a text");
@@ -401,12 +355,12 @@ void TestCreatureFile::revertGoesBack()
 void TestCreatureFile::findsMovedPortrait()
 {
     const TestDataFolder folder;
-    QDir(folder.path()).mkpath(QStringLiteral("Portraits/b/deep"));
-    QDir(folder.path()).mkpath(QStringLiteral("Portraits/.hidden"));
-    addPicture(folder.file(QStringLiteral("Portraits/b/deep/rat.png")));
-    addPicture(folder.file(QStringLiteral("Portraits/c.png")));
-    addPicture(folder.file(QStringLiteral("Portraits/.hidden/ogre.png")));
-    folder.write(QStringLiteral("Portraits/rat.png"), QStringLiteral("no picture"));
+    QDir(folder.path()).mkpath(u"Portraits/b/deep"_s);
+    QDir(folder.path()).mkpath(u"Portraits/.hidden"_s);
+    addPicture(folder.file(u"Portraits/b/deep/rat.png"_s));
+    addPicture(folder.file(u"Portraits/c.png"_s));
+    addPicture(folder.file(u"Portraits/.hidden/ogre.png"_s));
+    folder.write(u"Portraits/rat.png"_s, u"no picture"_s);
 
     const auto resolved = [](QString path) {
         resolvePortrait(path, QString());
@@ -429,35 +383,34 @@ void TestCreatureFile::findsMovedPortrait()
 void TestCreatureFile::linksInACircleEnd()
 {
     const TestDataFolder folder;
-    const QString portraits = folder.file(QStringLiteral("Portraits"));
-    QDir(portraits).mkpath(QStringLiteral("a/b"));
-    QVERIFY(QFile::link(portraits, portraits + QStringLiteral("/a/b/up")));
-    QVERIFY(QFile::link(portraits + QStringLiteral("/a"), portraits + QStringLiteral("/again")));
-    QVERIFY(QFile::link(portraits + QStringLiteral("/self"), portraits + QStringLiteral("/self")));
-    addPicture(portraits + QStringLiteral("/z.png"));
-    QCOMPARE(findPortrait(portraits, QStringLiteral("z.png")), "z.png");
-    QCOMPARE(findPortrait(portraits, QStringLiteral("none.png")), QString());
+    const QString portraits = folder.file(u"Portraits"_s);
+    QDir(portraits).mkpath(u"a/b"_s);
+    QVERIFY(QFile::link(portraits, portraits + u"/a/b/up"_s));
+    QVERIFY(QFile::link(portraits + u"/a"_s, portraits + u"/again"_s));
+    QVERIFY(QFile::link(portraits + u"/self"_s, portraits + u"/self"_s));
+    addPicture(portraits + u"/z.png"_s);
+    QCOMPARE(findPortrait(portraits, u"z.png"_s), "z.png");
+    QCOMPARE(findPortrait(portraits, u"none.png"_s), QString());
 }
 
 void TestCreatureFile::decodesPortraitWhenShown()
 {
     const TestDataFolder folder;
-    addPicture(folder.file(QStringLiteral("Portraits/aria.png")), QSize(1500, 750));
-    folder.write(QStringLiteral("Characters/aria.txt"),
-                 knight + QStringLiteral("portrait=aria.png\n"));
+    addPicture(folder.file(u"Portraits/aria.png"_s), QSize(1500, 750));
+    folder.write(u"Characters/aria.txt"_s, knight + u"portrait=aria.png\n"_s);
     Creature creature;
-    QVERIFY(creature.load(QStringLiteral("aria.txt"), false, QString(), nullptr, nullptr));
+    QVERIFY(creature.load(u"aria.txt"_s, false, QString(), nullptr, nullptr));
     QCOMPARE(creature.portrait().size(), QSize(600, 300));
     Creature clone;
     clone.copyFrom(&creature);
     QCOMPARE(clone.portrait().cacheKey(), creature.portrait().cacheKey());
 
-    addPicture(folder.file(QStringLiteral("Portraits/other.png")));
-    creature.setPortrait(QStringLiteral("other.png"));
+    addPicture(folder.file(u"Portraits/other.png"_s));
+    creature.setPortrait(u"other.png"_s);
     QCOMPARE(creature.portrait().size(), QSize(8, 6));
-    QVERIFY(creature.statBlock().contains(QStringLiteral("portrait=other.png\n")));
+    QVERIFY(creature.statBlock().contains(u"portrait=other.png\n"_s));
     QVERIFY(creature.isModified());
-    creature.setPortrait(QStringLiteral("gone.png"));
+    creature.setPortrait(u"gone.png"_s);
     QVERIFY(creature.portrait().isNull());
     QCOMPARE(creature.portraitFile(), "gone.png");
 }
@@ -466,54 +419,46 @@ void TestCreatureFile::adoptsChosenPictures()
 {
     const TestDataFolder folder;
     const QTemporaryDir elsewhere;
-    QDir(folder.path()).mkpath(QStringLiteral("Portraits/pc"));
-    addPicture(folder.file(QStringLiteral("Portraits/pc/aria.png")));
-    addPicture(elsewhere.filePath(QStringLiteral("aria.png")), QSize(20, 20));
-    addPicture(elsewhere.filePath(QStringLiteral("new.png")));
-    QCOMPARE(adoptPortrait(folder.file(QStringLiteral("Portraits/pc/../pc/aria.png")), QString()),
+    QDir(folder.path()).mkpath(u"Portraits/pc"_s);
+    addPicture(folder.file(u"Portraits/pc/aria.png"_s));
+    addPicture(elsewhere.filePath(u"aria.png"_s), QSize(20, 20));
+    addPicture(elsewhere.filePath(u"new.png"_s));
+    QCOMPARE(adoptPortrait(folder.file(u"Portraits/pc/../pc/aria.png"_s), QString()),
              "pc/aria.png");
-    QCOMPARE(adoptPortrait(elsewhere.filePath(QStringLiteral("aria.png")), QString()),
-             "pc/aria.png");
-    QCOMPARE(adoptPortrait(elsewhere.filePath(QStringLiteral("new.png")), QString()), "new.png");
-    QVERIFY(QFile::exists(folder.file(QStringLiteral("Portraits/new.png"))));
-    QCOMPARE(adoptPortrait(elsewhere.filePath(QStringLiteral("none.png")), QString()), QString());
-    QVERIFY(QDir(folder.file(QStringLiteral("Portraits"))).removeRecursively());
-    QCOMPARE(adoptPortrait(elsewhere.filePath(QStringLiteral("new.png")), QString()), "new.png");
+    QCOMPARE(adoptPortrait(elsewhere.filePath(u"aria.png"_s), QString()), "pc/aria.png");
+    QCOMPARE(adoptPortrait(elsewhere.filePath(u"new.png"_s), QString()), "new.png");
+    QVERIFY(QFile::exists(folder.file(u"Portraits/new.png"_s)));
+    QCOMPARE(adoptPortrait(elsewhere.filePath(u"none.png"_s), QString()), QString());
+    QVERIFY(QDir(folder.file(u"Portraits"_s)).removeRecursively());
+    QCOMPARE(adoptPortrait(elsewhere.filePath(u"new.png"_s), QString()), "new.png");
 }
 
 void TestCreatureFile::writesPortraitIntoText_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("second line") << "\n \nRat\nLevel 1\n"
-                                 << "\n \nRat\nPortrait r.png\nLevel 1\n";
-    QTest::newRow("title alone") << "Rat"
-                                 << "Rat\nPortrait r.png\n";
-    QTest::newRow("empty") << ""
-                           << "\nPortrait r.png\n";
-    QTest::newRow("replaced") << "Rat\nPortrait old.png\nLevel 1"
-                              << "Rat\nPortrait r.png\nLevel 1";
-    QTest::newRow("replaced at the end") << "Rat\nPortrait old.png"
-                                         << "Rat\nPortrait r.png\n";
-    QTest::newRow("key form") << "group=Portrait of Rat\nlevel=1\nxp=1\nspeed=6\n"
-                              << "group=Portrait of Rat\nportrait=r.png\nlevel=1\nxp=1\nspeed=6\n";
-    QTest::newRow("key form, replaced")
-        << "group=Rat\nlevel=1\nxp=1\nspeed=6\n portrait = a.png\nrole=Brute"
-        << "group=Rat\nlevel=1\nxp=1\nspeed=6\nportrait=r.png\nrole=Brute";
-    QTest::newRow("XML") << "<?xml ?>\n<Monster a=\"b\"><Name/></Monster>"
-                         << "<?xml ?>\n<Monster a=\"b\">\n  <PortraitFile>r.png</PortraitFile>"
-                            "<Name/></Monster>";
-    QTest::newRow("XML, replaced")
-        << "<?xml ?><Monster><PortraitFile>%1</PortraitFile><x/></Monster>"
-        << "<?xml ?><Monster><PortraitFile>r.png</PortraitFile><x/></Monster>";
-    QTest::newRow("XML without a monster") << "<?xml ?><Other/>"
-                                           << "<?xml ?><Other/>";
+    addColumns<QString, QString>({"text", "expected"});
+    const auto row = [](const char *name, const char *text, const char *expected) {
+        QTest::newRow(name) << QString::fromLatin1(text) << QString::fromLatin1(expected);
+    };
+    row("second line", "\n \nRat\nLevel 1\n", "\n \nRat\nPortrait r.png\nLevel 1\n");
+    row("title alone", "Rat", "Rat\nPortrait r.png\n");
+    row("empty", "", "\nPortrait r.png\n");
+    row("replaced", "Rat\nPortrait old.png\nLevel 1", "Rat\nPortrait r.png\nLevel 1");
+    row("replaced at the end", "Rat\nPortrait old.png", "Rat\nPortrait r.png\n");
+    row("key form", "group=Portrait of Rat\nlevel=1\nxp=1\nspeed=6\n",
+        "group=Portrait of Rat\nportrait=r.png\nlevel=1\nxp=1\nspeed=6\n");
+    row("key form, replaced", "group=Rat\nlevel=1\nxp=1\nspeed=6\n portrait = a.png\nrole=Brute",
+        "group=Rat\nlevel=1\nxp=1\nspeed=6\nportrait=r.png\nrole=Brute");
+    row("XML", "<?xml ?>\n<Monster a=\"b\"><Name/></Monster>",
+        "<?xml ?>\n<Monster a=\"b\">\n  <PortraitFile>r.png</PortraitFile><Name/></Monster>");
+    row("XML, replaced", "<?xml ?><Monster><PortraitFile>%1</PortraitFile><x/></Monster>",
+        "<?xml ?><Monster><PortraitFile>r.png</PortraitFile><x/></Monster>");
+    row("XML without a monster", "<?xml ?><Other/>", "<?xml ?><Other/>");
 }
 
 void TestCreatureFile::writesPortraitIntoText()
 {
     QFETCH(QString, text);
-    QTEST(withPortraitInText(text, QStringLiteral("r.png")), "expected");
+    QTEST(withPortraitInText(text, u"r.png"_s), "expected");
 }
 
 // No text may crash the reader or make it slow, and each keeps its words.
@@ -535,7 +480,7 @@ void TestCreatureFile::survivesAnyBytes()
         parseText(false, text, data, QString());
         validate(data, false, QString());
         QVERIFY(!data.name.isEmpty());
-        withPortraitInText(QString::fromUtf8(text), QStringLiteral("%1"));
+        withPortraitInText(QString::fromUtf8(text), u"%1"_s);
     }
     CreatureData data;
     data.isMonster = false;

@@ -15,6 +15,8 @@
 #include "testdata.h"
 #include "testhome.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const QString demoData = QStringLiteral(SOURCE_ROOT "/demo-data");
@@ -43,11 +45,11 @@ struct HitPoints {
     int perLevel;
 };
 
-const QHash<QString, HitPoints> hitPointsOfRole {{QStringLiteral("Artillery"), {6, 6}},
-                                                 {QStringLiteral("Brute"), {10, 10}},
-                                                 {QStringLiteral("Controller"), {8, 8}},
-                                                 {QStringLiteral("Skirmisher"), {8, 8}},
-                                                 {QStringLiteral("Soldier"), {8, 8}}};
+const QHash<QString, HitPoints> hitPointsOfRole {{u"Artillery"_s, {6, 6}},
+                                                 {u"Brute"_s, {10, 10}},
+                                                 {u"Controller"_s, {8, 8}},
+                                                 {u"Skirmisher"_s, {8, 8}},
+                                                 {u"Soldier"_s, {8, 8}}};
 
 int expectedHP(const Creature &monster)
 {
@@ -87,12 +89,10 @@ private Q_SLOTS:
     void portraitsAreAllUsedAndDrawnHere();
     void monsters_data();
     void monsters();
-    void monstersCoverTheGame();
     void characters_data();
     void characters();
     void encounters_data();
     void encounters();
-    void encountersShowWhatCanBePrepared();
 
 private:
     QList<Creature *> allCreatures() const;
@@ -215,24 +215,6 @@ void DemoDataTest::monsters()
     QCOMPARE(monster->initAP(), rank == u"Solo" ? 2 : rank == u"Elite" ? 1 : 0);
 }
 
-void DemoDataTest::monstersCoverTheGame()
-{
-    QSet<QString> roles;
-    QSet<QString> ranks;
-    QSet<int> levels;
-    for (int i = 0; i < theMonsters->count(); ++i) {
-        const Role role = roleOf(*theMonsters->at(i));
-        roles << role.name;
-        ranks << role.rank;
-        levels << theMonsters->at(i)->level();
-    }
-    QCOMPARE(roles.size(), hitPointsOfRole.size());
-    QCOMPARE(ranks,
-             QSet<QString>({QString(), QStringLiteral("Minion"), QStringLiteral("Elite"),
-                            QStringLiteral("Solo")}));
-    QCOMPARE(levels, QSet<int>({1, 2, 3, 4, 5, 6, 7, 8}));
-}
-
 void DemoDataTest::characters_data()
 {
     QTest::addColumn<Creature *>("character");
@@ -272,25 +254,6 @@ void DemoDataTest::encounters()
     QCOMPARE(names.size(), encounter.monsters().size());
     // Level and XP in the file are those worked out from the library, for a party of five.
     QCOMPARE(encounter.image(true), readFile(encounterPath(encounter.fileName())));
-}
-
-void DemoDataTest::encountersShowWhatCanBePrepared()
-{
-    int aliases = 0;
-    int hidden = 0;
-    int groupsOfSeveral = 0;
-    for (int i = 0; i < theEncounters->count(); ++i) {
-        const PreparedEncounter &encounter = *theEncounters->at(i);
-        groupsOfSeveral += encounter.groupStarts().size() < encounter.monsters().size();
-        for (const EncounterMonster &monster : encounter.monsters()) {
-            aliases += !monster.alias.isEmpty();
-            hidden += monster.hidden;
-        }
-    }
-    QVERIFY(aliases > 0);
-    QVERIFY(hidden > 0);
-    QVERIFY(groupsOfSeveral > 0);
-    QVERIFY(theEncounters->adventures().size() > 1);
 }
 
 MORVANE_TEST_MAIN(QGuiApplication, DemoDataTest)

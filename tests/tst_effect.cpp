@@ -4,6 +4,7 @@
 
 #include "coreobjects.h"
 #include "creatures.h"
+#include "datatable.h"
 #include "effect.h"
 #include "encounter.h"
 #include "event.h"
@@ -11,6 +12,8 @@
 #include "terms.h"
 #include "testdata.h"
 #include "testhome.h"
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -33,17 +36,13 @@ class TestEffect : public QObject {
 private Q_SLOTS:
     void init();
     void cleanup();
-    void types_data();
-    void types();
     void texts_data();
     void texts();
-    void durations_data();
     void durations();
     void flagsKeepUnknownBits();
     void modifiers_data();
     void modifiers();
     void favoursASide();
-    void endsWithATurn_data();
     void endsWithATurn();
     void neverEndsInTheTurnThatSetIt();
     void savesWaitForTheNextTurn();
@@ -71,9 +70,9 @@ void TestEffect::init()
     failOnWarnings();
     m_folder = std::make_unique<TestDataFolder>();
     m_objects = std::make_unique<CoreObjects>();
-    m_aria = makeCharacter(QStringLiteral("Aria"));
-    m_bren = makeCharacter(QStringLiteral("Bren"));
-    m_rat = makeMonster(QStringLiteral("Rat"), QStringLiteral("1"));
+    m_aria = makeCharacter(u"Aria"_s);
+    m_bren = makeCharacter(u"Bren"_s);
+    m_rat = makeMonster(u"Rat"_s, u"1"_s);
     theEncounter->setOrder(
         CreatureList(QList<Creature *> {m_aria.get(), m_bren.get(), m_rat.get()}));
     theEncounter->setPosition({1, 0, {}});
@@ -97,72 +96,9 @@ QStringList TestEffect::logged() const
     return texts;
 }
 
-void TestEffect::types_data()
-{
-    QTest::addColumn<int>("type");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<bool>("good");
-    QTest::addColumn<bool>("showsOrigin");
-    const char *const names[] = {"note",
-                                 "Blinded",
-                                 "Dazed",
-                                 "Deafened",
-                                 "Dominated",
-                                 "Grabbed",
-                                 "Helpless",
-                                 "Hidden",
-                                 "Immobilized",
-                                 "Marked",
-                                 "Petrified",
-                                 "Prone",
-                                 "Restrained",
-                                 "Slowed",
-                                 "Stunned",
-                                 "Surprised",
-                                 "Unconscious",
-                                 "Weakened",
-                                 "Total Defence",
-                                 "Second Wind",
-                                 "Ongoing 5 Damage",
-                                 "Regeneration 5",
-                                 "-5 Penalty",
-                                 "+5 Bonus",
-                                 "Partial Cover",
-                                 "Superior Cover",
-                                 "Concealment",
-                                 "Total Concealment",
-                                 "Resist 5",
-                                 "Vulnerable 5",
-                                 "note",
-                                 "note",
-                                 "Insubstantial",
-                                 "Phasing",
-                                 "note"};
-    const QSet<int> good {18, 19, 21, 23, 24, 25, 26, 27, 28, 30, 32, 33};
-    const QSet<int> silent {18, 24, 25, 26, 27};
-    for (int type = -1; type < int(std::size(names)); ++type) {
-        QTest::addRow("%d", type) << type << QString::fromLatin1(names[std::max(type, 0)])
-                                  << good.contains(type) << !silent.contains(type);
-    }
-}
-
-void TestEffect::types()
-{
-    QFETCH(int, type);
-    QFETCH(QString, name);
-    const QString note = QStringLiteral("note");
-    const Effect effect(nullptr, m_aria.get(), type, EffectEnd::Special, note, 5);
-    QCOMPARE(effect.conditionText(), name == note ? note : QStringLiteral("%1 (note)").arg(name));
-    QTEST(effect.isBeneficial(), "good");
-    QTEST(Effect::showsOrigin(type), "showsOrigin");
-}
-
 void TestEffect::texts_data()
 {
-    QTest::addColumn<int>("type");
-    QTest::addColumn<unsigned int>("flags");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("expected");
+    addColumns<int, unsigned int, QString, QString>({"type", "flags", "text", "expected"});
     const auto row = [](int type, unsigned int flags, const char *text, const char *expected) {
         QTest::addRow("%s", expected)
             << type << flags << QString::fromLatin1(text) << QString::fromLatin1(expected);
@@ -181,40 +117,35 @@ void TestEffect::texts_data()
     row(EffectType::Marked, 0, "", "Marked by Rat (1)");
     row(EffectType::OngoingDamage, 0, "%2 fire", "Ongoing 2 Damage (%2 fire)");
     row(EffectType::Prone, 127, "", "Prone");
+    row(EffectType::Regeneration, 0, "", "Regeneration 2");
+    row(EffectType::Resist, 0, "fire", "Resist 2 (fire)");
+    row(-1, 0, "note", "note");
+    row(1000, 0, "note", "note");
 }
 
 void TestEffect::texts()
 {
-    QFETCH(int, type);
-    QFETCH(unsigned int, flags);
-    QFETCH(QString, text);
+    auto [type, flags, text] = fetch<int, unsigned int, QString>({"type", "flags", "text"});
     const Effect effect(m_rat.get(), m_aria.get(), type, EffectEnd::Special, text, 2,
                         attributes(flags));
     QTEST(effect.conditionText(), "expected");
 }
 
-void TestEffect::durations_data()
-{
-    QTest::addColumn<int>("endCode");
-    QTest::addColumn<QString>("expected");
-    const char *const texts[] = {"Prone end special",
-                                 "Prone until end of Rat (1)'s next turn",
-                                 "Prone until end of my next turn",
-                                 "Prone until save ends",
-                                 "Prone until end of encounter",
-                                 "Prone until start of Rat (1)'s next turn",
-                                 "Prone until start of my next turn",
-                                 "Prone"};
-    for (int code = 0; code < int(std::size(texts)); ++code)
-        QTest::addRow("%d", code) << code << QString::fromLatin1(texts[code]);
-}
-
 void TestEffect::durations()
 {
-    QFETCH(int, endCode);
-    const Effect effect(m_rat.get(), m_aria.get(), EffectType::Prone, endCode);
-    QTEST(effect.fullText(), "expected");
-    QCOMPARE(effect.endsAtEndOfEncounter(), endCode != EffectEnd::Special);
+    const QStringList texts {u"Prone end special"_s,
+                             u"Prone until end of Rat (1)'s next turn"_s,
+                             u"Prone until end of my next turn"_s,
+                             u"Prone until save ends"_s,
+                             u"Prone until end of encounter"_s,
+                             u"Prone until start of Rat (1)'s next turn"_s,
+                             u"Prone until start of my next turn"_s,
+                             u"Prone"_s};
+    for (int code = 0; code < texts.size(); ++code) {
+        const Effect effect(m_rat.get(), m_aria.get(), EffectType::Prone, code);
+        QCOMPARE(effect.fullText(), texts[code]);
+        QCOMPARE(effect.endsAtEndOfEncounter(), code != EffectEnd::Special);
+    }
 }
 
 void TestEffect::flagsKeepUnknownBits()
@@ -230,11 +161,7 @@ void TestEffect::flagsKeepUnknownBits()
 
 void TestEffect::modifiers_data()
 {
-    QTest::addColumn<int>("type");
-    QTest::addColumn<int>("amount");
-    QTest::addColumn<bool>("fromOther");
-    QTest::addColumn<int>("ac");
-    QTest::addColumn<int>("hit");
+    addColumns<int, int, bool, int, int>({"type", "amount", "fromOther", "ac", "hit"});
     QTest::newRow("total defence") << int(EffectType::TotalDefence) << 0 << false << 2 << 0;
     QTest::newRow("own second wind") << int(EffectType::SecondWind) << 0 << false << 2 << 0;
     QTest::newRow("second wind given") << int(EffectType::SecondWind) << 0 << true << 0 << 0;
@@ -248,9 +175,7 @@ void TestEffect::modifiers_data()
 
 void TestEffect::modifiers()
 {
-    QFETCH(int, type);
-    QFETCH(int, amount);
-    QFETCH(bool, fromOther);
+    auto [type, amount, fromOther] = fetch<int, int, bool>({"type", "amount", "fromOther"});
     Creature *origin = fromOther ? m_bren.get() : m_aria.get();
     Effect effect(origin, m_aria.get(), type, EffectEnd::Special, QString(), amount,
                   attributes(1 + 16));
@@ -276,46 +201,28 @@ void TestEffect::favoursASide()
     QVERIFY(bad.favours(m_rat.get(), m_bren.get()));
 }
 
-void TestEffect::endsWithATurn_data()
-{
-    QTest::addColumn<int>("endCode");
-    QTest::addColumn<bool>("good");
-    // With the turn of Bren, who is the origin, and of the rat, which is the target.
-    QTest::addColumn<bool>("originEnd");
-    QTest::addColumn<bool>("originDelay");
-    QTest::addColumn<bool>("targetEnd");
-    QTest::addColumn<bool>("targetDelay");
-    QTest::addColumn<bool>("originStart");
-    QTest::addColumn<bool>("targetStart");
-    for (const bool good : {false, true}) {
-        for (int code = 0; code < 8; ++code) {
-            const bool endsWithOrigin = code == EffectEnd::EndOfOriginsTurn;
-            const bool endsWithTarget = code == EffectEnd::EndOfTargetsTurn;
-            // On the foe, bad is to the delayer's liking; on the delayer itself, good is.
-            QTest::addRow("%d %s", code, good ? "good" : "bad")
-                << code << good << endsWithOrigin << (endsWithOrigin && !good) << endsWithTarget
-                << (endsWithTarget && good) << (code == EffectEnd::StartOfOriginsTurn)
-                << (code == EffectEnd::StartOfTargetsTurn);
-        }
-    }
-}
-
+// Bren is the origin, the rat the target.
 void TestEffect::endsWithATurn()
 {
-    QFETCH(int, endCode);
-    QFETCH(bool, good);
-    const Effect effect(m_bren.get(), m_rat.get(), good ? EffectType::Phasing : EffectType::Prone,
-                        endCode);
-    QTEST(effect.endsAtEndOfTurn(m_bren.get(), false), "originEnd");
-    QTEST(effect.endsAtEndOfTurn(m_bren.get(), true), "originDelay");
-    QTEST(effect.endsAtEndOfTurn(m_rat.get(), false), "targetEnd");
-    QTEST(effect.endsAtEndOfTurn(m_rat.get(), true), "targetDelay");
-    QTEST(effect.endsAtStartOfTurn(m_bren.get()), "originStart");
-    QTEST(effect.endsAtStartOfTurn(m_rat.get()), "targetStart");
-    for (Creature *other : {m_aria.get(), static_cast<Creature *>(nullptr)}) {
-        QVERIFY(!effect.endsAtEndOfTurn(other, false));
-        QVERIFY(!effect.endsAtStartOfTurn(other));
-        QVERIFY(!effect.needsSave(other));
+    for (const bool good : {false, true}) {
+        for (int code = 0; code < 8; ++code) {
+            const Effect effect(m_bren.get(), m_rat.get(),
+                                good ? EffectType::Phasing : EffectType::Prone, code);
+            const bool endsWithOrigin = code == EffectEnd::EndOfOriginsTurn;
+            const bool endsWithTarget = code == EffectEnd::EndOfTargetsTurn;
+            QCOMPARE(effect.endsAtEndOfTurn(m_bren.get(), false), endsWithOrigin);
+            QCOMPARE(effect.endsAtEndOfTurn(m_rat.get(), false), endsWithTarget);
+            // On the foe, bad is to the delayer's liking; on the delayer itself, good is.
+            QCOMPARE(effect.endsAtEndOfTurn(m_bren.get(), true), endsWithOrigin && !good);
+            QCOMPARE(effect.endsAtEndOfTurn(m_rat.get(), true), endsWithTarget && good);
+            QCOMPARE(effect.endsAtStartOfTurn(m_bren.get()), code == EffectEnd::StartOfOriginsTurn);
+            QCOMPARE(effect.endsAtStartOfTurn(m_rat.get()), code == EffectEnd::StartOfTargetsTurn);
+            for (Creature *other : {m_aria.get(), static_cast<Creature *>(nullptr)}) {
+                QVERIFY(!effect.endsAtEndOfTurn(other, false));
+                QVERIFY(!effect.endsAtStartOfTurn(other));
+                QVERIFY(!effect.needsSave(other));
+            }
+        }
     }
 }
 
@@ -378,14 +285,14 @@ void TestEffect::diesOffItsTarget()
 
 void TestEffect::outlivesItsCreatures()
 {
-    auto rat = makeMonster(QStringLiteral("Rat"), QStringLiteral("2"));
-    auto bat = makeMonster(QStringLiteral("Bat"), QStringLiteral("1"));
+    auto rat = makeMonster(u"Rat"_s, u"2"_s);
+    auto bat = makeMonster(u"Bat"_s, u"1"_s);
     Effect onRat(bat.get(), rat.get(), EffectType::Marked, EffectEnd::EndOfTargetsTurn);
     rat->addEffect(&onRat);
     rat.reset();
     bat.reset();
     QCOMPARE(onRat.target(), nullptr);
-    QCOMPARE(onRat.conditionText(), QStringLiteral("Marked"));
+    QCOMPARE(onRat.conditionText(), u"Marked"_s);
     QVERIFY(!onRat.endsAtEndOfTurn(m_aria.get(), false));
     QVERIFY(!onRat.favours(nullptr, m_aria.get()));
 }
@@ -393,7 +300,7 @@ void TestEffect::outlivesItsCreatures()
 void TestEffect::startOfTurnRaisesEvents()
 {
     Effect burn(m_rat.get(), m_aria.get(), EffectType::OngoingDamage, EffectEnd::SaveEnds,
-                QStringLiteral("fire"), 5);
+                u"fire"_s, 5);
     Effect mend(nullptr, m_aria.get(), EffectType::Regeneration, EffectEnd::Special, QString(), 2);
     Effect until(m_aria.get(), m_rat.get(), EffectType::Dazed, EffectEnd::StartOfOriginsTurn);
     Effect shield(m_aria.get(), m_aria.get(), EffectType::TotalDefence,
@@ -402,16 +309,15 @@ void TestEffect::startOfTurnRaisesEvents()
         effect->target()->addEffect(effect);
     m_aria->applyOngoingDamage();
     QCOMPARE(m_aria->currHP(), 25);
-    QCOMPARE(m_aria->lastHitBy(), QStringLiteral("Rat (1)"));
+    QCOMPARE(m_aria->lastHitBy(), u"Rat (1)"_s);
     m_aria->applyRegeneration();
     QCOMPARE(m_aria->currHP(), 27);
     for (Creature *creature : theEncounter->creatures())
         creature->removeEffectsAtStartOfTurn(m_aria.get());
-    QCOMPARE(logged(),
-             (QStringList {QStringLiteral("On Going Damage 5: Aria"),
-                           QStringLiteral("Regeneration 2: Aria"),
-                           QStringLiteral("Start of Turn: Remove Total Defence"),
-                           QStringLiteral("Start of Turn: Remove Dazed")}));
+    QCOMPARE(
+        logged(),
+        (QStringList {u"On Going Damage 5: Aria"_s, u"Regeneration 2: Aria"_s,
+                      u"Start of Turn: Remove Total Defence"_s, u"Start of Turn: Remove Dazed"_s}));
     QCOMPARE(m_aria->effects(), (QList<Effect *> {&burn, &mend}));
     theHistory->moveTo(-1);
     QCOMPARE(m_aria->currHP(), 30);
@@ -438,9 +344,7 @@ void TestEffect::endOfTurnRaisesEvents()
 
 void TestEffect::powersRecharge_data()
 {
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<int>("state");
-    QTest::addColumn<int>("events");
+    addColumns<int, int, int>({"kind", "state", "events"});
     QTest::addColumn<bool>("sure"); // whether it is back whatever the die
     for (int kind = 0; kind < 11; ++kind) {
         for (int state = 0; state < 5; ++state) {
@@ -455,14 +359,12 @@ void TestEffect::powersRecharge_data()
 
 void TestEffect::powersRecharge()
 {
-    QFETCH(int, kind);
-    QFETCH(int, state);
-    QFETCH(bool, sure);
+    auto [kind, state, sure] = fetch<int, int, bool>({"kind", "state", "sure"});
     // The log names the creature, so it must be one that can be found.
-    Creature *creature = findCreature(QStringLiteral("Cato"), true);
+    Creature *creature = findCreature(u"Cato"_s, true);
     CreatureData data = creature->data();
     Power power;
-    power.name = QStringLiteral("Flare");
+    power.name = u"Flare"_s;
     power.usageKind = kind;
     power.usageState = state;
     data.powers = {power};
@@ -491,7 +393,7 @@ void TestEffect::theDeadCanLeave()
     m_bren->takeDamage(100, nullptr);
     QVERIFY(!theEncounter->removeDead(true));
     QVERIFY(!theEncounter->isRunning());
-    QCOMPARE(theHistory->eventText(theHistory->position()), QStringLiteral("* Stop Encounter *"));
+    QCOMPARE(theHistory->eventText(theHistory->position()), u"* Stop Encounter *"_s);
     theHistory->moveTo(-1);
     QCOMPARE(theEncounter->count(), 3);
     QVERIFY(theEncounter->isRunning());

@@ -5,11 +5,14 @@
 
 #include "coreobjects.h"
 #include "creatures.h"
+#include "datatable.h"
 #include "encounter.h"
 #include "history.h"
 #include "scriptedwindows.h"
 #include "testdata.h"
 #include "testhome.h"
+
+using namespace Qt::StringLiterals;
 
 class TestEncounter : public QObject {
     Q_OBJECT
@@ -20,7 +23,6 @@ private Q_SLOTS:
     void orderFollowsTheRolls_data();
     void orderFollowsTheRolls();
     void groupSharesItsRow();
-    void manyCreaturesAreOrdered();
     void positionsGoRound();
     void movedCreatureLandsBesideTheCurrent();
     void removal_data();
@@ -28,7 +30,6 @@ private Q_SLOTS:
     void theDeadFall();
     void adjusting_data();
     void adjusting();
-    void operationsTellListeners();
     void labels();
     void playersKnowLess();
     void outsideChangesAreLogged();
@@ -76,10 +77,8 @@ void TestEncounter::fill(const QString &names)
 
 void TestEncounter::orderFollowsTheRolls_data()
 {
-    QTest::addColumn<QList<int>>("rolls");
-    QTest::addColumn<QList<int>>("bonuses");
-    QTest::addColumn<QList<int>>("randoms");
-    QTest::addColumn<QString>("expected");
+    addColumns<QList<int>, QList<int>, QList<int>, QString>(
+        {"rolls", "bonuses", "randoms", "expected"});
     const auto row = [](const char *name, const QList<int> &rolls, const QList<int> &bonuses,
                         const QList<int> &randoms, const char *expected) {
         QTest::newRow(name) << rolls << bonuses << randoms << QString::fromLatin1(expected);
@@ -94,9 +93,8 @@ void TestEncounter::orderFollowsTheRolls_data()
 
 void TestEncounter::orderFollowsTheRolls()
 {
-    QFETCH(QList<int>, rolls);
-    QFETCH(QList<int>, bonuses);
-    QFETCH(QList<int>, randoms);
+    auto [rolls, bonuses, randoms] =
+        fetch<QList<int>, QList<int>, QList<int>>({"rolls", "bonuses", "randoms"});
     QList<CreatureInit> entries;
     for (int i = 0; i < 3; ++i) {
         const QString name(QChar(u'A' + i));
@@ -104,11 +102,11 @@ void TestEncounter::orderFollowsTheRolls()
         entries.append({name, rolls[i], randoms[i]});
     }
     // Entries of the other kind don't count, nor does a second one.
-    const QList<CreatureInit> monsters {{QStringLiteral("A"), 99, 99}};
-    entries.append({QStringLiteral("A"), 99, 99});
+    const QList<CreatureInit> monsters {{u"A"_s, 99, 99}};
+    entries.append({u"A"_s, 99, 99});
     const InitiativeOrder built = theEncounter->buildOrder(entries, monsters);
     QTEST(built.order.names().remove(u", "_qs), "expected");
-    QCOMPARE(order(), QStringLiteral("ABC"));
+    QCOMPARE(order(), u"ABC"_s);
     for (int i = 0; i < 3; ++i) {
         QCOMPARE(built.oldItems[i].roll, 1);
         QCOMPARE(built.newItems[i].roll, rolls[i]);
@@ -118,10 +116,10 @@ void TestEncounter::orderFollowsTheRolls()
 
 void TestEncounter::groupSharesItsRow()
 {
-    const QString rat = QStringLiteral("Rat");
-    Creature *first = add(makeMonster(rat, QStringLiteral("1")));
-    Creature *second = add(makeMonster(rat, QStringLiteral("2")));
-    Creature *stranger = add(makeMonster(QStringLiteral("Bat"), QStringLiteral("1")));
+    const QString rat = u"Rat"_s;
+    Creature *first = add(makeMonster(rat, u"1"_s));
+    Creature *second = add(makeMonster(rat, u"2"_s));
+    Creature *stranger = add(makeMonster(u"Bat"_s, u"1"_s));
     stranger->setInitRoll(9);
     theEncounter->buildOrder({}, {{rat, 14, 77}});
     QCOMPARE(first->initRoll(), 14);
@@ -129,28 +127,9 @@ void TestEncounter::groupSharesItsRow()
     QCOMPARE(first->initRandom(), second->initRandom());
     QCOMPARE(stranger->initRoll(), 0);
     // An expanded row names each monster.
-    theEncounter->buildOrder({}, {{QStringLiteral("Rat (2)"), 3, 1}, {rat, 5, 2}});
+    theEncounter->buildOrder({}, {{u"Rat (2)"_s, 3, 1}, {rat, 5, 2}});
     QCOMPARE(first->initRoll(), 5);
     QCOMPARE(second->initRoll(), 3);
-}
-
-void TestEncounter::manyCreaturesAreOrdered()
-{
-    QList<CreatureInit> entries;
-    QList<Creature *> creatures;
-    for (int i = 0; i < 2000; ++i) {
-        m_creatures.push_back(makeCharacter(QString::number(i)));
-        creatures.append(m_creatures.back().get());
-        entries.append({QString::number(i), i % 20, i});
-    }
-    theEncounter->setOrder(CreatureList(creatures));
-    const QList<Creature *> sorted = theEncounter->buildOrder(entries, {}).order.list();
-    QCOMPARE(sorted.size(), creatures.size());
-    for (int i = 1; i < sorted.size(); ++i) {
-        const Creature *before = sorted[i - 1];
-        QVERIFY(std::pair(before->initRoll(), before->initRandom())
-                > std::pair(sorted[i]->initRoll(), sorted[i]->initRandom()));
-    }
 }
 
 void TestEncounter::positionsGoRound()
@@ -158,7 +137,7 @@ void TestEncounter::positionsGoRound()
     QCOMPARE(theEncounter->nextIndex(), 0);
     QCOMPARE(theEncounter->current(), nullptr);
     QCOMPARE(theEncounter->next(), nullptr);
-    fill(QStringLiteral("ABC"));
+    fill(u"ABC"_s);
     QCOMPARE(theEncounter->next(), theEncounter->at(0));
     theEncounter->setPosition({4, 1, {}});
     QCOMPARE(theEncounter->nextPosition(), (EncounterPosition {4, 2, {}}));
@@ -191,11 +170,8 @@ void TestEncounter::movedCreatureLandsBesideTheCurrent()
 
 void TestEncounter::removal_data()
 {
-    QTest::addColumn<int>("current");
-    QTest::addColumn<QString>("removed");
-    QTest::addColumn<int>("currentAfter");
-    QTest::addColumn<int>("roundAfter");
-    QTest::addColumn<QString>("next");
+    addColumns<int, QString, int, int, QString>(
+        {"current", "removed", "currentAfter", "roundAfter", "next"});
     QTest::newRow("below") << 1 << "C" << 1 << 3 << "D";
     QTest::newRow("above") << 1 << "A" << 0 << 3 << "C";
     QTest::newRow("the current one") << 1 << "B" << 0 << 3 << "C";
@@ -208,11 +184,10 @@ void TestEncounter::removal_data()
 
 void TestEncounter::removal()
 {
-    QFETCH(int, current);
-    QFETCH(QString, removed);
-    fill(QStringLiteral("ABCD"));
+    auto [current, removed] = fetch<int, QString>({"current", "removed"});
+    fill(u"ABCD"_s);
     theEncounter->setPosition({3, current, {}});
-    const auto stranger = makeCharacter(QStringLiteral("X"));
+    const auto stranger = makeCharacter(u"X"_s);
     QList<Creature *> leaving {nullptr};
     for (const QChar name : removed)
         leaving.append(name == u'X' ? stranger.get() : theEncounter->at(name.unicode() - u'A'));
@@ -226,9 +201,9 @@ void TestEncounter::removal()
 
 void TestEncounter::theDeadFall()
 {
-    Creature *aria = add(makeCharacter(QStringLiteral("Aria")));
-    Creature *rat = add(makeMonster(QStringLiteral("Rat"), QStringLiteral("1")));
-    Creature *bat = add(makeMonster(QStringLiteral("Bat"), QStringLiteral("1")));
+    Creature *aria = add(makeCharacter(u"Aria"_s));
+    Creature *rat = add(makeMonster(u"Rat"_s, u"1"_s));
+    Creature *bat = add(makeMonster(u"Bat"_s, u"1"_s));
     rat->takeDamage(99, aria);
     theEncounter->remove(rat);
     QVERIFY(theEncounter->fallen().isEmpty());
@@ -242,9 +217,7 @@ void TestEncounter::theDeadFall()
 
 void TestEncounter::adjusting_data()
 {
-    QTest::addColumn<QString>("chosen");
-    QTest::addColumn<int>("delta");
-    QTest::addColumn<QString>("expected");
+    addColumns<QString, int, QString>({"chosen", "delta", "expected"});
     QTest::newRow("up") << "C" << -1 << "ACBDE";
     QTest::newRow("down") << "C" << 1 << "ABDCE";
     QTest::newRow("from the top, by a swap") << "A" << -1 << "EBCDA";
@@ -260,12 +233,11 @@ void TestEncounter::adjusting_data()
 
 void TestEncounter::adjusting()
 {
-    QFETCH(QString, chosen);
-    QFETCH(int, delta);
-    fill(QStringLiteral("ABCDE"));
+    auto [chosen, delta] = fetch<QString, int>({"chosen", "delta"});
+    fill(u"ABCDE"_s);
     theEncounter->setPosition({1, 1, {}});
     const Creature *current = theEncounter->current();
-    const auto stranger = makeCharacter(QStringLiteral("X"));
+    const auto stranger = makeCharacter(u"X"_s);
     QList<Creature *> creatures {nullptr};
     for (const QChar name : chosen)
         creatures.append(name == u'X' ? stranger.get() : theEncounter->at(name.unicode() - u'A'));
@@ -277,46 +249,17 @@ void TestEncounter::adjusting()
     QCOMPARE(theEncounter->currentIndex(), -1);
 }
 
-void TestEncounter::operationsTellListeners()
-{
-    fill(QStringLiteral("AB"));
-    QStringList heard;
-    const QObject listener; // the encounter outlives what it writes to
-    connect(theEncounter, &Encounter::doCurrentCreatureChanged, &listener,
-            [&heard] { heard.append(QStringLiteral("current")); });
-    connect(theEncounter, &Encounter::doCreatureCountChanged, &listener,
-            [&heard] { heard.append(QStringLiteral("count")); });
-    const QStringList both {QStringLiteral("current"), QStringLiteral("count")};
-    const auto heardAfter = [&heard](auto operation) {
-        heard.clear();
-        operation();
-        return heard;
-    };
-    QCOMPARE(heardAfter([] { theEncounter->setOrder(theEncounter->creatures()); }), both);
-    QCOMPARE(heardAfter([] { theEncounter->remove(theEncounter->at(0)); }), both);
-    Creature *other = m_creatures.front().get();
-    QCOMPARE(heardAfter([other] { theEncounter->insertSorted(other); }), both);
-    QCOMPARE(heardAfter([] { theEncounter->adjustInitiative({}, 1); }), both);
-    QCOMPARE(heardAfter([] { theEncounter->setCurrentIndex(0); }), both.first(1));
-    QCOMPARE(heardAfter([] { theEncounter->setPosition({}); }), both.first(1));
-    QCOMPARE(heardAfter([] { theEncounter->move(1, 1); }), QStringList());
-    QCOMPARE(heardAfter([] { theEncounter->move(-1, 0); }), QStringList());
-    QCOMPARE(heardAfter([] { theEncounter->reset(); }), both);
-    QCOMPARE(m_windows->encounterRefreshes, 1);
-}
-
 void TestEncounter::labels()
 {
-    fill(QStringLiteral("AB"));
-    theEncounter->setEntry({QStringLiteral("file.txt"), QStringLiteral("The Mill"),
-                            QStringLiteral("Dark"), 3, 500, QStringLiteral("Rivers")});
-    QCOMPARE(m_windows->encounterText, QStringLiteral("<b> Encounter</b> The Mill"));
+    fill(u"AB"_s);
+    theEncounter->setEntry({u"file.txt"_s, u"The Mill"_s, u"Dark"_s, 3, 500, u"Rivers"_s});
+    QCOMPARE(m_windows->encounterText, u"<b> Encounter</b> The Mill"_s);
     QCOMPARE(m_windows->roundText, QString());
     theEncounter->setPosition({2, 0, {}});
-    QCOMPARE(m_windows->roundText, QStringLiteral("<b>Round</b> 2"));
+    QCOMPARE(m_windows->roundText, u"<b>Round</b> 2"_s);
     // The next turn is the second round's first again.
     theEncounter->remove(theEncounter->at(0));
-    QCOMPARE(m_windows->roundText, QStringLiteral("<b>Round</b> 1"));
+    QCOMPARE(m_windows->roundText, u"<b>Round</b> 1"_s);
     theEncounter->setPosition({2, -1, {}});
     QCOMPARE(m_windows->roundText, QString());
     // Its own texts, not the file's.
@@ -330,14 +273,14 @@ void TestEncounter::labels()
 
 void TestEncounter::playersKnowLess()
 {
-    const QString rat = QStringLiteral("Rat");
-    Creature *aria = add(makeCharacter(QStringLiteral("Aria")));
-    Creature *alive = add(makeMonster(rat, QStringLiteral("1")));
-    Creature *hidden = add(makeMonster(rat, QStringLiteral("2")));
-    Creature *killed = add(makeMonster(rat, QStringLiteral("3")));
-    Creature *setToZero = add(makeMonster(rat, QStringLiteral("4")));
-    Creature *removed = add(makeMonster(rat, QStringLiteral("5")));
-    Creature *deadCharacter = add(makeCharacter(QStringLiteral("Bren")));
+    const QString rat = u"Rat"_s;
+    Creature *aria = add(makeCharacter(u"Aria"_s));
+    Creature *alive = add(makeMonster(rat, u"1"_s));
+    Creature *hidden = add(makeMonster(rat, u"2"_s));
+    Creature *killed = add(makeMonster(rat, u"3"_s));
+    Creature *setToZero = add(makeMonster(rat, u"4"_s));
+    Creature *removed = add(makeMonster(rat, u"5"_s));
+    Creature *deadCharacter = add(makeCharacter(u"Bren"_s));
     hidden->setHidden(true);
     removed->takeDamage(99, aria);
     killed->takeDamage(99, aria);
@@ -359,11 +302,11 @@ void TestEncounter::playersKnowLess()
 
 void TestEncounter::outsideChangesAreLogged()
 {
-    m_folder->addCharacter(QStringLiteral("Aria"));
-    m_folder->addMonster(QStringLiteral("Rat"));
+    m_folder->addCharacter(u"Aria"_s);
+    m_folder->addMonster(u"Rat"_s);
     m_folder->load();
-    Creature *aria = findCreature(QStringLiteral("Aria"), false);
-    Creature *rat = findCreature(QStringLiteral("Rat (1)"), true);
+    Creature *aria = findCreature(u"Aria"_s, false);
+    Creature *rat = findCreature(u"Rat (1)"_s, true);
     QVERIFY(aria && rat);
     theEncounter->setOrder(CreatureList(QList<Creature *> {aria, rat}));
     theEncounter->checkVitality(theHistory);
@@ -377,13 +320,13 @@ void TestEncounter::outsideChangesAreLogged()
     theEncounter->markVitalityStale();
     theEncounter->checkVitality(theHistory);
     QCOMPARE(theHistory->eventCount(), 1);
-    QVERIFY(theHistory->eventText(0).startsWith(QStringLiteral("Changed Aria:")));
+    QVERIFY(theHistory->eventText(0).startsWith(u"Changed Aria:"_s));
     QVERIFY(aria->liveVitality() == aria->shadowVitality());
 
-    rat->setName(QStringLiteral("Boss"));
+    rat->setName(u"Boss"_s);
     theEncounter->markVitalityStale();
     theEncounter->checkVitality(theHistory);
-    QCOMPARE(theHistory->eventText(1), QStringLiteral("Rename Rat (1) -> Rat (Boss)"));
+    QCOMPARE(theHistory->eventText(1), u"Rename Rat (1) -> Rat (Boss)"_s);
 }
 
 MORVANE_TEST_MAIN(QGuiApplication, TestEncounter)

@@ -2,12 +2,15 @@
 #include <QSignalSpy>
 
 #include "coreobjects.h"
+#include "datatable.h"
 #include "encounters.h"
 #include "monsters.h"
 #include "paths.h"
 #include "scriptedwindows.h"
 #include "testdata.h"
 #include "testhome.h"
+
+using namespace Qt::StringLiterals;
 
 class TestEncounterFile : public QObject {
     Q_OBJECT
@@ -56,7 +59,7 @@ QString described(const PreparedEncounter &encounter)
         for (int j = start; j < end; ++j) {
             const EncounterMonster &monster = encounter.monsters().at(j);
             ids.append(monster.id + (monster.alias.isEmpty() ? QString() : u'=' + monster.alias)
-                       + (monster.hidden ? QStringLiteral("!") : QString()));
+                       + (monster.hidden ? u"!"_s : QString()));
         }
         groups.append(encounter.monsters().at(start).group + u':' + ids.join(u','));
     }
@@ -87,15 +90,13 @@ void TestEncounterFile::readsAndWritesTheSameBytes()
     QByteArray onDisk = bytes;
     onDisk.replace("lines\r\n", "lines\r\nlevel=1\r\nxp=0\r\n");
     QCOMPARE(encounter.image(true), onDisk);
-    QCOMPARE(encounter.find(QStringLiteral("rat"), QStringLiteral("B"))->alias, "Squeaker");
-    QCOMPARE(encounter.find(QStringLiteral("Ogre"), QStringLiteral("B")), nullptr);
+    QCOMPARE(encounter.find(u"rat"_s, u"B"_s)->alias, "Squeaker");
+    QCOMPARE(encounter.find(u"Ogre"_s, u"B"_s), nullptr);
 }
 
 void TestEncounterFile::readsLines_data()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<bool>("read");
-    QTest::addColumn<QString>("monsters");
+    addColumns<QByteArray, bool, QString>({"bytes", "read", "monsters"});
     QTest::newRow("group ahead of the description")
         << QByteArray("name=a\nRat=1\ndescription=\nOgre=1\n") << true << "Ogre:1";
     QTest::newRow("marks apply to the group just above")
@@ -127,14 +128,14 @@ void TestEncounterFile::readsLines()
 {
     QFETCH(QByteArray, bytes);
     const TestDataFolder folder;
-    QFile file(folder.file(QStringLiteral("Encounters/e.txt")));
+    QFile file(folder.file(u"Encounters/e.txt"_s));
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write(bytes);
     file.close();
     PreparedEncounter encounter;
-    QTEST(encounter.read(QStringLiteral("e.txt"), QString()), "read");
+    QTEST(encounter.read(u"e.txt"_s, QString()), "read");
     QTEST(described(encounter), "monsters");
-    QVERIFY(!encounter.read(QStringLiteral("none.txt"), QString()));
+    QVERIFY(!encounter.read(u"none.txt"_s, QString()));
 }
 
 void TestEncounterFile::escapesValues_data()
@@ -153,7 +154,7 @@ void TestEncounterFile::escapesValues()
     encounter.setName(text);
     encounter.setAdventure(text);
     encounter.setDescription(text);
-    encounter.setMonsters({{QStringLiteral("Rat\\Mouse"), QStringLiteral("1"), text, true}});
+    encounter.setMonsters({{u"Rat\\Mouse"_s, u"1"_s, text, true}});
     PreparedEncounter again;
     QVERIFY(again.parse(encounter.image(true)));
     QCOMPARE(again.name(), text);
@@ -165,9 +166,7 @@ void TestEncounterFile::escapesValues()
 
 void TestEncounterFile::worksOutTheLevel_data()
 {
-    QTest::addColumn<int>("xp");
-    QTest::addColumn<int>("party");
-    QTest::addColumn<int>("level");
+    addColumns<int, int, int>({"xp", "party", "level"});
     QTest::newRow("nothing") << 0 << 5 << 1;
     QTest::newRow("negative") << -500 << 5 << 1;
     QTest::newRow("first level") << 500 << 5 << 1;
@@ -186,18 +185,18 @@ void TestEncounterFile::worksOutTheLevel()
     windows.party = 0;
     const CoreObjects objects;
     CreatureData data;
-    data.group = QStringLiteral("Rat");
+    data.group = u"Rat"_s;
     data.xp = xp;
     auto creature = std::make_unique<Creature>();
     creature->assign(data);
     theMonsters->add(std::move(creature));
     PreparedEncounter encounter;
-    encounter.setMonsters(monstersOf(QStringLiteral("RAT:1;Nobody:1")));
+    encounter.setMonsters(monstersOf(u"RAT:1;Nobody:1"_s));
     QCOMPARE(encounter.xp(), xp);
     QFETCH(int, party);
     windows.party = party;
     QTEST(encounter.level(), "level");
-    encounter.setMonsters(monstersOf(QStringLiteral("Rat:1,2,3,4,5,6,7,8")));
+    encounter.setMonsters(monstersOf(u"Rat:1,2,3,4,5,6,7,8"_s));
     QCOMPARE(encounter.xp(), int(qMin(qint64(xp) * 8, qint64(std::numeric_limits<int>::max()))));
 }
 
@@ -205,15 +204,13 @@ void TestEncounterFile::recomputesOnlyWhatIsStale()
 {
     ScriptedWindows windows;
     const TestDataFolder folder;
-    folder.addMonster(QStringLiteral("Rat"));
+    folder.addMonster(u"Rat"_s);
     const CoreObjects objects;
     folder.load();
     PreparedEncounter encounter;
-    encounter.setMonsters(monstersOf(QStringLiteral("Rat:1,2,3,4,5,6,7")));
+    encounter.setMonsters(monstersOf(u"Rat:1,2,3,4,5,6,7"_s));
     QCOMPARE(encounter.level(), 2);
-    CreatureData data = theMonsters->at(0)->data();
-    data.xp = 1;
-    theMonsters->at(0)->assign(data);
+    theMonsters->at(0)->setField(&CreatureData::xp, 1);
     QCOMPARE(encounter.xp(), 700);
     encounter.setLevelStale();
     QCOMPARE(encounter.xp(), 7);
@@ -224,13 +221,8 @@ void TestEncounterFile::recomputesOnlyWhatIsStale()
 
 void TestEncounterFile::choosesIds_data()
 {
-    QTest::addColumn<QString>("present");
-    QTest::addColumn<QString>("group");
-    QTest::addColumn<QString>("prefix");
-    QTest::addColumn<int>("scheme");
-    QTest::addColumn<bool>("perEncounter");
-    QTest::addColumn<QString>("id");
-    QTest::addColumn<int>("newScheme");
+    addColumns<QString, QString, QString, int, bool, QString, int>(
+        {"present", "group", "prefix", "scheme", "perEncounter", "id", "newScheme"});
     const auto row = [](const char *name, const char *present, const char *group,
                         const char *prefix, int scheme, bool perEncounter, const char *id,
                         int newScheme) {
@@ -264,11 +256,9 @@ void TestEncounterFile::choosesIds_data()
 
 void TestEncounterFile::choosesIds()
 {
-    QFETCH(QString, present);
-    QFETCH(QString, group);
-    QFETCH(QString, prefix);
-    QFETCH(int, scheme);
-    QFETCH(bool, perEncounter);
+    auto [present, group, prefix, scheme, perEncounter] =
+        fetch<QString, QString, QString, int, bool>(
+            {"present", "group", "prefix", "scheme", "perEncounter"});
     PreparedEncounter encounter;
     encounter.setMonsters(monstersOf(present));
     QTEST(encounter.defaultId(group, prefix, scheme, perEncounter), "id");
@@ -293,9 +283,9 @@ void TestEncounterFile::savesUnderNamesOfItsOwn()
     QVERIFY(encounter.read(names.at(0), QString()));
     QVERIFY(encounter.remove());
     QVERIFY(!QFile::exists(encounterPath(names.at(0))));
-    dataRoot = folder.file(QStringLiteral("nowhere"));
+    dataRoot = folder.file(u"nowhere"_s);
     PreparedEncounter unsaved;
-    unsaved.setName(QStringLiteral("x"));
+    unsaved.setName(u"x"_s);
     QVERIFY(!unsaved.write());
     QCOMPARE(unsaved.fileName(), QString());
 }
@@ -309,10 +299,10 @@ void TestEncounterFile::marksChanges()
     encounter.setLevelStale();
     encounter.refreshChanged();
     QVERIFY(!encounter.isModified());
-    encounter.setDescription(QStringLiteral("c"));
+    encounter.setDescription(u"c"_s);
     encounter.refreshChanged();
     QVERIFY(encounter.isModified());
-    encounter.setDescription(QStringLiteral("b"));
+    encounter.setDescription(u"b"_s);
     encounter.refreshChanged();
     QVERIFY(!encounter.isModified());
 }
@@ -321,9 +311,8 @@ void TestEncounterFile::savesAndRevertsAll()
 {
     const TestDataFolder folder;
     for (const char *name : {"a", "b", "c"})
-        folder.write(QStringLiteral("Encounters/%1.txt").arg(QLatin1String(name)),
-                     QStringLiteral("name=%1\nadventure=Old\ndescription=\nRat=1\n")
-                         .arg(QLatin1String(name)));
+        folder.write(u"Encounters/%1.txt"_s.arg(QLatin1String(name)),
+                     u"name=%1\nadventure=Old\ndescription=\nRat=1\n"_s.arg(QLatin1String(name)));
     const CoreObjects objects;
     folder.load();
     const ChangeCounters &counters = theEncounters->counters();
@@ -335,8 +324,8 @@ void TestEncounterFile::savesAndRevertsAll()
     };
     const auto change = [] {
         PreparedEncounter *first = theEncounters->at(0);
-        first->setName(QStringLiteral("z"));
-        first->setAdventure(QStringLiteral("New"));
+        first->setName(u"z"_s);
+        first->setAdventure(u"New"_s);
         first->refreshChanged();
         theEncounters->resort(0);
         theEncounters->at(0)->setDeleted(true); // "b"
@@ -359,8 +348,8 @@ void TestEncounterFile::savesAndRevertsAll()
     theEncounters->saveAll();
     QCOMPARE(counters.isNew + counters.isModified + counters.isDeleted, 0);
     QCOMPARE(names(), QStringList({"c", "New Encounter", "z"}));
-    QVERIFY(!QFile::exists(encounterPath(QStringLiteral("b.txt"))));
-    QVERIFY(folder.read(QStringLiteral("Encounters/a.txt")).startsWith("name=z\r\nadventure=New"));
+    QVERIFY(!QFile::exists(encounterPath(u"b.txt"_s)));
+    QVERIFY(folder.read(u"Encounters/a.txt"_s).startsWith("name=z\r\nadventure=New"));
 
     NoProgress progress;
     Encounters loaded;
@@ -381,19 +370,19 @@ void TestEncounterFile::followsRenamedTemplates()
         QVERIFY(encounter->parse(bytes));
         encounters.add(std::move(encounter));
     }
-    encounters.templateRenamed(QStringLiteral("rat"), QStringLiteral("Mouse"));
+    encounters.templateRenamed(u"rat"_s, u"Mouse"_s);
     QCOMPARE(described(*encounters.at(0)), "Mouse:1;Ogre:1");
     QVERIFY(encounters.at(0)->isModified());
     QVERIFY(!encounters.at(1)->isModified());
     QCOMPARE(encounters.counters().isModified, 1);
-    encounters.templateDeleted(QStringLiteral("Mouse"));
+    encounters.templateDeleted(u"Mouse"_s);
     QCOMPARE(described(*encounters.at(0)), "Mouse:1;Ogre:1");
 }
 
 void TestEncounterFile::bringsClonesIntoPlay()
 {
     const TestDataFolder folder;
-    folder.addMonster(QStringLiteral("Rat"));
+    folder.addMonster(u"Rat"_s);
     const CoreObjects objects;
     folder.load();
     PreparedEncounter encounter;

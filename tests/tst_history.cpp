@@ -3,6 +3,7 @@
 #include <QSignalSpy>
 #include <memory>
 
+#include "datatable.h"
 #include "history.h"
 #include "loggedevent.h"
 #include "objectstream.h"
@@ -11,6 +12,8 @@
 #include "switchboard.h"
 #include "testdata.h"
 #include "testhome.h"
+
+using namespace Qt::StringLiterals;
 
 class HistoryTest : public QObject {
     Q_OBJECT
@@ -45,7 +48,7 @@ private Q_SLOTS:
 
 private:
     void play(const QStringList &texts);
-    QByteArray log() const { return m_folder->read(QStringLiteral("history.log")); }
+    QByteArray log() const { return m_folder->read(u"history.log"_s); }
     void writeLog(const QByteArray &bytes) const;
     QStringList backups() const;
 
@@ -56,7 +59,7 @@ private:
 
 namespace {
 
-const QStringList Three {QStringLiteral("one"), QStringLiteral("two"), QStringLiteral("three")};
+const QStringList Three {u"one"_s, u"two"_s, u"three"_s};
 
 // What ends a log, and a type that no version has given.
 const QByteArray EndMarker(2, '\0');
@@ -96,16 +99,14 @@ void HistoryTest::writeLog(const QByteArray &bytes) const
 // The files of the "History" folder.
 QStringList HistoryTest::backups() const
 {
-    return QDir(m_folder->file(QStringLiteral("History"))).entryList(QDir::Files, QDir::Name);
+    return QDir(m_folder->file(u"History"_s)).entryList(QDir::Files, QDir::Name);
 }
 
 void HistoryTest::eventsAreAppliedInOrder()
 {
     QSignalSpy changed(m_history.get(), &History::doHistoryChanged);
     play(Three);
-    QCOMPARE(LoggedEvent::journal,
-             QStringList({QStringLiteral("redo one"), QStringLiteral("redo two"),
-                          QStringLiteral("redo three")}));
+    QCOMPARE(LoggedEvent::journal, QStringList({u"redo one"_s, u"redo two"_s, u"redo three"_s}));
     QCOMPARE(changed.size(), 3);
     QCOMPARE(m_windows->historyRefreshes, 3);
     QCOMPARE(m_history->position(), 2);
@@ -118,7 +119,7 @@ void HistoryTest::eventsAreAppliedInOrder()
     QCOMPARE(m_history->eventOffset(1), m_history->eventOffset(0) + m_history->eventAt(0)->size());
     QCOMPARE(LoggedEvent::readLog(log()), Three);
 
-    m_history->doEvent(new LoggedEvent(QStringLiteral("four"), m_history->getStream()), true);
+    m_history->doEvent(new LoggedEvent(u"four"_s, m_history->getStream()), true);
     QCOMPARE(changed.size(), 3);
 }
 
@@ -140,8 +141,7 @@ void HistoryTest::stepsStayInTheHistory()
     m_history->stepForward();
     QCOMPARE(m_history->getStream()->position(), m_history->eventOffset(1));
     QCOMPARE(LoggedEvent::journal.mid(3),
-             QStringList({QStringLiteral("undo three"), QStringLiteral("undo two"),
-                          QStringLiteral("undo one"), QStringLiteral("redo one")}));
+             QStringList({u"undo three"_s, u"undo two"_s, u"undo one"_s, u"redo one"_s}));
     QCOMPARE(log(), before);
 }
 
@@ -152,14 +152,12 @@ void HistoryTest::newEventReplacesWhatWasTakenBack()
     m_history->stepBack();
     m_history->stepBack();
     LoggedEvent::journal.clear();
-    play({QStringLiteral("other")});
+    play({u"other"_s});
     QCOMPARE(LoggedEvent::journal,
-             QStringList({QStringLiteral("delete three"), QStringLiteral("delete two"),
-                          QStringLiteral("redo other")}));
+             QStringList({u"delete three"_s, u"delete two"_s, u"redo other"_s}));
     QCOMPARE(m_history->eventCount(), 2);
     QCOMPARE(m_history->eventOffset(1), offset);
-    QCOMPARE(LoggedEvent::readLog(log()),
-             QStringList({QStringLiteral("one"), QStringLiteral("other")}));
+    QCOMPARE(LoggedEvent::readLog(log()), QStringList({u"one"_s, u"other"_s}));
     QVERIFY(m_history->load());
     QCOMPARE(m_history->eventCount(), 2);
 }
@@ -194,13 +192,11 @@ void HistoryTest::truncateRemovesTheRest()
     m_history->moveTo(0);
     LoggedEvent::journal.clear();
     m_history->truncate();
-    QCOMPARE(LoggedEvent::journal,
-             QStringList({QStringLiteral("delete three"), QStringLiteral("delete two")}));
+    QCOMPARE(LoggedEvent::journal, QStringList({u"delete three"_s, u"delete two"_s}));
     const int end = m_history->eventOffset(0) + m_history->eventAt(0)->size();
     QCOMPARE(log(), QByteArray(whole.first(end) + EndMarker));
-    play({QStringLiteral("other")});
-    QCOMPARE(LoggedEvent::readLog(log()),
-             QStringList({QStringLiteral("one"), QStringLiteral("other")}));
+    play({u"other"_s});
+    QCOMPARE(LoggedEvent::readLog(log()), QStringList({u"one"_s, u"other"_s}));
 }
 
 void HistoryTest::clearLeavesTheLog()
@@ -211,16 +207,15 @@ void HistoryTest::clearLeavesTheLog()
     LoggedEvent::journal.clear();
     m_history->clear();
     QCOMPARE(LoggedEvent::journal,
-             QStringList({QStringLiteral("delete three"), QStringLiteral("delete two"),
-                          QStringLiteral("delete one")}));
+             QStringList({u"delete three"_s, u"delete two"_s, u"delete one"_s}));
     QCOMPARE(m_history->eventCount(), 0);
     QCOMPARE(m_history->position(), -1);
     QCOMPARE(log(), before);
 
     // Only load() reads the events: without it the next one takes their place.
     QCOMPARE(m_history->getStream()->position(), start);
-    play({QStringLiteral("other")});
-    QCOMPARE(LoggedEvent::readLog(log()), QStringList({QStringLiteral("other")}));
+    play({u"other"_s});
+    QCOMPARE(LoggedEvent::readLog(log()), QStringList({u"other"_s}));
 }
 
 void HistoryTest::eachCommandIsSynced()
@@ -237,14 +232,12 @@ void HistoryTest::eachCommandIsSynced()
 void HistoryTest::recentVisibleEvents_data()
 {
     QTest::addColumn<QStringList>("events"); // a name that ends in "!" is visible
-    QTest::addColumn<int>("position");
-    QTest::addColumn<int>("count");
-    QTest::addColumn<QStringList>("recent");
+    addColumns<int, int, QStringList>({"position", "count", "recent"});
 
-    const QString a = QStringLiteral("a!");
-    const QString b = QStringLiteral("b!");
-    const QString hidden = QStringLiteral("hidden");
-    const QString start = QStringLiteral("start!");
+    const QString a = u"a!"_s;
+    const QString b = u"b!"_s;
+    const QString hidden = u"hidden"_s;
+    const QString start = u"start!"_s;
     QTest::newRow("none") << QStringList() << -1 << 5 << QStringList();
     QTest::newRow("newest first") << QStringList({a, hidden, b}) << 2 << 5 << QStringList({b, a});
     QTest::newRow("from the position") << QStringList({a, b}) << 0 << 5 << QStringList({a});
@@ -258,10 +251,8 @@ void HistoryTest::recentVisibleEvents_data()
 
 void HistoryTest::recentVisibleEvents()
 {
-    QFETCH(QStringList, events);
-    QFETCH(int, position);
-    QFETCH(int, count);
-    QFETCH(QStringList, recent);
+    auto [events, position, count, recent] =
+        fetch<QStringList, int, int, QStringList>({"events", "position", "count", "recent"});
     for (const QString &text : std::as_const(events)) {
         auto *event = new LoggedEvent(text, m_history->getStream());
         event->setVisible(text.endsWith(u'!'));
@@ -308,8 +299,8 @@ void HistoryTest::loadAppliesTheWholeLog()
     QCOMPARE(changed.size(), 2);
     QCOMPARE(m_windows->hidden, 0);
 
-    play({QStringLiteral("four")});
-    QCOMPARE(LoggedEvent::readLog(log()), Three + QStringList({QStringLiteral("four")}));
+    play({u"four"_s});
+    QCOMPARE(LoggedEvent::readLog(log()), Three + QStringList({u"four"_s}));
     QVERIFY(backups().isEmpty());
 }
 
@@ -327,10 +318,10 @@ void HistoryTest::loadStopsAtAnUnknownEvent()
     QVERIFY(backups().isEmpty());
 
     // The next event stands behind the type that nobody knows, where the next load stops again.
-    play({QStringLiteral("four")});
+    play({u"four"_s});
     QCOMPARE(m_history->eventOffset(3), int(damaged.size() - EndMarker.size()) - 3);
     QCOMPARE(backups().size(), 1);
-    QCOMPARE(m_folder->read(QStringLiteral("History/") + backups().first()), damaged);
+    QCOMPARE(m_folder->read(u"History/"_s + backups().first()), damaged);
     m_history->clear();
     QVERIFY(!m_history->load());
     QCOMPARE(m_history->eventCount(), 3);
@@ -370,8 +361,7 @@ void HistoryTest::logThatCannotBeOpened()
 
 void HistoryTest::readOnlyTouchesNothing_data()
 {
-    QTest::addColumn<QByteArray>("tail");
-    QTest::addColumn<bool>("known");
+    addColumns<QByteArray, bool>({"tail", "known"});
 
     QTest::newRow("clean") << EndMarker << true;
     QTest::newRow("cut") << QByteArray(UnknownEvent.first(5)) << true;
@@ -380,8 +370,7 @@ void HistoryTest::readOnlyTouchesNothing_data()
 
 void HistoryTest::readOnlyTouchesNothing()
 {
-    QFETCH(QByteArray, tail);
-    QFETCH(bool, known);
+    auto [tail, known] = fetch<QByteArray, bool>({"tail", "known"});
     play(Three);
     m_history->clear();
     const QByteArray before = log().chopped(EndMarker.size()) + tail;
@@ -392,7 +381,7 @@ void HistoryTest::readOnlyTouchesNothing()
     QCOMPARE(m_history->eventCount(), 3);
     QCOMPARE(m_history->getStream()->majorVersion(), 1);
     m_history->moveTo(0);
-    play({QStringLiteral("only in memory")});
+    play({u"only in memory"_s});
     m_history->stepBack();
     m_history->truncate();
     m_history->clear();
@@ -409,9 +398,9 @@ void HistoryTest::backupMovesTheLog()
     const QString created = m_history->getStream()->created();
     QVERIFY(m_history->backupLog());
     QVERIFY(!QFile::exists(historyPath()));
-    const QString name = QStringLiteral("history_%1.log").arg(created);
+    const QString name = u"history_%1.log"_s.arg(created);
     QCOMPARE(backups(), QStringList({name}));
-    QCOMPARE(m_folder->read(QStringLiteral("History/") + name), before);
+    QCOMPARE(m_folder->read(u"History/"_s + name), before);
     m_history->clear();
     QVERIFY(m_history->load());
     QCOMPARE(m_history->eventCount(), 0);
@@ -421,17 +410,17 @@ void HistoryTest::backupThatFailsLeavesEverything()
 {
     play(Three);
     m_history->stepBack();
-    m_folder->write(QStringLiteral("History"), QStringLiteral("a file in the way"));
+    m_folder->write(u"History"_s, u"a file in the way"_s);
     QVERIFY(!m_history->backupLog());
     QCOMPARE(m_windows->shown.takeFirst(),
              QStringLiteral("Cannot Create History Directory|Unable to create <b>History</b> "
                             "directory: %1%2History")
                  .arg(displayRoot, QDir::separator()));
 
-    QFile::remove(m_folder->file(QStringLiteral("History")));
-    QDir(m_folder->path()).mkdir(QStringLiteral("History"));
-    const QString backup = QStringLiteral("%1%2History%2history_%3.log")
-                               .arg(dataRoot, QDir::separator(), m_history->getStream()->created());
+    QFile::remove(m_folder->file(u"History"_s));
+    QDir(m_folder->path()).mkdir(u"History"_s);
+    const QString backup = u"%1%2History%2history_%3.log"_s.arg(dataRoot, QDir::separator(),
+                                                                m_history->getStream()->created());
     QVERIFY(QFile::copy(historyPath(), backup));
     QVERIFY(!m_history->backupLog());
     QCOMPARE(m_windows->shown,
@@ -439,8 +428,8 @@ void HistoryTest::backupThatFailsLeavesEverything()
                                          "backup file: %1")
                               .arg(backup)}));
 
-    play({QStringLiteral("other")});
-    QCOMPARE(LoggedEvent::readLog(log()), Three.first(2) + QStringList({QStringLiteral("other")}));
+    play({u"other"_s});
+    QCOMPARE(LoggedEvent::readLog(log()), Three.first(2) + QStringList({u"other"_s}));
 }
 
 // The date in the header is foreign text, and part of a file's name.
@@ -452,14 +441,13 @@ void HistoryTest::backupNeverLeavesItsFolder()
     writeLog(log().replace(created, QByteArray("../../../escaped").leftJustified(19, '.')));
     QVERIFY(m_history->load());
     QVERIFY(m_history->backupLog());
-    QCOMPARE(backups(), QStringList({QStringLiteral("history_.._.._.._escaped....log")}));
+    QCOMPARE(backups(), QStringList({u"history_.._.._.._escaped....log"_s}));
 }
 
 void HistoryTest::damagedLogIsCopied_data()
 {
     QTest::addColumn<int>("cut"); // bytes that the end of the log loses
-    QTest::addColumn<QByteArray>("tail");
-    QTest::addColumn<bool>("copied");
+    addColumns<QByteArray, bool>({"tail", "copied"});
 
     QTest::newRow("clean") << 0 << QByteArray() << false;
     QTest::newRow("marker lost") << 2 << QByteArray() << false;
@@ -471,9 +459,7 @@ void HistoryTest::damagedLogIsCopied_data()
 
 void HistoryTest::damagedLogIsCopied()
 {
-    QFETCH(int, cut);
-    QFETCH(QByteArray, tail);
-    QFETCH(bool, copied);
+    auto [cut, tail, copied] = fetch<int, QByteArray, bool>({"cut", "tail", "copied"});
     play(Three);
     m_history->clear();
     const QByteArray before = log().chopped(cut) + tail;
@@ -487,8 +473,8 @@ void HistoryTest::damagedLogIsCopied()
         m_history->clear();
     }
     for (const QString &name : backups()) {
-        QVERIFY(name.startsWith(QStringLiteral("history_damaged_20")));
-        QCOMPARE(m_folder->read(QStringLiteral("History/") + name), before);
+        QVERIFY(name.startsWith(u"history_damaged_20"_s));
+        QCOMPARE(m_folder->read(u"History/"_s + name), before);
     }
     QVERIFY(m_windows->shown.isEmpty());
 }

@@ -13,6 +13,7 @@
 #include "characters.h"
 #include "coreobjects.h"
 #include "creaturelist.h"
+#include "datatable.h"
 #include "encounter.h"
 #include "event.h"
 #include "history.h"
@@ -23,6 +24,8 @@
 #include "testhome.h"
 #include "turnevents.h"
 #include "vitalityevents.h"
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -116,10 +119,10 @@ void InspectTest::init()
 {
     failOnWarnings();
     m_folder = std::make_unique<TestDataFolder>();
-    m_folder->addCharacter(QStringLiteral("Aria"), 30, 4);
-    m_folder->addCharacter(QStringLiteral("Bran"), 25, 1);
-    m_folder->addMonster(QStringLiteral("Cave Rat"), 12, 3);
-    m_folder->write(QStringLiteral("Encounters/cellar.txt"),
+    m_folder->addCharacter(u"Aria"_s, 30, 4);
+    m_folder->addCharacter(u"Bran"_s, 25, 1);
+    m_folder->addMonster(u"Cave Rat"_s, 12, 3);
+    m_folder->write(u"Encounters/cellar.txt"_s,
                     QStringLiteral("name=The Cellar\nadventure=Below\ndescription=Dark\\nand "
                                    "damp\nCave Rat=1,2\nalias#2=Something\nhidden#2=true\n"));
     m_objects = std::make_unique<CoreObjects>();
@@ -137,21 +140,21 @@ void InspectTest::playFight()
 {
     ObjectStream *stream = theHistory->getStream();
     QVERIFY(stream);
-    QString group = QStringLiteral("Cave Rat");
+    QString group = u"Cave Rat"_s;
     CreatureList rats;
-    rats.insertAt(0, theMonsters->ensureTemplate(group, QStringLiteral("1"), true));
-    rats.insertAt(1, theMonsters->ensureTemplate(group, QStringLiteral("2"), true));
+    rats.insertAt(0, theMonsters->ensureTemplate(group, u"1"_s, true));
+    rats.insertAt(1, theMonsters->ensureTemplate(group, u"2"_s, true));
     CreatureList party;
     party.insertAt(0, theCharacters->at(0));
     party.insertAt(1, theCharacters->at(1));
 
     theHistory->doEvent(new SetPartyEvent(party, false, {}, stream));
     EncounterEntry entry;
-    entry.name = QStringLiteral("The Cellar");
+    entry.name = u"The Cellar"_s;
     theHistory->doEvent(new SetEncounterEvent(entry, rats, false, stream));
-    theHistory->doEvent(new StartEncounterEvent(
-        {{QStringLiteral("Aria"), 20, 0}, {QStringLiteral("Bran"), 10, 0}},
-        {{QStringLiteral("Cave Rat (1)"), 15, 0}, {QStringLiteral("Cave Rat (2)"), 5, 0}}, stream));
+    theHistory->doEvent(
+        new StartEncounterEvent({{u"Aria"_s, 20, 0}, {u"Bran"_s, 10, 0}},
+                                {{u"Cave Rat (1)"_s, 15, 0}, {u"Cave Rat (2)"_s, 5, 0}}, stream));
     theHistory->doEvent(new DamageEvent(party.at(0), rats.at(1), 40, stream));
     theHistory->doEvent(new NextTurnEvent(stream, false));
     theHistory->doEvent(new DamageEvent(rats.at(0), party.at(0), 9, stream));
@@ -160,12 +163,12 @@ void InspectTest::playFight()
 
 Run InspectTest::fight(const QStringList &more) const
 {
-    return inspect(QStringList {QStringLiteral("fight"), m_folder->path()} + more);
+    return inspect(QStringList {u"fight"_s, m_folder->path()} + more);
 }
 
 void InspectTest::writeLog(const QByteArray &bytes) const
 {
-    QFile file(m_folder->file(QStringLiteral("history.log")));
+    QFile file(m_folder->file(u"history.log"_s));
     QVERIFY(file.open(QIODevice::WriteOnly));
     QCOMPARE(file.write(bytes), bytes.size());
 }
@@ -179,15 +182,13 @@ void InspectTest::tellsTheFight()
     QCOMPARE(fight().out, run.out);
 
     const QJsonObject report = run.object();
-    QCOMPARE(
-        report.keys(),
-        QStringList({QStringLiteral("creatures"), QStringLiteral("encounter"),
-                     QStringLiteral("events"), QStringLiteral("header"), QStringLiteral("known"),
-                     QStringLiteral("players"), QStringLiteral("position")}));
+    QCOMPARE(report.keys(),
+             QStringList({u"creatures"_s, u"encounter"_s, u"events"_s, u"header"_s, u"known"_s,
+                          u"players"_s, u"position"_s}));
     QCOMPARE(report[u"header"][u"major"].toInt(), 1);
-    QCOMPARE(report[u"header"][u"version"].toString(), QStringLiteral("1.5.09 Beta"));
+    QCOMPARE(report[u"header"][u"version"].toString(), u"1.5.09 Beta"_s);
     QCOMPARE(report[u"known"].toBool(), true);
-    QCOMPARE(report[u"encounter"][u"name"].toString(), QStringLiteral("The Cellar"));
+    QCOMPARE(report[u"encounter"][u"name"].toString(), u"The Cellar"_s);
     QCOMPARE(strings(report[u"encounter"][u"order"]),
              displayNamesOf(theEncounter->creatures().list()));
     QCOMPARE(strings(report[u"players"][u"kills"]),
@@ -199,7 +200,7 @@ void InspectTest::tellsTheFight()
     QCOMPARE(aria[u"currHP"].toInt(), 25);
     QCOMPARE(aria[u"currHS"].toInt(), 7);
     QCOMPARE(aria[u"damageTaken"].toInt(), 9);
-    QCOMPARE(aria[u"lastHitBy"].toString(), QStringLiteral("Cave Rat (1)"));
+    QCOMPARE(aria[u"lastHitBy"].toString(), u"Cave Rat (1)"_s);
     QCOMPARE(aria[u"alias"], QJsonValue(QString()));
     QCOMPARE(aria[u"base"][u"maxHP"].toInt(), 30);
     QCOMPARE(report[u"creatures"][u"Cave Rat (2)"][u"currHP"].toInt(), -28);
@@ -212,7 +213,7 @@ void InspectTest::tellsEachPosition()
     const int last = theHistory->eventCount() - 1;
     for (int at = -1; at <= last; ++at) {
         theHistory->moveTo(at);
-        const QJsonObject report = fight({QStringLiteral("--at"), QString::number(at)}).object();
+        const QJsonObject report = fight({u"--at"_s, QString::number(at)}).object();
         QCOMPARE(report[u"position"].toInt(-9), at);
         QCOMPARE(report[u"events"].toArray().size(), last + 1);
         QCOMPARE(report[u"encounter"][u"currentIndex"].toInt(-9), theEncounter->currentIndex());
@@ -230,7 +231,7 @@ void InspectTest::tellsEachPosition()
 void InspectTest::tellsWhereRecordsStand()
 {
     playFight();
-    const QByteArray log = m_folder->read(QStringLiteral("history.log"));
+    const QByteArray log = m_folder->read(u"history.log"_s);
     const QJsonArray events = fight().object()[u"events"].toArray();
     QCOMPARE(events.size(), theHistory->eventCount());
     int end = events[0][u"offset"].toInt();
@@ -252,8 +253,7 @@ void InspectTest::tellsAFolderWithoutLog()
     QCOMPARE(report[u"known"].toBool(), true);
     QCOMPARE(report[u"position"].toInt(), -1);
     QCOMPARE(report[u"events"].toArray().size(), 0);
-    QCOMPARE(report[u"creatures"].toObject().keys(),
-             QStringList({QStringLiteral("Aria"), QStringLiteral("Bran")}));
+    QCOMPARE(report[u"creatures"].toObject().keys(), QStringList({u"Aria"_s, u"Bran"_s}));
 }
 
 void InspectTest::stopsAtAnUnknownEvent()
@@ -261,7 +261,7 @@ void InspectTest::stopsAtAnUnknownEvent()
     playFight();
     const int count = theHistory->eventCount();
     theHistory->clear();
-    QByteArray log = m_folder->read(QStringLiteral("history.log"));
+    QByteArray log = m_folder->read(u"history.log"_s);
     log.chop(2);
     writeLog(log + eventTypeField(999) + QByteArray(2, '\0'));
     const QJsonObject report = fight().object();
@@ -271,28 +271,22 @@ void InspectTest::stopsAtAnUnknownEvent()
 
 void InspectTest::tellsCreatureFiles_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("form");
-    QTest::addColumn<bool>("valid");
-    QTest::addColumn<bool>("isMonster");
-    QTest::addColumn<QString>("keyName");
+    addColumns<QString, QString, bool, bool, QString>(
+        {"text", "form", "valid", "isMonster", "keyName"});
     const QString fields = QStringLiteral("type=x\nrole=Brute\nlevel=2\nxp=125\nhit-points=9\n"
                                           "str=18\n");
-    QTest::newRow("monster") << QStringLiteral("group=Ogre\n") + fields << "key" << true << true
-                             << "Ogre";
-    QTest::newRow("character") << QStringLiteral("name=Cara\n") + fields << "key" << true << false
-                               << "Cara";
-    QTest::newRow("bad name") << QStringLiteral("group=") + QString(71, u'o') + u'\n' + fields
-                              << "key" << false << true << QString(71, u'o');
+    QTest::newRow("monster") << u"group=Ogre\n"_s + fields << "key" << true << true << "Ogre";
+    QTest::newRow("character") << u"name=Cara\n"_s + fields << "key" << true << false << "Cara";
+    QTest::newRow("bad name") << u"group="_s + QString(71, u'o') + u'\n' + fields << "key" << false
+                              << true << QString(71, u'o');
 }
 
 void InspectTest::tellsCreatureFiles()
 {
-    QFETCH(QString, text);
-    QFETCH(bool, isMonster);
-    m_folder->write(QStringLiteral("some.txt"), text);
-    const QString path = m_folder->file(QStringLiteral("some.txt"));
-    const Run run = inspect({QStringLiteral("creature"), path, path});
+    auto [text, isMonster] = fetch<QString, bool>({"text", "isMonster"});
+    m_folder->write(u"some.txt"_s, text);
+    const QString path = m_folder->file(u"some.txt"_s);
+    const Run run = inspect({u"creature"_s, path, path});
     QCOMPARE(run.exitCode, 0);
     QCOMPARE(run.array().size(), 2);
     const QJsonObject report = run.array()[0].toObject();
@@ -311,23 +305,22 @@ void InspectTest::tellsCreatureFiles()
 
 void InspectTest::tellsEncounters()
 {
-    const Run five = inspect({QStringLiteral("encounters"), m_folder->path()});
+    const Run five = inspect({u"encounters"_s, m_folder->path()});
     QCOMPARE(five.exitCode, 0);
     QCOMPARE(five.array().size(), 1);
     const QJsonObject cellar = five.array()[0].toObject();
-    QCOMPARE(cellar[u"fileName"].toString(), QStringLiteral("cellar.txt"));
-    QCOMPARE(cellar[u"name"].toString(), QStringLiteral("The Cellar"));
-    QCOMPARE(cellar[u"description"].toString(), QStringLiteral("Dark\nand damp"));
+    QCOMPARE(cellar[u"fileName"].toString(), u"cellar.txt"_s);
+    QCOMPARE(cellar[u"name"].toString(), u"The Cellar"_s);
+    QCOMPARE(cellar[u"description"].toString(), u"Dark\nand damp"_s);
     QCOMPARE(cellar[u"xp"].toInt(), 200);
     QCOMPARE(cellar[u"level"].toInt(), 1);
     QCOMPARE(cellar[u"monsters"][1].toObject(),
-             (QJsonObject {{QStringLiteral("group"), QStringLiteral("Cave Rat")},
-                           {QStringLiteral("id"), QStringLiteral("2")},
-                           {QStringLiteral("alias"), QStringLiteral("Something")},
-                           {QStringLiteral("hidden"), true}}));
+             (QJsonObject {{u"group"_s, u"Cave Rat"_s},
+                           {u"id"_s, u"2"_s},
+                           {u"alias"_s, u"Something"_s},
+                           {u"hidden"_s, true}}));
 
-    const Run one = inspect({QStringLiteral("encounters"), QStringLiteral("--party"),
-                             QStringLiteral("1"), m_folder->path()});
+    const Run one = inspect({u"encounters"_s, u"--party"_s, u"1"_s, m_folder->path()});
     QCOMPARE(one.array()[0][u"level"].toInt(), 5);
 }
 
@@ -352,7 +345,7 @@ void InspectTest::refuses_data()
 void InspectTest::refuses()
 {
     QFETCH(QString, arguments);
-    arguments.replace(QStringLiteral("FOLDER"), m_folder->path());
+    arguments.replace(u"FOLDER"_s, m_folder->path());
     const Run run = inspect(arguments.split(u' ', Qt::SkipEmptyParts));
     QCOMPARE(run.exitCode, 2);
     QCOMPARE(run.out, QByteArray());
@@ -361,8 +354,7 @@ void InspectTest::refuses()
 
 void InspectTest::leavesNoTrace_data()
 {
-    QTest::addColumn<QByteArray>("log");
-    QTest::addColumn<bool>("complete");
+    addColumns<QByteArray, bool>({"log", "complete"});
     const QByteArray header = QByteArray::fromHex("020004010000000300040000000004000b")
         + "1.5.09 Beta" + QByteArray::fromHex("050013") + "2026-01-31-20-15-00"
         + QByteArray::fromHex("010000");
@@ -380,24 +372,20 @@ void InspectTest::leavesNoTrace_data()
 
 void InspectTest::leavesNoTrace()
 {
-    QFETCH(QByteArray, log);
-    QFETCH(bool, complete);
+    auto [log, complete] = fetch<QByteArray, bool>({"log", "complete"});
     if (!log.isEmpty())
         writeLog(log);
     if (!complete)
-        QVERIFY(QDir(m_folder->file(QStringLiteral("Encounters"))).removeRecursively());
+        QVERIFY(QDir(m_folder->file(u"Encounters"_s)).removeRecursively());
     const QStringList before = traces(m_folder->path());
 
     const Run told = fight();
     QCOMPARE(told.exitCode, 0);
     QCOMPARE(told.object()[u"header"].isObject(),
              log.size() > 40); // a whole heading
-    QCOMPARE(fight({QStringLiteral("--at"), QStringLiteral("-1")}).exitCode, 0);
-    QCOMPARE(inspect({QStringLiteral("encounters"), m_folder->path()}).exitCode, 0);
-    QCOMPARE(inspect({QStringLiteral("creature"),
-                      m_folder->file(QStringLiteral("Monsters/cave-rat.txt"))})
-                 .exitCode,
-             0);
+    QCOMPARE(fight({u"--at"_s, u"-1"_s}).exitCode, 0);
+    QCOMPARE(inspect({u"encounters"_s, m_folder->path()}).exitCode, 0);
+    QCOMPARE(inspect({u"creature"_s, m_folder->file(u"Monsters/cave-rat.txt"_s)}).exitCode, 0);
     QCOMPARE(traces(m_folder->path()), before);
 }
 

@@ -4,12 +4,15 @@
 
 #include "characters.h"
 #include "coreobjects.h"
+#include "datatable.h"
 #include "encounters.h"
 #include "monsters.h"
 #include "paths.h"
 #include "scriptedwindows.h"
 #include "testdata.h"
 #include "testhome.h"
+
+using namespace Qt::StringLiterals;
 
 using FolderAnswer = WindowInterface::FolderAnswer;
 
@@ -23,7 +26,6 @@ private Q_SLOTS:
     void findsRenamedCreatures();
     void insertsPassingOverAnEntry();
     void newNamesPassOverTakenOnes();
-    void newCreaturesAreValid();
     void makesClonesAndStandIns();
     void lookUpWithoutCreating();
     void keepsWhatTheFightNames();
@@ -77,8 +79,8 @@ void TestLibrary::sortsAndFinds()
     const TestDataFolder folder;
     for (const char *group : {"Wolf", "bear", "Ant", "ape"})
         folder.addMonster(QLatin1String(group));
-    folder.write(QStringLiteral("Monsters/template.txt"), QStringLiteral("group=x"));
-    folder.write(QStringLiteral("Monsters/odd.txt"), QStringLiteral("no stat block"));
+    folder.write(u"Monsters/template.txt"_s, u"group=x"_s);
+    folder.write(u"Monsters/odd.txt"_s, u"no stat block"_s);
     Monsters monsters;
     CountingProgress progress;
     QCOMPARE(monsters.load(folder.path(), folder.path(), progress), LoadResult::Loaded);
@@ -87,14 +89,14 @@ void TestLibrary::sortsAndFinds()
     // With "." and "..", which the count of files includes as well.
     QCOMPARE(progress.steps, 8);
     QCOMPARE(Monsters::fileCount(folder.path()), 8);
-    QCOMPARE(Monsters::fileCount(folder.file(QStringLiteral("nowhere"))), 0);
+    QCOMPARE(Monsters::fileCount(folder.file(u"nowhere"_s)), 0);
 
-    QCOMPARE(monsters.findGroup(QStringLiteral("WOLF")), monsters.at(4));
-    QCOMPARE(monsters.findGroup(QStringLiteral("Wol")), nullptr);
-    QCOMPARE(monsters.findFile(QStringLiteral("BEAR.txt")), monsters.at(2));
+    QCOMPARE(monsters.findGroup(u"WOLF"_s), monsters.at(4));
+    QCOMPARE(monsters.findGroup(u"Wol"_s), nullptr);
+    QCOMPARE(monsters.findFile(u"BEAR.txt"_s), monsters.at(2));
     monsters.at(2)->setDeleted(true);
-    QCOMPARE(monsters.findFile(QStringLiteral("bear.txt")), nullptr);
-    QCOMPARE(monsters.findGroup(QStringLiteral("bear")), monsters.at(2));
+    QCOMPARE(monsters.findFile(u"bear.txt"_s), nullptr);
+    QCOMPARE(monsters.findGroup(u"bear"_s), monsters.at(2));
     QCOMPARE(monsters.at(5), nullptr);
     QCOMPARE(monsters.at(-1), nullptr);
     QCOMPARE(monsters.indexOf(monsters.at(3)), 3);
@@ -104,43 +106,43 @@ void TestLibrary::numbersEqualNames()
 {
     const TestDataFolder folder;
     for (const char *file : {"a", "b", "c"}) {
-        folder.write(QStringLiteral("Characters/%1.txt").arg(QLatin1String(file)),
-                     QStringLiteral("name=%1\nlevel=1\nclass=Bard\nrace=Elf\n")
-                         .arg(*file == 'b' ? QStringLiteral("ARIA") : QStringLiteral("Aria")));
+        folder.write(u"Characters/%1.txt"_s.arg(QLatin1String(file)),
+                     u"name=%1\nlevel=1\nclass=Bard\nrace=Elf\n"_s.arg(*file == 'b' ? u"ARIA"_s
+                                                                                    : u"Aria"_s));
     }
     Characters characters;
     NoProgress progress;
     characters.load(folder.path(), folder.path(), progress);
     QCOMPARE(keysOf(characters), QStringList({"Aria", "ARIA 2", "Aria 3"}));
     // The file keeps the name that the user gave it.
-    QVERIFY(folder.read(QStringLiteral("Characters/b.txt")).startsWith("name=ARIA\r\n"));
+    QVERIFY(folder.read(u"Characters/b.txt"_s).startsWith("name=ARIA\r\n"));
     Creature *first = characters.at(0);
-    QCOMPARE(characters.uniqueName(QStringLiteral("aria"), first), "aria");
-    QCOMPARE(characters.uniqueName(QStringLiteral("aria")), "aria 4");
-    QCOMPARE(characters.find(QStringLiteral("aria"), first), nullptr);
+    QCOMPARE(characters.uniqueName(u"aria"_s, first), "aria");
+    QCOMPARE(characters.uniqueName(u"aria"_s), "aria 4");
+    QCOMPARE(characters.find(u"aria"_s, first), nullptr);
     // A number that is given up can be had again.
     characters.remove(1, false);
-    QCOMPARE(characters.uniqueName(QStringLiteral("aria")), "aria 2");
+    QCOMPARE(characters.uniqueName(u"aria"_s), "aria 2");
 }
 
 void TestLibrary::findsRenamedCreatures()
 {
     const TestDataFolder folder;
-    folder.addCharacter(QStringLiteral("Aria"));
-    folder.addCharacter(QStringLiteral("Borin"));
-    folder.addMonster(QStringLiteral("Rat"));
+    folder.addCharacter(u"Aria"_s);
+    folder.addCharacter(u"Borin"_s);
+    folder.addMonster(u"Rat"_s);
     const CoreObjects objects;
     folder.load();
     Creature *aria = theCharacters->at(0);
-    aria->rename(QStringLiteral("Zoe"));
-    QCOMPARE(theCharacters->find(QStringLiteral("zoe")), aria);
-    QCOMPARE(theCharacters->find(QStringLiteral("Aria")), nullptr);
-    Creature *rat = findCreature(QStringLiteral("Rat (1)"), true);
-    rat->setName(QStringLiteral("Chief"));
-    QCOMPARE(findCreature(QStringLiteral("rat (chief)"), false), rat);
-    QVERIFY(findCreature(QStringLiteral("Rat (1)"), true) != rat);
+    aria->rename(u"Zoe"_s);
+    QCOMPARE(theCharacters->find(u"zoe"_s), aria);
+    QCOMPARE(theCharacters->find(u"Aria"_s), nullptr);
+    Creature *rat = findCreature(u"Rat (1)"_s, true);
+    rat->setName(u"Chief"_s);
+    QCOMPARE(findCreature(u"rat (chief)"_s, false), rat);
+    QVERIFY(findCreature(u"Rat (1)"_s, true) != rat);
     theMonsters->retireClone(rat);
-    QCOMPARE(findCreature(QStringLiteral("Rat (Chief)"), false), nullptr);
+    QCOMPARE(findCreature(u"Rat (Chief)"_s, false), nullptr);
     QCOMPARE(rat->name(), "Chief");
 }
 
@@ -152,14 +154,14 @@ void TestLibrary::insertsPassingOverAnEntry()
         creature->setGroup(QLatin1String(group));
         monsters.add(std::move(creature));
     }
-    QCOMPARE(monsters.insertionIndex(QStringLiteral("BEAR")), 3);
-    QCOMPARE(monsters.insertionIndex(QStringLiteral("aaa")), 0);
-    QCOMPARE(monsters.insertionIndex(QStringLiteral("zzz")), 4);
+    QCOMPARE(monsters.insertionIndex(u"BEAR"_s), 3);
+    QCOMPARE(monsters.insertionIndex(u"aaa"_s), 0);
+    QCOMPARE(monsters.insertionIndex(u"zzz"_s), 4);
     // The first entry is about to be renamed.
-    QCOMPARE(monsters.insertionIndex(QStringLiteral("Ant"), 0), 1);
-    QCOMPARE(monsters.insertionIndex(QStringLiteral("Wolf"), 3), 4);
-    QCOMPARE(monsters.insertionIndex(QStringLiteral("Cat"), 3), 4);
-    QCOMPARE(monsters.insertionIndex(QStringLiteral("Bear"), 1), 3);
+    QCOMPARE(monsters.insertionIndex(u"Ant"_s, 0), 1);
+    QCOMPARE(monsters.insertionIndex(u"Wolf"_s, 3), 4);
+    QCOMPARE(monsters.insertionIndex(u"Cat"_s, 3), 4);
+    QCOMPARE(monsters.insertionIndex(u"Bear"_s, 1), 3);
 }
 
 void TestLibrary::newNamesPassOverTakenOnes()
@@ -179,32 +181,16 @@ void TestLibrary::newNamesPassOverTakenOnes()
     QCOMPARE(characters.newName(), "New Character 1");
 }
 
-void TestLibrary::newCreaturesAreValid()
-{
-    const Monsters monsters;
-    const std::unique_ptr<Creature> monster = monsters.newMonster();
-    QCOMPARE(monster->level(), 1);
-    QCOMPARE(monster->xp(), 100);
-    QVERIFY(monster->statBlock().startsWith(
-        QStringLiteral("New Monster\nMedium monster\nLevel 1 Soldier XP 100\n")));
-    const Characters characters;
-    const std::unique_ptr<Creature> character = characters.newCharacter();
-    QCOMPARE(character->level(), 1);
-    QCOMPARE(character->currAP(), 1);
-    QVERIFY(character->shadowVitality() == character->liveVitality());
-    QVERIFY(character->statBlock().contains(QStringLiteral("\nlevel=1\n")));
-}
-
 void TestLibrary::makesClonesAndStandIns()
 {
     const TestDataFolder folder;
-    folder.addMonster(QStringLiteral("Cave Rat"), 20, 3);
-    folder.addCharacter(QStringLiteral("Aria"));
+    folder.addMonster(u"Cave Rat"_s, 20, 3);
+    folder.addCharacter(u"Aria"_s);
     const CoreObjects objects;
     folder.load();
 
-    QString group = QStringLiteral("cave RAT");
-    Creature *clone = theMonsters->ensureTemplate(group, QStringLiteral("A"), true);
+    QString group = u"cave RAT"_s;
+    Creature *clone = theMonsters->ensureTemplate(group, u"A"_s, true);
     QCOMPARE(group, "Cave Rat");
     QVERIFY(clone != theMonsters->at(0));
     QCOMPARE(clone->displayName(), "Cave Rat (A)");
@@ -212,19 +198,19 @@ void TestLibrary::makesClonesAndStandIns()
     QCOMPARE(clone->currHP(), 20);
     QCOMPARE(clone->apUsedInEncounter(), 0);
     QVERIFY(clone->shadowVitality() == clone->liveVitality());
-    QCOMPARE(findCreature(QStringLiteral("Cave Rat (a)"), true), clone);
+    QCOMPARE(findCreature(u"Cave Rat (a)"_s, true), clone);
     QCOMPARE(theMonsters->clones(), QList<Creature *>({clone}));
 
-    Creature *ghost = findCreature(QStringLiteral("Gone (1)"), true);
+    Creature *ghost = findCreature(u"Gone (1)"_s, true);
     QVERIFY(ghost->isMissing());
-    QVERIFY(findCreature(QStringLiteral("gone (2)"), true)->isMissing());
+    QVERIFY(findCreature(u"gone (2)"_s, true)->isMissing());
     QCOMPARE(keysOf(*theMonsters), QStringList({"Cave Rat", "Gone"}));
 
-    QCOMPARE(findCreature(QStringLiteral("aria"), true), theCharacters->at(0));
-    Creature *hero = findCreature(QStringLiteral("Nobody"), true);
+    QCOMPARE(findCreature(u"aria"_s, true), theCharacters->at(0));
+    Creature *hero = findCreature(u"Nobody"_s, true);
     QVERIFY(hero->isMissing() && !hero->isMonster());
     QCOMPARE(hero->apUsedInEncounter(), 0);
-    QCOMPARE(findCreature(QStringLiteral("nobody"), true), hero);
+    QCOMPARE(findCreature(u"nobody"_s, true), hero);
     QCOMPARE(theCharacters->count(), 1);
     QCOMPARE(theCharacters->all(), QList<Creature *>({theCharacters->at(0), hero}));
     QCOMPARE(findCreature(QString(), true), nullptr);
@@ -246,7 +232,7 @@ void TestLibrary::makesClonesAndStandIns()
 void TestLibrary::lookUpWithoutCreating()
 {
     const TestDataFolder folder;
-    folder.addMonster(QStringLiteral("Rat"));
+    folder.addMonster(u"Rat"_s);
     const CoreObjects objects;
     folder.load();
     for (const char *name : {"Rat (1)", "Gone (1)", "Nobody", "x (", " ()", ""})
@@ -265,9 +251,9 @@ void TestLibrary::lookUpWithoutCreating()
 void TestLibrary::keepsWhatTheFightNames()
 {
     const TestDataFolder folder;
-    folder.addCharacter(QStringLiteral("Aria"));
-    folder.addCharacter(QStringLiteral("Borin"));
-    folder.addMonster(QStringLiteral("Rat"));
+    folder.addCharacter(u"Aria"_s);
+    folder.addCharacter(u"Borin"_s);
+    folder.addMonster(u"Rat"_s);
     const CoreObjects objects;
     folder.load();
     Creature *aria = theCharacters->at(0);
@@ -275,13 +261,13 @@ void TestLibrary::keepsWhatTheFightNames()
     theCharacters->remove(0, true);
     theCharacters->saveAll();
     QCOMPARE(theCharacters->count(), 1);
-    QCOMPARE(findCreature(QStringLiteral("Aria"), true), aria);
+    QCOMPARE(findCreature(u"Aria"_s, true), aria);
 
-    Creature *rat = findCreature(QStringLiteral("Rat (1)"), true);
+    Creature *rat = findCreature(u"Rat (1)"_s, true);
     theMonsters->at(0)->setDeleted(true);
     theMonsters->saveAll();
     QCOMPARE(theMonsters->count(), 0);
-    QCOMPARE(findCreature(QStringLiteral("Rat (1)"), false), rat);
+    QCOMPARE(findCreature(u"Rat (1)"_s, false), rat);
 
     Creature *borin = theCharacters->at(0);
     borin->takeDamage(5, rat);
@@ -289,8 +275,8 @@ void TestLibrary::keepsWhatTheFightNames()
     theMonsters->resetForEncounter();
     QCOMPARE(borin->currHP(), 30);
     QVERIFY(borin->shadowVitality() == borin->liveVitality());
-    QVERIFY(findCreature(QStringLiteral("Aria"), true)->isMissing());
-    QCOMPARE(findCreature(QStringLiteral("Rat (1)"), false), nullptr);
+    QVERIFY(findCreature(u"Aria"_s, true)->isMissing());
+    QCOMPARE(findCreature(u"Rat (1)"_s, false), nullptr);
 }
 
 void TestLibrary::savesAllMonsters()
@@ -301,14 +287,14 @@ void TestLibrary::savesAllMonsters()
     const CoreObjects objects;
     folder.load();
     const ChangeCounters &counters = theMonsters->counters();
-    theMonsters->at(0)->setStatBlock(theMonsters->at(0)->statBlock() + QStringLiteral("xp=175\n"));
+    theMonsters->at(0)->setStatBlock(theMonsters->at(0)->statBlock() + u"xp=175\n"_s);
     theMonsters->at(1)->setDeleted(true);
     addFlagged(*theMonsters, theMonsters->newMonster());
     QCOMPARE(counters.isNew, 1);
     QCOMPARE(counters.isModified, 2);
     QCOMPARE(counters.isDeleted, 1);
 
-    const QString root = std::exchange(dataRoot, folder.file(QStringLiteral("nowhere")));
+    const QString root = std::exchange(dataRoot, folder.file(u"nowhere"_s));
     theMonsters->at(1)->setDeleted(false);
     theMonsters->saveAll();
     QCOMPARE(counters.isNew, 1);
@@ -319,9 +305,9 @@ void TestLibrary::savesAllMonsters()
     theMonsters->saveAll();
     QCOMPARE(counters.isNew + counters.isModified + counters.isDeleted, 0);
     QCOMPARE(keysOf(*theMonsters), QStringList({"Ant", "Cat", "New Monster"}));
-    QVERIFY(folder.read(QStringLiteral("Monsters/ant.txt")).endsWith("xp=175\r\n"));
-    QVERIFY(!QFile::exists(folder.file(QStringLiteral("Monsters/bear.txt"))));
-    QVERIFY(folder.read(QStringLiteral("Monsters/new-monster.txt")).startsWith("New Monster\r\n"));
+    QVERIFY(folder.read(u"Monsters/ant.txt"_s).endsWith("xp=175\r\n"));
+    QVERIFY(!QFile::exists(folder.file(u"Monsters/bear.txt"_s)));
+    QVERIFY(folder.read(u"Monsters/new-monster.txt"_s).startsWith("New Monster\r\n"));
 }
 
 void TestLibrary::revertsAllMonsters()
@@ -329,17 +315,16 @@ void TestLibrary::revertsAllMonsters()
     const TestDataFolder folder;
     for (const char *group : {"Ant", "Bear", "Cat"})
         folder.addMonster(QLatin1String(group));
-    folder.write(QStringLiteral("Encounters/e.txt"),
-                 QStringLiteral("name=E\ndescription=\nAnt=1,2\n"));
+    folder.write(u"Encounters/e.txt"_s, u"name=E\ndescription=\nAnt=1,2\n"_s);
     const CoreObjects objects;
     folder.load();
     Creature *ant = theMonsters->at(0);
     CreatureData data = ant->data();
-    data.group = QStringLiteral("Zebra");
-    data.statBlock.replace(QStringLiteral("Ant"), data.group);
+    data.group = u"Zebra"_s;
+    data.statBlock.replace(u"Ant"_s, data.group);
     ant->assign(data);
     ant->statBlockChanged();
-    theEncounters->templateRenamed(QStringLiteral("Ant"), QStringLiteral("Zebra"));
+    theEncounters->templateRenamed(u"Ant"_s, u"Zebra"_s);
     QVERIFY(theEncounters->at(0)->isModified());
     theMonsters->at(1)->setDeleted(true);
     addFlagged(*theMonsters, theMonsters->newMonster());
@@ -361,7 +346,7 @@ void TestLibrary::savesAndRevertsCharacters()
     const CoreObjects objects;
     folder.load();
     const auto change = [] {
-        theCharacters->at(2)->rename(QStringLiteral("Abel"));
+        theCharacters->at(2)->rename(u"Abel"_s);
         theCharacters->at(1)->setDeleted(true);
         theCharacters->remove(1, true);
         Creature *added = theCharacters->at(theCharacters->add(theCharacters->newCharacter()));
@@ -382,13 +367,13 @@ void TestLibrary::savesAndRevertsCharacters()
     Characters again;
     again.load(folder.path(), folder.path(), progress);
     QCOMPARE(keysOf(again), QStringList({"Abel", "Aria", "New Character"}));
-    QVERIFY(!QFile::exists(folder.file(QStringLiteral("Characters/borin.txt"))));
+    QVERIFY(!QFile::exists(folder.file(u"Characters/borin.txt"_s)));
 }
 
 void TestLibrary::takesOverAnotherCollection()
 {
     const TestDataFolder folder;
-    folder.addMonster(QStringLiteral("Rat"));
+    folder.addMonster(u"Rat"_s);
     NoProgress progress;
     Monsters living;
     addFlagged(living, living.newMonster());
@@ -407,16 +392,14 @@ void TestLibrary::takesOverAnotherCollection()
     QCOMPARE(living.counters().isNew, 0);
     living.at(0)->setModified(false);
     QCOMPARE(living.counters().isModified, 0);
-    QCOMPARE(living.findGroup(QStringLiteral("rat")), living.at(0));
+    QCOMPARE(living.findGroup(u"rat"_s), living.at(0));
 }
 
 void TestLibrary::asksAboutTheFolder_data()
 {
-    QTest::addColumn<bool>("exists");
-    QTest::addColumn<int>("answer");
-    QTest::addColumn<QString>("shown");
+    addColumns<bool, int, QString>({"exists", "answer", "shown"});
     const QString missing =
-        QStringLiteral("Directory not Found|Directory <b>Characters</b> not found in Home.|Create");
+        u"Directory not Found|Directory <b>Characters</b> not found in Home.|Create"_s;
     const QString empty = QStringLiteral("No Characters Found|No characters could be loaded from "
                                          "<b>Characters</b> directory in Home.|Continue");
     for (const int answer : {0, 1, 2}) {
@@ -427,17 +410,16 @@ void TestLibrary::asksAboutTheFolder_data()
 
 void TestLibrary::asksAboutTheFolder()
 {
-    QFETCH(bool, exists);
-    QFETCH(int, answer);
+    auto [exists, answer] = fetch<bool, int>({"exists", "answer"});
     ScriptedWindows windows;
     windows.folderAnswers << FolderAnswer(answer);
     const QTemporaryDir dir;
-    const QString folder = dir.filePath(QStringLiteral("Characters"));
+    const QString folder = dir.filePath(u"Characters"_s);
     if (exists)
         QDir().mkpath(folder);
     NoProgress progress;
     Characters characters;
-    QCOMPARE(int(characters.load(dir.path(), QStringLiteral("Home"), progress)), answer);
+    QCOMPARE(int(characters.load(dir.path(), u"Home"_s, progress)), answer);
     QTEST(windows.shown.join(u'\n'), "shown");
     QCOMPARE(QDir(folder).exists(), exists || answer == 1);
 }
@@ -462,11 +444,11 @@ void TestLibrary::costDoesNotGrowWithTheLibrary()
         QElapsedTimer timer;
         timer.start();
         for (int i = 0; i < count; ++i) {
-            QString group = sameNames ? QStringLiteral("Rat") : QStringLiteral("Rat %1").arg(i);
+            QString group = sameNames ? u"Rat"_s : u"Rat %1"_s.arg(i);
             auto creature = std::make_unique<Creature>();
             creature->setGroup(monsters.uniqueGroup(group));
             monsters.add(std::move(creature));
-            monsters.ensureTemplate(group, QStringLiteral("1"), true);
+            monsters.ensureTemplate(group, u"1"_s, true);
         }
         return double(timer.nsecsElapsed()) / count;
     };
@@ -474,7 +456,7 @@ void TestLibrary::costDoesNotGrowWithTheLibrary()
         nanosecondsEach(500, sameNames); // warms up
         const double small = nanosecondsEach(500, sameNames);
         const double large = nanosecondsEach(10000, sameNames);
-        QVERIFY2(large < 6 * small, qPrintable(QStringLiteral("%1 -> %2").arg(small).arg(large)));
+        QVERIFY2(large < 6 * small, qPrintable(u"%1 -> %2"_s.arg(small).arg(large)));
     }
 }
 

@@ -2,11 +2,14 @@
 #include <QTemporaryFile>
 #include <memory>
 
+#include "datatable.h"
 #include "objectstream.h"
 #include "recordingdevice.h"
 #include "scriptedwindows.h"
 #include "testhome.h"
 #include "version.h"
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -118,8 +121,7 @@ std::unique_ptr<ObjectStream> StreamTest::open(const QByteArray &content)
 
 void StreamTest::fieldHasShortestLength_data()
 {
-    QTest::addColumn<int>("size");
-    QTest::addColumn<QByteArray>("length");
+    addColumns<int, QByteArray>({"size", "length"});
 
     QTest::newRow("empty") << 0 << QByteArray(1, '\0');
     QTest::newRow("last of one byte") << 250 << QByteArray("\xfa");
@@ -132,8 +134,7 @@ void StreamTest::fieldHasShortestLength_data()
 
 void StreamTest::fieldHasShortestLength()
 {
-    QFETCH(int, size);
-    QFETCH(QByteArray, length);
+    auto [size, length] = fetch<int, QByteArray>({"size", "length"});
     const QByteArray value(size, 'x');
 
     auto writer = open({});
@@ -171,7 +172,7 @@ void StreamTest::writesReachTheDeviceAtTheEndOfARecord()
 
     stream->markRecord();
     stream->writeInt(ID_EVENT_TYPE, 4);
-    stream->writeString(ID_CREATURE_NAME, QStringLiteral("Aria"));
+    stream->writeString(ID_CREATURE_NAME, u"Aria"_s);
     stream->writeEnd(ID_DAMAGE_EVENT_END);
     QCOMPARE(m_disk.writes.size(), writes);
     const QByteArray record =
@@ -383,8 +384,7 @@ void StreamTest::damagedHeaderCountsAsEmpty()
 
 void StreamTest::versionDecides_data()
 {
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<bool>("accepted");
+    addColumns<QByteArray, bool>({"content", "accepted"});
 
     QTest::newRow("current") << header() << true;
     QTest::newRow("later minor version") << header(1, 7) << true;
@@ -395,8 +395,7 @@ void StreamTest::versionDecides_data()
 
 void StreamTest::versionDecides()
 {
-    QFETCH(QByteArray, content);
-    QFETCH(bool, accepted);
+    auto [content, accepted] = fetch<QByteArray, bool>({"content", "accepted"});
     content += eventRecord(1) + EndMarker;
     {
         auto stream = open(content);
@@ -407,7 +406,7 @@ void StreamTest::versionDecides()
         if (accepted)
             QCOMPARE(readEvents(*stream), QList<int>({1}));
         else
-            QVERIFY(m_windows.shown.first().startsWith(QStringLiteral("History File too New|")));
+            QVERIFY(m_windows.shown.first().startsWith(u"History File too New|"_s));
     }
     QCOMPARE(m_disk.bytes, content);
     QVERIFY(m_disk.writes.isEmpty());
@@ -415,9 +414,7 @@ void StreamTest::versionDecides()
 
 void StreamTest::damageIsGuarded_data()
 {
-    QTest::addColumn<QByteArray>("events");
-    QTest::addColumn<bool>("read");
-    QTest::addColumn<bool>("copied");
+    addColumns<QByteArray, bool, bool>({"events", "read", "copied"});
 
     const QByteArray two = eventRecord(1) + eventRecord(2);
     QTest::newRow("clean") << two + EndMarker << true << false;
@@ -436,9 +433,7 @@ void StreamTest::damageIsGuarded_data()
 
 void StreamTest::damageIsGuarded()
 {
-    QFETCH(QByteArray, events);
-    QFETCH(bool, read);
-    QFETCH(bool, copied);
+    auto [events, read, copied] = fetch<QByteArray, bool, bool>({"events", "read", "copied"});
     auto stream = open(header() + events);
     QVERIFY(stream->readHeader(false));
     if (read)
@@ -474,9 +469,7 @@ void StreamTest::nothingIsWrittenWithoutACopy()
 
 void StreamTest::readOnlyDeviceStaysAsItIs_data()
 {
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<int>("major");
-    QTest::addColumn<QList<int>>("types");
+    addColumns<QByteArray, int, QList<int>>({"content", "major", "types"});
 
     QTest::newRow("empty") << QByteArray() << 0 << QList<int>();
     QTest::newRow("damaged") << QByteArray("nonsense") << 0 << QList<int>();
@@ -485,9 +478,8 @@ void StreamTest::readOnlyDeviceStaysAsItIs_data()
 
 void StreamTest::readOnlyDeviceStaysAsItIs()
 {
-    QFETCH(QByteArray, content);
-    QFETCH(int, major);
-    QFETCH(QList<int>, types);
+    auto [content, major, types] =
+        fetch<QByteArray, int, QList<int>>({"content", "major", "types"});
     auto *device = new QBuffer;
     device->setData(content);
     QVERIFY(device->open(QIODevice::ReadOnly));

