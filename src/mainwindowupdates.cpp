@@ -119,8 +119,9 @@ bool MainWindow::canSpendSurge() const
 
 void MainWindow::refreshHistoryActions()
 {
+    // Any event may take the party its last living character, or give a creature its surges back.
     if (!m_replaying)
-        updateHistoryActions();
+        updateActions();
 }
 
 void MainWindow::refreshEncounterActions()

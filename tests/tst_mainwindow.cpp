@@ -21,6 +21,7 @@ private Q_SLOTS:
 
     void menusAndToolBarsHoldLiveActionsOnly();
     void actionsFollowTheEncounter();
+    void actionsFollowTheHealth();
     void damageByKeysAndClicks();
     void typingReplacesTheNumber();
     void healingEmptiesTheBox();
@@ -142,6 +143,28 @@ void MainWindowTest::actionsFollowTheEncounter()
     QVERIFY(!isEnabled("startStop") && !isEnabled("stepBack") && isEnabled("stepForward"));
     QCOMPARE(m_fight->action("startStop")->toolTip(),
              QStringLiteral("Select a Party to Start Encounter"));
+}
+
+void MainWindowTest::actionsFollowTheHealth()
+{
+    m_fight->click(0);
+    m_fight->click(1, Qt::ControlModifier);
+    type(QStringLiteral("200"));
+    m_fight->action("hit")->trigger();
+    QVERIFY(!isEnabled("startStop") && !isEnabled("extendedRest"));
+    QCOMPARE(m_fight->action("startStop")->toolTip(),
+             QStringLiteral("Select a Party to Start Encounter"));
+    m_fight->action("heal")->trigger();
+    QVERIFY(isEnabled("startStop") && isEnabled("extendedRest"));
+
+    m_fight->click(0);
+    for (int left = theEncounter->at(0)->currHS(); left > 0; --left) {
+        m_fight->action("surge")->trigger();
+        m_fight->action("heal")->trigger();
+    }
+    QVERIFY(!isEnabled("surge"));
+    m_fight->action("extendedRest")->trigger();
+    QVERIFY(isEnabled("surge"));
 }
 
 void MainWindowTest::damageByKeysAndClicks()
