@@ -48,19 +48,20 @@ QString translated(const char *text)
 
 // --- places ---
 
-// One step up if `steps` wants it; empty when there is nothing above.
+// Empty when there is nothing above.
 QString stepUp(const QString &path)
 {
     QDir dir(path);
     return dir.cdUp() ? dir.path() : QString();
 }
 
-// The last component of a path, and the path one step up, told to the user or not.
 QString lastComponent(const QString &path)
 {
     return afterLast(path, QStringLiteral("/"));
 }
 
+// The two steps from the program to what it is installed in. Both serve the paths that are only
+// told to the user too.
 QString aboveBin(const QString &path)
 {
     return lastComponent(path) == u"bin" ? stepUp(path) : path;
