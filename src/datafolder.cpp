@@ -170,7 +170,7 @@ public:
     void step() override
     {
         ++m_value;
-        if (m_sinceShown.elapsed() < ProgressInterval)
+        if (m_isHidden || m_sinceShown.elapsed() < ProgressInterval)
             return;
         if (m_sinceStart.elapsed() > ProgressDelay)
             m_dialog.setMinimumDuration(0);
@@ -181,7 +181,12 @@ public:
 
     void cancel() { m_dialog.cancel(); }
     void forbidCancel() { m_button->setEnabled(false); }
-    void hide() { m_dialog.hide(); }
+    // For good: it doesn't flash up again behind the message that it makes room for.
+    void hide()
+    {
+        m_isHidden = true;
+        m_dialog.hide();
+    }
     void finish()
     {
         m_dialog.setValue(m_fileCount);
@@ -193,6 +198,7 @@ private:
     int m_fileCount;
     QPushButton *m_button; // the dialog's
     int m_value = 0;
+    bool m_isHidden = false;
     QElapsedTimer m_sinceShown;
     QElapsedTimer m_sinceStart;
 };
