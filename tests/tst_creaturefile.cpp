@@ -16,10 +16,8 @@ class TestCreatureFile : public QObject {
 
 private Q_SLOTS:
     void init() { failOnWarnings(); }
-    void tellsForms_data();
     void tellsForms();
     void readsEveryKey();
-    void refusesFiles_data();
     void refusesFiles();
     void keepsBadTextAsInvalidCreature_data();
     void keepsBadTextAsInvalidCreature();
@@ -62,46 +60,40 @@ void TestCreatureFile::addPicture(const QString &path, const QSize &size)
     QVERIFY(image.save(path));
 }
 
-void TestCreatureFile::tellsForms_data()
-{
-    addColumns<bool, QByteArray, CreatureForm, bool>({"isMonster", "text", "form", "read"});
-
-    const auto row = [](const char *name, bool isMonster, const QByteArray &text, CreatureForm form,
-                        bool read) { QTest::newRow(name) << isMonster << text << form << read; };
-    row("four keys", true, ofKeys(4, "group=Rat"), CreatureForm::Key, true);
-    row("three keys", true, ofKeys(3, "group=Rat"), CreatureForm::StatBlock, false);
-    row("portrait doesn't count", false, "name=A\nclass=B\nlevel=1\nportrait=a.png",
-        CreatureForm::StatBlock, false);
-    row("monster without group", true, ofKeys(5, "name=Rat"), CreatureForm::StatBlock, false);
-    row("character without name", false, ofKeys(5, "group=Rat"), CreatureForm::StatBlock, false);
-    row("CR and CR LF between lines", true, "group=Rat\r\r\nlevel=1\rxp=9\r\nspeed=6",
-        CreatureForm::Key, true);
-    row("comment, blanks, unknown key", true,
-        ofKeys(4, "group=Rat") + "\n  # note=5\n \t \nsize=big\njust words", CreatureForm::Key,
-        true);
-    row("bad line ends it", true, ofKeys(5, "group=Rat") + "\n=5", CreatureForm::StatBlock, false);
-    row("key of 400 bytes", true, ofKeys(4, "group=Rat") + '\n' + QByteArray(400, 'k') + "=1",
-        CreatureForm::Key, true);
-    row("key of 401 bytes", true, ofKeys(4, "group=Rat") + '\n' + QByteArray(401, 'k') + "=1",
-        CreatureForm::StatBlock, false);
-    row("monster XML", true, "<?xml version=\"1.0\"?><Monster>", CreatureForm::MonsterXml, false);
-    row("monster XML by type", true, "<Monster xsi:type=\"Monster\">", CreatureForm::MonsterXml,
-        false);
-    row("XML too late", true, QByteArray(200, ' ') + "<?xml ?>", CreatureForm::StatBlock, false);
-    row("character XML", false, "<?xml version=\"1.0\"?><D20>", CreatureForm::CharacterXml, false);
-    row("empty", true, "", CreatureForm::StatBlock, false);
-}
-
 void TestCreatureFile::tellsForms()
 {
-    auto [isMonster, text, form] =
-        fetch<bool, QByteArray, CreatureForm>({"isMonster", "text", "form"});
-    CreatureData data;
-    CreatureForm found {};
-    QTEST(parseText(isMonster, text, data, QString(), &found), "read");
-    QCOMPARE(found, form);
-    QCOMPARE(data.isMonster, isMonster);
-    QCOMPARE(data.statBlock.size(), QString::fromUtf8(text).replace("\r\n", "\n").size());
+    using enum CreatureForm;
+    struct Case {
+        bool isMonster;
+        QByteArray text;
+        CreatureForm form;
+        bool read;
+    };
+    const QByteArray rat = ofKeys(4, "group=Rat");
+    const Case cases[] = {{true, rat, Key, true},
+                          {true, ofKeys(3, "group=Rat"), StatBlock, false},
+                          {false, "name=A\nclass=B\nlevel=1\nportrait=a.png", StatBlock, false},
+                          {true, ofKeys(5, "name=Rat"), StatBlock, false},
+                          {false, ofKeys(5, "group=Rat"), StatBlock, false},
+                          {true, "group=Rat\r\r\nlevel=1\rxp=9\r\nspeed=6", Key, true},
+                          {true, rat + "\n  # note=5\n \t \nsize=big\njust words", Key, true},
+                          {true, rat + "\n=5", StatBlock, false},
+                          {true, rat + '\n' + QByteArray(400, 'k') + "=1", Key, true},
+                          {true, rat + '\n' + QByteArray(401, 'k') + "=1", StatBlock, false},
+                          {true, "<?xml version=\"1.0\"?><Monster>", MonsterXml, false},
+                          {true, "<Monster xsi:type=\"Monster\">", MonsterXml, false},
+                          {true, QByteArray(200, ' ') + "<?xml ?>", StatBlock, false},
+                          {false, "<?xml version=\"1.0\"?><D20>", CharacterXml, false},
+                          {true, "", StatBlock, false}};
+    for (const Case &each : cases) {
+        CreatureData data;
+        CreatureForm found {};
+        QVERIFY2(parseText(each.isMonster, each.text, data, QString(), &found) == each.read,
+                 each.text.constData());
+        QVERIFY2(found == each.form, each.text.constData());
+        QCOMPARE(data.isMonster, each.isMonster);
+        QCOMPARE(data.statBlock.size(), QString::fromUtf8(each.text).replace("\r\n", "\n").size());
+    }
 }
 
 void TestCreatureFile::readsEveryKey()
@@ -134,32 +126,33 @@ void TestCreatureFile::readsEveryKey()
     QCOMPARE(data.languages, "Common, Elven");
 }
 
-void TestCreatureFile::refusesFiles_data()
-{
-    addColumns<bool, QString, QByteArray, bool>({"isMonster", "fileName", "bytes", "loaded"});
-    const QByteArray aria = knight.toUtf8();
-    QTest::newRow("plain") << false << "aria.txt" << aria << true;
-    QTest::newRow("hidden") << false << ".aria.txt" << aria << false;
-    QTest::newRow("template") << false << "TEMPLATE aria.txt" << aria << false;
-    QTest::newRow("empty") << false << "aria.txt" << QByteArray() << false;
-    QTest::newRow("mark alone") << false << "aria.txt" << QByteArray("\xEF\xBB\xBF") << false;
-    QTest::newRow("builder file") << false << "aria.DnD4e" << aria << false;
-    QTest::newRow("XML without a declaration")
-        << false << "aria.txt" << QByteArray("\xEF\xBB\xBF \r\n<D20Character>") << false;
-    QTest::newRow("monster may look like that") << true << "rat.txt" << QByteArray("<rat>") << true;
-}
-
 void TestCreatureFile::refusesFiles()
 {
-    auto [isMonster, fileName, bytes] =
-        fetch<bool, QString, QByteArray>({"isMonster", "fileName", "bytes"});
-    const TestDataFolder folder;
-    QFile file(creaturePath(fileName, isMonster));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-    file.close();
-    Creature creature;
-    QTEST(creature.load(fileName, isMonster, QString(), nullptr, nullptr), "loaded");
+    struct Case {
+        bool isMonster;
+        QString fileName;
+        QByteArray bytes;
+        bool loaded;
+    };
+    const QByteArray aria = knight.toUtf8();
+    const Case cases[] = {{false, "aria.txt", aria, true},
+                          {false, ".aria.txt", aria, false},
+                          {false, "TEMPLATE aria.txt", aria, false},
+                          {false, "aria.txt", "", false},
+                          {false, "aria.txt", "\xEF\xBB\xBF", false},
+                          {false, "aria.DnD4e", aria, false},
+                          {false, "aria.txt", "\xEF\xBB\xBF \r\n<D20Character>", false},
+                          {true, "rat.txt", "<rat>", true}};
+    for (const Case &each : cases) {
+        const TestDataFolder folder;
+        QFile file(creaturePath(each.fileName, each.isMonster));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(each.bytes);
+        file.close();
+        QVERIFY2(Creature().load(each.fileName, each.isMonster, QString(), nullptr, nullptr)
+                     == each.loaded,
+                 qPrintable(each.fileName));
+    }
 }
 
 void TestCreatureFile::keepsBadTextAsInvalidCreature_data()

@@ -36,11 +36,9 @@ class TestEffect : public QObject {
 private Q_SLOTS:
     void init();
     void cleanup();
-    void texts_data();
     void texts();
     void durations();
     void flagsKeepUnknownBits();
-    void modifiers_data();
     void modifiers();
     void favoursASide();
     void endsWithATurn();
@@ -96,39 +94,37 @@ QStringList TestEffect::logged() const
     return texts;
 }
 
-void TestEffect::texts_data()
-{
-    addColumns<int, unsigned int, QString, QString>({"type", "flags", "text", "expected"});
-    const auto row = [](int type, unsigned int flags, const char *text, const char *expected) {
-        QTest::addRow("%s", expected)
-            << type << flags << QString::fromLatin1(text) << QString::fromLatin1(expected);
-    };
-    row(EffectType::Bonus, 0, "", "+2 Bonus");
-    row(EffectType::Penalty, 0, "cold", "-2 Penalty (cold)");
-    row(EffectType::Bonus, 15, "", "+2 to all Defenses");
-    row(EffectType::Bonus, 1 + 16, "", "+2 to AC, Hit");
-    row(EffectType::Penalty, 16 + 32, "", "-2 to Hit & Damage");
-    row(EffectType::Penalty, 127, "", "-2 to all Defenses, Hit & Damage, Saving Throws");
-    row(EffectType::Bonus, 2 + 16 + 32, "", "+2 to Fort, Hit & Damage");
-    row(EffectType::Bonus, 2, "", "+2 to Fortitude");
-    row(EffectType::Bonus, 1, "", "+2 to AC");
-    row(EffectType::Bonus, 64, "", "+2 to Saving Throws");
-    row(EffectType::Bonus, 14 + 32, "", "+2 to Fort, Reflex, Will, Damage");
-    row(EffectType::Marked, 0, "", "Marked by Rat (1)");
-    row(EffectType::OngoingDamage, 0, "%2 fire", "Ongoing 2 Damage (%2 fire)");
-    row(EffectType::Prone, 127, "", "Prone");
-    row(EffectType::Regeneration, 0, "", "Regeneration 2");
-    row(EffectType::Resist, 0, "fire", "Resist 2 (fire)");
-    row(-1, 0, "note", "note");
-    row(1000, 0, "note", "note");
-}
-
 void TestEffect::texts()
 {
-    auto [type, flags, text] = fetch<int, unsigned int, QString>({"type", "flags", "text"});
-    const Effect effect(m_rat.get(), m_aria.get(), type, EffectEnd::Special, text, 2,
-                        attributes(flags));
-    QTEST(effect.conditionText(), "expected");
+    struct Case {
+        int type;
+        unsigned int flags;
+        const char *text, *expected;
+    };
+    const Case cases[] = {
+        {EffectType::Bonus, 0, "", "+2 Bonus"},
+        {EffectType::Penalty, 0, "cold", "-2 Penalty (cold)"},
+        {EffectType::Bonus, 15, "", "+2 to all Defenses"},
+        {EffectType::Bonus, 1 + 16, "", "+2 to AC, Hit"},
+        {EffectType::Penalty, 16 + 32, "", "-2 to Hit & Damage"},
+        {EffectType::Penalty, 127, "", "-2 to all Defenses, Hit & Damage, Saving Throws"},
+        {EffectType::Bonus, 2 + 16 + 32, "", "+2 to Fort, Hit & Damage"},
+        {EffectType::Bonus, 2, "", "+2 to Fortitude"},
+        {EffectType::Bonus, 1, "", "+2 to AC"},
+        {EffectType::Bonus, 64, "", "+2 to Saving Throws"},
+        {EffectType::Bonus, 14 + 32, "", "+2 to Fort, Reflex, Will, Damage"},
+        {EffectType::Marked, 0, "", "Marked by Rat (1)"},
+        {EffectType::OngoingDamage, 0, "%2 fire", "Ongoing 2 Damage (%2 fire)"},
+        {EffectType::Prone, 127, "", "Prone"},
+        {EffectType::Regeneration, 0, "", "Regeneration 2"},
+        {EffectType::Resist, 0, "fire", "Resist 2 (fire)"},
+        {-1, 0, "note", "note"},
+        {1000, 0, "note", "note"}};
+    for (const auto &[type, flags, text, expected] : cases) {
+        const Effect effect(m_rat.get(), m_aria.get(), type, EffectEnd::Special,
+                            QLatin1String(text), 2, attributes(flags));
+        QCOMPARE(effect.conditionText(), QLatin1String(expected));
+    }
 }
 
 void TestEffect::durations()
@@ -159,36 +155,35 @@ void TestEffect::flagsKeepUnknownBits()
     }
 }
 
-void TestEffect::modifiers_data()
-{
-    addColumns<int, int, bool, int, int>({"type", "amount", "fromOther", "ac", "hit"});
-    QTest::newRow("total defence") << int(EffectType::TotalDefence) << 0 << false << 2 << 0;
-    QTest::newRow("own second wind") << int(EffectType::SecondWind) << 0 << false << 2 << 0;
-    QTest::newRow("second wind given") << int(EffectType::SecondWind) << 0 << true << 0 << 0;
-    QTest::newRow("bonus") << int(EffectType::Bonus) << 3 << true << 3 << 3;
-    QTest::newRow("penalty") << int(EffectType::Penalty) << 3 << true << -3 << -3;
-    QTest::newRow("condition") << int(EffectType::Prone) << 3 << true << 0 << 0;
-    QTest::newRow("extreme penalty")
-        << int(EffectType::Penalty) << std::numeric_limits<int>::min() << true
-        << std::numeric_limits<int>::max() << std::numeric_limits<int>::max();
-}
-
 void TestEffect::modifiers()
 {
-    auto [type, amount, fromOther] = fetch<int, int, bool>({"type", "amount", "fromOther"});
-    Creature *origin = fromOther ? m_bren.get() : m_aria.get();
-    Effect effect(origin, m_aria.get(), type, EffectEnd::Special, QString(), amount,
-                  attributes(1 + 16));
-    m_aria->addEffect(&effect);
-    const AttributeModifiers sum = m_aria->accumulateModifiers();
-    QTEST(sum.ac, "ac");
-    QTEST(sum.hit, "hit");
-    // They stack, up to the end of the numbers, and what isn't named stays.
-    Effect more(origin, m_aria.get(), EffectType::Bonus, EffectEnd::Special, QString(), 1,
-                attributes(16));
-    m_aria->addEffect(&more);
-    QVERIFY(m_aria->accumulateModifiers().hit >= sum.hit);
-    QCOMPARE(m_aria->accumulateModifiers().savingThrows, 0);
+    constexpr int Least = std::numeric_limits<int>::min();
+    constexpr int Most = std::numeric_limits<int>::max();
+    struct Case {
+        int type, amount;
+        bool fromOther;
+        int ac, hit;
+    };
+    const Case cases[] = {
+        {EffectType::TotalDefence, 0, false, 2, 0},    {EffectType::SecondWind, 0, false, 2, 0},
+        {EffectType::SecondWind, 0, true, 0, 0},       {EffectType::Bonus, 3, true, 3, 3},
+        {EffectType::Penalty, 3, true, -3, -3},        {EffectType::Prone, 3, true, 0, 0},
+        {EffectType::Penalty, Least, true, Most, Most}};
+    for (const Case &each : cases) {
+        Creature *origin = each.fromOther ? m_bren.get() : m_aria.get();
+        Effect effect(origin, m_aria.get(), each.type, EffectEnd::Special, QString(), each.amount,
+                      attributes(1 + 16));
+        m_aria->addEffect(&effect);
+        const AttributeModifiers sum = m_aria->accumulateModifiers();
+        QCOMPARE(sum.ac, each.ac);
+        QCOMPARE(sum.hit, each.hit);
+        // They stack, up to the end of the numbers, and what isn't named stays.
+        Effect more(origin, m_aria.get(), EffectType::Bonus, EffectEnd::Special, QString(), 1,
+                    attributes(16));
+        m_aria->addEffect(&more);
+        QVERIFY(m_aria->accumulateModifiers().hit >= sum.hit);
+        QCOMPARE(m_aria->accumulateModifiers().savingThrows, 0);
+    }
 }
 
 void TestEffect::favoursASide()

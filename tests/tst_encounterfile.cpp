@@ -1,6 +1,8 @@
 #include <QGuiApplication>
 #include <QSignalSpy>
 
+#include <array>
+
 #include "coreobjects.h"
 #include "datatable.h"
 #include "encounters.h"
@@ -20,12 +22,9 @@ private Q_SLOTS:
     void readsAndWritesTheSameBytes();
     void readsLines_data();
     void readsLines();
-    void escapesValues_data();
     void escapesValues();
-    void worksOutTheLevel_data();
     void worksOutTheLevel();
     void recomputesOnlyWhatIsStale();
-    void choosesIds_data();
     void choosesIds();
     void savesUnderNamesOfItsOwn();
     void marksChanges();
@@ -138,66 +137,53 @@ void TestEncounterFile::readsLines()
     QVERIFY(!encounter.read(u"none.txt"_s, QString()));
 }
 
-void TestEncounterFile::escapesValues_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::newRow("lines") << "first\nsecond\r\n\nfourth";
-    QTest::newRow("backslash") << "C:\\Mill";
-    QTest::newRow("backslash at the end") << "Mill\\";
-    QTest::newRow("signs") << "a=b, #c %1";
-}
-
 void TestEncounterFile::escapesValues()
 {
-    QFETCH(QString, text);
-    PreparedEncounter encounter;
-    encounter.setName(text);
-    encounter.setAdventure(text);
-    encounter.setDescription(text);
-    encounter.setMonsters({{u"Rat\\Mouse"_s, u"1"_s, text, true}});
-    PreparedEncounter again;
-    QVERIFY(again.parse(encounter.image(true)));
-    QCOMPARE(again.name(), text);
-    QCOMPARE(again.adventure(), text);
-    QCOMPARE(again.description(), text);
-    QCOMPARE(again.monsters().at(0).group, "Rat\\Mouse");
-    QCOMPARE(again.monsters().at(0).alias, text);
-}
-
-void TestEncounterFile::worksOutTheLevel_data()
-{
-    addColumns<int, int, int>({"xp", "party", "level"});
-    QTest::newRow("nothing") << 0 << 5 << 1;
-    QTest::newRow("negative") << -500 << 5 << 1;
-    QTest::newRow("first level") << 500 << 5 << 1;
-    QTest::newRow("just below the second") << 624 << 5 << 1;
-    QTest::newRow("second level") << 625 << 5 << 2;
-    QTest::newRow("party of one") << 625 << 1 << 11;
-    QTest::newRow("level 39") << 111000 * 4 - 1 << 4 << 39;
-    QTest::newRow("level 40") << 111000 * 4 << 4 << 40;
-    QTest::newRow("far above") << 2000000000 << 12 << 40;
+    for (const QString &text :
+         {u"first\nsecond\r\n\nfourth"_s, u"C:\\Mill"_s, u"Mill\\"_s, u"a=b, #c %1"_s}) {
+        PreparedEncounter encounter;
+        encounter.setName(text);
+        encounter.setAdventure(text);
+        encounter.setDescription(text);
+        encounter.setMonsters({{u"Rat\\Mouse"_s, u"1"_s, text, true}});
+        PreparedEncounter again;
+        QVERIFY(again.parse(encounter.image(true)));
+        QCOMPARE(again.name(), text);
+        QCOMPARE(again.adventure(), text);
+        QCOMPARE(again.description(), text);
+        QCOMPARE(again.monsters().at(0).group, "Rat\\Mouse");
+        QCOMPARE(again.monsters().at(0).alias, text);
+    }
 }
 
 void TestEncounterFile::worksOutTheLevel()
 {
-    QFETCH(int, xp);
-    ScriptedWindows windows;
-    windows.party = 0;
-    const CoreObjects objects;
-    CreatureData data;
-    data.group = u"Rat"_s;
-    data.xp = xp;
-    auto creature = std::make_unique<Creature>();
-    creature->assign(data);
-    theMonsters->add(std::move(creature));
-    PreparedEncounter encounter;
-    encounter.setMonsters(monstersOf(u"RAT:1;Nobody:1"_s));
-    QCOMPARE(encounter.xp(), xp);
-    QFETCH(int, party);
-    windows.party = party;
-    QTEST(encounter.level(), "level");
-    encounter.setMonsters(monstersOf(u"Rat:1,2,3,4,5,6,7,8"_s));
-    QCOMPARE(encounter.xp(), int(qMin(qint64(xp) * 8, qint64(std::numeric_limits<int>::max()))));
+    const std::array<int, 3> cases[] = {{0, 5, 1},
+                                        {-500, 5, 1},
+                                        {500, 5, 1},
+                                        {624, 5, 1},
+                                        {625, 5, 2},
+                                        {625, 1, 11},
+                                        {111000 * 4 - 1, 4, 39},
+                                        {111000 * 4, 4, 40},
+                                        {2000000000, 12, 40}};
+    for (const auto &[xp, party, level] : cases) {
+        ScriptedWindows windows;
+        windows.party = 0;
+        const CoreObjects objects;
+        auto creature = std::make_unique<Creature>();
+        creature->setGroup(u"Rat"_s);
+        creature->setField(&CreatureData::xp, xp);
+        theMonsters->add(std::move(creature));
+        PreparedEncounter encounter;
+        encounter.setMonsters(monstersOf(u"RAT:1;Nobody:1"_s));
+        QCOMPARE(encounter.xp(), xp);
+        windows.party = party;
+        QCOMPARE(encounter.level(), level);
+        encounter.setMonsters(monstersOf(u"Rat:1,2,3,4,5,6,7,8"_s));
+        QCOMPARE(encounter.xp(),
+                 int(qMin(qint64(xp) * 8, qint64(std::numeric_limits<int>::max()))));
+    }
 }
 
 void TestEncounterFile::recomputesOnlyWhatIsStale()
@@ -219,50 +205,46 @@ void TestEncounterFile::recomputesOnlyWhatIsStale()
     QCOMPARE(entry.xp, 7);
 }
 
-void TestEncounterFile::choosesIds_data()
-{
-    addColumns<QString, QString, QString, int, bool, QString, int>(
-        {"present", "group", "prefix", "scheme", "perEncounter", "id", "newScheme"});
-    const auto row = [](const char *name, const char *present, const char *group,
-                        const char *prefix, int scheme, bool perEncounter, const char *id,
-                        int newScheme) {
-        QTest::newRow(name) << QString::fromLatin1(present) << QString::fromLatin1(group)
-                            << QString::fromLatin1(prefix) << scheme << perEncounter
-                            << QString::fromLatin1(id) << newScheme;
-    };
-    row("first number", "", "Rat", "", 0, false, "1", 0);
-    row("first letter", "", "Rat", "", 1, false, "A", 1);
-    row("letter of one word", "", "rat", "", 2, false, "R1", 2);
-    row("letter of the second word", "", "Cave rat", "", 2, false, "R1", 2);
-    row("initials", "Wolf:R1", "Cave rat", "", 2, false, "Cr1", 2);
-    row("next free letter", "Wolf:R1,S4;Bear:R", "Rat", "", 2, false, "T1", 2);
-    row("prefix alone", "", "Rat", "Rx", 0, false, "Rx", 2);
-    row("prefix goes on", "Rat:Rx", "Rat", "Rx", 2, false, "Rx2", 2);
-    row("prefix taken", "Wolf:Rx3", "Rat", "Rx", 0, false, "R", 2);
-    row("numbers go on in any scheme", "Rat:1,2", "Rat", "", 1, false, "3", 0);
-    row("letter and number go on", "rat:R7", "Rat", "", 0, false, "R8", 2);
-    row("letter becomes the base", "Rat:B", "Rat", "", 2, false, "B2", 2);
-    row("letters go on", "Rat:A,B", "Rat", "", 2, false, "C", 1);
-    row("Z to a", "Rat:Z", "Rat", "", 1, false, "a", 1);
-    row("z to numbers", "Rat:z", "Rat", "", 1, false, "0", 1);
-    row("word starts letters anew", "Rat:x,Boss", "Rat", "", 0, false, "A", 1);
-    row("taken in the group", "Rat:3,4,2", "Rat", "", 0, false, "5", 0);
-    row("taken in the encounter", "Wolf:1,2", "Rat", "", 0, true, "3", 0);
-    row("free in the group", "Wolf:1,2", "Rat", "", 0, false, "1", 0);
-    row("number too long", "Rat:99999999999999999999", "Rat", "", 0, false, "1", 0);
-    row("greatest number", "Rat:2147483647", "Rat", "", 0, false, "2147483648", 0);
-    row("group of blanks", "", " ", "", 2, false, "A1", 2);
-}
-
 void TestEncounterFile::choosesIds()
 {
-    auto [present, group, prefix, scheme, perEncounter] =
-        fetch<QString, QString, QString, int, bool>(
-            {"present", "group", "prefix", "scheme", "perEncounter"});
-    PreparedEncounter encounter;
-    encounter.setMonsters(monstersOf(present));
-    QTEST(encounter.defaultId(group, prefix, scheme, perEncounter), "id");
-    QTEST(scheme, "newScheme");
+    struct Case {
+        const char *present, *group, *prefix;
+        int scheme;
+        bool perEncounter;
+        const char *id;
+        int newScheme;
+    };
+    const Case cases[] = {{"", "Rat", "", 0, false, "1", 0},
+                          {"", "Rat", "", 1, false, "A", 1},
+                          {"", "rat", "", 2, false, "R1", 2},
+                          {"", "Cave rat", "", 2, false, "R1", 2}, // letter of the second word
+                          {"Wolf:R1", "Cave rat", "", 2, false, "Cr1", 2}, // initials
+                          {"Wolf:R1,S4;Bear:R", "Rat", "", 2, false, "T1", 2},
+                          {"", "Rat", "Rx", 0, false, "Rx", 2},
+                          {"Rat:Rx", "Rat", "Rx", 2, false, "Rx2", 2},
+                          {"Wolf:Rx3", "Rat", "Rx", 0, false, "R", 2},
+                          {"Rat:1,2", "Rat", "", 1, false, "3", 0},
+                          {"rat:R7", "Rat", "", 0, false, "R8", 2},
+                          {"Rat:B", "Rat", "", 2, false, "B2", 2}, // a letter becomes the base
+                          {"Rat:A,B", "Rat", "", 2, false, "C", 1},
+                          {"Rat:Z", "Rat", "", 1, false, "a", 1},
+                          {"Rat:z", "Rat", "", 1, false, "0", 1},
+                          {"Rat:x,Boss", "Rat", "", 0, false, "A", 1}, // a word starts anew
+                          {"Rat:3,4,2", "Rat", "", 0, false, "5", 0},
+                          {"Wolf:1,2", "Rat", "", 0, true, "3", 0},
+                          {"Wolf:1,2", "Rat", "", 0, false, "1", 0},
+                          {"Rat:99999999999999999999", "Rat", "", 0, false, "1", 0},
+                          {"Rat:2147483647", "Rat", "", 0, false, "2147483648", 0},
+                          {"", " ", "", 2, false, "A1", 2}};
+    for (const Case &each : cases) {
+        PreparedEncounter encounter;
+        encounter.setMonsters(monstersOf(QLatin1String(each.present)));
+        int scheme = each.scheme;
+        QCOMPARE(encounter.defaultId(QLatin1String(each.group), QLatin1String(each.prefix), scheme,
+                                     each.perEncounter),
+                 QLatin1String(each.id));
+        QCOMPARE(scheme, each.newScheme);
+    }
 }
 
 void TestEncounterFile::savesUnderNamesOfItsOwn()

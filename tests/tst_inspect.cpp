@@ -101,7 +101,6 @@ private Q_SLOTS:
     void tellsCreatureFiles_data();
     void tellsCreatureFiles();
     void tellsEncounters();
-    void refuses_data();
     void refuses();
     void leavesNoTrace_data();
     void leavesNoTrace();
@@ -324,32 +323,19 @@ void InspectTest::tellsEncounters()
     QCOMPARE(one.array()[0][u"level"].toInt(), 5);
 }
 
-void InspectTest::refuses_data()
-{
-    QTest::addColumn<QString>("arguments");
-    QTest::newRow("nothing") << "";
-    QTest::newRow("unknown subcommand") << "monsters FOLDER";
-    QTest::newRow("no folder") << "fight";
-    QTest::newRow("missing folder") << "fight FOLDER/nowhere";
-    QTest::newRow("folder is a file") << "encounters FOLDER/Monsters/cave-rat.txt";
-    QTest::newRow("two folders") << "fight FOLDER FOLDER";
-    QTest::newRow("no position") << "fight FOLDER --at";
-    QTest::newRow("position is no number") << "fight FOLDER --at last";
-    QTest::newRow("position out of range") << "fight FOLDER --at 0";
-    QTest::newRow("party of none") << "encounters FOLDER --party 0";
-    QTest::newRow("no file") << "creature";
-    QTest::newRow("missing file") << "creature FOLDER/Monsters/cave-rat.txt FOLDER/x.txt";
-    QTest::newRow("file is a folder") << "creature FOLDER";
-}
-
 void InspectTest::refuses()
 {
-    QFETCH(QString, arguments);
-    arguments.replace(u"FOLDER"_s, m_folder->path());
-    const Run run = inspect(arguments.split(u' ', Qt::SkipEmptyParts));
-    QCOMPARE(run.exitCode, 2);
-    QCOMPARE(run.out, QByteArray());
-    QCOMPARE(run.err.count('\n'), 1);
+    for (const char *each :
+         {"", "monsters FOLDER", "fight", "fight FOLDER/nowhere",
+          "encounters FOLDER/Monsters/cave-rat.txt", "fight FOLDER FOLDER", "fight FOLDER --at",
+          "fight FOLDER --at last", "fight FOLDER --at 0", "encounters FOLDER --party 0",
+          "creature", "creature FOLDER/Monsters/cave-rat.txt FOLDER/x.txt", "creature FOLDER"}) {
+        const QString arguments = QString::fromLatin1(each).replace(u"FOLDER"_s, m_folder->path());
+        const Run run = inspect(arguments.split(u' ', Qt::SkipEmptyParts));
+        QVERIFY2(run.exitCode == 2, each);
+        QCOMPARE(run.out, QByteArray());
+        QCOMPARE(run.err.count('\n'), 1);
+    }
 }
 
 void InspectTest::leavesNoTrace_data()

@@ -4,7 +4,6 @@
 
 #include "characters.h"
 #include "coreobjects.h"
-#include "datatable.h"
 #include "encounters.h"
 #include "monsters.h"
 #include "paths.h"
@@ -33,7 +32,6 @@ private Q_SLOTS:
     void revertsAllMonsters();
     void savesAndRevertsCharacters();
     void takesOverAnotherCollection();
-    void asksAboutTheFolder_data();
     void asksAboutTheFolder();
     void stopsWhereTheUserCancels();
     void costDoesNotGrowWithTheLibrary();
@@ -395,33 +393,27 @@ void TestLibrary::takesOverAnotherCollection()
     QCOMPARE(living.findGroup(u"rat"_s), living.at(0));
 }
 
-void TestLibrary::asksAboutTheFolder_data()
-{
-    addColumns<bool, int, QString>({"exists", "answer", "shown"});
-    const QString missing =
-        u"Directory not Found|Directory <b>Characters</b> not found in Home.|Create"_s;
-    const QString empty = QStringLiteral("No Characters Found|No characters could be loaded from "
-                                         "<b>Characters</b> directory in Home.|Continue");
-    for (const int answer : {0, 1, 2}) {
-        QTest::addRow("missing, %d", answer) << false << answer << missing;
-        QTest::addRow("empty, %d", answer) << true << answer << empty;
-    }
-}
-
 void TestLibrary::asksAboutTheFolder()
 {
-    auto [exists, answer] = fetch<bool, int>({"exists", "answer"});
-    ScriptedWindows windows;
-    windows.folderAnswers << FolderAnswer(answer);
-    const QTemporaryDir dir;
-    const QString folder = dir.filePath(u"Characters"_s);
-    if (exists)
-        QDir().mkpath(folder);
-    NoProgress progress;
-    Characters characters;
-    QCOMPARE(int(characters.load(dir.path(), u"Home"_s, progress)), answer);
-    QTEST(windows.shown.join(u'\n'), "shown");
-    QCOMPARE(QDir(folder).exists(), exists || answer == 1);
+    for (const int answer : {0, 1, 2}) {
+        for (const bool exists : {false, true}) {
+            ScriptedWindows windows;
+            windows.folderAnswers << FolderAnswer(answer);
+            const QTemporaryDir dir;
+            const QString folder = dir.filePath(u"Characters"_s);
+            if (exists)
+                QDir().mkpath(folder);
+            NoProgress progress;
+            Characters characters;
+            QCOMPARE(int(characters.load(dir.path(), u"Home"_s, progress)), answer);
+            QCOMPARE(windows.shown.join(u'\n'),
+                     exists ? "No Characters Found|No characters could be loaded from "
+                              "<b>Characters</b> directory in Home.|Continue"
+                            : "Directory not Found|Directory <b>Characters</b> not found in Home."
+                              "|Create");
+            QCOMPARE(QDir(folder).exists(), exists || answer == 1);
+        }
+    }
 }
 
 void TestLibrary::stopsWhereTheUserCancels()

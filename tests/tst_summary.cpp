@@ -1,6 +1,6 @@
 // The rich texts of a creature in lists and panels.
 #include <QGuiApplication>
-#include <functional>
+#include <array>
 
 #include "coreobjects.h"
 #include "creatures.h"
@@ -23,16 +23,6 @@ QString red(const QString &text)
     return u"<font color=red>%1</font>"_s.arg(text);
 }
 
-// A record changed by `change`.
-std::unique_ptr<Creature> with(std::unique_ptr<Creature> creature,
-                               const std::function<void(CreatureData &)> &change)
-{
-    CreatureData data = creature->data();
-    change(data);
-    creature->assign(data);
-    return creature;
-}
-
 } // namespace
 
 class TestSummary : public QObject {
@@ -41,7 +31,6 @@ class TestSummary : public QObject {
 private Q_SLOTS:
     void init();
     void cleanup();
-    void names_data();
     void names();
     void playersNames();
     void header();
@@ -57,10 +46,8 @@ private Q_SLOTS:
     void actionPoints();
     void savingThrows_data();
     void savingThrows();
-    void initiative_data();
     void initiative();
     void speed();
-    void abilities_data();
     void abilities();
     void senses();
 
@@ -98,31 +85,23 @@ void TestSummary::modifyAll(Creature *creature, int amount)
     creature->addEffect(m_effects.back().get());
 }
 
-void TestSummary::names_data()
-{
-    addColumns<QString, QString, QString>({"group", "name", "expected"});
-    const QString rat = u"Rat"_s;
-    const QString id = u"1"_s;
-    QTest::newRow("both") << rat << id << u"Rat (1)"_s;
-    QTest::newRow("group") << rat << QString() << rat;
-    QTest::newRow("name") << QString() << id << id;
-    QTest::newRow("none") << QString() << QString() << QString();
-    QTest::newRow("placeholder") << u"%2"_s << id << u"%2 (1)"_s;
-}
-
 void TestSummary::names()
 {
-    auto [group, name] = fetch<QString, QString>({"group", "name"});
-    m_rat->setGroup(group);
-    m_rat->setName(name);
-    QTEST(m_rat->displayName(), "expected");
-    CreatureData data = m_rat->data();
-    data.type = group;
-    data.race = name;
-    m_rat->assign(data);
-    QTEST(m_rat->typeAndRace(), "expected");
-    m_aria->setGroup(group);
-    QCOMPARE(m_aria->displayName(), u"Aria"_s);
+    const std::array<QString, 3> cases[] = {{"Rat", "1", "Rat (1)"},
+                                            {"Rat", "", "Rat"},
+                                            {"", "1", "1"},
+                                            {"", "", ""},
+                                            {"%2", "1", "%2 (1)"}};
+    for (const auto &[group, name, expected] : cases) {
+        m_rat->setGroup(group);
+        m_rat->setName(name);
+        QCOMPARE(m_rat->displayName(), expected);
+        m_rat->setField(&CreatureData::type, group);
+        m_rat->setField(&CreatureData::race, name);
+        QCOMPARE(m_rat->typeAndRace(), expected);
+        m_aria->setGroup(group);
+        QCOMPARE(m_aria->displayName(), u"Aria"_s);
+    }
 }
 
 void TestSummary::playersNames()
@@ -140,14 +119,11 @@ void TestSummary::playersNames()
 void TestSummary::header()
 {
     QCOMPARE(m_aria->headerLine(), u"Level 1"_s);
-    CreatureData data = m_aria->data();
-    data.race = u"Elf"_s;
-    data.charClass = u"Ranger"_s;
-    m_aria->assign(data);
+    m_aria->setField(&CreatureData::race, u"Elf"_s);
+    m_aria->setField(&CreatureData::charClass, u"Ranger"_s);
     QCOMPARE(m_aria->headerLine(), u"Level 1 Elf Ranger"_s);
-    data.level = 0;
-    data.charClass.clear();
-    m_aria->assign(data);
+    m_aria->setField(&CreatureData::level, 0);
+    m_aria->setField(&CreatureData::charClass, QString());
     QCOMPARE(m_aria->headerLine(), u"Elf"_s);
     QCOMPARE(m_rat->headerLine(), QString());
 }
@@ -188,16 +164,16 @@ void TestSummary::status_data()
 {
     addColumns<bool, int, bool, bool, QString, QString>(
         {"isMonster", "damage", "disabled", "stable", "expected", "rich"});
-    QTest::newRow("healthy") << false << 0 << false << true << ""
-                             << "";
-    QTest::newRow("dying") << false << 31 << false << false << "Dying 2/3"
-                           << "Dying 2/3";
-    QTest::newRow("stabilized") << false << 31 << false << true << "Stabilized 2/3"
-                                << "Stabilized 2/3";
-    QTest::newRow("dead") << true << 31 << false << false << "Dead"
-                          << "<b>Dead</b>";
-    QTest::newRow("disabled") << true << 31 << true << false << "Disabled"
-                              << "<b>Disabled</b>";
+    const auto row = [](bool isMonster, int damage, bool disabled, bool stable, const char *text) {
+        const QString expected = QLatin1String(text);
+        QTest::newRow(text) << isMonster << damage << disabled << stable << expected
+                            << (isMonster ? QString(u"<b>" + expected + u"</b>") : expected);
+    };
+    row(false, 0, false, true, "");
+    row(false, 31, false, false, "Dying 2/3");
+    row(false, 31, false, true, "Stabilized 2/3");
+    row(true, 31, false, false, "Dead");
+    row(true, 31, true, false, "Disabled");
 }
 
 void TestSummary::status()
@@ -286,11 +262,9 @@ void TestSummary::healthOfATemplate()
     m_rat->takeDamage(3, nullptr);
     QCOMPARE(m_rat->healthText(false), u"<b>HP </b>17/20; <b>Bloodied </b>10"_s);
     QCOMPARE(m_rat->healthText(true), u"<b>HP </b>20; <b>Bloodied </b>10"_s);
-    m_rat = with(std::move(m_rat), [](CreatureData &data) {
-        data.maxHS = 2;
-        data.hsValue = 5;
-        data.disabled = true;
-    });
+    m_rat->setField(&CreatureData::maxHS, 2);
+    m_rat->setField(&CreatureData::hsValue, 5);
+    m_rat->setField(&CreatureData::disabled, true);
     QCOMPARE(m_rat->healthText(true), u"<b>HP </b>20; <b>HS </b>2 (5)"_s);
     QCOMPARE(m_rat->healthText(false), u"<b>HP </b>17/20; <b>HS </b>0/2 (5)"_s);
     const auto minion = makeMonster(u"Bat"_s, u"1"_s, 1);
@@ -356,69 +330,59 @@ void TestSummary::savingThrows()
              text.isEmpty() ? QString() : QString(u"<b>Saving Throws </b>" + text));
 }
 
-void TestSummary::initiative_data()
-{
-    addColumns<int, int, bool, QStringList>({"bonus", "roll", "running", "byMode"});
-    const QString label = u"<b>Initiative </b>"_s;
-    const auto row = [](const char *name, int bonus, int roll, bool running,
-                        const QStringList &byMode) {
-        QTest::newRow(name) << bonus << roll << running << byMode;
-    };
-    row("stopped", 3, 15, false, {"+3", "+3", label + "+3"});
-    row("not rolled", 0, 0, true, {"0", "0", label + "0"});
-    row("rolled", 3, 15, true, {"15", "+3 (15)", label + "+3 (15)"});
-    row("no initiative", NotStated, 1000, true, {"-", "-", label + "-"});
-    row("no initiative, stopped", NotStated, 1000, false, {"", "", label});
-}
-
 void TestSummary::initiative()
 {
-    auto [bonus, roll, running, byMode] =
-        fetch<int, int, bool, QStringList>({"bonus", "roll", "running", "byMode"});
-    m_rat->setField(&CreatureData::initBonus, bonus);
-    m_rat->setInitRoll(roll);
-    theEncounter->setCurrentIndex(running ? 0 : -1);
-    for (int mode = 0; mode < 3; ++mode)
-        QCOMPARE(m_rat->initiativeText(false, mode), byMode[mode]);
-    theEncounter->setCurrentIndex(-1);
-    QCOMPARE(m_rat->initiativeText(true, 2), m_rat->initiativeText(false, 2));
+    struct Case {
+        int bonus, roll;
+        bool running;
+        QStringList byMode;
+    };
+    const QString label = u"<b>Initiative </b>"_s;
+    const Case cases[] = {{3, 15, false, {"+3", "+3", label + "+3"}},
+                          {0, 0, true, {"0", "0", label + "0"}},
+                          {3, 15, true, {"15", "+3 (15)", label + "+3 (15)"}},
+                          {NotStated, 1000, true, {"-", "-", label + "-"}},
+                          {NotStated, 1000, false, {"", "", label}}};
+    for (const Case &each : cases) {
+        m_rat->setField(&CreatureData::initBonus, each.bonus);
+        m_rat->setInitRoll(each.roll);
+        theEncounter->setCurrentIndex(each.running ? 0 : -1);
+        for (int mode = 0; mode < 3; ++mode)
+            QCOMPARE(m_rat->initiativeText(false, mode), each.byMode[mode]);
+        theEncounter->setCurrentIndex(-1);
+        QCOMPARE(m_rat->initiativeText(true, 2), m_rat->initiativeText(false, 2));
+    }
 }
 
 void TestSummary::speed()
 {
-    m_rat = with(std::move(m_rat), [](CreatureData &data) { data.speed = u"6, climb %1"_s; });
+    m_rat->setField(&CreatureData::speed, u"6, climb %1"_s);
     QCOMPARE(m_rat->speedLine(false), u"<b>Speed </b>6, climb %1; <b>Initiative </b>+1"_s);
-}
-
-void TestSummary::abilities_data()
-{
-    addColumns<int, int, int, QString>({"score", "modifier", "level", "expected"});
-    const int none = NoModifier;
-    QTest::newRow("worked out") << 17 << none << 5 << "<b>Str </b>17 (+5)";
-    QTest::newRow("each half cut") << 15 << none << 1 << "<b>Str </b>15 (+2)";
-    QTest::newRow("stated") << 17 << -1 << 5 << "<b>Str </b>17 (-1)";
-    QTest::newRow("zero") << 10 << none << 1 << "<b>Str </b>10 (0)";
-    QTest::newRow("not stated") << int(NotStated) << none << 5 << "<b>Str </b>-";
-    QTest::newRow("none") << 0 << 3 << 5 << "<b>Str </b>-";
 }
 
 void TestSummary::abilities()
 {
-    auto [score, modifier, level] = fetch<int, int, int>({"score", "modifier", "level"});
-    m_aria->setField(&CreatureData::level, level);
-    QTEST(m_aria->abilityText(u"Str"_s, {score, modifier}), "expected");
+    struct Case {
+        int score, modifier, level;
+        const char *expected;
+    };
+    const Case cases[] = {{17, NoModifier, 5, "17 (+5)"},  {15, NoModifier, 1, "15 (+2)"},
+                          {17, -1, 5, "17 (-1)"},          {10, NoModifier, 1, "10 (0)"},
+                          {NotStated, NoModifier, 5, "-"}, {0, 3, 5, "-"}};
+    for (const auto &[score, modifier, level, expected] : cases) {
+        m_aria->setField(&CreatureData::level, level);
+        QCOMPARE(m_aria->abilityText(u"Str"_s, {score, modifier}),
+                 QString(u"<b>Str </b>" + QLatin1String(expected)));
+    }
 }
 
 void TestSummary::senses()
 {
     QCOMPARE(m_rat->sensesText(), QString());
-    CreatureData data = m_rat->data();
-    data.insight = 0;
-    m_rat->assign(data);
+    m_rat->setField(&CreatureData::insight, 0);
     QCOMPARE(m_rat->sensesText(), u"<b>Insight </b>0"_s);
-    data.perception = 5;
-    m_rat->assign(data);
-    QCOMPARE(m_rat->sensesText(), u"<b>Perception </b>+5; <b>Insight </b>0"_s);
+    m_rat->setField(&CreatureData::perception, 5);
+    CreatureData data = m_rat->data();
     data.senses = u"blind"_s;
     m_rat->assign(data);
     QCOMPARE(m_rat->sensesText(), u"Blind; <b>Perception </b>+5; <b>Insight </b>0"_s);
