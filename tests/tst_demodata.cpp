@@ -82,20 +82,16 @@ private Q_SLOTS:
     void cleanupTestCase();
     void init() { failOnWarnings(); }
     void loadsWithoutComplaint();
-    void filesAreSafeToRewrite_data();
     void filesAreSafeToRewrite();
     void creatures_data();
     void creatures();
     void portraitsAreAllUsedAndDrawnHere();
-    void monsters_data();
-    void monsters();
-    void characters_data();
-    void characters();
-    void encounters_data();
     void encounters();
 
 private:
     QList<Creature *> allCreatures() const;
+    static void checkMonster(const Creature &monster);
+    static void checkCharacter(const Creature &character);
 
     std::unique_ptr<CoreObjects> m_objects;
     ScriptedWindows m_windows;
@@ -137,24 +133,18 @@ void DemoDataTest::loadsWithoutComplaint()
     QCOMPARE(theEncounters->count(), 4);
 }
 
-void DemoDataTest::filesAreSafeToRewrite_data()
-{
-    QTest::addColumn<QString>("path");
-    for (const char *folder : {"Characters", "Monsters", "Encounters"}) {
-        const QDir dir(demoData + u'/' + QLatin1String(folder));
-        for (const QFileInfo &file : dir.entryInfoList(QDir::Files))
-            QTest::newRow(qPrintable(file.fileName())) << file.filePath();
-    }
-}
-
 void DemoDataTest::filesAreSafeToRewrite()
 {
     // The program writes CR LF; a file that came without would change as a whole at its first save.
-    QFETCH(QString, path);
-    const QByteArray bytes = readFile(path);
-    QVERIFY(bytes.endsWith("\r\n"));
-    QCOMPARE(bytes.count('\n'), bytes.count("\r\n"));
-    QCOMPARE(bytes.count('\r'), bytes.count("\r\n"));
+    for (const char *folder : {"Characters", "Monsters", "Encounters"}) {
+        const QDir dir(demoData + u'/' + QLatin1String(folder));
+        for (const QFileInfo &file : dir.entryInfoList(QDir::Files)) {
+            const QByteArray bytes = readFile(file.filePath());
+            QVERIFY2(bytes.endsWith("\r\n") && bytes.count('\n') == bytes.count("\r\n")
+                         && bytes.count('\r') == bytes.count("\r\n"),
+                     qPrintable(file.fileName()));
+        }
+    }
 }
 
 void DemoDataTest::creatures_data()
@@ -176,6 +166,10 @@ void DemoDataTest::creatures()
     for (const Ability &ability : {data.strength, data.dexterity, data.wisdom, data.constitution,
                                    data.intelligence, data.charisma})
         QVERIFY(ability.score >= 1 && ability.score <= 24);
+    if (creature->isMonster())
+        checkMonster(*creature);
+    else
+        checkCharacter(*creature);
 }
 
 void DemoDataTest::portraitsAreAllUsedAndDrawnHere()
@@ -192,68 +186,46 @@ void DemoDataTest::portraitsAreAllUsedAndDrawnHere()
     }
 }
 
-void DemoDataTest::monsters_data()
+void DemoDataTest::checkMonster(const Creature &monster)
 {
-    QTest::addColumn<Creature *>("monster");
-    for (int i = 0; i < theMonsters->count(); ++i)
-        QTest::newRow(qPrintable(theMonsters->at(i)->group())) << theMonsters->at(i);
-}
-
-void DemoDataTest::monsters()
-{
-    QFETCH(Creature *, monster);
-    QVERIFY(monster->level() >= 1 && monster->level() <= 8);
-    QVERIFY(hitPointsOfRole.contains(roleOf(*monster).name));
-    QCOMPARE(monster->maxHP(), expectedHP(*monster));
-    QCOMPARE(monster->xp(), expectedXP(*monster));
+    QVERIFY(monster.level() >= 1 && monster.level() <= 8);
+    QVERIFY(hitPointsOfRole.contains(roleOf(monster).name));
+    QCOMPARE(monster.maxHP(), expectedHP(monster));
+    QCOMPARE(monster.xp(), expectedXP(monster));
     // Armour class and the other three stay near the level's usual 14 and 12.
-    const CreatureData &data = monster->data();
+    const CreatureData &data = monster.data();
     QVERIFY(qAbs(data.armourClass - data.level - 14) <= 2);
     for (int defence : {data.fortitude, data.reflex, data.will})
         QVERIFY(qAbs(defence - data.level - 12) <= 4);
-    const QString rank = roleOf(*monster).rank;
-    QCOMPARE(monster->initAP(), rank == u"Solo" ? 2 : rank == u"Elite" ? 1 : 0);
+    const QString rank = roleOf(monster).rank;
+    QCOMPARE(monster.initAP(), rank == u"Solo" ? 2 : rank == u"Elite" ? 1 : 0);
 }
 
-void DemoDataTest::characters_data()
+void DemoDataTest::checkCharacter(const Creature &character)
 {
-    QTest::addColumn<Creature *>("character");
-    for (int i = 0; i < theCharacters->count(); ++i)
-        QTest::newRow(qPrintable(theCharacters->at(i)->name())) << theCharacters->at(i);
-}
-
-void DemoDataTest::characters()
-{
-    QFETCH(Creature *, character);
     // An edit of one field writes the file anew from all of them.
-    QCOMPARE(character->generateText(), character->statBlock());
-    QCOMPARE(character->hsValue(), character->maxHP() / 4);
-    QVERIFY(character->maxHS() >= 6 && character->maxHS() <= 12);
-    QCOMPARE(character->initAP(), 1);
-    QVERIFY(character->initBonus() != NotStated);
-}
-
-void DemoDataTest::encounters_data()
-{
-    QTest::addColumn<int>("index");
-    for (int i = 0; i < theEncounters->count(); ++i)
-        QTest::newRow(qPrintable(theEncounters->at(i)->name())) << i;
+    QCOMPARE(character.generateText(), character.statBlock());
+    QCOMPARE(character.hsValue(), character.maxHP() / 4);
+    QVERIFY(character.maxHS() >= 6 && character.maxHS() <= 12);
+    QCOMPARE(character.initAP(), 1);
+    QVERIFY(character.initBonus() != NotStated);
 }
 
 void DemoDataTest::encounters()
 {
-    QFETCH(int, index);
-    const PreparedEncounter &encounter = *theEncounters->at(index);
-    QVERIFY(!encounter.adventure().isEmpty());
-    QVERIFY(encounter.description().contains(u'\n'));
-    QSet<QString> names;
-    for (const EncounterMonster &monster : encounter.monsters()) {
-        QVERIFY2(theMonsters->findGroup(monster.group), qPrintable(monster.group));
-        names << monster.group + u'/' + monster.id;
+    for (int i = 0; i < theEncounters->count(); ++i) {
+        const PreparedEncounter &encounter = *theEncounters->at(i);
+        QVERIFY(!encounter.adventure().isEmpty());
+        QVERIFY(encounter.description().contains(u'\n'));
+        QSet<QString> names;
+        for (const EncounterMonster &monster : encounter.monsters()) {
+            QVERIFY2(theMonsters->findGroup(monster.group), qPrintable(monster.group));
+            names << monster.group + u'/' + monster.id;
+        }
+        QCOMPARE(names.size(), encounter.monsters().size());
+        // Level and XP in the file are those worked out from the library, for a party of five.
+        QCOMPARE(encounter.image(true), readFile(encounterPath(encounter.fileName())));
     }
-    QCOMPARE(names.size(), encounter.monsters().size());
-    // Level and XP in the file are those worked out from the library, for a party of five.
-    QCOMPARE(encounter.image(true), readFile(encounterPath(encounter.fileName())));
 }
 
 MORVANE_TEST_MAIN(QGuiApplication, DemoDataTest)

@@ -4,7 +4,6 @@
 #include <array>
 
 #include "coreobjects.h"
-#include "datatable.h"
 #include "encounters.h"
 #include "monsters.h"
 #include "paths.h"
@@ -20,7 +19,6 @@ class TestEncounterFile : public QObject {
 private Q_SLOTS:
     void init() { failOnWarnings(); }
     void readsAndWritesTheSameBytes();
-    void readsLines_data();
     void readsLines();
     void escapesValues();
     void worksOutTheLevel();
@@ -93,48 +91,40 @@ void TestEncounterFile::readsAndWritesTheSameBytes()
     QCOMPARE(encounter.find(u"Ogre"_s, u"B"_s), nullptr);
 }
 
-void TestEncounterFile::readsLines_data()
-{
-    addColumns<QByteArray, bool, QString>({"bytes", "read", "monsters"});
-    QTest::newRow("group ahead of the description")
-        << QByteArray("name=a\nRat=1\ndescription=\nOgre=1\n") << true << "Ogre:1";
-    QTest::newRow("marks apply to the group just above")
-        << QByteArray("name=a\ndescription=\nRat=1,2\nOgre=1\nhidden#1=true\nalias#2=x\n") << true
-        << "Rat:1,2;Ogre:1!";
-    QTest::newRow("hidden is true alone")
-        << QByteArray("name=a\ndescription=\nRat=1,2\nhidden#1=yes\nhidden#2=true") << true
-        << "Rat:1,2!";
-    QTest::newRow("empty and blank IDs")
-        << QByteArray("name=a\ndescription=\nRat= 1 ,, 2,\nOgre=\n") << true << "Rat:1,2";
-    QTest::newRow("comments, blanks")
-        << QByteArray("#x\n \t\n\r\nname=a\n\ndescription=\r\n \nRat=1") << true << "Rat:1";
-    QTest::newRow("every kind of line end")
-        << QByteArray("name=a\rdescription=\n\rRat=1,2\r\rhidden#2=true\r\n") << true << "Rat:1,2!";
-    QTest::newRow("byte order mark")
-        << QByteArray("\xEF\xBB\xBFname=a\ndescription=\nRat=1") << true << "Rat:1";
-    QTest::newRow("bad line ends it")
-        << QByteArray("name=a\ndescription=\nRat=1\n=5\nOgre=1\n") << true << "Rat:1";
-    QTest::newRow("key too long ends it") << "name=a\ndescription=\nRat=1\n" + QByteArray(401, 'k')
-            + "=1\nOgre=1\n" << true << "Rat:1";
-    QTest::newRow("empty name ends it")
-        << QByteArray("description=\nRat=1\nname=\nOgre=1\n") << false << "Rat:1";
-    QTest::newRow("no name") << QByteArray("description=\nRat=1\n") << false << "Rat:1";
-    QTest::newRow("numbers are worked out")
-        << QByteArray("name=a\nlevel=x\nxp=99999999999\ndescription=") << true << "";
-}
-
 void TestEncounterFile::readsLines()
 {
-    QFETCH(QByteArray, bytes);
+    struct Case {
+        QByteArray bytes;
+        bool read;
+        QString monsters;
+    };
+    const Case cases[] = {
+        // A group ahead of the description is none; marks apply to the group just above.
+        {"name=a\nRat=1\ndescription=\nOgre=1\n", true, "Ogre:1"},
+        {"name=a\ndescription=\nRat=1,2\nOgre=1\nhidden#1=true\nalias#2=x\n", true,
+         "Rat:1,2;Ogre:1!"},
+        {"name=a\ndescription=\nRat=1,2\nhidden#1=yes\nhidden#2=true", true, "Rat:1,2!"},
+        {"name=a\ndescription=\nRat= 1 ,, 2,\nOgre=\n", true, "Rat:1,2"},
+        {"#x\n \t\n\r\nname=a\n\ndescription=\r\n \nRat=1", true, "Rat:1"},
+        {"name=a\rdescription=\n\rRat=1,2\r\rhidden#2=true\r\n", true, "Rat:1,2!"},
+        {"\xEF\xBB\xBFname=a\ndescription=\nRat=1", true, "Rat:1"},
+        // A bad line, a key too long and an empty name end it.
+        {"name=a\ndescription=\nRat=1\n=5\nOgre=1\n", true, "Rat:1"},
+        {"name=a\ndescription=\nRat=1\n" + QByteArray(401, 'k') + "=1\nOgre=1\n", true, "Rat:1"},
+        {"description=\nRat=1\nname=\nOgre=1\n", false, "Rat:1"},
+        {"description=\nRat=1\n", false, "Rat:1"},
+        {"name=a\nlevel=x\nxp=99999999999\ndescription=", true, ""}};
     const TestDataFolder folder;
-    QFile file(folder.file(u"Encounters/e.txt"_s));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-    file.close();
-    PreparedEncounter encounter;
-    QTEST(encounter.read(u"e.txt"_s, QString()), "read");
-    QTEST(described(encounter), "monsters");
-    QVERIFY(!encounter.read(u"none.txt"_s, QString()));
+    for (const auto &[bytes, read, monsters] : cases) {
+        QFile file(folder.file(u"Encounters/e.txt"_s));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+        file.close();
+        PreparedEncounter encounter;
+        QVERIFY2(encounter.read(u"e.txt"_s, QString()) == read, bytes.constData());
+        QCOMPARE(described(encounter), monsters);
+        QVERIFY(!encounter.read(u"none.txt"_s, QString()));
+    }
 }
 
 void TestEncounterFile::escapesValues()
