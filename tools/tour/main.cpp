@@ -90,7 +90,10 @@ void loadAndStart(Tour &tour)
     });
     tour.step(QStringLiteral("next-turn"), [&tour] {
         tour.expect(theEncounter->isRunning(), QStringLiteral("a running encounter"));
-        tour.press(Qt::Key_N, Qt::ControlModifier);
+        // On to a hero's turn, who then strikes the first blow.
+        do
+            tour.press(Qt::Key_N, Qt::ControlModifier);
+        while (theEncounter->current()->isMonster() && theEncounter->round() < 3);
     });
 }
 
@@ -111,14 +114,14 @@ void fight(Tour &tour)
     tour.step(QString(), [&tour] { tour.clickRow(firstWounded(), 4); });
     tour.step(QString(), [&tour] { tour.type(QStringLiteral("5")); });
     tour.step(QStringLiteral("healed"), [&tour] { tour.press(Qt::Key_L, Qt::ControlModifier); });
-    for (int turn = 0; turn < 4; ++turn)
+    for (int turn = 0; turn < 13; ++turn)
         tour.step(QString(), [&tour] { tour.press(Qt::Key_N, Qt::ControlModifier); });
     tour.step(QStringLiteral("jumped-in-history"),
-              [&tour] { tour.clickRow(theHistory->eventText(theHistory->eventCount() - 3), 0); });
+              [&tour] { tour.clickEvent(theHistory->eventCount() - 3); });
     tour.step(QStringLiteral("end-of-history"), [&tour] {
         tour.expect(theHistory->position() == theHistory->eventCount() - 3,
                     QStringLiteral("the history at the clicked line"));
-        tour.clickRow(theHistory->eventText(theHistory->eventCount() - 1), 0);
+        tour.clickEvent(theHistory->eventCount() - 1);
     });
 }
 
@@ -144,10 +147,17 @@ bool play(const QString &folder, int &number, QStringList &summary, Chapters... 
     MainWindow window;
     findDataFolder();
     window.show();
+    // The same pictures on a screen of any size.
+    window.resize(1120, 700);
     Tour tour(&window, folder, number);
     if (!summary.isEmpty()) {
         tour.step(QStringLiteral("started-again"), [&tour, before = summary] {
-            tour.expect(fightSummary() == before, QStringLiteral("the same fight after a restart"));
+            const QStringList after = fightSummary();
+            for (int i = 0; i < qMax(before.size(), after.size()); ++i) {
+                tour.expect(before.value(i) == after.value(i),
+                            QStringLiteral("\"%1\" after a restart, not \"%2\"")
+                                .arg(before.value(i), after.value(i)));
+            }
         });
     }
     (chapters(tour), ...);

@@ -8,6 +8,7 @@
 #include <QTimer>
 #include <cstdio>
 
+#include "eventlistmodel.h"
 #include "mainwindow.h"
 #include "text.h"
 
@@ -122,15 +123,31 @@ void Tour::clickRow(const QString &text, int column, Qt::KeyboardModifiers modif
             for (int i = 0; i < model->columnCount(); ++i) {
                 if (plainCell(model->index(row, i)) != text)
                     continue;
-                const QModelIndex index = model->index(row, column);
-                table->scrollTo(index);
-                QTest::mouseClick(table->viewport(), Qt::LeftButton, modifiers,
-                                  table->visualRect(index).center());
+                clickCell(table, model->index(row, column), modifiers);
                 return;
             }
         }
     }
     fail(QStringLiteral("no row \"%1\"").arg(text));
+}
+
+void Tour::clickEvent(int index)
+{
+    const auto tables = m_window->findChildren<QTableView *>();
+    for (QTableView *table : tables) {
+        if (table->isVisible() && qobject_cast<EventListModel *>(table->model())) {
+            clickCell(table, table->model()->index(index, 0), Qt::NoModifier);
+            return;
+        }
+    }
+    fail(QStringLiteral("no history"));
+}
+
+void Tour::clickCell(QTableView *table, const QModelIndex &index, Qt::KeyboardModifiers modifiers)
+{
+    table->scrollTo(index);
+    QTest::mouseClick(table->viewport(), Qt::LeftButton, modifiers,
+                      table->visualRect(index).center());
 }
 
 void Tour::expect(bool holds, const QString &what)

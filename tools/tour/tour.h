@@ -7,6 +7,8 @@
 #include <vector>
 
 class MainWindow;
+class QModelIndex;
+class QTableView;
 
 // One run of the program: from the window's first show to its close.
 class Tour : public QObject {
@@ -33,9 +35,12 @@ public:
     // A cell of the table that shows `text` in one of its columns.
     void clickRow(const QString &text, int column,
                   Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    // A line of the history.
+    void clickEvent(int index);
     void expect(bool holds, const QString &what);
 
 private:
+    void clickCell(QTableView *table, const QModelIndex &index, Qt::KeyboardModifiers modifiers);
     void next();
     void savePicture(const QString &name);
     void fail(const QString &reason);
