@@ -1,11 +1,20 @@
 // What the log holds when the program dies at any byte, and when the disk is full at any byte.
 
+#include <QBuffer>
+
+#include "creaturelist.h"
+#include "effectevents.h"
+#include "encounter.h"
 #include "history.h"
 #include "loggedevent.h"
 #include "objectstream.h"
 #include "recordingdevice.h"
+#include "rosterevents.h"
 #include "scriptedwindows.h"
+#include "testfight.h"
 #include "testhome.h"
+#include "turnevents.h"
+#include "vitalityevents.h"
 
 namespace {
 
@@ -72,6 +81,64 @@ void Fight::playHundredEvents()
     }
 }
 
+QStringList readEvents(const QByteArray &log)
+{
+    return LoggedEvent::readLog(log);
+}
+
+// The records of a log as they stand in it.
+QStringList readRecords(const QByteArray &log)
+{
+    auto *buffer = new QBuffer;
+    buffer->setData(log);
+    buffer->open(QIODevice::ReadOnly);
+    ObjectStream stream(buffer);
+    QStringList records;
+    if (!stream.readTo(ID_HEADER_END))
+        return records;
+    int start = stream.position();
+    for (bool more = true; more;) {
+        const StreamField field = stream.readField();
+        more = field.tag != 0;
+        if (more && field.tag != ID_EVENT_TYPE)
+            continue;
+        const int end = stream.position() - field.consumed;
+        if (end > start)
+            records << QString::fromLatin1(log.mid(start, end - start).toHex());
+        start = end;
+    }
+    return records;
+}
+
+// Before the header stands there are no events, and from then on the command that was being written
+// is either there or not. One that takes the place of older events may leave neither. Empty when
+// that holds for a kill at each byte of each write.
+QString firstBrokenKill(const RecordedDisk &disk, const QList<Fight::State> &states,
+                        QStringList (*readLog)(const QByteArray &))
+{
+    QStringList before;
+    qsizetype write = 0;
+    for (const Fight::State &state : states) {
+        const QStringList kept = state.log.first(state.log.size() - 1);
+        for (; write < state.writes; ++write) {
+            const qsizetype length = disk.writes.at(write).bytes.size();
+            for (qsizetype part = 0; part < length; ++part) {
+                const QStringList left = readLog(disk.afterKill(write, part));
+                if (left == before || left == state.log || (state.overwrites && left == kept))
+                    continue;
+                return QStringLiteral("after %1 bytes of write %2 (%3): %4")
+                    .arg(part)
+                    .arg(write)
+                    .arg(state.log.last(), left.join(u' '));
+            }
+        }
+        if (readLog(disk.afterKill(write, 0)) != state.log)
+            return QStringLiteral("after write %1").arg(write);
+        before = state.log;
+    }
+    return QString();
+}
+
 bool isPrefix(const QStringList &part, const QStringList &whole)
 {
     return part.size() <= whole.size() && whole.first(part.size()) == part;
@@ -91,6 +158,7 @@ class LogCrashTest : public QObject {
 private Q_SLOTS:
     void init() { failOnWarnings(); }
     void killAtAnyByteLeavesAWholePrefix();
+    void killAtAnyByteOfARealFight();
     void killBetweenWritesOfAnAppendLeavesACleanLog();
     void fullDiskStopsNoFight();
     void whatWaitsIsWrittenAtTheEnd();
@@ -103,27 +171,46 @@ void LogCrashTest::killAtAnyByteLeavesAWholePrefix()
     fight.playHundredEvents();
     QCOMPARE(LoggedEvent::readLog(fight.disk.bytes), fight.events());
 
-    // Before the header stands there are no events, and from then on the command that was being
-    // written is either there or not. One that takes the place of older events may leave neither.
-    QStringList before;
-    qsizetype write = 0;
-    for (const Fight::State &state : std::as_const(fight.states)) {
-        const QStringList kept = state.log.first(state.log.size() - 1);
-        for (; write < state.writes; ++write) {
-            const qsizetype length = fight.disk.writes.at(write).bytes.size();
-            for (qsizetype part = 0; part < length; ++part) {
-                const QStringList left = LoggedEvent::readLog(fight.disk.afterKill(write, part));
-                if (left == before || left == state.log || (state.overwrites && left == kept))
-                    continue;
-                QFAIL(qPrintable(QStringLiteral("after %1 bytes of write %2 (%3): %4")
-                                     .arg(part)
-                                     .arg(write)
-                                     .arg(state.log.last(), left.join(u' '))));
-            }
-        }
-        QCOMPARE(LoggedEvent::readLog(fight.disk.afterKill(write, 0)), state.log);
-        before = state.log;
+    QCOMPARE(firstBrokenKill(fight.disk, fight.states, readEvents), QString());
+}
+
+// The same with a fight's own events, record by record as bytes.
+void LogCrashTest::killAtAnyByteOfARealFight()
+{
+    TestFight fight;
+    RecordedDisk disk;
+    theHistory->setDeviceFactory([&disk](const QString &) { return new RecordingDevice(&disk); });
+    QList<Fight::State> states;
+    const auto play = [&](auto makeEvent) {
+        const bool overwrites = theHistory->canStepForward();
+        theHistory->doEvent(makeEvent(theHistory->getStream()));
+        states << Fight::State {readRecords(disk.bytes), disk.writes.size(), overwrites};
+        QCOMPARE(states.last().log.size(), theHistory->eventCount());
+    };
+    const QList<Creature *> party = TestFight::creatures(
+        {QStringLiteral("Aria"), QStringLiteral("Borin"), QStringLiteral("Cleo")});
+    Creature *rat = TestFight::creature(QStringLiteral("Rat (1)"));
+    play([&](ObjectStream *stream) {
+        return new SetPartyEvent(CreatureList(party), false, {}, stream);
+    });
+    play([&](ObjectStream *stream) {
+        return new AddMonsterEvent(CreatureList(QList<Creature *> {rat}), false, {}, stream);
+    });
+    play([&](ObjectStream *stream) {
+        return new StartEncounterEvent({{QStringLiteral("Aria"), 20, 1}},
+                                       {{QStringLiteral("Rat"), 12, 2}}, stream);
+    });
+    for (int turn = 0; turn < 25; ++turn) {
+        Creature *hero = party.at(turn % party.size());
+        play([&](ObjectStream *stream) { return new NextTurnEvent(stream, false); });
+        play([&](ObjectStream *stream) { return new DamageEvent(rat, hero, turn, stream); });
+        play([&](ObjectStream *stream) { return new HealEvent(hero, party, 1, turn, stream); });
+        play([&](ObjectStream *stream) { return new TotalDefenseEvent(hero, stream); });
+        for (int back = 0; back < turn % 4; ++back)
+            theHistory->stepBack();
     }
+    QVERIFY(states.size() > 100);
+    QCOMPARE(firstBrokenKill(disk, states, readRecords), QString());
 }
 
 void LogCrashTest::killBetweenWritesOfAnAppendLeavesACleanLog()
