@@ -459,6 +459,13 @@ void MainWindow::onShowAndHide()
     }
 }
 
+void MainWindow::onSetAlias()
+{
+    editAlias(selectedCreatures());
+}
+
+void MainWindow::editAlias(const QList<Creature *> &) { }
+
 void MainWindow::setAliasShown(const QList<Creature *> &creatures, bool show)
 {
     for (Creature *creature : creatures) {
@@ -491,6 +498,8 @@ void MainWindow::moveInitiative(int delta)
     if (appendEvent<AdjustInitiativeEvent>(creatures, delta))
         m_listModel->setSelectedRows(newRows);
 }
+
+void MainWindow::onShortRest() { }
 
 void MainWindow::onExtendedRest()
 {

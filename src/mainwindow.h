@@ -14,6 +14,7 @@
 class CreatureList;
 class CreatureListModel;
 class CreatureTableView;
+class EffectListModel;
 class EventListModel;
 class FlatDialog;
 class InitiativeDialog;
@@ -66,6 +67,8 @@ public:
     void moveInitiative(int delta);
     // Shows or hides the aliases of those creatures that have one and don't do so yet.
     void setAliasShown(const QList<Creature *> &creatures, bool show);
+    // Asks for an alias, or for its end, and sets it for all of them.
+    void editAlias(const QList<Creature *> &creatures);
     // The turn passes on first if the current creature is among them and others stay.
     void removeCreatures(const QList<Creature *> &creatures);
     void showSelectionHelp();
@@ -104,14 +107,22 @@ public Q_SLOTS:
     void onPickParty();
     void onLoadEncounter();
     void onAddMonster();
+    void onSetAlias();
     void onRemoveCreatures();
     void onStartStopEncounter();
     void onNextTurn();
     void onStepBack();
     void onStepForward();
+    void onAddConditionOrEffect();
+    // Takes the effect at `index` off the first selected creature; a bad index does nothing.
+    void removeCondEffect(int index);
     void onShowAndHide();
+    void onDelay();
+    void onReady();
+    void onJumpIn();
     void onUpInitiative();
     void onDownInitiative();
+    void onShortRest();
     void onExtendedRest();
     void onHPValueChanged();
     void onHit();
@@ -137,10 +148,16 @@ private:
         QAction *stepForward = nullptr;
         QAction *startStop = nullptr;
         QAction *nextTurn = nullptr;
+        QAction *conditions = nullptr;
         QAction *showHide = nullptr;
+        QAction *setAlias = nullptr;
         QAction *remove = nullptr;
+        QAction *delay = nullptr;
+        QAction *ready = nullptr;
+        QAction *jumpIn = nullptr;
         QAction *upInitiative = nullptr;
         QAction *downInitiative = nullptr;
+        QAction *shortRest = nullptr;
         QAction *extendedRest = nullptr;
         QAction *quit = nullptr;
         QAction *about = nullptr;
@@ -169,6 +186,7 @@ private:
     // --- states of the actions (mainwindowupdates.cpp); all off while a dialog is active ---
     void updateHistoryActions();
     void updateEncounterActions();
+    void updateJumpInAction();
     void updateRosterActions();
     void updateHealthActions();
     void updateStartStopAction();
@@ -181,6 +199,7 @@ private:
     void stopEncounter();
     // False when the DM cancelled the saving throws; nothing has happened then.
     bool endTurn(bool skipSaves, bool canCancel);
+    // The saves that are due at the end of the creature's turn, its death save included.
     bool askSavingThrows(Creature *creature, bool canCancel);
     void advanceTurn();
     // Makes the next creature the current one. False when nobody is there or the log failed.

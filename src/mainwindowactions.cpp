@@ -115,12 +115,29 @@ void MainWindow::createActions()
         {&Actions::nextTurn, "nextTurn", QT_TR_NOOP("&Next Turn"), key("Ctrl+N"), "next-turn32.png",
          QT_TR_NOOP("End the current turn, and start the next turn"), &MainWindow::onNextTurn,
          false},
+        {&Actions::conditions, "conditions", QT_TR_NOOP("Conditions && Effects..."), key("Ctrl+A"),
+         "conditions-effects32.png",
+         QT_TR_NOOP("Apply damage, conditions, effects to selected targets"),
+         &MainWindow::onAddConditionOrEffect, false},
         {&Actions::showHide, "showHide", QT_TR_NOOP("Hide Creatures"), key("Ctrl+H"), "hide32.png",
          QT_TR_NOOP("Hide a creature so that it is no longer visible to players"),
          &MainWindow::onShowAndHide, false},
+        {&Actions::setAlias, "setAlias", QT_TR_NOOP("Set Alias"), key("Ctrl+Shift+A"),
+         "alias32.png", QT_TR_NOOP("Set an alias for monsters and characters"),
+         &MainWindow::onSetAlias, false},
         {&Actions::remove, "remove", QT_TR_NOOP("Remove Creatures"), key("Ctrl+R"), "trash32.png",
          QT_TR_NOOP("Remove monsters or characters from the encounter"),
          &MainWindow::onRemoveCreatures, false},
+        {&Actions::delay, "delay", QT_TR_NOOP("Delay Turn"), key("Ctrl+D"), "delay-turn32.png",
+         QT_TR_NOOP("Delay the current turn and jump in before the start of the next turn"),
+         &MainWindow::onDelay, false},
+        // Shares its key with "Remove Creatures": it does neither until one of them is disabled.
+        {&Actions::ready, "ready", QT_TR_NOOP("Ready Action"), key("Ctrl+R"), "ready-action32.png",
+         QT_TR_NOOP("Ready a standard action that will be triggered, by jump in, later"),
+         &MainWindow::onReady, false},
+        {&Actions::jumpIn, "jumpIn", QT_TR_NOOP("Jump In"), key("Ctrl+J"), "jump-in32.png",
+         QT_TR_NOOP("Start a delayed turn or trigger a prepared action"), &MainWindow::onJumpIn,
+         false},
         // The two tips say the opposite of what the list shows: up in the list means down in the
         // order of the numbers.
         {&Actions::upInitiative, "upInitiative", QT_TR_NOOP("Up Initiative"), key("Ctrl+U"),
@@ -131,6 +148,8 @@ void MainWindow::createActions()
          "initiative-down32.png",
          QT_TR_NOOP("Move monster and characters up in the initative order"),
          &MainWindow::onDownInitiative, false},
+        {&Actions::shortRest, "shortRest", nullptr, key("Ctrl+E"), "short-rest32.png", nullptr,
+         &MainWindow::onShortRest, false},
         {&Actions::extendedRest, "extendedRest", nullptr, key("Ctrl+X"), "ext-rest32.png",
          QT_TR_NOOP("Restore all party members to full health"), &MainWindow::onExtendedRest,
          false},
@@ -177,8 +196,11 @@ QAction *MainWindow::createAction(const ActionRow &row)
 
 void MainWindow::updateTerms()
 {
-    m_actions.extendedRest->setText(tr("%1...").arg(term(Term::ExtendedRest)));
     const QString surge = term(Term::HealingSurge);
+    m_actions.shortRest->setText(tr("%1...").arg(term(Term::ShortRest)));
+    m_actions.shortRest->setStatusTip(
+        tr("Spend %1s after an encounter and/or grant an %2").arg(surge, term(Term::ActionPoint)));
+    m_actions.extendedRest->setText(tr("%1...").arg(term(Term::ExtendedRest)));
     m_actions.surge->setText(tr("Spend %1").arg(surge));
     m_actions.surge->setStatusTip(tr("Add a %1 to the HP box").arg(surge));
     const QString temporary = term(Term::TemporaryHP);
@@ -194,7 +216,7 @@ void MainWindow::createToolBars()
     tracker->setObjectName(QStringLiteral("trackerToolBar"));
     tracker->addActions({a.stepBack, a.startStop, a.stepForward});
     tracker->addSeparator();
-    tracker->addAction(a.nextTurn);
+    tracker->addActions({a.nextTurn, a.delay, a.ready, a.jumpIn});
     tracker->addSeparator();
     tracker->addActions({a.upInitiative, a.downInitiative});
 
@@ -204,7 +226,7 @@ void MainWindow::createToolBars()
     m_hpBox->installEventFilter(this);
     QToolBar *actions = addToolBar(tr("Actions"));
     actions->setObjectName(QStringLiteral("actionToolBar"));
-    actions->addActions({a.showHide, a.remove});
+    actions->addActions({a.conditions, a.showHide, a.setAlias, a.remove});
     actions->addSeparator();
     actions->addWidget(m_hpBox);
     actions->addActions({a.hit, a.heal, a.surge, a.setTempHP});
@@ -213,7 +235,7 @@ void MainWindow::createToolBars()
     windows->setObjectName(QStringLiteral("windowToolBar"));
     windows->addActions({a.pickParty, a.loadEncounter, a.addMonster});
     windows->addSeparator();
-    windows->addAction(a.extendedRest);
+    windows->addActions({a.shortRest, a.extendedRest});
 }
 
 void MainWindow::createStatusBar()
@@ -268,10 +290,10 @@ void MainWindow::createMenus()
         ->addActions({a.newHistory, a.truncateHistory, a.stepBack, a.stepForward});
     menuBar()
         ->addMenu(tr("&Encounter"))
-        ->addActions(
-            {a.startStop, a.nextTurn, a.upInitiative, a.downInitiative, a.showHide, a.remove});
+        ->addActions({a.startStop, a.nextTurn, a.delay, a.ready, a.jumpIn, a.upInitiative,
+                      a.downInitiative, a.conditions, a.showHide, a.setAlias, a.remove});
     menuBar()->addMenu(tr("Hea&lth"))->addActions({a.hit, a.heal, a.surge, a.setTempHP});
-    menuBar()->addMenu(tr("&Rest"))->addAction(a.extendedRest);
+    menuBar()->addMenu(tr("&Rest"))->addActions({a.shortRest, a.extendedRest});
 
     QMenu *window = menuBar()->addMenu(tr("&Window"));
     window->addAction(a.dmsWindow);

@@ -25,6 +25,7 @@ void MainWindow::updateActions()
     updateHistoryActions();
     updateRosterActions();
     updateEncounterActions();
+    updateJumpInAction();
 }
 
 void MainWindow::updateHistoryActions()
@@ -43,9 +44,23 @@ void MainWindow::updateEncounterActions()
     const bool free = !m_activeDialog;
     const bool running = theEncounter->isRunning();
     updateStartStopAction();
-    m_actions.nextTurn->setEnabled(free && running);
-    m_actions.extendedRest->setEnabled(free && !running && theEncounter->hasLivingCharacter());
+    for (QAction *action : {m_actions.nextTurn, m_actions.delay, m_actions.ready})
+        action->setEnabled(free && running);
+    for (QAction *action : {m_actions.shortRest, m_actions.extendedRest})
+        action->setEnabled(free && !running && theEncounter->hasLivingCharacter());
     updateHealthActions();
+}
+
+// With more than one who could jump in, a dialog will ask.
+void MainWindow::updateJumpInAction()
+{
+    const QList<Creature *> &creatures = theEncounter->creatures().list();
+    const auto waiting =
+        std::count_if(creatures.begin(), creatures.end(), [](const Creature *creature) {
+            return creature->isDelayed() || creature->isReadied();
+        });
+    setTextAndToolTip(m_actions.jumpIn, waiting > 1 ? tr("Jump In...") : tr("Jump In"));
+    m_actions.jumpIn->setEnabled(!m_activeDialog && waiting > 0);
 }
 
 void MainWindow::updateStartStopAction()
@@ -88,7 +103,9 @@ void MainWindow::updateHealthActions()
     m_actions.setTempHP->setEnabled(usable && hasAmount);
     m_actions.surge->setEnabled(usable && canSpend);
     m_actions.surge->setIcon(m_surgeMode ? m_icons.surgeInUse : m_icons.surge);
+    m_actions.conditions->setEnabled(!m_activeDialog && (usable || theEncounter->isRunning()));
     m_actions.showHide->setEnabled(usable);
+    m_actions.setAlias->setEnabled(usable);
     m_actions.remove->setEnabled(usable);
     m_actions.upInitiative->setEnabled(usable && theEncounter->isRunning());
     m_actions.downInitiative->setEnabled(usable && theEncounter->isRunning());
@@ -130,8 +147,11 @@ void MainWindow::refreshEncounterActions()
         updateEncounterActions();
 }
 
-// No action of the window depends on who has delayed or readied.
-void MainWindow::refreshJumpInAction() { }
+void MainWindow::refreshJumpInAction()
+{
+    if (!m_replaying)
+        updateJumpInAction();
+}
 
 void MainWindow::refreshInitiativeList()
 {

@@ -78,6 +78,27 @@ void MainWindow::onNextTurn()
         advanceTurn();
 }
 
+// The delayer makes no saving throws, and only what helps its own side ends with this turn.
+void MainWindow::onDelay()
+{
+    Creature *current = theEncounter->current();
+    if (!current || !appendEvent<DelayEvent>(current))
+        return;
+    endTurn(true, false);
+    advanceTurn();
+}
+
+void MainWindow::onReady()
+{
+    Creature *current = theEncounter->current();
+    if (!current || !appendEvent<ReadyEvent>(current))
+        return;
+    endTurn(false, false);
+    advanceTurn();
+}
+
+void MainWindow::onJumpIn() { }
+
 bool MainWindow::endTurn(bool skipSaves, bool canCancel)
 {
     Creature *current = theEncounter->current();
