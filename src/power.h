@@ -1,28 +1,20 @@
 // One power of a stat block, and how often it has been used.
 #pragma once
 
-#include <QList>
 #include <QString>
-
-// A line below a power's headline.
-struct PowerLine {
-    int kind = 0;
-    QString text;
-
-    bool operator==(const PowerLine &) const = default;
-};
+#include <QStringList>
 
 struct Power {
-    // How the headline was built: the picture in front, and the section that the power stands in.
+    // The picture in front of the headline, and the section that the power stands in.
     int icon = 0;
     int section = 0;
     // How a used power comes back at the start of its owner's turn: 1 by itself, 3 by itself after
     // the first use only, 5 to 9 by a six-sided die of at least usageKind - 3, others never.
     int usageKind = 0;
-    QString name;
-    QString keywords;
-    int flavour = 0;
-    QList<PowerLine> details;
+    QString name; // HTML, and what the log knows the power by
+    QString keywords; // HTML of what follows the name
+    bool flavour = false; // the first paragraph describes the power before its rules begin
+    QStringList details; // HTML, a paragraph each
     // 0 unused, 1 used, 2 recharged after one use, 3 used after a recharge, 4 recharged after that.
     int usageState = 0;
 

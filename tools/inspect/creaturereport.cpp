@@ -61,15 +61,14 @@ QJsonArray abilityReport(const Ability &ability)
 
 QJsonObject powerReport(const Power &power)
 {
-    QJsonArray details;
-    for (const PowerLine &line : power.details)
-        details.append(
-            QJsonObject {{QStringLiteral("kind"), line.kind}, {QStringLiteral("text"), line.text}});
     return {
-        {QStringLiteral("icon"), power.icon},           {QStringLiteral("section"), power.section},
-        {QStringLiteral("usageKind"), power.usageKind}, {QStringLiteral("name"), power.name},
-        {QStringLiteral("keywords"), power.keywords},   {QStringLiteral("flavour"), power.flavour},
-        {QStringLiteral("details"), details},
+        {QStringLiteral("icon"), power.icon},
+        {QStringLiteral("section"), power.section},
+        {QStringLiteral("usageKind"), power.usageKind},
+        {QStringLiteral("name"), power.name},
+        {QStringLiteral("keywords"), power.keywords},
+        {QStringLiteral("flavour"), power.flavour},
+        {QStringLiteral("details"), QJsonArray::fromStringList(power.details)},
     };
 }
 
