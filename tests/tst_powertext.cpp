@@ -1,0 +1,114 @@
+// Powers on their way from a reader into a record, and their header lines.
+#include <QCoreApplication>
+
+#include "powertext.h"
+#include "testhome.h"
+
+using namespace Qt::StringLiterals;
+
+class PowerTextTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { failOnWarnings(); }
+    void sortsBySection();
+    void keepsAnOpeningTextApart();
+    void mergesASecondaryAttack();
+    void showsAHeader();
+    void showsRechargeFaces();
+};
+
+static Power power(const QString &name, int section, int icon = 0, const QStringList &details = {})
+{
+    Power made;
+    made.name = name;
+    made.section = section;
+    made.icon = icon;
+    made.details = details;
+    return made;
+}
+
+void PowerTextTest::sortsBySection()
+{
+    CreatureData record;
+    const QList<std::pair<QString, int>> inserted = {{u"a"_s, 5}, {u"b"_s, 0}, {u"c"_s, 11},
+                                                     {u"d"_s, 5}, {u"e"_s, 2}, {u"f"_s, 4}};
+    const int places[] = {0, 0, 2, 2, 0, 2};
+    int next = 0;
+    for (const auto &[name, section] : inserted) {
+        insertPower(record, power(name, section, 7));
+        QCOMPARE(record.currentPower, places[next++]);
+    }
+    QString order;
+    for (const Power &each : record.powers)
+        order += each.name + QString::number(each.section) + u' ';
+    QCOMPARE(order, u"e2 b4 f4 a5 d5 c11 "_s);
+    QCOMPARE(record.powers.first().icon, 0);
+    QCOMPARE(record.powers.last().icon, 7);
+}
+
+void PowerTextTest::keepsAnOpeningTextApart()
+{
+    CreatureData record;
+    insertPower(record, power(u"Pit"_s, 1, 14, {u"It is deep."_s, u" And wet."_s}));
+    Power second = power(u"Lid"_s, 1);
+    second.keywords = u"thin"_s;
+    insertPower(record, second);
+    QCOMPARE(record.unplacedText,
+             u"<i>Pit<br>It is deep. And wet.<i><br><i>Lid &bull; thin<br><i>"_s);
+    QVERIFY(record.powers.isEmpty());
+}
+
+void PowerTextTest::mergesASecondaryAttack()
+{
+    CreatureData record;
+    insertPower(record, power(u"Lost"_s, 5, 13));
+    QVERIFY(record.powers.isEmpty());
+    insertPower(record, power(u"Late"_s, 9, 4));
+    insertPower(record, power(u"Bite"_s, 5, 4, {u"1d6"_s}));
+    insertPower(record, power(u"Secondary"_s, 9, 13, {u"Prone."_s}));
+    QCOMPARE(record.powers.size(), 2);
+    QCOMPARE(record.powers[0].details, (QStringList {u"1d6"_s, u"Secondary"_s, u"Prone."_s}));
+    Power own = power(u"Own"_s, 5, 13);
+    own.keywords = u"fire"_s;
+    insertPower(record, own);
+    QCOMPARE(record.powers.size(), 3);
+}
+
+void PowerTextTest::showsAHeader()
+{
+    struct Case {
+        int icon, usageKind, usageState;
+        bool crossedOut;
+        const char *keywords, *expected;
+    };
+    const Case cases[] = {
+        {0, 2, 0, false, "", "<b>Bite</b>"},
+        {1, 2, 2, false, "(x)", "<img src=':/images/stats/Z2a.gif'> <b>Bite</b> (x)"},
+        {2, 0, 0, false, "", "<img src=''> <b>Bite</b>"},
+        {12, 9, 3, false, "", "<img src=':/images/stats/M_R.png'> <s><b>Bite</b></s>"},
+        {11, 9, 3, true, "", "<img src=':/images/stats/aura.png'> <b>Bite</b>"},
+        {9, 4, 4, true, "", "<img src=':/images/stats/S1.gif'> <s><b>Bite</b></s>"},
+        {99, 1, 1, false, "", "<img src=''> <b>Bite</b></s>"},
+    };
+    for (const Case &each : cases) {
+        Power shown = power(u"Bite"_s, 5, each.icon);
+        shown.usageKind = each.usageKind;
+        shown.usageState = each.usageState;
+        shown.keywords = QLatin1String(each.keywords);
+        QCOMPARE(powerHeaderHtml(shown, each.crossedOut), QLatin1String(each.expected));
+    }
+}
+
+void PowerTextTest::showsRechargeFaces()
+{
+    const QString six = u" <img src=':/images/stats/6a.gif'>"_s;
+    QCOMPARE(rechargeImages(5), u" <img src=':/images/stats/5a.gif'>"_s + six);
+    QCOMPARE(rechargeImages(1), rechargeImages(2));
+    QCOMPARE(rechargeImages(6), six);
+    QCOMPARE(rechargeImages(7) + rechargeImages(0), QString());
+}
+
+MORVANE_TEST_MAIN(QCoreApplication, PowerTextTest)
+
+#include "tst_powertext.moc"
