@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDockWidget>
 #include <QLabel>
 #include <QSettings>
 #include <QSpinBox>
@@ -16,6 +17,7 @@
 #include "creaturelistmodel.h"
 #include "creaturetableview.h"
 #include "datafolder.h"
+#include "effectlistmodel.h"
 #include "eventlistmodel.h"
 #include "flatdialog.h"
 #include "initiativedialog.h"
@@ -187,6 +189,12 @@ void MainWindow::clearSelection()
     m_listModel->clearSelection();
 }
 
+void MainWindow::showSelectedEffects()
+{
+    const QList<Creature *> creatures = selectedCreatures();
+    m_effectModel->setCreature(creatures.size() == 1 ? creatures.first() : nullptr);
+}
+
 // --- dialogs in place of the list ---
 
 void MainWindow::setFlatDialog(const QString &title, FlatDialog *dialog)
@@ -268,6 +276,16 @@ void MainWindow::activateMainWindow()
     show();
     raise();
     activateWindow();
+}
+
+void MainWindow::toggleHistoryWindow()
+{
+    m_historyDockOff = m_historyDock->isHidden();
+}
+
+void MainWindow::toggleEffectsWindow()
+{
+    m_effectsDockOff = m_effectsDock->isHidden();
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)

@@ -19,6 +19,7 @@ class EventListModel;
 class FlatDialog;
 class InitiativeDialog;
 class PreparedEncounter;
+class QAbstractItemView;
 class QDockWidget;
 class QLabel;
 class QSpinBox;
@@ -103,6 +104,8 @@ public Q_SLOTS:
     void onNewHistory();
     void onTruncateHistory();
     void activateMainWindow();
+    void toggleHistoryWindow();
+    void toggleEffectsWindow();
     void onFocusChanged(QWidget *old, QWidget *now);
     void onPickParty();
     void onLoadEncounter();
@@ -178,6 +181,8 @@ private:
     QAction *createAction(const ActionRow &row);
     void createToolBars();
     void createStatusBar();
+    QDockWidget *createDock(const QString &name, const QString &title, QAbstractItemView *content,
+                            Qt::DockWidgetArea area);
     void createDocks();
     void createMenus();
     void connectSignals();
@@ -215,6 +220,8 @@ private:
     void addEncounter(const PreparedEncounter &encounter, bool hidden);
     void replaceEncounter(const PreparedEncounter &encounter, bool hidden);
     void endHealthFlow();
+    // The dock shows the effects of the one selected creature.
+    void showSelectedEffects();
 
     std::unique_ptr<CoreObjects> m_core;
     Actions m_actions;
@@ -222,7 +229,12 @@ private:
     CreatureListModel *m_listModel = nullptr;
     CreatureTableView *m_table = nullptr;
     EventListModel *m_eventModel = nullptr;
+    EffectListModel *m_effectModel = nullptr;
     QDockWidget *m_historyDock = nullptr;
+    QDockWidget *m_effectsDock = nullptr;
+    // The DM has closed that dock.
+    bool m_historyDockOff = false;
+    bool m_effectsDockOff = false;
     QStackedWidget *m_pages = nullptr;
     QLabel *m_dialogTitle = nullptr;
     ResizableScrollArea *m_dialogArea = nullptr;

@@ -18,7 +18,10 @@
 #include "creature.h"
 #include "creaturelistmodel.h"
 #include "creaturetableview.h"
+#include "effectlistmodel.h"
+#include "encounter.h"
 #include "eventlistmodel.h"
+#include "history.h"
 #include "mainwindow.h"
 #include "smallwidgets.h"
 #include "switchboard.h"
@@ -28,7 +31,8 @@ namespace {
 
 constexpr int MaxHPInBox = 500;
 constexpr QSize DefaultSize(1120, 700);
-constexpr int DefaultDockWidth = 300;
+constexpr int HistoryDockWidth = 300;
+constexpr int EffectsDockWidth = 260;
 
 QIcon image(const char *file)
 {
@@ -270,11 +274,28 @@ void MainWindow::createDocks()
     m_eventModel->setView(list);
     m_eventModel->attachHistory();
 
-    m_historyDock = new QDockWidget(tr("History"), this);
-    m_historyDock->setObjectName(QStringLiteral("historyWidget"));
-    m_historyDock->setWidget(list);
-    addDockWidget(Qt::LeftDockWidgetArea, m_historyDock);
-    resizeDocks({m_historyDock}, {DefaultDockWidth}, Qt::Horizontal);
+    auto *effects = new QTableView;
+    effects->setObjectName(QStringLiteral("effectsList"));
+    effects->setFocusPolicy(Qt::NoFocus);
+    m_effectModel = new EffectListModel(this);
+    m_effectModel->attachTo(effects);
+
+    m_historyDock =
+        createDock(QStringLiteral("historyWidget"), tr("History"), list, Qt::LeftDockWidgetArea);
+    m_effectsDock = createDock(QStringLiteral("effectsWidget"), tr("Conditions and Effects"),
+                               effects, Qt::RightDockWidgetArea);
+    resizeDocks({m_historyDock, m_effectsDock}, {HistoryDockWidth, EffectsDockWidth},
+                Qt::Horizontal);
+}
+
+QDockWidget *MainWindow::createDock(const QString &name, const QString &title,
+                                    QAbstractItemView *content, Qt::DockWidgetArea area)
+{
+    auto *dock = new QDockWidget(title, this);
+    dock->setObjectName(name);
+    dock->setWidget(content);
+    addDockWidget(area, dock);
+    return dock;
 }
 
 void MainWindow::createMenus()
@@ -298,6 +319,7 @@ void MainWindow::createMenus()
     QMenu *window = menuBar()->addMenu(tr("&Window"));
     window->addAction(a.dmsWindow);
     window->addAction(m_historyDock->toggleViewAction());
+    window->addAction(m_effectsDock->toggleViewAction());
 
     menuBar()->addSeparator();
     menuBar()->addMenu(tr("Hel&p"))->addAction(a.about);
@@ -309,8 +331,18 @@ void MainWindow::connectSignals()
     connect(m_hpBox, &QSpinBox::valueChanged, this, &MainWindow::onHPValueChanged);
     connect(this, &MainWindow::doCreatureEffectsChanged, switchBoard(),
             &SwitchBoard::doCreatureEffectsChanged);
+    connect(m_historyDock->toggleViewAction(), &QAction::triggered, this,
+            &MainWindow::toggleHistoryWindow);
+    connect(m_effectsDock->toggleViewAction(), &QAction::triggered, this,
+            &MainWindow::toggleEffectsWindow);
+    // Behind the list, which brings the selection in line with the encounter first.
+    connect(theEncounter, &Encounter::doCreatureCountChanged, this,
+            &MainWindow::showSelectedEffects);
+    connect(theHistory, &History::doHistoryChanged, this, &MainWindow::showSelectedEffects);
     // A jump within the history tells nothing else when it has ended.
     connect(switchBoard(), &SwitchBoard::doEnableWidgetDisplay, this, &MainWindow::updateActions);
+    connect(switchBoard(), &SwitchBoard::doEnableWidgetDisplay, this,
+            &MainWindow::showSelectedEffects);
     connect(m_refreshTimer, &QTimer::timeout, switchBoard(), &SwitchBoard::doRefreshTimer);
 }
 
@@ -321,4 +353,6 @@ void MainWindow::restoreLayout()
     const QSettings settings;
     restoreGeometry(settings.value(QStringLiteral("mainWindow/geometry")).toByteArray());
     restoreState(settings.value(QStringLiteral("mainWindow/state")).toByteArray());
+    toggleHistoryWindow();
+    toggleEffectsWindow();
 }

@@ -1,0 +1,233 @@
+// links: morvane_ui
+// The dock with the effects of the selected creature, as a user works it.
+#include <QAbstractItemModelTester>
+#include <QDockWidget>
+#include <QMenuBar>
+
+#include "effect.h"
+#include "effectevents.h"
+#include "fightfixture.h"
+#include "testhome.h"
+
+class EffectListTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void showsTheOneSelectedCreature();
+    void followsTheHistory();
+    void clickRemovesThatEffect();
+    void clickInTheTextOrDuringADialogDoesNothing();
+    void iconsLookDisabledDuringADialog();
+    void survivesWhatItShows_data();
+    void survivesWhatItShows();
+    void docksAreToggledAndRemembered();
+
+private:
+    void put(int row, EffectType::Code type) const
+    {
+        appendEvent<EffectEvent>(nullptr, QList<Creature *> {theEncounter->at(row)}, QString(),
+                                 EffectEnd::Special, type);
+    }
+    QTableView *list() const
+    {
+        return m_fight->window().findChild<QTableView *>(QStringLiteral("effectsList"));
+    }
+    QStringList texts() const
+    {
+        QStringList result;
+        for (int row = 0; row < list()->model()->rowCount(); ++row)
+            result << list()->model()->index(row, 1).data().toString().section(u' ', 0, 0);
+        return result;
+    }
+    void clickIn(int row, int column) const
+    {
+        const QPoint place = list()->visualRect(list()->model()->index(row, column)).center();
+        QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, place);
+    }
+    QDockWidget *dock(const char *name) const
+    {
+        return m_fight->window().findChild<QDockWidget *>(QLatin1String(name));
+    }
+
+    std::unique_ptr<FightFixture> m_fight;
+    std::unique_ptr<QAbstractItemModelTester> m_tester;
+};
+
+void EffectListTest::init()
+{
+    failOnWarnings();
+    m_fight = std::make_unique<FightFixture>();
+    m_fight->folder.addCharacter(QStringLiteral("Aria"));
+    m_fight->folder.addMonster(QStringLiteral("Rat"));
+    m_fight->open();
+    m_tester = std::make_unique<QAbstractItemModelTester>(
+        list()->model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
+    m_fight->setParty();
+    m_fight->addMonster(QStringLiteral("Rat"), QStringLiteral("1"));
+    for (const auto type : {EffectType::Dazed, EffectType::Prone, EffectType::Slowed})
+        put(0, type);
+    put(1, EffectType::Blinded);
+}
+
+void EffectListTest::cleanup()
+{
+    m_tester.reset();
+    m_fight.reset();
+}
+
+void EffectListTest::showsTheOneSelectedCreature()
+{
+    QCOMPARE(texts(), QStringList());
+    m_fight->click(0);
+    QCOMPARE(texts(), QStringList({"Dazed", "Prone", "Slowed"}));
+    m_fight->click(1, Qt::ControlModifier);
+    QCOMPARE(texts(), QStringList());
+    m_fight->click(1);
+    QCOMPARE(texts(), QStringList({"Blinded"}));
+    m_fight->window().clearSelection();
+    QCOMPARE(texts(), QStringList());
+}
+
+void EffectListTest::followsTheHistory()
+{
+    m_fight->click(0);
+    put(0, EffectType::Weakened);
+    put(1, EffectType::Weakened);
+    QCOMPARE(texts(), QStringList({"Dazed", "Prone", "Slowed", "Weakened"}));
+    for (int step = 0; step < 4; ++step)
+        m_fight->action("stepBack")->trigger();
+    QCOMPARE(texts(), QStringList({"Dazed", "Prone"}));
+    theHistory->moveTo(theHistory->eventCount() - 1);
+    QCOMPARE(texts(), QStringList({"Dazed", "Prone", "Slowed", "Weakened"}));
+    // An undone event takes its effect with it when another one replaces it.
+    m_fight->action("stepBack")->trigger();
+    m_fight->action("stepBack")->trigger();
+    put(0, EffectType::Stunned);
+    QCOMPARE(texts(), QStringList({"Dazed", "Prone", "Slowed", "Stunned"}));
+}
+
+void EffectListTest::clickRemovesThatEffect()
+{
+    m_fight->click(0);
+    const int before = theHistory->eventCount();
+    clickIn(1, 0);
+    QCOMPARE(FightFixture::eventClasses(before), QStringList({"RemoveOnGoing"}));
+    QCOMPARE(texts(), QStringList({"Dazed", "Slowed"}));
+    m_fight->action("stepBack")->trigger();
+    QCOMPARE(texts(), QStringList({"Dazed", "Prone", "Slowed"}));
+    m_fight->action("stepForward")->trigger();
+    QCOMPARE(texts(), QStringList({"Dazed", "Slowed"}));
+    // The keys still go where they went before.
+    QCOMPARE(QApplication::focusWidget(), static_cast<QWidget *>(m_fight->table()));
+}
+
+void EffectListTest::clickInTheTextOrDuringADialogDoesNothing()
+{
+    m_fight->click(0);
+    const int before = theHistory->eventCount();
+    clickIn(1, 1);
+    Answer answer(inFlatDialog<FlatDialog>([&](FlatDialog &dialog) {
+        clickIn(1, 0);
+        dialog.reject();
+    }));
+    m_fight->action("startStop")->trigger();
+    QVERIFY(answer.wasAnswered);
+    QCOMPARE(theHistory->eventCount(), before);
+    QCOMPARE(texts().size(), 3);
+}
+
+void EffectListTest::iconsLookDisabledDuringADialog()
+{
+    m_fight->click(0);
+    const auto picture = [this] {
+        return list()->grab(list()->visualRect(list()->model()->index(0, 0))).toImage();
+    };
+    const QImage usual = picture();
+    Answer answer(inFlatDialog<FlatDialog>([&](FlatDialog &dialog) {
+        QVERIFY(picture() != usual);
+        dialog.reject();
+    }));
+    m_fight->action("startStop")->trigger();
+    QVERIFY(answer.wasAnswered);
+    QCOMPARE(picture(), usual);
+}
+
+void EffectListTest::survivesWhatItShows_data()
+{
+    QTest::addColumn<int>("what");
+    QTest::newRow("the creature leaves") << 0;
+    QTest::newRow("the library is replaced") << 1;
+    QTest::newRow("the creature dies under it") << 2;
+    QTest::newRow("the fight goes back to its start") << 3;
+    QTest::newRow("the window is closed") << 4;
+}
+
+void EffectListTest::survivesWhatItShows()
+{
+    QFETCH(const int, what);
+    m_fight->click(1);
+    QCOMPARE(texts().size(), 1);
+    const QModelIndex shown = list()->model()->index(0, 1);
+    switch (what) {
+    case 0:
+        m_fight->window().removeCreatures(m_fight->window().selectedCreatures());
+        break;
+    case 1: {
+        TestDataFolder other;
+        other.addCharacter(QStringLiteral("Cleo"));
+        other.addMonster(QStringLiteral("Wolf"));
+        other.write(QStringLiteral("Encounters/rest.txt"),
+                    QStringLiteral("name=Rest\ndescription=\n"));
+        QString path = other.path();
+        QString display = path;
+        setDataFolder(path, display);
+        break;
+    }
+    case 2:
+        theEncounter->blockSignals(true); // nobody tells of it
+        theEncounter->reset();
+        theMonsters->clear();
+        break;
+    case 3:
+        theHistory->moveTo(-1);
+        break;
+    default:
+        m_tester.reset();
+        m_fight->close();
+        return;
+    }
+    QCOMPARE(texts(), QStringList());
+    QVERIFY(!shown.data().isValid());
+    list()->grab();
+}
+
+void EffectListTest::docksAreToggledAndRemembered()
+{
+    const QList<QAction *> menus = m_fight->window().menuBar()->actions();
+    const auto window = std::find_if(menus.begin(), menus.end(), [](const QAction *menu) {
+        return menu->text() == QStringLiteral("&Window");
+    });
+    const QList<QAction *> entries = (*window)->menu()->actions();
+    QCOMPARE(entries.mid(entries.size() - 2),
+             QList<QAction *>({dock("historyWidget")->toggleViewAction(),
+                               dock("effectsWidget")->toggleViewAction()}));
+    QVERIFY(dock("effectsWidget")->isVisible());
+    entries.last()->trigger();
+    dock("historyWidget")->setFloating(true);
+    m_tester.reset();
+    QVERIFY(m_fight->window().close());
+    QCoreApplication::processEvents();
+    m_fight->close();
+
+    m_fight->open();
+    QVERIFY(!dock("effectsWidget")->isVisible());
+    QVERIFY(dock("historyWidget")->isVisible() && dock("historyWidget")->isFloating());
+    dock("effectsWidget")->toggleViewAction()->trigger();
+    QVERIFY(dock("effectsWidget")->isVisible());
+}
+
+MORVANE_TEST_MAIN(QApplication, EffectListTest)
+#include "tst_effectlist.moc"
