@@ -233,9 +233,9 @@ public:
     void removeEffectsAtEndOfEncounter();
     // Rolls for each used power that may come back at the start of this creature's turn.
     void rechargePowers();
-    // Takes a dead creature out of the encounter with an event; nothing calls it in this version.
-    // With `keepTurn` false the answer tells whether the turn must be passed on.
-    bool kill(bool keepTurn);
+    // Takes a dead creature out of the encounter with an event, and ends the encounter when nobody
+    // is left. The turn passes on if it was this creature's, unless `keepTurn` is set.
+    void kill(bool keepTurn);
 
     // --- display strings (creaturesummary.cpp) ---
     QString displayName() const;

@@ -1,5 +1,6 @@
-// The rich texts of a creature in lists and panels. One idea of colour runs through all: a number
-// better than its base is blue, a worse one red.
+// The texts of a creature in lists and panels. One idea of colour runs through all: a number better
+// than its base is blue, a worse one red. What a file says is escaped in the rich ones; names and
+// the lines without a tag are plain text.
 #include "creature.h"
 
 #include "coreobjects.h"
@@ -247,7 +248,7 @@ QString Creature::actionPointsText() const
 
 QString Creature::savingThrowsText(bool compact, int *total, bool *complex) const
 {
-    const QString &text = savingThrows();
+    const QString text = savingThrows().toHtmlEscaped();
     if (compact)
         return text.isEmpty() ? QString() : tr("<b>Saving Throws </b>%1").arg(text);
     const int modifier = accumulateModifiers().savingThrows;
@@ -282,7 +283,8 @@ QString Creature::initiativeText(bool showBonus, int mode) const
 
 QString Creature::speedLine(bool maxOnly) const
 {
-    QString line = speed().isNull() ? tr("<b>Speed </b>-; ") : tr("<b>Speed </b>%1; ").arg(speed());
+    QString line = speed().isNull() ? tr("<b>Speed </b>-; ")
+                                    : tr("<b>Speed </b>%1; ").arg(speed().toHtmlEscaped());
     line += initiativeText(maxOnly, 2);
     if (initAP() == 0)
         return line;
@@ -306,7 +308,7 @@ QString Creature::sensesText() const
         line += line.isEmpty() ? item : tr("; %1").arg(item);
     };
     if (!senses().isEmpty())
-        append(senses());
+        append(senses().toHtmlEscaped());
     if (m_data.perception != NotStated)
         append(tr("<b>Perception </b>%1").arg(signedNumber(m_data.perception)));
     if (m_data.insight != NotStated)

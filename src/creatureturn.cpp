@@ -9,6 +9,7 @@
 #include "history.h"
 #include "turnevents.h"
 #include "vitalityevents.h"
+#include "windowinterface.h"
 
 namespace {
 
@@ -121,15 +122,16 @@ void Creature::rechargePowers()
     }
 }
 
-bool Creature::kill(bool keepTurn)
+void Creature::kill(bool keepTurn)
 {
     if (!theEncounter || !isDead())
-        return false;
+        return;
     const bool wasCurrent = theEncounter->current() == this;
     raise<DiedEvent>(this);
-    if (theEncounter->count() > 0)
-        return wasCurrent && !keepTurn;
-    if (ObjectStream *stream = streamForEvent())
+    if (theEncounter->count() > 0) {
+        if (wasCurrent && !keepTurn)
+            windows().advanceTurn();
+    } else if (ObjectStream *stream = streamForEvent()) {
         theHistory->doEvent(new StopEncounterEvent(stream, false));
-    return false;
+    }
 }

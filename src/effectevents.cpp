@@ -180,11 +180,7 @@ RemoveOnGoingEvent::RemoveOnGoingEvent(EventType::Code type, Creature *creature,
                                        ObjectStream *stream)
     : Event(type)
 {
-    beginWriting(stream);
-    writeCreature(stream, creature);
-    stream->writeInt(ID_ONGOING_EVENT_EFFECT, creature ? creature->indexOfEffect(effect) : -1);
-    endWriting(stream, ID_ONGOING_EVENT_END);
-    init(creature, effect);
+    init(type, creature, effect, stream);
 }
 
 RemoveOnGoingEvent::RemoveOnGoingEvent(EventType::Code type, ObjectStream *stream) : Event(type)
@@ -192,11 +188,19 @@ RemoveOnGoingEvent::RemoveOnGoingEvent(EventType::Code type, ObjectStream *strea
     Creature *creature = readCreature(stream);
     const int index = stream->readInt(ID_ONGOING_EVENT_EFFECT);
     endReading(stream, ID_ONGOING_EVENT_END);
-    init(creature, creature ? creature->effectAt(index) : nullptr);
+    init(type, creature, creature ? creature->effectAt(index) : nullptr, nullptr);
 }
 
-void RemoveOnGoingEvent::init(Creature *creature, Effect *effect)
+void RemoveOnGoingEvent::init(int eventType, Creature *creature, Effect *effect,
+                              ObjectStream *stream)
 {
+    m_type = EventType::Code(eventType);
+    if (stream) {
+        beginWriting(stream);
+        writeCreature(stream, creature);
+        stream->writeInt(ID_ONGOING_EVENT_EFFECT, creature ? creature->indexOfEffect(effect) : -1);
+        endWriting(stream, ID_ONGOING_EVENT_END);
+    }
     m_creature = creature;
     m_effect = effect;
     m_visible = effect && (isCharacter(effect->origin()) || isCharacter(effect->target()));

@@ -79,15 +79,14 @@ protected:
                        ObjectStream *stream);
     RemoveOnGoingEvent(EventType::Code type, ObjectStream *stream);
 
+    // Writes the record, unless `stream` is null.
+    virtual void init(int eventType, Creature *creature, Effect *effect, ObjectStream *stream);
     // The effect's name, or "Unknown".
     QString conditionText() const;
 
     Creature *m_creature = nullptr;
     Effect *m_effect = nullptr;
     int m_removedAt = -1;
-
-private:
-    void init(Creature *creature, Effect *effect);
 };
 
 class RemoveAtEndOfTurnEvent : public RemoveOnGoingEvent {

@@ -282,15 +282,13 @@ void Encounter::checkVitality(History *history)
         logOutsideChanges(creature, history, stream);
 }
 
-bool Encounter::removeDead(bool keepTurn)
+void Encounter::removeDead(bool keepTurn)
 {
-    bool mustPassTurn = false;
     for (int i = count() - 1; i >= 0; --i) {
         Creature *creature = at(i);
         if (creature && creature->isDead())
-            mustPassTurn |= creature->kill(keepTurn);
+            creature->kill(keepTurn);
     }
-    return mustPassTurn;
 }
 
 void Encounter::updateRoundText() const

@@ -98,9 +98,9 @@ public:
     bool isVitalityStale() const { return m_vitalityStale; }
     // Logs any change that was made outside the history, before the event of a command.
     void checkVitality(History *history);
-    // Takes each dead creature out with an event; nothing calls it in this version. The answer
-    // tells whether the turn must be passed on, which is never so with `keepTurn`.
-    bool removeDead(bool keepTurn);
+    // Takes each dead creature out with an event; nothing calls it in this version. The turn passes
+    // on when it was the current one's, unless `keepTurn` is set.
+    void removeDead(bool keepTurn);
     // Has the count signal raised without a change, when the selection changed.
     void notifyCountChanged() { Q_EMIT doCreatureCountChanged(); }
 

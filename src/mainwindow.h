@@ -206,7 +206,7 @@ private:
     bool endTurn(bool skipSaves, bool canCancel);
     // The saves that are due at the end of the creature's turn, its death save included.
     bool askSavingThrows(Creature *creature, bool canCancel);
-    void advanceTurn();
+    void advanceTurn() override;
     // Makes the next creature the current one. False when nobody is there or the log failed.
     bool passTurn();
     // What the start of the turn raises for the creature whose turn it now is.

@@ -9,6 +9,7 @@
 #include "encounter.h"
 #include "event.h"
 #include "history.h"
+#include "scriptedwindows.h"
 #include "terms.h"
 #include "testdata.h"
 #include "testhome.h"
@@ -376,17 +377,21 @@ void TestEffect::powersRecharge()
 
 void TestEffect::theDeadCanLeave()
 {
-    QVERIFY(!m_rat->kill(false));
+    ScriptedWindows windows;
+    m_rat->kill(false);
     QCOMPARE(theHistory->eventCount(), 0);
     m_rat->takeDamage(50, m_aria.get());
-    QVERIFY(!m_rat->kill(false));
+    m_rat->kill(false);
     QVERIFY(!theEncounter->contains(m_rat.get()));
     QVERIFY(theEncounter->fallen().contains(m_rat.get()));
     // The current creature's turn must be passed on, unless told otherwise.
+    QCOMPARE(windows.turnsPassed, 0);
     m_aria->takeDamage(100, nullptr);
-    QVERIFY(theEncounter->removeDead(false));
+    theEncounter->removeDead(false);
+    QCOMPARE(windows.turnsPassed, 1);
     m_bren->takeDamage(100, nullptr);
-    QVERIFY(!theEncounter->removeDead(true));
+    theEncounter->removeDead(true);
+    QCOMPARE(windows.turnsPassed, 1);
     QVERIFY(!theEncounter->isRunning());
     QCOMPARE(theHistory->eventText(theHistory->position()), u"* Stop Encounter *"_s);
     theHistory->moveTo(-1);

@@ -1,10 +1,8 @@
 // links: morvane_ui
-// The commands of the turn cycle: which events each makes, and in which order.
-#include "effect.h"
-#include "effectevents.h"
+// The commands of the turn cycle: who gets the turn, who leaves and who joins. What a turn raises,
+// line by line, stands in tst_turnorder.cpp.
 #include "fightfixture.h"
 #include "testhome.h"
-#include "turnevents.h"
 #include "vitalityevents.h"
 
 class TurnsTest : public QObject {
@@ -18,11 +16,7 @@ private Q_SLOTS:
     void startCanBeCancelled();
     void nextTurnCountsRounds();
     void nextTurnPassesOverTheDead();
-    void turnStartsInOrder();
-    void effectsEndWithTheTurn();
-    void delayRunsOut();
     void oneRoundWhereNobodyCanAct();
-    void stopEndsEffectsAndRemovesMonsters();
     void removing_data();
     void removing();
     void newcomersJoinBehindTheCurrentCreature();
@@ -32,7 +26,6 @@ private:
     void start();
     void kill(Creature *creature);
     void nextTurn() { m_fight->action("nextTurn")->trigger(); }
-    void addEffect(Creature *origin, Creature *target, int end, int type, int amount = 0);
 
     std::unique_ptr<FightFixture> m_fight;
     Creature *m_aria = nullptr;
@@ -68,11 +61,6 @@ void TurnsTest::kill(Creature *creature)
 {
     appendEvent<DamageEvent>(nullptr, creature, 100);
     QVERIFY(creature->isDead());
-}
-
-void TurnsTest::addEffect(Creature *origin, Creature *target, int end, int type, int amount)
-{
-    appendEvent<EffectEvent>(origin, QList<Creature *> {target}, QString(), end, type, amount);
 }
 
 void TurnsTest::startGivesTheTurnToTheFirstWhoCanAct()
@@ -120,45 +108,6 @@ void TurnsTest::nextTurnPassesOverTheDead()
     QCOMPARE(theEncounter->current(), m_bram);
 }
 
-void TurnsTest::turnStartsInOrder()
-{
-    start();
-    addEffect(m_aria, m_rat, EffectEnd::Special, EffectType::Regeneration, 2);
-    addEffect(m_aria, m_bram, EffectEnd::StartOfOriginsTurn, EffectType::Slowed);
-    addEffect(m_rat, m_bram, EffectEnd::StartOfOriginsTurn, EffectType::Dazed);
-    addEffect(m_aria, m_rat, EffectEnd::SaveEnds, EffectType::OngoingDamage, -5);
-    const int before = theHistory->eventCount();
-    nextTurn();
-    QCOMPARE(FightFixture::eventClasses(before),
-             QStringList({"NextTurn", "OnGoingDamage", "Regeneration", "RemoveAtStartOfTurn"}));
-    QCOMPARE(m_rat->currHP(), 20 - 5 + 2);
-    QCOMPARE(m_bram->effectCount(), 1); // Aria's, which ends with her next turn's start
-}
-
-void TurnsTest::effectsEndWithTheTurn()
-{
-    start();
-    addEffect(m_rat, m_rat, EffectEnd::EndOfTargetsTurn, EffectType::Dazed);
-    addEffect(m_rat, m_aria, EffectEnd::EndOfOriginsTurn, EffectType::Slowed);
-    nextTurn();
-    const int before = theHistory->eventCount();
-    nextTurn();
-    QCOMPARE(FightFixture::eventClasses(before),
-             QStringList({"RemoveAtEndOfTurn", "RemoveAtEndOfTurn", "NextTurn"}));
-    QCOMPARE(m_rat->effectCount() + m_aria->effectCount(), 0);
-}
-
-void TurnsTest::delayRunsOut()
-{
-    start();
-    appendEvent<DelayEvent>(m_rat);
-    const int before = theHistory->eventCount();
-    nextTurn();
-    QCOMPARE(FightFixture::eventClasses(before), QStringList({"JumpIn"}));
-    QCOMPARE(theEncounter->current(), m_rat);
-    QVERIFY(!m_rat->isDelayed());
-}
-
 void TurnsTest::oneRoundWhereNobodyCanAct()
 {
     start();
@@ -169,20 +118,6 @@ void TurnsTest::oneRoundWhereNobodyCanAct()
     QCOMPARE(FightFixture::eventClasses(before), QStringList({"NextTurn", "NextTurn", "NextTurn"}));
     QCOMPARE(theEncounter->round(), 2);
     QCOMPARE(theEncounter->current(), m_aria);
-}
-
-void TurnsTest::stopEndsEffectsAndRemovesMonsters()
-{
-    start();
-    addEffect(m_rat, m_aria, EffectEnd::Special, EffectType::Marked);
-    addEffect(m_rat, m_aria, EffectEnd::SaveEnds, EffectType::Dazed);
-    const int before = theHistory->eventCount();
-    m_fight->action("startStop")->trigger();
-    QCOMPARE(FightFixture::eventClasses(before),
-             QStringList({"RemoveAtEndOfEncounter", "StopEncounter", "RemoveCreatures"}));
-    QCOMPARE(m_aria->effectCount(), 1);
-    QCOMPARE(m_aria->effectAt(0)->type(), int(EffectType::Marked));
-    QCOMPARE(FightFixture::order(), QStringList({"Aria", "Bram"}));
 }
 
 void TurnsTest::removing_data()

@@ -24,6 +24,7 @@ public:
     void setRoundText(const QString &html) override { roundText = html; }
     void setEncounterText(const QString &html) override { encounterText = html; }
     void setLogBehind(bool behind) override { logBehind = behind; }
+    void advanceTurn() override { ++turnsPassed; }
     void hideForReplay() override { ++hidden; }
     void showAfterReplay() override { --hidden; }
     int partySize() const override { return party; }
@@ -40,6 +41,7 @@ public:
     QString roundText;
     QString encounterText;
     bool logBehind = false;
+    int turnsPassed = 0;
     int hidden = 0;
     int party = 5;
 };

@@ -1,0 +1,149 @@
+// links: morvane_ui
+// What each command of the turn cycle puts into the history, line by line: one fight in which
+// everything is due that a turn can raise.
+#include "effect.h"
+#include "effectevents.h"
+#include "fightfixture.h"
+#include "history.h"
+#include "testhome.h"
+
+class TurnOrderTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup() { m_fight.reset(); }
+    void commands_data();
+    void commands();
+
+private:
+    void addEffect(Creature *origin, Creature *target, int type, int end, int amount = 0);
+    void run(const QString &command);
+    static QStringList textsFrom(int first);
+
+    std::unique_ptr<FightFixture> m_fight;
+    Creature *m_aria = nullptr;
+    Creature *m_bram = nullptr;
+    Creature *m_rat = nullptr;
+};
+
+// Aria, whose turn it is, the rat, Bram. The effects are older than the encounter, so that none
+// waits for a later turn.
+void TurnOrderTest::init()
+{
+    failOnWarnings();
+    m_fight = std::make_unique<FightFixture>();
+    m_fight->folder.addCharacter(QStringLiteral("Aria"));
+    m_fight->folder.addCharacter(QStringLiteral("Bram"));
+    m_fight->folder.addMonster(QStringLiteral("Rat"));
+    m_fight->open();
+    m_fight->setParty();
+    m_fight->addMonster(QStringLiteral("Rat"), QStringLiteral("A"));
+    m_aria = theEncounter->at(0);
+    m_bram = theEncounter->at(1);
+    m_rat = theEncounter->at(2);
+
+    addEffect(m_rat, m_aria, EffectType::Stunned, EffectEnd::EndOfTargetsTurn);
+    addEffect(nullptr, m_aria, EffectType::Phasing, EffectEnd::EndOfTargetsTurn);
+    addEffect(m_rat, m_aria, EffectType::Dazed, EffectEnd::StartOfOriginsTurn);
+    addEffect(m_rat, m_bram, EffectType::Slowed, EffectEnd::StartOfOriginsTurn);
+    addEffect(m_aria, m_bram, EffectType::Weakened, EffectEnd::StartOfOriginsTurn);
+    addEffect(m_aria, m_rat, EffectType::Regeneration, EffectEnd::Special, 2);
+    addEffect(m_aria, m_rat, EffectType::OngoingDamage, EffectEnd::Special, -5);
+    addEffect(m_aria, m_rat, EffectType::Concealment, EffectEnd::EndOfOriginsTurn);
+    addEffect(nullptr, m_rat, EffectType::OngoingDamage, EffectEnd::Special, -3);
+    addEffect(m_aria, m_rat, EffectType::Prone, EffectEnd::EndOfOriginsTurn);
+
+    CreatureData data = m_rat->data();
+    const std::tuple<const char *, int, int> powers[] = {
+        {"Claw", 1, 0}, {"Bite", 1, 1}, {"Roar", 3, 3}, {"Howl", 6, 1}, {"Swarm", 0, 1}};
+    for (const auto &[name, kind, state] : powers) {
+        Power power;
+        power.name = QLatin1String(name);
+        power.usageKind = kind;
+        power.usageState = state;
+        data.powers << power;
+    }
+    m_rat->assign(data);
+
+    m_fight->start({30, 10, 20});
+    QCOMPARE(FightFixture::order(), QStringList({"Aria", "Rat (A)", "Bram"}));
+}
+
+void TurnOrderTest::addEffect(Creature *origin, Creature *target, int type, int end, int amount)
+{
+    appendEvent<EffectEvent>(origin, QList<Creature *> {target}, QString(), end, type, amount);
+}
+
+void TurnOrderTest::run(const QString &command)
+{
+    if (command == QLatin1String("remove"))
+        m_fight->window().removeCreatures({m_aria, m_bram});
+    else
+        m_fight->action(command.toLatin1().constData())->trigger();
+}
+
+// The die of a recharge, and what came of it, differ from run to run.
+QStringList TurnOrderTest::textsFrom(int first)
+{
+    static const QRegularExpression recharge(QStringLiteral("^Recharge [1-6]: (.*) [-+] (.*)$"));
+    QStringList texts;
+    for (int i = first; i < theHistory->eventCount(); ++i)
+        texts << theHistory->eventText(i).replace(recharge, QStringLiteral("Recharge: \\1, \\2"));
+    return texts;
+}
+
+void TurnOrderTest::commands_data()
+{
+    QTest::addColumn<QStringList>("before");
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<QStringList>("texts");
+    const QStringList endOfAria {"End of Turn: Remove Stunned", "End of Turn: Remove Phasing",
+                                 "End of Turn: Remove Concealment", "End of Turn: Remove Prone"};
+    // Ongoing damage, the oldest first; regeneration; what ends now, in the order of the list; the
+    // powers.
+    const QStringList damageAndMending {"* Next Turn: Rat (A) *", "On Going Damage 5: Rat (A)",
+                                        "On Going Damage 3: Rat (A)", "Regeneration 2: Rat (A)",
+                                        "Start of Turn: Remove Dazed"};
+    const QStringList powers {"Rat (A): Unused Bite", "Recharge: Rat (A), Howl"};
+    const QStringList startOfRat =
+        damageAndMending + QStringList {"Start of Turn: Remove Slowed"} + powers;
+
+    const auto row = [](const char *name, const QStringList &before, const char *command,
+                        const QStringList &texts) {
+        QTest::newRow(name) << before << QString::fromLatin1(command) << texts;
+    };
+    row("next turn", {}, "nextTurn", endOfAria + startOfRat);
+    row("ready", {}, "ready", QStringList {"* Ready: Aria *"} + endOfAria + startOfRat);
+    // What helps her or harms the foe ends; what harms her or helps the foe waits for her turn.
+    row("delay", {}, "delay",
+        QStringList {"* Delayed: Aria *", "End of Turn: Remove Phasing",
+                     "End of Turn: Remove Prone"}
+            + startOfRat);
+    // She joins behind Bram, whose turn it was, so that the rat now stands first.
+    row("delay that runs out", {"delay", "nextTurn"}, "nextTurn",
+        {"* Jump in: Aria *", "End of Turn: Remove Concealment", "End of Turn: Remove Stunned",
+         "Start of Turn: Remove Weakened"});
+    row("removal of the current creature", {}, "remove",
+        QStringList {"Removed: Bram"} + damageAndMending + powers
+            + QStringList {"Removed Current: Aria"});
+    row("stop", {}, "startStop",
+        {"End of Encounter: Remove Stunned", "End of Encounter: Remove Phasing",
+         "End of Encounter: Remove Dazed", "End of Encounter: Remove Concealment",
+         "End of Encounter: Remove Prone", "End of Encounter: Remove Slowed",
+         "End of Encounter: Remove Weakened", "* Stop Encounter *", "Removed: Rat (A)"});
+}
+
+void TurnOrderTest::commands()
+{
+    QFETCH(const QStringList, before);
+    QFETCH(const QString, command);
+    for (const QString &earlier : before)
+        run(earlier);
+    const int first = theHistory->eventCount();
+    run(command);
+    QTEST(textsFrom(first), "texts");
+}
+
+MORVANE_TEST_MAIN(QApplication, TurnOrderTest)
+#include "tst_turnorder.moc"
