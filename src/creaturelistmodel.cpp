@@ -1,5 +1,6 @@
 #include "creaturelistmodel.h"
 
+#include <QApplication>
 #include <QHeaderView>
 #include <QMap>
 #include <QMenu>
@@ -7,16 +8,21 @@
 #include <QSettings>
 #include <QStyledItemDelegate>
 
-#include "coreobjects.h"
+#include <algorithm>
+#include <functional>
+
+#include "appendevent.h"
 #include "creature.h"
 #include "creatureheaderview.h"
 #include "creaturetableview.h"
 #include "effect.h"
+#include "effectevents.h"
 #include "encounter.h"
 #include "mainwindow.h"
 #include "progressbar.h"
 #include "richtextdelegate.h"
 #include "switchboard.h"
+#include "terms.h"
 #include "windows.h"
 
 namespace {
@@ -99,6 +105,18 @@ QString hitPointsText(const Creature *creature)
     if (now == most)
         return QString::number(now);
     return QStringLiteral("%1/%2").arg(now).arg(most);
+}
+
+// An ampersand of a name is no key of a menu.
+QString withoutMnemonic(QString text)
+{
+    return text.replace(u'&', QStringLiteral("&&"));
+}
+
+void markByCurrent(const QList<Creature *> &targets)
+{
+    appendEvent<EffectEvent>(theEncounter->current(), targets, QString(), int(EffectEnd::Special),
+                             int(EffectType::Marked));
 }
 
 } // namespace
@@ -214,7 +232,10 @@ void CreatureListModel::connectView()
             &CreatureListModel::onInitHeaderClicked);
     connect(m_view->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &CreatureListModel::onInternalSelectionChanged);
-    connect(m_view, &QAbstractItemView::clicked, this, &CreatureListModel::onInitListClicked);
+    connect(m_view, &QAbstractItemView::pressed, this, &CreatureListModel::onInitListPressed);
+    connect(m_view, &CreatureTableView::itemClicked, this, &CreatureListModel::onInitListClicked);
+    connect(m_view, &QAbstractItemView::doubleClicked, this,
+            &CreatureListModel::onInternalDoubleClick);
 }
 
 void CreatureListModel::writeSettings()
@@ -316,15 +337,89 @@ void CreatureListModel::reportSelection()
     theMainWindow->setSelection(QSet<int>(rows.cbegin(), rows.cend()));
 }
 
+// --- clicks ---
+
+void CreatureListModel::onInitListPressed(const QModelIndex &)
+{
+    m_pressedButtons = QApplication::mouseButtons();
+    m_pressedModifiers = QApplication::keyboardModifiers();
+}
+
 void CreatureListModel::onInitListClicked(const QModelIndex &index)
 {
-    Creature *creature = m_encounter ? m_encounter->at(index.row()) : nullptr;
-    if (index.column() == IconColumn) {
-        if (creature && creature->isDead())
+    const int row = index.row();
+    Creature *creature = m_encounter ? m_encounter->at(row) : nullptr;
+    switch (index.column()) {
+    case IconColumn:
+        // A right click only selects: it could take the corpses off that are to be selected.
+        if (creature && creature->isDead() && !m_pressedButtons.testFlag(Qt::RightButton))
             theMainWindow->removeCreatures({creature});
-    } else if (index.column() == HealthColumn) {
+        break;
+    case HealthColumn:
         theMainWindow->focusHPBox();
+        break;
+    case EffectsColumn:
+        if (!theMainWindow->isRowSelected(row))
+            break;
+        if (pressedForMenu())
+            openContextMenu();
+        else
+            theMainWindow->onAddConditionOrEffect();
+        break;
+    default:
+        break;
     }
+}
+
+void CreatureListModel::onInternalDoubleClick(const QModelIndex &index)
+{
+    if (index.column() <= HealthColumn && theMainWindow->isRowSelected(index.row()))
+        theMainWindow->onAddConditionOrEffect();
+}
+
+bool CreatureListModel::pressedForMenu() const
+{
+    const bool commandKey =
+        m_pressedModifiers == Qt::MetaModifier || m_pressedModifiers == Qt::ControlModifier;
+    return m_pressedButtons.testFlag(Qt::RightButton)
+        || (m_pressedButtons.testFlag(Qt::LeftButton) && commandKey);
+}
+
+void CreatureListModel::openContextMenu()
+{
+    const QList<Creature *> selected = theMainWindow->selectedCreatures();
+    const Creature *current = m_encounter ? m_encounter->current() : nullptr;
+    const bool showsAlias =
+        std::any_of(selected.begin(), selected.end(), [](const Creature *creature) {
+            return !creature->alias().isEmpty() && creature->aliasMode() == 0;
+        });
+
+    struct Entry {
+        QString text;
+        std::function<void()> run;
+    };
+    QList<Entry> entries {
+        {tr("Conditions and Effects..."), [] { theMainWindow->onAddConditionOrEffect(); }}};
+    if (current)
+        entries << Entry {tr("%1 by %2").arg(term(Term::Marked), current->displayName()),
+                          [&] { markByCurrent(selected); }};
+    entries << QList<Entry> {
+        {tr("Remove Selected"), [&] { theMainWindow->removeCreatures(selected); }},
+        {tr("Initiative Up"), [] { theMainWindow->moveInitiative(-1); }},
+        {tr("Initiative Down"), [] { theMainWindow->moveInitiative(1); }},
+        {showsAlias ? tr("Show Alias") : tr("Hide Alias"),
+         [&] { theMainWindow->setAliasShown(selected, showsAlias); }},
+        {tr("Set Alias..."), [&] { theMainWindow->editAlias(selected); }},
+        {tr("Need help selecting?"), [] { theMainWindow->showSelectionHelp(); }}};
+
+    QMenu menu;
+    menu.setObjectName(QStringLiteral("contextMenu"));
+    for (const Entry &entry : std::as_const(entries))
+        menu.addAction(withoutMnemonic(entry.text));
+    // After the menu's own loop has ended: most entries run one of their own.
+    const qsizetype chosen = menu.actions().indexOf(menu.exec(QCursor::pos()));
+    if (chosen >= 0)
+        entries.at(chosen).run();
 }
 
 // --- refreshing ---

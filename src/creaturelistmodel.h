@@ -53,7 +53,9 @@ public Q_SLOTS:
                                     const QItemSelection &deselected);
     void onHeaderMoved(int logicalIndex, int oldVisualIndex, int newVisualIndex);
     void onInitHeaderClicked();
+    void onInitListPressed(const QModelIndex &index);
     void onInitListClicked(const QModelIndex &index);
+    void onInternalDoubleClick(const QModelIndex &index);
     void onCurrentCreatureChanged();
     void onCreatureInListUpdated();
 
@@ -74,6 +76,10 @@ private:
     void connectEncounter();
     void connectView();
     void reportSelection();
+    // The press of the last click asked for the menu.
+    bool pressedForMenu() const;
+    // What can be done with the selection, at the cursor.
+    void openContextMenu();
 
     // Brings the rows that the view knows in line with the encounter.
     void syncRows();
@@ -87,6 +93,8 @@ private:
     QPointer<Encounter> m_encounter;
     QPointer<CreatureTableView> m_view;
     QList<Creature *> m_rows; // compared, never followed: a creature may be gone
+    Qt::MouseButtons m_pressedButtons;
+    Qt::KeyboardModifiers m_pressedModifiers;
     bool m_movingHeader = false;
     bool m_syncing = false;
     bool m_frozen = false; // a replay runs: nobody looks

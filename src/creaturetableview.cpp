@@ -55,6 +55,31 @@ void CreatureTableView::mousePressEvent(QMouseEvent *event)
 {
     m_lastPressX = event->position().toPoint().x();
     QTableView::mousePressEvent(event);
+    m_pressed = indexAt(event->position().toPoint());
+}
+
+void CreatureTableView::mouseReleaseEvent(QMouseEvent *event)
+{
+    QTableView::mouseReleaseEvent(event);
+    const QModelIndex pressed = m_pressed;
+    m_pressed = QModelIndex();
+    const bool clicks = event->button() == Qt::LeftButton || event->button() == Qt::RightButton;
+    if (clicks && pressed.isValid() && pressed == indexAt(event->position().toPoint()))
+        Q_EMIT itemClicked(pressed); // which may open a dialog and change the rows
+}
+
+void CreatureTableView::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton || event->modifiers() != Qt::NoModifier) {
+        // Two quick clicks that each toggle a row are no double click.
+        QMouseEvent press(QEvent::MouseButtonPress, event->position(), event->globalPosition(),
+                          event->button(), event->buttons(), event->modifiers(),
+                          event->pointingDevice());
+        mousePressEvent(&press);
+        return;
+    }
+    QTableView::mouseDoubleClickEvent(event);
+    m_pressed = QModelIndex();
 }
 
 bool CreatureTableView::focusNextPrevChild(bool next)

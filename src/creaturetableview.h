@@ -1,6 +1,7 @@
 // The table of the initiative list, with its own rules of selection.
 #pragma once
 
+#include <QPersistentModelIndex>
 #include <QTableView>
 
 class CreatureTableView : public QTableView {
@@ -13,9 +14,16 @@ public:
     // In ascending order.
     QList<int> selectedRows() const;
 
+Q_SIGNALS:
+    // A press and release of the left or right button on one cell. The second click of a double
+    // click doesn't count: where the first one took its row away, it would hit the next.
+    void itemClicked(const QModelIndex &index);
+
 protected:
     void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
     bool focusNextPrevChild(bool next) override;
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex &index,
                                                          const QEvent *event) const override;
@@ -33,4 +41,5 @@ private:
     QItemSelection rowSelection(int first, int last) const;
 
     int m_lastPressX = 1000; // of the last press; kept for nothing yet
+    QPersistentModelIndex m_pressed; // the cell whose release makes a click
 };

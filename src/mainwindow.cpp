@@ -28,6 +28,7 @@
 #include "pickmonsterdialog.h"
 #include "preparedencounter.h"
 #include "rosterevents.h"
+#include "setaliasdialog.h"
 #include "smallwidgets.h"
 #include "switchboard.h"
 #include "version.h"
@@ -249,6 +250,9 @@ void MainWindow::keyPressEvent(QKeyEvent *event)
 // and Select All for itself.
 bool MainWindow::eventFilter(QObject *watched, QEvent *event)
 {
+    // A key that two enabled actions share does neither, of which the toolkit would warn.
+    if (event->type() == QEvent::Shortcut && qobject_cast<QAction *>(watched))
+        return static_cast<QShortcutEvent *>(event)->isAmbiguous();
     if (watched != m_hpBox)
         return QMainWindow::eventFilter(watched, event);
     if (event->type() == QEvent::ShortcutOverride) {
@@ -482,7 +486,28 @@ void MainWindow::onSetAlias()
     editAlias(selectedCreatures());
 }
 
-void MainWindow::editAlias(const QList<Creature *> &) { }
+void MainWindow::editAlias(const QList<Creature *> &creatures)
+{
+    if (creatures.isEmpty())
+        return;
+    SetAliasDialog dialog {CreatureList(creatures)};
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    QString text;
+    const SetAliasDialog::Mode mode = dialog.result(text);
+    const bool needsAlias = mode == SetAliasDialog::Remove || text.isEmpty();
+    for (Creature *creature : creatures) {
+        // Without an alias there is none to show, to hide or to remove.
+        if (needsAlias && creature->alias().isEmpty())
+            continue;
+        const bool show = mode == SetAliasDialog::Show;
+        const QString alias = mode == SetAliasDialog::Remove ? QString()
+            : text.isEmpty()                                 ? creature->alias()
+                                                             : text;
+        if (!appendEvent<SetAliasEvent>(creature, show, alias))
+            return;
+    }
+}
 
 void MainWindow::setAliasShown(const QList<Creature *> &creatures, bool show)
 {

@@ -173,6 +173,8 @@ void MainWindow::createActions()
     };
     for (const ActionRow &row : rows)
         m_actions.*row.action = createAction(row);
+    for (QAction *action : {m_actions.ready, m_actions.remove})
+        action->installEventFilter(this);
     m_actions.quit->setMenuRole(QAction::QuitRole);
     connect(m_actions.quit, &QAction::triggered, this, &QWidget::close);
     updateTerms();

@@ -33,16 +33,9 @@ QString logoIcon()
     return QStringLiteral(":/images/d20-logo-128.png");
 }
 
-QWidget *windowFor(QWidget *parent)
-{
-    if (parent)
-        return parent;
-    return activeAppWindow && activeAppWindow->isVisible() ? activeAppWindow : nullptr;
-}
-
 } // namespace
 
-MessageDialog::MessageDialog(QWidget *parent) : QDialog(windowFor(parent))
+MessageDialog::MessageDialog(QWidget *parent) : QDialog(dialogParent(parent))
 {
     setObjectName(QStringLiteral("messageDialog"));
 }

@@ -4,6 +4,7 @@
 #include "creature.h"
 #include "creaturelistmodel.h"
 #include "initiativedialog.h"
+#include "jumpindialog.h"
 #include "mainwindow.h"
 #include "rosterevents.h"
 #include "turnevents.h"
@@ -29,6 +30,15 @@ bool canAct(const Creature *creature)
 QList<Creature *> everyone()
 {
     return theEncounter->creatures().list();
+}
+
+// Asks only where there is a choice. Null when nobody waits or the DM cancelled.
+Creature *chooseJumper(const CreatureList &delayed, const CreatureList &readied)
+{
+    if (delayed.count() + readied.count() <= 1)
+        return delayed.isEmpty() ? readied.at(0) : delayed.at(0);
+    JumpInDialog dialog(delayed, readied);
+    return dialog.exec() == QDialog::Accepted ? dialog.selected() : nullptr;
 }
 
 } // namespace
@@ -97,7 +107,27 @@ void MainWindow::onReady()
     advanceTurn();
 }
 
-void MainWindow::onJumpIn() { }
+void MainWindow::onJumpIn()
+{
+    if (!theHistory->getStream())
+        return;
+    QList<Creature *> delayed;
+    QList<Creature *> readied;
+    for (Creature *creature : theEncounter->creatures()) {
+        if (creature->isDelayed())
+            delayed << creature;
+        if (creature->isReadied())
+            readied << creature;
+    }
+    Creature *jumper = chooseJumper(CreatureList(delayed), CreatureList(readied));
+    if (!jumper)
+        return;
+    if (!jumper->isDelayed())
+        appendEvent<EndReadyEvent>(jumper);
+    else if (endTurn(false, false))
+        // The turn of whom it interrupts is over; of the start of its own turn nothing is raised.
+        appendEvent<JumpInEvent>(jumper);
+}
 
 bool MainWindow::endTurn(bool skipSaves, bool canCancel)
 {

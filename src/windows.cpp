@@ -1,4 +1,13 @@
 #include "windows.h"
 
+#include <QWidget>
+
 MainWindow *theMainWindow = nullptr;
 QWidget *activeAppWindow = nullptr;
+
+QWidget *dialogParent(QWidget *parent)
+{
+    if (parent)
+        return parent;
+    return activeAppWindow && activeAppWindow->isVisible() ? activeAppWindow : nullptr;
+}

@@ -8,3 +8,7 @@ class QWidget;
 extern MainWindow *theMainWindow;
 // The window of the program that was active last; never a dialog.
 extern QWidget *activeAppWindow;
+
+// What a modal dialog stands above: `parent`, or else the active window while it is visible, or
+// null.
+QWidget *dialogParent(QWidget *parent);

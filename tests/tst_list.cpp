@@ -44,6 +44,11 @@ private Q_SLOTS:
     void selectsByKey_data();
     void selectsByKey();
     void actsOnAClick();
+    void actsOnTheConditions_data();
+    void actsOnTheConditions();
+    void doubleClickActsOnce();
+    void menuActsOnTheSelection_data();
+    void menuActsOnTheSelection();
     void scrollsToTheCurrentCreature();
 
     void keepsColumnsInTheirLane();
@@ -62,7 +67,10 @@ private:
     QPoint cell(int row, int column) const;
     void click(int row, int column, Qt::MouseButton button = Qt::LeftButton,
                Qt::KeyboardModifiers modifiers = {}) const;
+    void doubleClick(int row, int column, Qt::MouseButton button) const;
     void setRoster(int monsters) const;
+    // Right-clicks on the conditions of the row and chooses the entry, if any; gives all entries.
+    QStringList menu(int row, const QString &entry = {}) const;
 
     std::unique_ptr<WindowFixture> m_fixture;
     CreatureTableView *m_view = nullptr;
@@ -114,6 +122,14 @@ void TestList::click(int row, int column, Qt::MouseButton button,
                      Qt::KeyboardModifiers modifiers) const
 {
     QTest::mouseClick(m_view->viewport(), button, modifiers, cell(row, column));
+}
+
+void TestList::doubleClick(int row, int column, Qt::MouseButton button) const
+{
+    const QPoint place = cell(row, column);
+    QTest::mouseClick(m_view->viewport(), button, {}, place);
+    QTest::mouseEvent(QTest::MouseDClick, m_view->viewport(), button, {}, place);
+    QTest::mouseRelease(m_view->viewport(), button, {}, place);
 }
 
 // --- content ---
@@ -338,6 +354,8 @@ void TestList::selectsByMouse()
     setRoster(8);
     m_model->setSelectedRows(before);
     const QPoint place = row < 0 ? cell(8, column) + QPoint(0, 40) : cell(row, column);
+    // The conditions open a menu or a dialog.
+    whenDialogRuns([] { endMenuOrDialog(); });
     QTest::mouseClick(m_view->viewport(), button, modifiers, place);
     QTEST(m_view->selectedRows(), "after");
     QTEST(m_fixture->window().selectedRows(), "after");
@@ -401,6 +419,147 @@ void TestList::actsOnAClick()
     QCOMPARE(theEncounter->count(), 3);
     QVERIFY(!theEncounter->contains(dead));
     QCOMPARE(theHistory->eventCount(), 1);
+}
+
+void TestList::actsOnTheConditions_data()
+{
+    QTest::addColumn<Rows>("before");
+    QTest::addColumn<Qt::MouseButton>("button");
+    QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+    QTest::addColumn<int>("column");
+    QTest::addColumn<bool>("opensMenu");
+
+    const auto add = [](const char *name, const Rows &before, Qt::MouseButton button,
+                        Qt::KeyboardModifiers modifiers, int column, bool opensMenu) {
+        QTest::newRow(name) << before << button << modifiers << column << opensMenu;
+    };
+    add("right", {1, 2}, Qt::RightButton, {}, 5, true);
+    add("right on another row", {2}, Qt::RightButton, {}, 5, true);
+    add("control", {1}, Qt::LeftButton, Qt::ControlModifier, 5, true);
+    add("meta", {1}, Qt::LeftButton, Qt::MetaModifier, 5, true);
+    add("control and right on another row", {2}, Qt::RightButton, Qt::ControlModifier, 5, false);
+    add("left", {1}, Qt::LeftButton, {}, 5, false);
+    add("control and shift", {1}, Qt::LeftButton, Qt::ControlModifier | Qt::ShiftModifier, 5,
+        false);
+    add("right on the name", {1, 2}, Qt::RightButton, {}, 1, false);
+    add("right on the health", {1, 2}, Qt::RightButton, {}, 4, false);
+}
+
+void TestList::actsOnTheConditions()
+{
+    QFETCH(Rows, before);
+    QFETCH(Qt::MouseButton, button);
+    QFETCH(Qt::KeyboardModifiers, modifiers);
+    QFETCH(int, column);
+    m_fixture->window().resize(1000, 700);
+    setRoster(3);
+    m_model->setSelectedRows(before);
+    bool menuCame = false;
+    whenDialogRuns([&] {
+        menuCame = QApplication::activePopupWidget() != nullptr;
+        endMenuOrDialog();
+    });
+    click(1, column, button, modifiers);
+    QTEST(menuCame, "opensMenu");
+    if (menuCame)
+        QVERIFY(m_view->selectedRows().contains(1));
+    QCoreApplication::processEvents();
+}
+
+void TestList::doubleClickActsOnce()
+{
+    m_fixture->window().resize(1000, 700);
+    setRoster(4);
+    QCoreApplication::processEvents();
+    // Two quick right clicks toggle twice.
+    m_model->setSelectedRows({0});
+    doubleClick(2, Model::NameColumn, Qt::RightButton);
+    QCOMPARE(m_view->selectedRows(), Rows {0});
+
+    // Of two corpses in a row the second stays.
+    const QList<Creature *> dead {theEncounter->at(2), theEncounter->at(3)};
+    for (Creature *creature : dead)
+        creature->takeDamage(100, nullptr);
+    doubleClick(2, Model::IconColumn, Qt::LeftButton);
+    QVERIFY(!theEncounter->contains(dead.at(0)));
+    QVERIFY(theEncounter->contains(dead.at(1)));
+    // To select a corpse by a right click doesn't bury it.
+    click(2, Model::IconColumn, Qt::RightButton);
+    QVERIFY(theEncounter->contains(dead.at(1)));
+}
+
+QStringList TestList::menu(int row, const QString &entry) const
+{
+    QStringList entries;
+    whenDialogRuns([&] {
+        auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+        QVERIFY(menu);
+        for (QAction *action : menu->actions()) {
+            entries << action->text();
+            if (action->text() == entry)
+                menu->setActiveAction(action);
+        }
+        QTest::keyClick(menu, entry.isEmpty() ? Qt::Key_Escape : Qt::Key_Return);
+    });
+    click(row, Model::EffectsColumn, Qt::RightButton);
+    return entries;
+}
+
+void TestList::menuActsOnTheSelection_data()
+{
+    QTest::addColumn<QString>("entry");
+    QTest::addColumn<QString>("event"); // its class
+    QTest::addColumn<int>("events");
+    QTest::addColumn<Rows>("after"); // the selection
+    QTest::newRow("marked") << "Marked by A&&a"
+                            << "EffectEvent" << 1 << Rows {1, 2};
+    QTest::newRow("removed") << "Remove Selected"
+                             << "RemoveCreaturesEvent" << 1 << Rows();
+    QTest::newRow("up") << "Initiative Up"
+                        << "AdjustInitiativeEvent" << 1 << Rows {0, 1};
+    QTest::newRow("down") << "Initiative Down"
+                          << "AdjustInitiativeEvent" << 1 << Rows {2, 3};
+    QTest::newRow("alias shown") << "Show Alias"
+                                 << "SetAliasEvent" << 1 << Rows {1, 2};
+    QTest::newRow("nothing") << ""
+                             << "" << 0 << Rows {1, 2};
+}
+
+void TestList::menuActsOnTheSelection()
+{
+    QFETCH(QString, entry);
+    QFETCH(QString, event);
+    m_fixture->window().resize(1000, 700);
+    setRoster(3);
+    m_hero->setName(QStringLiteral("A&a"));
+    m_hero->syncShadows();
+    m_hero->setNameBefore(m_hero->name());
+    m_rat->setAlias(QStringLiteral("Nib"));
+    theEncounter->setCurrentIndex(0);
+    m_model->setSelectedRows({1, 2});
+    QCoreApplication::processEvents();
+    QStringList expected {QStringLiteral("Conditions and Effects..."),
+                          QStringLiteral("Marked by A&&a"),
+                          QStringLiteral("Remove Selected"),
+                          QStringLiteral("Initiative Up"),
+                          QStringLiteral("Initiative Down"),
+                          QStringLiteral("Show Alias"),
+                          QStringLiteral("Set Alias..."),
+                          QStringLiteral("Need help selecting?")};
+    QCOMPARE(menu(1, entry), expected);
+    QTEST(theHistory->eventCount(), "events");
+    for (int i = 0; i < theHistory->eventCount(); ++i)
+        QCOMPARE(QString::fromLatin1(theHistory->eventAt(i)->metaObject()->className()), event);
+    QTEST(m_view->selectedRows(), "after");
+
+    if (!entry.isEmpty())
+        return;
+    // Nobody's turn, and nothing to show.
+    theEncounter->setCurrentIndex(-1);
+    m_rat->setAliasMode(1);
+    expected.removeAt(1);
+    expected.replace(4, QStringLiteral("Hide Alias"));
+    QCOMPARE(menu(2), expected);
 }
 
 void TestList::scrollsToTheCurrentCreature()

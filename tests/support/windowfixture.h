@@ -55,6 +55,17 @@ private:
     std::unique_ptr<MainWindow> m_window;
 };
 
+// Cancels whatever blocks the test.
+inline void endMenuOrDialog()
+{
+    if (QWidget *modal = QApplication::activeModalWidget())
+        modal->close();
+    if (QWidget *popup = QApplication::activePopupWidget())
+        popup->close();
+    if (theMainWindow && theMainWindow->activeDialog())
+        theMainWindow->activeDialog()->reject();
+}
+
 // Runs `work` as soon as a dialog's own event loop runs; the call that opens the dialog follows.
 // A check that fails within leaves nothing open that the test would wait for.
 template <typename Work>
@@ -62,13 +73,7 @@ void whenDialogRuns(Work work)
 {
     QTimer::singleShot(0, qApp, [work] {
         work();
-        if (!QTest::currentTestFailed())
-            return;
-        if (QWidget *modal = QApplication::activeModalWidget())
-            modal->close();
-        if (QWidget *popup = QApplication::activePopupWidget())
-            popup->close();
-        if (theMainWindow && theMainWindow->activeDialog())
-            theMainWindow->activeDialog()->reject();
+        if (QTest::currentTestFailed())
+            endMenuOrDialog();
     });
 }
