@@ -72,6 +72,8 @@ QJsonObject powerReport(const Power &power)
     };
 }
 
+} // namespace
+
 QJsonObject recordReport(const CreatureData &data)
 {
     QJsonArray powers;
@@ -129,8 +131,6 @@ QJsonObject recordReport(const CreatureData &data)
         {QStringLiteral("currentPower"), data.currentPower},
     };
 }
-
-} // namespace
 
 QJsonObject creatureReport(const QString &path, const QByteArray &content)
 {
