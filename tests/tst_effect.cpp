@@ -37,6 +37,7 @@ class TestEffect : public QObject {
 private Q_SLOTS:
     void init();
     void cleanup();
+    void types();
     void texts();
     void durations();
     void flagsKeepUnknownBits();
@@ -95,6 +96,31 @@ QStringList TestEffect::logged() const
     return texts;
 }
 
+// Every type in the order of its code: a "+" in front where it is good, a "~" behind where the log
+// doesn't name who caused it.
+void TestEffect::types()
+{
+    const QStringList forms =
+        QStringLiteral("|Blinded|Dazed|Deafened|Dominated|Grabbed|Helpless|Hidden|"
+                       "Immobilized|Marked|Petrified|Prone|Restrained|Slowed|Stunned|"
+                       "Surprised|Unconscious|Weakened|+Total Defence~|+Second Wind|"
+                       "Ongoing 2 Damage|+Regeneration 2|-2 Penalty|++2 Bonus|"
+                       "+Partial Cover~|+Superior Cover~|+Concealment~|"
+                       "+Total Concealment~|+Resist 2|Vulnerable 2|+||+Insubstantial|"
+                       "+Phasing|")
+            .split(u'|');
+    QCOMPARE(forms.size(), EffectType::Phasing + 2);
+    for (int type = 0; type < forms.size(); ++type) {
+        const Effect effect(nullptr, m_aria.get(), type, EffectEnd::Special, QString(), 2);
+        QString form = effect.conditionText();
+        if (effect.isBeneficial())
+            form.prepend(u'+');
+        if (!Effect::showsOrigin(type))
+            form.append(u'~');
+        QCOMPARE(form, forms[type]);
+    }
+}
+
 void TestEffect::texts()
 {
     struct Case {
@@ -103,7 +129,6 @@ void TestEffect::texts()
         const char *text, *expected;
     };
     const Case cases[] = {
-        {EffectType::Bonus, 0, "", "+2 Bonus"},
         {EffectType::Penalty, 0, "cold", "-2 Penalty (cold)"},
         {EffectType::Bonus, 15, "", "+2 to all Defenses"},
         {EffectType::Bonus, 1 + 16, "", "+2 to AC, Hit"},
@@ -117,8 +142,7 @@ void TestEffect::texts()
         {EffectType::Marked, 0, "", "Marked by Rat (1)"},
         {EffectType::OngoingDamage, 0, "%2 fire", "Ongoing 2 Damage (%2 fire)"},
         {EffectType::Prone, 127, "", "Prone"},
-        {EffectType::Regeneration, 0, "", "Regeneration 2"},
-        {EffectType::Resist, 0, "fire", "Resist 2 (fire)"},
+        {EffectType::OtherGood, 0, "note", "note"},
         {-1, 0, "note", "note"},
         {1000, 0, "note", "note"}};
     for (const auto &[type, flags, text, expected] : cases) {

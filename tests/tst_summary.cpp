@@ -114,6 +114,8 @@ void TestSummary::playersNames()
         creature->setAliasMode(1);
     QCOMPARE(m_aria->playersName(), u"Shade"_s);
     QCOMPARE(m_rat->playersName(), u"Shade (1)"_s);
+    m_rat->setAlias(QString());
+    QCOMPARE(m_rat->playersName(), u" (1)"_s);
 }
 
 void TestSummary::header()
@@ -148,16 +150,17 @@ void TestSummary::defences()
     data.reflex = 12;
     data.will = 13;
     m_aria->assign(data);
-    if (modifier != 0) {
-        Effect effect(nullptr, m_aria.get(), modifier < 0 ? EffectType::Penalty : EffectType::Bonus,
-                      EffectEnd::Special, QString(), std::abs(modifier), {.ac = true});
-        m_aria->addEffect(&effect);
-        QCOMPARE(m_aria->defencesText(true),
-                 u"<b>AC</b>%1 <b>F</b>11 <b>R</b>12 <b>W</b>13"_s.arg(figure));
-        return;
-    }
+    Effect effect(nullptr, m_aria.get(), EffectType::Bonus, EffectEnd::Special, QString(), modifier,
+                  {.ac = true});
+    Effect toWill(nullptr, m_aria.get(), EffectType::Bonus, EffectEnd::Special, QString(), 1,
+                  {.will = true});
+    m_aria->addEffect(&effect);
+    m_aria->addEffect(&toWill);
+    QCOMPARE(m_aria->defencesText(true),
+             u"<b>AC</b>%1 <b>F</b>11 <b>R</b>12 <b>W</b>%2"_s.arg(figure, blue(u"14"_s)));
     QCOMPARE(m_aria->defencesText(false),
-             u"<b>AC </b>%1; <b>Fort </b>11; <b>Reflex </b>12; <b>Will </b>13"_s.arg(figure));
+             u"<b>AC </b>%1; <b>Fort </b>11; <b>Reflex </b>12; <b>Will </b>%2"_s.arg(
+                 figure, blue(u"14"_s)));
 }
 
 void TestSummary::status_data()
@@ -241,6 +244,8 @@ void TestSummary::health_data()
     row("preview of healing", 20, 0, 9, 0, -1,
         QString(u"<b>" + blue(u"19"_s) + u"</b>/30" + bloodied + u"<b>" + red(u"7"_s)
                 + u"</b>/8 (7)"));
+    row("preview that leaves her bloodied", 20, 0, 2, 0, 0,
+        QString(u"<b>" + blue(u"12"_s) + u"</b>/30" + bloodied + u"8 (7)"));
     row("preview of a blow", 0, 0, -4, 3, 0,
         QString(u"<b>" + red(u"26"_s) + u"</b>+<b>" + blue(u"3"_s) + u"</b>/30" + bloodied
                 + u"8 (7)"));
@@ -255,6 +260,8 @@ void TestSummary::health()
     m_aria->setTempHP(temp);
     m_aria->setRestAdditions(restHP, restTemp, restHS);
     QCOMPARE(m_aria->healthText(false), QString(u"<b>HP </b>" + expected));
+    // A character is the same one in the library and in the fight.
+    QCOMPARE(m_aria->healthText(true), m_aria->healthText(false));
 }
 
 void TestSummary::healthOfATemplate()
@@ -262,9 +269,10 @@ void TestSummary::healthOfATemplate()
     m_rat->takeDamage(3, nullptr);
     QCOMPARE(m_rat->healthText(false), u"<b>HP </b>17/20; <b>Bloodied </b>10"_s);
     QCOMPARE(m_rat->healthText(true), u"<b>HP </b>20; <b>Bloodied </b>10"_s);
-    m_rat->setField(&CreatureData::maxHS, 2);
     m_rat->setField(&CreatureData::hsValue, 5);
     m_rat->setField(&CreatureData::disabled, true);
+    QCOMPARE(m_rat->healthText(true), u"<b>HP </b>20"_s);
+    m_rat->setField(&CreatureData::maxHS, 2);
     QCOMPARE(m_rat->healthText(true), u"<b>HP </b>20; <b>HS </b>2 (5)"_s);
     QCOMPARE(m_rat->healthText(false), u"<b>HP </b>17/20; <b>HS </b>0/2 (5)"_s);
     const auto minion = makeMonster(u"Bat"_s, u"1"_s, 1);
@@ -281,6 +289,11 @@ void TestSummary::playersHealth()
     m_aria->setTempHP(4);
     m_aria->heal(0, 3);
     QCOMPARE(m_aria->playersHealthText(false), u"<b>HP </b>30+4/30; <b>HS </b>5/8; <b>AP </b>1"_s);
+    m_aria->setField(&CreatureData::maxHS, 0);
+    m_aria->setRestAdditions(-8, 2, 0);
+    QCOMPARE(m_aria->playersHealthText(false),
+             QString(u"<b>HP </b><b>" + red(u"22"_s) + u"</b>+<b>" + blue(u"6"_s)
+                     + u"</b>/30; <b>AP </b>1"));
 }
 
 void TestSummary::actionPoints()
@@ -310,8 +323,11 @@ void TestSummary::savingThrows_data()
     QTest::newRow("number and penalty")
         << "+5" << -3 << QString(label + red(u"+2"_s)) << 2 << false;
     QTest::newRow("below zero") << "-5" << 3 << QString(label + blue(u"-2"_s)) << -2 << false;
+    QTest::newRow("penalty to zero") << "+2" << -2 << QString(label + red(u"0"_s)) << 0 << false;
     QTest::newRow("words and bonus")
         << fear << 3 << QString(label + blue(u"+3"_s) + u"; " + fear) << 5 << true;
+    QTest::newRow("words without a number")
+        << "reroll <1" << -3 << QString(label + red(u"-3"_s) + u"; reroll &lt;1") << -3 << true;
 }
 
 void TestSummary::savingThrows()
@@ -327,37 +343,38 @@ void TestSummary::savingThrows()
     QTEST(complex, "complex");
     QTEST(m_aria->savingThrowsText(false), "expected");
     QCOMPARE(m_aria->savingThrowsText(true),
-             text.isEmpty() ? QString() : QString(u"<b>Saving Throws </b>" + text));
+             text.isEmpty() ? QString() : QString(u"<b>Saving Throws </b>" + text.toHtmlEscaped()));
 }
 
 void TestSummary::initiative()
 {
     struct Case {
         int bonus, roll;
-        bool running;
+        bool running, showBonus;
         QStringList byMode;
     };
     const QString label = u"<b>Initiative </b>"_s;
-    const Case cases[] = {{3, 15, false, {"+3", "+3", label + "+3"}},
-                          {0, 0, true, {"0", "0", label + "0"}},
-                          {3, 15, true, {"15", "+3 (15)", label + "+3 (15)"}},
-                          {NotStated, 1000, true, {"-", "-", label + "-"}},
-                          {NotStated, 1000, false, {"", "", label}}};
+    const Case cases[] = {{3, 15, false, false, {"+3", "+3", label + "+3"}},
+                          {0, 0, true, false, {"0", "0", label + "0"}},
+                          {-1, 15, true, true, {"-1", "-1", label + "-1"}},
+                          {3, 15, true, false, {"15", "+3 (15)", label + "+3 (15)"}},
+                          {NotStated, 15, true, false, {"15", " (15)", label + " (15)"}},
+                          {NotStated, 1000, true, false, {"-", "-", label + "-"}},
+                          {NotStated, 1000, false, false, {"", "", label}}};
     for (const Case &each : cases) {
         m_rat->setField(&CreatureData::initBonus, each.bonus);
         m_rat->setInitRoll(each.roll);
         theEncounter->setCurrentIndex(each.running ? 0 : -1);
         for (int mode = 0; mode < 3; ++mode)
-            QCOMPARE(m_rat->initiativeText(false, mode), each.byMode[mode]);
-        theEncounter->setCurrentIndex(-1);
-        QCOMPARE(m_rat->initiativeText(true, 2), m_rat->initiativeText(false, 2));
+            QCOMPARE(m_rat->initiativeText(each.showBonus, mode), each.byMode[mode]);
     }
 }
 
 void TestSummary::speed()
 {
-    m_rat->setField(&CreatureData::speed, u"6, climb %1"_s);
-    QCOMPARE(m_rat->speedLine(false), u"<b>Speed </b>6, climb %1; <b>Initiative </b>+1"_s);
+    m_rat->setField(&CreatureData::speed, u"6, climb %1 & <3"_s);
+    QCOMPARE(m_rat->speedLine(false),
+             u"<b>Speed </b>6, climb %1 &amp; &lt;3; <b>Initiative </b>+1"_s);
 }
 
 void TestSummary::abilities()
@@ -383,9 +400,9 @@ void TestSummary::senses()
     QCOMPARE(m_rat->sensesText(), u"<b>Insight </b>0"_s);
     m_rat->setField(&CreatureData::perception, 5);
     CreatureData data = m_rat->data();
-    data.senses = u"blind"_s;
+    data.senses = u"blind <i>"_s;
     m_rat->assign(data);
-    QCOMPARE(m_rat->sensesText(), u"Blind; <b>Perception </b>+5; <b>Insight </b>0"_s);
+    QCOMPARE(m_rat->sensesText(), u"Blind &lt;i&gt;; <b>Perception </b>+5; <b>Insight </b>0"_s);
 }
 
 MORVANE_TEST_MAIN(QGuiApplication, TestSummary)
