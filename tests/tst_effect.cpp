@@ -50,7 +50,6 @@ private Q_SLOTS:
     void diesOffItsTarget();
     void outlivesItsCreatures();
     void startOfTurnRaisesEvents();
-    void endOfTurnRaisesEvents();
     void powersRecharge_data();
     void powersRecharge();
     void theDeadCanLeave();
@@ -342,24 +341,6 @@ void TestEffect::startOfTurnRaisesEvents()
     theHistory->moveTo(-1);
     QCOMPARE(m_aria->currHP(), 30);
     QCOMPARE(m_aria->effects(), (QList<Effect *> {&burn, &mend, &shield}));
-}
-
-void TestEffect::endOfTurnRaisesEvents()
-{
-    Effect stunned(m_rat.get(), m_bren.get(), EffectType::Stunned, EffectEnd::EndOfTargetsTurn);
-    Effect bonus(m_bren.get(), m_bren.get(), EffectType::Bonus, EffectEnd::EndOfTargetsTurn,
-                 QString(), 2);
-    Effect special(m_bren.get(), m_bren.get(), EffectType::Prone, EffectEnd::Special);
-    for (Effect *effect : {&stunned, &bonus, &special})
-        m_bren->addEffect(effect);
-    // A delay ends what helps the delayer, and nothing that harms it.
-    m_bren->removeEffectsAtEndOfTurn(m_bren.get(), true);
-    QCOMPARE(m_bren->effects(), (QList<Effect *> {&stunned, &special}));
-    m_bren->removeEffectsAtEndOfTurn(m_bren.get(), false);
-    m_bren->addEffect(&stunned);
-    m_bren->removeEffectsAtEndOfEncounter();
-    QCOMPARE(m_bren->effects(), QList<Effect *> {&special});
-    QCOMPARE(theHistory->eventCount(), 3);
 }
 
 void TestEffect::powersRecharge_data()
