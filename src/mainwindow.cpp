@@ -29,6 +29,7 @@
 #include "preparedencounter.h"
 #include "rosterevents.h"
 #include "setaliasdialog.h"
+#include "shortrestdialog.h"
 #include "smallwidgets.h"
 #include "switchboard.h"
 #include "version.h"
@@ -542,7 +543,17 @@ void MainWindow::moveInitiative(int delta)
         m_listModel->setSelectedRows(newRows);
 }
 
-void MainWindow::onShortRest() { }
+void MainWindow::onShortRest()
+{
+    QList<RestedCreature> rested;
+    {
+        ShortRestDialog dialog;
+        if (!dialog.exec())
+            return;
+        rested = dialog.result();
+    }
+    appendEvent<ShortRestEvent>(rested);
+}
 
 void MainWindow::onExtendedRest()
 {

@@ -202,9 +202,11 @@ private:
     // --- turn cycle (turncommands.cpp) ---
     void startEncounter();
     void stopEncounter();
-    // False when the DM cancelled the saving throws; nothing has happened then.
+    // False when the DM cancelled the saving throws, or closed the window over them: nothing has
+    // happened then, and the command stops. The window may be gone.
     bool endTurn(bool skipSaves, bool canCancel);
-    // The saves that are due at the end of the creature's turn, its death save included.
+    // The saves that are due at the end of the creature's turn, its death save included. As
+    // endTurn().
     bool askSavingThrows(Creature *creature, bool canCancel);
     void advanceTurn() override;
     // Makes the next creature the current one. False when nobody is there or the log failed.

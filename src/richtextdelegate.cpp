@@ -15,11 +15,11 @@ struct NamedColour {
     QRgb onDark;
 };
 
-// The names that the texts of a creature use.
+// The names that the texts use.
 constexpr NamedColour NamedColours[] = {
     {QLatin1String("gray"), 0xffa0a0a0},        {QLatin1String("grey"), 0xffa0a0a0},
     {QLatin1String("blue"), 0xff7ab8ff},        {QLatin1String("red"), 0xffff7b72},
-    {QLatin1String("saddlebrown"), 0xffd9a36a},
+    {QLatin1String("saddlebrown"), 0xffd9a36a}, {QLatin1String("#333333"), 0xffcccccc},
 };
 
 // One line that is wider than its cell is set in smaller type rather than cut.

@@ -1,13 +1,19 @@
 // The turn cycle of the DM's Display. Each step of a turn is an event of its own, so that each can
 // be stepped back by itself.
+#include <QPointer>
+
 #include "appendevent.h"
 #include "creature.h"
 #include "creaturelistmodel.h"
+#include "effect.h"
+#include "effectevents.h"
 #include "initiativedialog.h"
 #include "jumpindialog.h"
 #include "mainwindow.h"
 #include "rosterevents.h"
+#include "savingthrowdialog.h"
 #include "turnevents.h"
+#include "vitalityevents.h"
 
 namespace {
 
@@ -103,8 +109,8 @@ void MainWindow::onReady()
     Creature *current = theEncounter->current();
     if (!current || !appendEvent<ReadyEvent>(current))
         return;
-    endTurn(false, false);
-    advanceTurn();
+    if (endTurn(false, false))
+        advanceTurn();
 }
 
 void MainWindow::onJumpIn()
@@ -142,10 +148,36 @@ bool MainWindow::endTurn(bool skipSaves, bool canCancel)
     return true;
 }
 
-// This version has no dialog that asks for saving throws: every turn ends without them.
-bool MainWindow::askSavingThrows(Creature *, bool)
+bool MainWindow::askSavingThrows(Creature *creature, bool canCancel)
 {
-    return true;
+    if (!theHistory->getStream())
+        return false;
+    QList<Effect *> effects;
+    for (Effect *effect : creature->effects())
+        if (effect->needsSave(creature))
+            effects << effect;
+    std::unique_ptr<DyingEffect> dying;
+    if (creature->isDying() && !creature->isStable()) {
+        dying = std::make_unique<DyingEffect>(creature);
+        effects << dying.get();
+    }
+    if (effects.isEmpty())
+        return true;
+
+    // The window, which owns the dialog, may go while it runs.
+    const QPointer<SavingThrowDialog> dialog(
+        new SavingThrowDialog(creature, effects, canCancel, this));
+    const bool isAccepted = dialog->exec() == QDialog::Accepted;
+    const QList<Effect *> saved = isAccepted ? dialog->savedEffects() : QList<Effect *>();
+    delete dialog;
+    // Also when the program ends: the turn then waits with its saves for the next start.
+    if (!isAccepted)
+        return false;
+    for (Effect *effect : saved)
+        if (effect != dying.get() && !appendEvent<RemoveOnSaveEvent>(creature, effect))
+            return false;
+    return !dying || saved.contains(dying.get())
+        || appendEvent<FailedDeathSavingThrowEvent>(creature);
 }
 
 void MainWindow::advanceTurn()
@@ -202,7 +234,10 @@ void MainWindow::removeCreatures(const QList<Creature *> &creatures)
         appendEvent<RemoveCreaturesEvent>(others);
     // The turn passes on first, and only then the creature leaves.
     if (passesTurn) {
+        const QPointer<MainWindow> window = this;
         advanceTurn();
+        if (!window)
+            return;
         appendEvent<RemoveCurrentEvent>(current);
     }
     clearSelection();

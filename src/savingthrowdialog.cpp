@@ -1,0 +1,141 @@
+#include "savingthrowdialog.h"
+
+#include <QCheckBox>
+#include <QDialogButtonBox>
+#include <QEvent>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPushButton>
+
+#include "creature.h"
+#include "dice.h"
+#include "effect.h"
+#include "richtextdelegate.h"
+#include "saturated.h"
+#include "text.h"
+
+namespace {
+
+constexpr int Spacing = 16;
+constexpr int Columns = 3;
+constexpr int EffectWidth = 100; // pixels, at least
+constexpr int EffectStretch = 10;
+constexpr int Sides = 20;
+constexpr int Target = 10; // of death saves too; a natural 1 or 20 is a roll like any other
+
+} // namespace
+
+SavingThrowDialog::SavingThrowDialog(const Creature *creature, const QList<Effect *> &effects,
+                                     bool mayCancel, QWidget *parent)
+    : QDialog(parent), m_effects(effects), m_mayCancel(mayCancel)
+{
+    setObjectName(QStringLiteral("savingThrowDialog"));
+    setWindowTitle(tr("Saving Throws"));
+    if (parent)
+        parent->installEventFilter(this);
+
+    int modifier = 0;
+    bool isComplex = false;
+    const QString text = creature->savingThrowsText(false, &modifier, &isComplex);
+    auto *grid = new QGridLayout(this);
+    grid->setSpacing(Spacing);
+    grid->setColumnStretch(0, EffectStretch);
+    grid->addWidget(
+        label(tr("Saving Throws for <b>%1</b>:").arg(creature->displayName().toHtmlEscaped())), 0,
+        0, 1, Columns);
+    grid->addWidget(modificationsBox(text, modifier, isComplex), 1, 0, 1, Columns);
+    for (const Effect *effect : effects)
+        addRow(grid, effect, modifier);
+    grid->addWidget(buttons(), grid->rowCount(), 0, 1, Columns);
+}
+
+QWidget *SavingThrowDialog::modificationsBox(const QString &text, int modifier, bool isComplex)
+{
+    QString line = text.isEmpty() ? tr("No adjustment") : text;
+    line += QStringLiteral("<font color=#333333>")
+        + tr("<p>If you or a player rolled the saving throw, then add the modifier and check the "
+             "checkbox on successful save.");
+    if (isComplex) {
+        line += tr("<p><b>Note</b>, the modifications are complex. Adjustment other than %1 may "
+                   "apply.")
+                    .arg(signedNumber(modifier));
+    }
+    QLabel *lines = label(readableColours(line + QStringLiteral("</font>"), palette()));
+    lines->setObjectName(QStringLiteral("modificationsLabel"));
+    lines->setWordWrap(true);
+    auto *group = new QGroupBox(tr("Modifications"));
+    group->setLayout(new QVBoxLayout);
+    group->layout()->addWidget(lines);
+    return group;
+}
+
+void SavingThrowDialog::addRow(QGridLayout *grid, const Effect *effect, int modifier)
+{
+    const int roll = Dice::roll(Sides);
+    const bool isSaved = saturatedSum(roll, modifier) >= Target;
+    QString result = tr("<b> d20</b> %1").arg(roll);
+    if (modifier != 0)
+        result += tr("<b> Adj</b> %1").arg(signedNumber(modifier));
+    result += isSaved ? tr("<b> &gt;=</b> 10 &bull; <b>Saved</b>")
+                      : tr("<b> &lt;</b> 10 &bull; <b>Failed</b>");
+
+    const QString number = QString::number(m_checks.size());
+    QLabel *name = label(effect->conditionText().toHtmlEscaped() + u':');
+    name->setObjectName(QStringLiteral("effect:") + number);
+    name->setMinimumWidth(EffectWidth);
+    name->setWordWrap(true);
+    QLabel *rolled = label(result);
+    rolled->setObjectName(QStringLiteral("roll:") + number);
+    auto *check = new QCheckBox;
+    check->setObjectName(QStringLiteral("saved:") + number);
+    check->setAccessibleName(effect->conditionText());
+    check->setChecked(isSaved);
+    m_checks << check;
+
+    const int row = grid->rowCount();
+    grid->addWidget(name, row, 0);
+    grid->addWidget(rolled, row, 1);
+    grid->addWidget(check, row, 2);
+}
+
+QDialogButtonBox *SavingThrowDialog::buttons()
+{
+    auto *box = new QDialogButtonBox(m_mayCancel ? QDialogButtonBox::Ok | QDialogButtonBox::Cancel
+                                                 : QDialogButtonBox::Ok);
+    QPushButton *ok = box->button(QDialogButtonBox::Ok);
+    ok->setObjectName(QStringLiteral("okButton"));
+    ok->setDefault(true);
+    if (m_mayCancel)
+        box->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cancelButton"));
+    connect(box, &QDialogButtonBox::accepted, this, &SavingThrowDialog::accept);
+    connect(box, &QDialogButtonBox::rejected, this, &SavingThrowDialog::reject);
+    return box;
+}
+
+QList<Effect *> SavingThrowDialog::savedEffects() const
+{
+    QList<Effect *> saved;
+    for (int i = 0; i < m_effects.size(); ++i)
+        if (m_checks.at(i)->isChecked())
+            saved << m_effects.at(i);
+    return saved;
+}
+
+void SavingThrowDialog::reject()
+{
+    if (m_mayCancel)
+        QDialog::reject();
+    else
+        accept();
+}
+
+bool SavingThrowDialog::eventFilter(QObject *watched, QEvent *event)
+{
+    // Also where the end of the program has closed the dialog first, which passed for the user's.
+    if (watched == parent() && event->type() == QEvent::Hide && !event->spontaneous())
+        QDialog::reject();
+    return QDialog::eventFilter(watched, event);
+}
+
+#include "moc_savingthrowdialog.cpp"

@@ -1,0 +1,185 @@
+#include "shortrestdialog.h"
+
+#include <QBoxLayout>
+#include <QCheckBox>
+#include <QDialogButtonBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QSpinBox>
+
+#include "coreobjects.h"
+#include "encounter.h"
+#include "richtextdelegate.h"
+#include "saturated.h"
+#include "smallwidgets.h"
+#include "terms.h"
+
+namespace {
+
+constexpr int MaxExtraHP = 500;
+constexpr int RowSpacing = 10;
+
+// Its own rule: neither a preview nor a full count is coloured.
+QString hpText(const Creature &creature)
+{
+    const QString hp = QString::number(creature.currHP());
+    if (creature.currHP() <= creature.bloodiedValue())
+        return QStringLiteral("<font color=red>%1</font>").arg(hp);
+    if (creature.currHP() < creature.maxHP())
+        return QStringLiteral("<font color=blue>%1</font>").arg(hp);
+    return hp;
+}
+
+int restedHP(const Creature &creature, int surges, int base, int extra)
+{
+    return saturated(qint64(surges) * creature.hsValue() + base + extra);
+}
+
+} // namespace
+
+ShortRestDialog::ShortRestDialog(QWidget *parent) : FlatDialog(term(Term::ShortRest), parent)
+{
+    setObjectName(QStringLiteral("shortRestDialog"));
+    auto *form = new QVBoxLayout;
+    form->setSpacing(RowSpacing);
+    form->addWidget(grantRow());
+    for (Creature *creature : theEncounter->creatures())
+        if (!creature->isMonster() && !creature->isDead())
+            form->addWidget(buildRow(creature));
+    form->addWidget(buttons());
+    setContent(wrap(form));
+    if (m_rows.isEmpty())
+        setFocusProxy(m_grantBox);
+    else
+        setFocusProxy(m_rows.first().surgeBox);
+}
+
+QWidget *ShortRestDialog::grantRow()
+{
+    m_grantBox = new QCheckBox;
+    m_grantBox->setObjectName(QStringLiteral("grantBox"));
+    connect(m_grantBox, &QCheckBox::stateChanged, this, &ShortRestDialog::onRestValueChanged);
+    auto *text = new ClickableLabel(
+        tr("Grant <b>%1</b> (Milestone)").arg(term(Term::ActionPoint).toHtmlEscaped()), m_grantBox);
+    text->setTextFormat(Qt::RichText);
+    return hWidget(false, true, text, m_grantBox);
+}
+
+QGroupBox *ShortRestDialog::buildRow(Creature *creature)
+{
+    const QString name = creature->displayName();
+    const auto box = [&](const char *objectName, int max) {
+        QSpinBox *spin = spinBox(max, 0, 0, true);
+        spin->setObjectName(QLatin1String(objectName) + u':' + name);
+        connect(spin, &QSpinBox::valueChanged, this, &ShortRestDialog::onRestValueChanged);
+        return spin;
+    };
+    const Row row {.creature = creature,
+                   .wasStable = creature->isStable(),
+                   .surgeBox = box("surgeBox", qMax(0, creature->currHS())),
+                   .hpBox = box("hpBox", MaxExtraHP),
+                   .surgesLabel = namedLabel("surgesLabel", creature),
+                   .hpLabel = namedLabel("hpLabel", creature),
+                   .apLabel = namedLabel("apLabel", creature),
+                   .totalLabel = namedLabel("totalLabel", creature, tr("= 0"))};
+    row.surgeBox->setAccessibleName(tr("%1: %2s").arg(name, term(Term::HealingSurge)));
+    row.hpBox->setAccessibleName(tr("%1: HP").arg(name));
+    m_rows << row;
+    showStatus(row);
+
+    auto *line = new QHBoxLayout;
+    line->addWidget(label(tr("<b>HS</b>")));
+    line->addWidget(row.surgeBox);
+    line->addWidget(label(tr(" x %1 + <b>HP</b>").arg(creature->hsValue())), 0,
+                    Qt::AlignLeft | Qt::AlignVCenter);
+    line->addWidget(row.hpBox);
+    line->addWidget(row.totalLabel);
+    line->addStretch(1);
+    for (QLabel *status : {row.surgesLabel, row.hpLabel, row.apLabel})
+        line->addWidget(status);
+    line->addStretch(2);
+    QString title = name;
+    auto *group = new QGroupBox(title.replace(u'&', QStringLiteral("&&")));
+    group->setLayout(line);
+    return group;
+}
+
+QLabel *ShortRestDialog::namedLabel(const char *name, const Creature *creature, const QString &text)
+{
+    QLabel *made = label(text);
+    made->setObjectName(QLatin1String(name) + u':' + creature->displayName());
+    return made;
+}
+
+QWidget *ShortRestDialog::buttons()
+{
+    auto *box = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    QPushButton *ok = box->button(QDialogButtonBox::Ok);
+    ok->setObjectName(QStringLiteral("okButton"));
+    ok->setDefault(true);
+    QPushButton *cancel = box->button(QDialogButtonBox::Cancel);
+    cancel->setObjectName(QStringLiteral("cancelButton"));
+    cancel->setAutoDefault(true);
+    connect(box, &QDialogButtonBox::accepted, this, [this] { accept(); });
+    connect(box, &QDialogButtonBox::rejected, this, [this] { reject(); });
+    return box;
+}
+
+void ShortRestDialog::showStatus(const Row &row)
+{
+    const Creature &creature = *row.creature;
+    row.surgesLabel->setText(tr("<b>HS</b> %2/%3").arg(creature.currHS()).arg(creature.maxHS()));
+    row.hpLabel->setText(readableColours(
+        tr("<b>HP</b> %4/%5").arg(hpText(creature)).arg(creature.maxHP()), palette()));
+    row.apLabel->setText(tr("<b>AP</b> %1").arg(creature.currAP()));
+}
+
+void ShortRestDialog::onRestValueChanged()
+{
+    for (const Row &row : std::as_const(m_rows)) {
+        if (!row.creature)
+            continue;
+        Creature &creature = *row.creature;
+        const int hp = saturatedDifference(creature.currHP(), creature.restHP());
+        const int left = saturatedDifference(creature.currHS(), creature.restHS());
+        const int used = qMin(row.surgeBox->value(), qMax(0, left));
+        const int extra = row.hpBox->value();
+        // Healing counts from 0, but without any the character stays where it is.
+        const int total =
+            used == 0 && extra == 0 ? hp : restedHP(creature, used, qMax(0, hp), extra);
+        creature.setRestAdditions(saturatedDifference(total, hp), 0, -used);
+        creature.setRestAP(m_grantBox->isChecked() ? 1 : 0);
+        row.totalLabel->setText(tr("= %1").arg(total));
+        showStatus(row);
+    }
+}
+
+void ShortRestDialog::onFinished()
+{
+    for (const Row &row : std::as_const(m_rows)) {
+        if (!row.creature)
+            continue;
+        row.creature->clearRestAdditions();
+        // One who was stabilized came up and went down again in the preview, but took no blow.
+        if (row.creature->isStable() != row.wasStable)
+            row.creature->setStable(row.wasStable);
+    }
+}
+
+QList<RestedCreature> ShortRestDialog::result() const
+{
+    QList<RestedCreature> rested;
+    for (const Row &row : m_rows) {
+        if (!row.creature)
+            continue;
+        const int used = row.surgeBox->value();
+        rested << RestedCreature {.creature = row.creature,
+                                  .usedHS = used,
+                                  .addedHP = restedHP(*row.creature, used, 0, row.hpBox->value()),
+                                  .addedAP = m_grantBox->isChecked() ? 1 : 0};
+    }
+    return rested;
+}
+
+#include "moc_shortrestdialog.cpp"
