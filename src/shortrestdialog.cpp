@@ -62,6 +62,7 @@ QWidget *ShortRestDialog::grantRow()
     connect(m_grantBox, &QCheckBox::stateChanged, this, &ShortRestDialog::onRestValueChanged);
     auto *text = new ClickableLabel(
         tr("Grant <b>%1</b> (Milestone)").arg(term(Term::ActionPoint).toHtmlEscaped()), m_grantBox);
+    text->setObjectName(QStringLiteral("grantLabel"));
     text->setTextFormat(Qt::RichText);
     return hWidget(false, true, text, m_grantBox);
 }
