@@ -1,0 +1,110 @@
+#include "statblockline.h"
+
+#include <algorithm>
+
+const Token &StatBlockLine::at(int index) const
+{
+    static constexpr Token lineEnd {TokenKind::LineEnd, {}};
+    return index >= 0 && index < size() ? m_tokens.at(index) : lineEnd;
+}
+
+int StatBlockLine::indexOf(int kind, int from) const
+{
+    for (int i = from; i < size(); ++i) {
+        if (m_tokens.at(i).kind == kind)
+            return i;
+    }
+    return -1;
+}
+
+int StatBlockLine::indexOfBulletOrStar(int from) const
+{
+    for (int i = from; i < size(); ++i) {
+        if (TokenKind::isBulletOrStar(m_tokens.at(i).kind))
+            return i;
+    }
+    return -1;
+}
+
+bool StatBlockLine::endsInFullStop() const
+{
+    const int end = size() - 1;
+    return kindAt(end) == TokenKind::FullStop
+        || (kindAt(end) == TokenKind::Symbol && kindAt(end - 1) == TokenKind::FullStop);
+}
+
+StatBlockLine::Shape StatBlockLine::shape() const
+{
+    if (m_shape < 0)
+        m_shape = computeShape();
+    return static_cast<Shape>(m_shape);
+}
+
+StatBlockLine::Shape StatBlockLine::computeShape() const
+{
+    const auto opens = [](const Token &token) { return token.kind == TokenKind::OpenBracket; };
+    const auto isMark = [&](const Token &token) {
+        return opens(token) || token.kind == TokenKind::CloseBracket
+            || TokenKind::isBulletOrStar(token.kind);
+    };
+    const auto first = std::find_if(m_tokens.cbegin(), m_tokens.cend(), isMark);
+    if (first == m_tokens.cend())
+        return NoMarks;
+    const auto last = std::find_if(m_tokens.crbegin(), m_tokens.crend(), isMark);
+    if (!opens(*first))
+        return opens(*last) ? ClosesAndOpens : OnlyCloses;
+    if (opens(*last))
+        return OnlyOpens;
+    const int bracket = indexOf(TokenKind::CloseBracket);
+    return bracket >= 0 && kindAt(bracket + 1) == TokenKind::Colon ? BracketedLabel
+                                                                   : OpensAndCloses;
+}
+
+void StatBlockLine::append(const Token &token)
+{
+    m_tokens.append(token);
+    m_shape = -1;
+}
+
+void StatBlockLine::append(const StatBlockLine &other)
+{
+    m_tokens.append(other.m_tokens);
+    m_shape = -1;
+}
+
+void StatBlockLine::insert(int index, const Token &token)
+{
+    m_tokens.insert(index, token);
+    if (m_position >= index)
+        ++m_position;
+    m_shape = -1;
+}
+
+void StatBlockLine::removeFirst()
+{
+    m_tokens.removeFirst();
+    m_position = std::max(0, m_position - 1);
+    m_shape = -1;
+}
+
+void StatBlockLine::removeLast()
+{
+    m_tokens.removeLast();
+    m_shape = -1;
+}
+
+StatBlockLine StatBlockLine::splitAt(int index)
+{
+    StatBlockLine tail(m_tokens.mid(index));
+    m_tokens.resize(std::min(index, size()));
+    m_shape = -1;
+    return tail;
+}
+
+const Token &StatBlockLine::take()
+{
+    const Token &token = current();
+    if (!atEnd())
+        ++m_position;
+    return token;
+}
