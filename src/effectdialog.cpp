@@ -1,0 +1,959 @@
+#include "effectdialog.h"
+
+#include <QBoxLayout>
+#include <QCheckBox>
+#include <QDialogButtonBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSpinBox>
+#include <algorithm>
+
+#include "coreobjects.h"
+#include "disablecombobox.h"
+#include "effect.h"
+#include "encounter.h"
+#include "saturated.h"
+#include "smallwidgets.h"
+#include "terms.h"
+
+namespace {
+
+constexpr int Columns = 10;
+constexpr int MostHP = 500;
+constexpr int MostOngoing = 200;
+constexpr int MostBonus = 100;
+constexpr int MostResistance = 200;
+constexpr int ManySurges = 134217727;
+// A damaged file may claim any number of surges; the list of choices stays one that can be read.
+constexpr int MostSurgeItems = 100;
+constexpr int AttributeLabelWidth = 30;
+constexpr QSize AttributeButtonSize(84, 24);
+// A long name doesn't widen the whole form.
+constexpr int NameCharacters = 24;
+
+bool isRunning()
+{
+    return theEncounter && theEncounter->isRunning();
+}
+
+Creature *currentCreature()
+{
+    return theEncounter ? theEncounter->current() : nullptr;
+}
+
+QString gainText(int surges)
+{
+    return EffectDialog::tr("Gain %1").arg(surges);
+}
+
+QString useText(int surges, int surgeValue)
+{
+    return EffectDialog::tr("Use %1 (+%2 HP)")
+        .arg(surges)
+        .arg(saturated(qint64(surges) * surgeValue));
+}
+
+// "5, 7 or 9".
+QString valuesText(const QList<int> &values)
+{
+    QStringList texts;
+    for (const int value : values)
+        texts << QString::number(value);
+    QString text = texts.join(QStringLiteral(", "));
+    const qsizetype last = text.lastIndexOf(QStringLiteral(", "));
+    if (last >= 0)
+        text.replace(last, 2, EffectDialog::tr(" or "));
+    return text;
+}
+
+// A group box takes "&" for the mark of a key.
+QString titleText(QString text)
+{
+    return text.replace(u'&', QStringLiteral("&&"));
+}
+
+bool canUseActionPoint(const Creature *origin)
+{
+    if (!isRunning())
+        return true;
+    if (origin->isMonster())
+        return origin->currAP() > 0;
+    return origin == currentCreature() && origin->currAP() > 0 && origin->apUsedInEncounter() == 0;
+}
+
+} // namespace
+
+EffectDialog::EffectDialog(const QList<Creature *> &selected, QWidget *parent)
+    : FlatDialog(tr("Apply Conditions and Effects"), parent)
+{
+    setObjectName(QStringLiteral("effectDialog"));
+    m_somethingSelected = !selected.isEmpty();
+    for (Creature *creature : selected)
+        m_targets << creature;
+    if (!m_somethingSelected && currentCreature())
+        m_targets << currentCreature();
+    m_self = singleTarget();
+
+    setContent(buildForm());
+    rememberCreatures();
+    updateActionTitle();
+    updateActionItems();
+    updateEndLabels();
+    updateEndConditions();
+    updateAttributes();
+    connectForm();
+    chainFocus();
+    setFocusProxy(m_damageBox);
+}
+
+// --- what was entered ---
+
+Creature *EffectDialog::origin() const
+{
+    return m_origins.value(m_originBox->currentIndex());
+}
+
+QList<Creature *> EffectDialog::targets() const
+{
+    QList<Creature *> targets;
+    for (const QPointer<Creature> &target : m_targets) {
+        if (target)
+            targets << target;
+    }
+    return targets;
+}
+
+Creature *EffectDialog::singleTarget() const
+{
+    return m_targets.size() == 1 ? m_targets.first() : nullptr;
+}
+
+int EffectDialog::damage() const
+{
+    return m_damageBox->value();
+}
+
+int EffectDialog::surgeChoice() const
+{
+    return m_surgeBox->currentData().toInt();
+}
+
+int EffectDialog::surgeValue() const
+{
+    return m_surgeValueBox->value();
+}
+
+int EffectDialog::healing() const
+{
+    return m_healBox->value();
+}
+
+int EffectDialog::tempHP() const
+{
+    return m_tempBox->value();
+}
+
+QString EffectDialog::comment() const
+{
+    return m_commentEdit->text();
+}
+
+int EffectDialog::condition() const
+{
+    return m_conditionBox->currentValue();
+}
+
+EffectedAttributes EffectDialog::attributes() const
+{
+    return {.ac = m_attributes[AC]->isChecked(),
+            .fortitude = m_attributes[Fortitude]->isChecked(),
+            .reflex = m_attributes[Reflex]->isChecked(),
+            .will = m_attributes[Will]->isChecked(),
+            .hit = m_attributes[Hit]->isChecked(),
+            .damage = m_attributes[Damage]->isChecked(),
+            .savingThrows = m_attributes[SavingThrows]->isChecked()};
+}
+
+int EffectDialog::endCondition() const
+{
+    return m_endBox->currentValue();
+}
+
+int EffectDialog::action() const
+{
+    return m_actionBox->currentValue();
+}
+
+// --- the end ---
+
+void EffectDialog::done(int result)
+{
+    m_open = false;
+    takePreviewsAway();
+    FlatDialog::done(result);
+}
+
+void EffectDialog::reject()
+{
+    m_open = false;
+    takePreviewsAway();
+    FlatDialog::reject();
+}
+
+// The end of the program ends the loop without a word to done() or reject().
+void EffectDialog::onFinished()
+{
+    m_open = false;
+    takePreviewsAway();
+}
+
+// --- the form ---
+
+DisableComboBox *EffectDialog::choiceBox(const QString &objectName, const QList<Choice> &choices,
+                                         int value)
+{
+    auto *box = new DisableComboBox;
+    box->setObjectName(objectName);
+    for (const Choice &choice : choices)
+        box->addItem(choice.text, choice.value);
+    box->setMaxVisibleItems(int(choices.size()));
+    box->selectByValue(value);
+    return box;
+}
+
+QSpinBox *EffectDialog::amountBox(const QString &objectName, int max)
+{
+    QSpinBox *box = spinBox(max, 0, 0, true);
+    box->setObjectName(objectName);
+    return box;
+}
+
+EffectDialog::AmountPair EffectDialog::amountPair(const QString &name, const QList<Choice> &choices,
+                                                  int max)
+{
+    AmountPair pair;
+    pair.box = choiceBox(name + QStringLiteral("Box"), choices, 0);
+    pair.amount = amountBox(name + QStringLiteral("Amount"), max);
+    return pair;
+}
+
+QGroupBox *EffectDialog::group(const QString &objectName, const QString &title, QWidget *content)
+{
+    auto *group = new QGroupBox(titleText(title));
+    group->setObjectName(objectName);
+    auto *layout = new QVBoxLayout(group);
+    layout->setContentsMargins(8, 4, 8, 6);
+    layout->addWidget(content);
+    return group;
+}
+
+QWidget *EffectDialog::buildForm()
+{
+    m_damageBox = amountBox(QStringLiteral("damageBox"), MostHP);
+    m_conditionBox = choiceBox(QStringLiteral("conditionBox"),
+                               {{EffectType::None, QString()},
+                                {EffectType::Blinded, tr("Blinded")},
+                                {EffectType::Concealment, tr("Concealment")},
+                                {EffectType::Dazed, tr("Dazed")},
+                                {EffectType::Deafened, tr("Deafened")},
+                                {EffectType::Dominated, tr("Dominated")},
+                                {EffectType::Grabbed, tr("Grabbed")},
+                                {EffectType::Helpless, tr("Helpless")},
+                                {EffectType::Hidden, tr("Hidden")},
+                                {EffectType::Immobilized, tr("Immobilized")},
+                                {EffectType::Insubstantial, tr("Insubstantial")},
+                                {EffectType::Marked, term(Term::Marked)},
+                                {EffectType::PartialCover, tr("Partial Cover")},
+                                {EffectType::Petrified, tr("Petrified")},
+                                {EffectType::Phasing, tr("Phasing")},
+                                {EffectType::Prone, tr("Prone")},
+                                {EffectType::Restrained, tr("Restrained")},
+                                {EffectType::Slowed, tr("Slowed")},
+                                {EffectType::Stunned, tr("Stunned")},
+                                {EffectType::SuperiorCover, tr("Superior Cover")},
+                                {EffectType::Surprised, tr("Surprised")},
+                                {EffectType::TotalConcealment, tr("Total Concealment")},
+                                {EffectType::Unconscious, tr("Unconscious")},
+                                {EffectType::Weakened, tr("Weakened")}},
+                               EffectType::None);
+
+    auto *grid = new QGridLayout;
+    grid->setContentsMargins(0, 0, 0, 0);
+    for (int column = 0; column < Columns; ++column)
+        grid->setColumnStretch(column, 1);
+    grid->addWidget(buildOrigin(), 0, 0, 1, 5);
+    grid->addWidget(buildAction(), 0, 5, 1, 5);
+    grid->addWidget(group(QStringLiteral("damageGroup"), tr("Damage"),
+                          hWidget(false, true, label(tr("HP")), m_damageBox)),
+                    1, 0, 1, 2);
+    grid->addWidget(buildSurges(), 1, 2, 1, 4);
+    grid->addWidget(buildHealing(), 1, 6, 1, 4);
+    grid->addWidget(group(QStringLiteral("conditionGroup"), tr("Conditions"), m_conditionBox), 2, 0,
+                    1, 5);
+    grid->addWidget(buildOngoing(), 2, 5, 1, 5);
+    grid->addWidget(buildBonus(), 3, 0, 1, Columns);
+    grid->addWidget(buildComment(), 4, 0, 1, 5);
+    grid->addWidget(buildResistance(), 4, 5, 1, 5);
+    grid->addWidget(buildEnd(), 5, 0, 1, 5);
+    grid->addWidget(buildButtons(), 6, 0, 1, Columns);
+    return wrap(grid);
+}
+
+QGroupBox *EffectDialog::buildOrigin()
+{
+    m_originBox = new QComboBox;
+    m_originBox->setObjectName(QStringLiteral("originBox"));
+    m_originBox->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    m_originBox->setMinimumContentsLength(NameCharacters);
+    if (!isRunning()) {
+        m_originBox->addItem(QString());
+        m_origins << nullptr;
+    }
+    const Creature *current = currentCreature();
+    const QList<Creature *> everyone =
+        theEncounter ? theEncounter->creatures().list() : QList<Creature *>();
+    for (Creature *creature : everyone) {
+        if (creature->isMonster() && creature != current && creature != m_self)
+            continue;
+        QString text = creature->displayName();
+        if (creature == m_self && m_somethingSelected)
+            text += tr(" (self)");
+        else if (creature == current)
+            text += tr(" (current)");
+        m_originBox->addItem(text);
+        m_origins << creature;
+    }
+    const Creature *first = isRunning() ? current : m_self.data();
+    m_originBox->setCurrentIndex(qMax(0, int(m_origins.indexOf(first))));
+    // No entry: an index beyond the origins gives none.
+    if (isRunning())
+        m_originBox->addItem(tr("Any monster"));
+    return group(QStringLiteral("originGroup"), tr("Attacker/Origin"), m_originBox);
+}
+
+QGroupBox *EffectDialog::buildAction()
+{
+    m_actionBox = choiceBox(QStringLiteral("actionBox"),
+                            {{NoAction, QString()},
+                             {UseActionPoint, tr("Use %1").arg(term(Term::ActionPoint))},
+                             {TotalDefence, term(Term::TotalDefence)},
+                             {SecondWind, term(Term::SecondWind)},
+                             {GainHealingSurge, tr("Gain %1").arg(term(Term::HealingSurge))},
+                             {Stabilize, tr("Stabilize")},
+                             {AdministerFirstAid, tr("Administer First Aid")}},
+                            NoAction);
+    m_actionGroup = group(QStringLiteral("actionGroup"), tr("Action"), m_actionBox);
+    return m_actionGroup;
+}
+
+QGroupBox *EffectDialog::buildSurges()
+{
+    m_surgeBox = new QComboBox;
+    m_surgeBox->setObjectName(QStringLiteral("surgeBox"));
+    m_surgeValueBox = new QSpinBox(this);
+    m_surgeValueBox->setObjectName(QStringLiteral("surgeValueBox"));
+    fillSurgeBox();
+
+    QLabel *valueLabel = nullptr;
+    QWidget *valueBox = nullptr;
+    if (m_surgeValueBox->isVisibleTo(this)) {
+        valueLabel = label(tr("Value"));
+        valueBox = m_surgeValueBox;
+    }
+    QHBoxLayout *box = hBox(m_surgeBox, valueLabel, valueBox);
+    box->setStretchFactor(m_surgeBox, 1);
+    return group(QStringLiteral("surgeGroup"), tr("%1s").arg(term(Term::HealingSurge)), wrap(box));
+}
+
+void EffectDialog::addSurgeItem(const QString &text, int value)
+{
+    m_surgeBox->addItem(text, value);
+}
+
+void EffectDialog::fillSurgeBox()
+{
+    int leastLeft = ManySurges;
+    int leastMissing = ManySurges;
+    QList<int> values; // the distinct ones
+    bool hasSurges = !m_targets.isEmpty();
+    const QList<Creature *> creatures = targets();
+    for (const Creature *target : creatures) {
+        if (target->hsValue() == 0) {
+            hasSurges = false;
+            break;
+        }
+        if (!values.contains(target->hsValue()))
+            values << target->hsValue();
+        leastLeft = std::min(leastLeft, target->currHS());
+        leastMissing =
+            std::min(leastMissing, saturatedDifference(target->maxHS(), target->currHS()));
+    }
+    if (!hasSurges) {
+        addSurgeItem(QString(), 0);
+        m_surgeBox->setEnabled(false);
+        m_surgeValueBox->setEnabled(false);
+        return;
+    }
+    if (values.size() > 1) {
+        std::sort(values.begin(), values.end());
+        fillMixedSurges(values, leastMissing > 0, leastLeft > 0);
+        return;
+    }
+    for (int surges = std::min(leastMissing, MostSurgeItems); surges > 0; --surges)
+        addSurgeItem(gainText(surges), surges);
+    addSurgeItem(QString(), 0);
+    m_surgeBox->setCurrentIndex(m_surgeBox->count() - 1);
+    for (int surges = 1; surges <= std::min(leastLeft, MostSurgeItems); ++surges)
+        addSurgeItem(useText(surges, values.first()), -surges);
+    // The usual range, unless the value is beyond it: healing by another number would be wrong.
+    m_surgeValueBox->setMaximum(std::max(m_surgeValueBox->maximum(), values.first()));
+    m_surgeValueBox->setValue(values.first());
+    m_surgeValueBox->selectAll();
+}
+
+void EffectDialog::fillMixedSurges(const QList<int> &values, bool canGain, bool canSpend)
+{
+    if (canGain)
+        addSurgeItem(gainText(1), 1);
+    addSurgeItem(QString(), 0);
+    m_surgeBox->setCurrentIndex(m_surgeBox->count() - 1);
+    if (canSpend) {
+        addSurgeItem(tr("Use 1 (+%1 HP)").arg(valuesText(values)), OwnSurge);
+        addSurgeItem(tr("Lose 1"), -1);
+    }
+    m_surgeValueBox->setEnabled(false);
+    m_surgeValueBox->hide();
+}
+
+QGroupBox *EffectDialog::buildHealing()
+{
+    m_healBox = amountBox(QStringLiteral("healBox"), MostHP);
+    m_tempBox = new QSpinBox;
+    m_tempBox->setObjectName(QStringLiteral("tempBox"));
+    return group(QStringLiteral("healGroup"), tr("Healing"),
+                 hWidget(false, true, label(tr("HP")), m_healBox, label(tr("Temp")), m_tempBox));
+}
+
+QGroupBox *EffectDialog::buildOngoing()
+{
+    m_ongoing = amountPair(QStringLiteral("ongoing"),
+                           {{15, tr("Regeneration 15")},
+                            {10, tr("Regeneration 10")},
+                            {5, tr("Regeneration 5")},
+                            {2, tr("Regeneration 2")},
+                            {1, tr("Regeneration")},
+                            {0, QString()},
+                            {-1, tr("Ongoing Damage")},
+                            {-2, tr("Ongoing Damage 2")},
+                            {-5, tr("Ongoing Damage 5")},
+                            {-10, tr("Ongoing Damage 10")},
+                            {-15, tr("Ongoing Damage 15")}},
+                           MostOngoing);
+    return group(QStringLiteral("ongoingGroup"), tr("Ongoing"),
+                 hWidget(m_ongoing.box, m_ongoing.amount));
+}
+
+QGroupBox *EffectDialog::buildBonus()
+{
+    m_effect = amountPair(QStringLiteral("effect"),
+                          {{10, tr("+10 Bonus")},
+                           {5, tr("+5 Bonus")},
+                           {2, tr("+2 Bonus")},
+                           {1, tr("Bonus")},
+                           {0, QString()},
+                           {-1, tr("Penalty")},
+                           {-2, tr("-2 Penalty")},
+                           {-5, tr("-5 Penalty")},
+                           {-10, tr("-10 Penalty")}},
+                          MostBonus);
+    m_allDefensesButton = attributeButton(QStringLiteral("allDefensesButton"), tr("All Defenses"));
+    m_hitDamageButton = attributeButton(QStringLiteral("hitDamageButton"), tr("Hit && Damage"));
+
+    auto *grid = new QGridLayout;
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->addWidget(m_effect.box, 0, 0);
+    grid->addWidget(m_effect.amount, 0, 1);
+    addAttribute(grid, AC, tr("AC"), 0, 2);
+    addAttribute(grid, Fortitude, tr("Fortitude"), 0, 4);
+    addAttribute(grid, Reflex, tr("Reflex"), 0, 6);
+    addAttribute(grid, Will, tr("Will"), 0, 8);
+    grid->addWidget(m_allDefensesButton, 1, 0);
+    grid->addWidget(m_hitDamageButton, 1, 1);
+    addAttribute(grid, Hit, tr("Hit"), 1, 2);
+    addAttribute(grid, Damage, tr("Damage"), 1, 4);
+    addAttribute(grid, SavingThrows, tr("Saving Throws"), 1, 6, 3);
+    return group(QStringLiteral("bonusGroup"), tr("Bonus/Penalty"), wrap(grid));
+}
+
+void EffectDialog::addAttribute(QGridLayout *grid, Attribute attribute, const QString &text,
+                                int row, int column, int span)
+{
+    static constexpr const char *Names[AttributeCount] = {
+        "acCheck",  "fortitudeCheck", "reflexCheck",      "willCheck",
+        "hitCheck", "damageCheck",    "savingThrowsCheck"};
+    auto *check = new QCheckBox;
+    check->setObjectName(QLatin1String(Names[attribute]));
+    check->setAccessibleName(text);
+    m_attributes[attribute] = check;
+    auto *name = new ClickableLabel(text, check);
+    name->setMinimumWidth(AttributeLabelWidth);
+    name->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    grid->addWidget(name, row, column, 1, span);
+    grid->addWidget(check, row, column + span);
+}
+
+QPushButton *EffectDialog::attributeButton(const QString &objectName, const QString &text)
+{
+    auto *button = new QPushButton(text);
+    button->setObjectName(objectName);
+    button->setFixedSize(AttributeButtonSize);
+    // Return on it presses it instead of accepting the dialog.
+    button->setAutoDefault(true);
+    return button;
+}
+
+QGroupBox *EffectDialog::buildComment()
+{
+    m_commentEdit = new QLineEdit;
+    m_commentEdit->setObjectName(QStringLiteral("commentEdit"));
+    return group(QStringLiteral("commentGroup"), tr("Custom Condition/Effect or Add Comment"),
+                 m_commentEdit);
+}
+
+QGroupBox *EffectDialog::buildResistance()
+{
+    m_resVul = amountPair(QStringLiteral("resVul"),
+                          {{15, tr("Resistance 15")},
+                           {10, tr("Resistance 10")},
+                           {5, tr("Resistance 5")},
+                           {2, tr("Resistance 2")},
+                           {1, tr("Resistance")},
+                           {0, QString()},
+                           {-1, tr("Vulnerability")},
+                           {-2, tr("Vulnerability 2")},
+                           {-5, tr("Vulnerability 5")},
+                           {-10, tr("Vulnerability 10")},
+                           {-15, tr("Vulnerability 15")}},
+                          MostResistance);
+    return group(QStringLiteral("resVulGroup"), tr("Resist/Vulnerable"),
+                 hWidget(m_resVul.box, m_resVul.amount));
+}
+
+QGroupBox *EffectDialog::buildEnd()
+{
+    m_endBox = choiceBox(QStringLiteral("endBox"),
+                         {{NoEnd, QString()},
+                          {EffectEnd::Special, tr("End special")},
+                          {EffectEnd::EndOfOriginsTurn, tr("End of next turn")},
+                          {EffectEnd::StartOfOriginsTurn, tr("Start of next turn")},
+                          {EffectEnd::SaveEnds, tr("Save ends")},
+                          {EffectEnd::EndOfEncounter, tr("End of encounter")},
+                          {EffectEnd::EndOfTargetsTurn, tr("End of target's next turn")},
+                          {EffectEnd::StartOfTargetsTurn, tr("Start of target's next turn")}},
+                         NoEnd);
+    m_endBox->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    m_endBox->setMinimumContentsLength(NameCharacters);
+    return group(QStringLiteral("endGroup"), tr("End Condition"), m_endBox);
+}
+
+QWidget *EffectDialog::buildButtons()
+{
+    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    QPushButton *ok = buttons->button(QDialogButtonBox::Ok);
+    ok->setObjectName(QStringLiteral("okButton"));
+    ok->setDefault(true);
+    QPushButton *cancel = buttons->button(QDialogButtonBox::Cancel);
+    cancel->setObjectName(QStringLiteral("cancelButton"));
+    cancel->setAutoDefault(true);
+    connect(buttons, &QDialogButtonBox::accepted, this, [this] { accept(); });
+    connect(buttons, &QDialogButtonBox::rejected, this, [this] { reject(); });
+    return buttons;
+}
+
+void EffectDialog::connectForm()
+{
+    const auto onActivated = [this](QComboBox *box, void (EffectDialog::*slot)()) {
+        connect(box, &QComboBox::activated, this, slot);
+    };
+    const auto onValueChanged = [this](QSpinBox *box, void (EffectDialog::*slot)()) {
+        connect(box, &QSpinBox::valueChanged, this, slot);
+    };
+    onActivated(m_originBox, &EffectDialog::originTouched);
+    onActivated(m_actionBox, &EffectDialog::actionTouched);
+    onValueChanged(m_damageBox, &EffectDialog::damageTouched);
+    onActivated(m_surgeBox, &EffectDialog::healingTouched);
+    onValueChanged(m_surgeValueBox, &EffectDialog::healingSurgeValueTouched);
+    onValueChanged(m_healBox, &EffectDialog::healingTouched);
+    onValueChanged(m_tempBox, &EffectDialog::healingTouched);
+    onActivated(m_conditionBox, &EffectDialog::conditionTouched);
+    onActivated(m_ongoing.box, &EffectDialog::ongoingTouched);
+    onValueChanged(m_ongoing.amount, &EffectDialog::ongoingAmountTouched);
+    onActivated(m_effect.box, &EffectDialog::effectTouched);
+    onValueChanged(m_effect.amount, &EffectDialog::effectAmountTouched);
+    onActivated(m_resVul.box, &EffectDialog::resVulTouched);
+    onValueChanged(m_resVul.amount, &EffectDialog::resVulAmountTouched);
+    onActivated(m_endBox, &EffectDialog::endConditionTouched);
+    connect(m_commentEdit, &QLineEdit::textChanged, this, &EffectDialog::applyCommentTouched);
+    connect(m_allDefensesButton, &QPushButton::clicked, this, &EffectDialog::onAllDefensesClicked);
+    connect(m_hitDamageButton, &QPushButton::clicked, this, &EffectDialog::onHitDamageClicked);
+}
+
+// Row by row, as the form is read.
+void EffectDialog::chainFocus()
+{
+    QList<QWidget *> chain {m_originBox,     m_actionBox,      m_damageBox,  m_surgeBox,
+                            m_surgeValueBox, m_healBox,        m_tempBox,    m_conditionBox,
+                            m_ongoing.box,   m_ongoing.amount, m_effect.box, m_effect.amount};
+    for (const Attribute attribute : {AC, Fortitude, Reflex, Will})
+        chain << m_attributes[attribute];
+    chain << m_allDefensesButton << m_hitDamageButton;
+    for (const Attribute attribute : {Hit, Damage, SavingThrows})
+        chain << m_attributes[attribute];
+    chain << m_commentEdit << m_resVul.box << m_resVul.amount << m_endBox
+          << findChild<QPushButton *>(QStringLiteral("okButton"))
+          << findChild<QPushButton *>(QStringLiteral("cancelButton"));
+    for (int i = 1; i < chain.size(); ++i)
+        setTabOrder(chain.at(i - 1), chain.at(i));
+}
+
+// --- what may be chosen ---
+
+void EffectDialog::updateActionTitle()
+{
+    if (const Creature *creature = origin())
+        m_actionGroup->setTitle(titleText(tr("%1's Actions").arg(creature->displayName())));
+}
+
+void EffectDialog::updateActionItems()
+{
+    const Creature *creature = origin();
+    const Creature *single = singleTarget();
+    const bool actsNow = isRunning() && creature && creature == currentCreature();
+    // Whoever has the turn can't be the one who needs help.
+    const bool canHelp = isRunning() && single && single != currentCreature();
+
+    const struct {
+        Action action;
+        bool enabled;
+    } rows[] = {
+        {UseActionPoint, creature && canUseActionPoint(creature)},
+        {TotalDefence, actsNow},
+        {SecondWind, actsNow && surgesLeft(creature) > 0 && !creature->secondWindUsed()},
+        {GainHealingSurge, creature && (!isRunning() || surgesLeft(creature) < creature->maxHS())},
+        {Stabilize, canHelp && single->isDying() && !single->isStable()},
+        {AdministerFirstAid, canHelp && surgesLeft(single) > 0 && !single->secondWindUsed()},
+    };
+    for (const auto &row : rows)
+        m_actionBox->setItemEnabledByValue(row.action, row.enabled);
+    if (!m_actionBox->isItemEnabled(m_actionBox->currentIndex())) {
+        m_actionBox->setCurrentIndex(0);
+        m_lastActionIndex = 0;
+    }
+}
+
+bool EffectDialog::hasAnythingToEnd() const
+{
+    return condition() != EffectType::None || m_ongoing.box->currentValue() != 0
+        || m_effect.box->currentValue() != 0 || m_resVul.box->currentValue() != 0
+        || !m_commentEdit->text().isEmpty();
+}
+
+void EffectDialog::updateEndConditions()
+{
+    const bool any = hasAnythingToEnd();
+    const bool running = isRunning();
+    const Creature *creature = origin();
+    const bool originIsTarget = creature && creature == singleTarget();
+    const struct {
+        int value;
+        bool enabled;
+    } rows[] = {
+        {NoEnd, !any},
+        {EffectEnd::Special, any},
+        {EffectEnd::EndOfOriginsTurn, any && running && creature},
+        {EffectEnd::StartOfOriginsTurn, any && running && creature},
+        {EffectEnd::SaveEnds, any && running},
+        {EffectEnd::EndOfEncounter, any},
+        {EffectEnd::EndOfTargetsTurn, any && running && !originIsTarget},
+        {EffectEnd::StartOfTargetsTurn, any && running && !originIsTarget},
+    };
+    for (const auto &row : rows)
+        m_endBox->setItemEnabledByValue(row.value, row.enabled);
+    // Neither the blank item nor an end that another origin has ruled out stays chosen.
+    if (!any)
+        m_endBox->setCurrentIndex(0);
+    else if (!m_endBox->isItemEnabled(m_endBox->currentIndex()))
+        m_endBox->selectByValue(EffectEnd::Special);
+    m_lastEndIndex = m_endBox->currentIndex();
+}
+
+void EffectDialog::updateEndLabels()
+{
+    const Creature *creature = origin();
+    const auto setText = [this](int value, const QString &text) {
+        m_endBox->setItemText(m_endBox->findData(value), text);
+    };
+    if (creature) {
+        const QString name = creature->displayName();
+        setText(EffectEnd::EndOfOriginsTurn, tr("End of %1's next turn").arg(name));
+        setText(EffectEnd::StartOfOriginsTurn, tr("Start of %1's next turn").arg(name));
+    } else {
+        setText(EffectEnd::EndOfOriginsTurn, tr("End of next turn"));
+        setText(EffectEnd::StartOfOriginsTurn, tr("Start of next turn"));
+    }
+}
+
+void EffectDialog::updateAttributes()
+{
+    const bool enabled = m_effect.box->currentValue() != 0;
+    m_allDefensesButton->setEnabled(enabled);
+    m_hitDamageButton->setEnabled(enabled);
+    for (QCheckBox *check : m_attributes)
+        check->setEnabled(enabled);
+}
+
+void EffectDialog::originTouched()
+{
+    if (!origin())
+        m_actionGroup->setTitle(tr("Actions"));
+    updateActionTitle();
+    updatePreview();
+    updateEndLabels();
+    updateEndConditions();
+}
+
+void EffectDialog::damageTouched()
+{
+    updatePreview();
+}
+
+void EffectDialog::healingSurgeValueTouched()
+{
+    const int value = surgeValue();
+    for (int i = 0; i < m_surgeBox->count(); ++i) {
+        const int surges = m_surgeBox->itemData(i).toInt();
+        if (surges > 0)
+            m_surgeBox->setItemText(i, gainText(surges));
+        else if (surges < 0)
+            m_surgeBox->setItemText(
+                i, value == 0 ? tr("Lose %1").arg(-surges) : useText(-surges, value));
+    }
+    updatePreview();
+}
+
+void EffectDialog::healingTouched()
+{
+    updatePreview();
+}
+
+void EffectDialog::actionTouched()
+{
+    if (m_actionBox->isItemEnabled(m_actionBox->currentIndex()))
+        m_lastActionIndex = m_actionBox->currentIndex();
+    else
+        m_actionBox->setCurrentIndex(m_lastActionIndex);
+    updatePreview();
+}
+
+void EffectDialog::conditionTouched()
+{
+    updateEndConditions();
+}
+
+void EffectDialog::applyCommentTouched()
+{
+    updateEndConditions();
+}
+
+void EffectDialog::endConditionTouched()
+{
+    if (m_endBox->isItemEnabled(m_endBox->currentIndex()))
+        m_lastEndIndex = m_endBox->currentIndex();
+    else
+        m_endBox->setCurrentIndex(m_lastEndIndex);
+}
+
+// --- amounts ---
+
+int EffectDialog::signedAmount(const AmountPair &pair)
+{
+    return pair.box->currentValue() < 0 ? -pair.amount->value() : pair.amount->value();
+}
+
+void EffectDialog::choiceTouched(AmountPair &pair)
+{
+    const int choice = pair.box->currentValue();
+    pair.negative = choice <= 0;
+    // The items without a number change the sign of a number that was typed.
+    if (pair.amount->value() != 0 && qAbs(choice) == 1)
+        amountTouched(pair);
+    else
+        pair.amount->setValue(qAbs(choice));
+}
+
+void EffectDialog::amountTouched(AmountPair &pair)
+{
+    const int amount = pair.negative ? -pair.amount->value() : pair.amount->value();
+    if (!pair.box->selectByValue(amount))
+        pair.box->selectByValue(amount > 0 ? 1 : -1);
+}
+
+void EffectDialog::ongoingTouched()
+{
+    choiceTouched(m_ongoing);
+    updateEndConditions();
+}
+
+void EffectDialog::ongoingAmountTouched()
+{
+    amountTouched(m_ongoing);
+    updateEndConditions();
+}
+
+void EffectDialog::effectTouched()
+{
+    choiceTouched(m_effect);
+    updateAttributes();
+    updateEndConditions();
+}
+
+void EffectDialog::effectAmountTouched()
+{
+    amountTouched(m_effect);
+    updateAttributes();
+    updateEndConditions();
+}
+
+void EffectDialog::resVulTouched()
+{
+    choiceTouched(m_resVul);
+    updateEndConditions();
+}
+
+void EffectDialog::resVulAmountTouched()
+{
+    amountTouched(m_resVul);
+    updateEndConditions();
+}
+
+void EffectDialog::toggleAttributes(Attribute first, Attribute last)
+{
+    const auto begin = m_attributes + first;
+    const auto end = m_attributes + last + 1;
+    const bool any = std::any_of(begin, end, [](QCheckBox *check) { return check->isChecked(); });
+    std::for_each(begin, end, [any](QCheckBox *check) { check->setChecked(!any); });
+}
+
+void EffectDialog::onAllDefensesClicked()
+{
+    toggleAttributes(AC, Will);
+}
+
+void EffectDialog::onHitDamageClicked()
+{
+    toggleAttributes(Hit, Damage);
+}
+
+// --- preview ---
+
+void EffectDialog::rememberCreatures()
+{
+    QList<Creature *> creatures = targets();
+    for (const QPointer<Creature> &creature : std::as_const(m_origins)) {
+        if (creature && !creatures.contains(creature))
+            creatures << creature;
+    }
+    for (Creature *creature : std::as_const(creatures))
+        m_touched << Touched {creature, creature->isStable()};
+}
+
+void EffectDialog::takePreviewsAway()
+{
+    for (const Touched &touched : std::as_const(m_touched)) {
+        if (!touched.creature)
+            continue;
+        touched.creature->clearRestAdditions();
+        // A stabilized creature that was shown on its feet and falls again would be dying.
+        if (touched.creature->isStable() != touched.stable)
+            touched.creature->setStable(touched.stable);
+    }
+}
+
+void EffectDialog::updatePreview()
+{
+    // Keys that were typed ahead may still arrive behind the answer.
+    if (!m_open)
+        return;
+    takePreviewsAway();
+    updateActionItems();
+    Creature *creature = origin();
+    const QList<Creature *> creatures = targets();
+    for (Creature *target : creatures)
+        previewTarget(target, creature, action());
+    if (creature && !creatures.contains(creature))
+        previewOrigin(creature, action());
+}
+
+int EffectDialog::surgeChange() const
+{
+    return surgeChoice() == OwnSurge ? -1 : surgeChoice();
+}
+
+int EffectDialog::healingFor(const Creature *target) const
+{
+    if (surgeChoice() == OwnSurge)
+        return saturatedSum(healing(), target->hsValue());
+    const int spent = std::max(0, -surgeChoice());
+    return saturated(healing() + qint64(spent) * surgeValue());
+}
+
+// After the choice in the surge box and before the action; asked while no preview stands.
+int EffectDialog::surgesLeft(const Creature *creature) const
+{
+    return isTarget(creature) ? saturatedSum(creature->currHS(), surgeChange())
+                              : creature->currHS();
+}
+
+void EffectDialog::previewTarget(Creature *target, Creature *origin, int action)
+{
+    const int hp = target->currHP();
+    const int temp = target->tempHP();
+    const int surges = target->currHS();
+
+    const int absorbed = std::min(temp, damage());
+    int newTemp = saturatedDifference(temp, absorbed);
+    int newHP = saturatedDifference(hp, saturatedDifference(damage(), absorbed));
+    const int heal = healingFor(target);
+    if (heal != 0)
+        newHP = saturatedSum(std::max(newHP, 0), heal); // counts from 0
+    int newSurges = saturatedSum(surges, surgeChange());
+
+    const bool isOrigin = target == origin;
+    const bool spendsSurge = (action == SecondWind && isOrigin) || action == AdministerFirstAid;
+    if (spendsSurge && newSurges > 0) {
+        --newSurges;
+        newHP = saturatedSum(newHP, target->hsValue());
+    }
+    if (action == GainHealingSurge && isOrigin)
+        newSurges = saturatedSum(newSurges, 1);
+    newTemp = std::max(newTemp, tempHP());
+    target->setRestAdditions(saturatedDifference(newHP, hp), saturatedDifference(newTemp, temp),
+                             saturatedDifference(newSurges, surges));
+    if (action == UseActionPoint && isOrigin)
+        target->setRestAP(-1);
+}
+
+void EffectDialog::previewOrigin(Creature *origin, int action)
+{
+    if (action == SecondWind && origin->currHS() > 0)
+        origin->setRestAdditions(origin->hsValue(), 0, -1);
+    else if (action == GainHealingSurge)
+        origin->setRestAdditions(0, 0, 1);
+    else if (action == UseActionPoint)
+        origin->setRestAP(-1);
+}
+
+#include "moc_effectdialog.cpp"
