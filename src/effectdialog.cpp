@@ -31,6 +31,7 @@ constexpr int ManySurges = 134217727;
 constexpr int MostSurgeItems = 100;
 constexpr int AttributeLabelWidth = 30;
 constexpr QSize AttributeButtonSize(84, 24);
+constexpr int AttributeButtonMargin = 12;
 // A long name doesn't widen the whole form.
 constexpr int NameCharacters = 24;
 
@@ -106,6 +107,7 @@ EffectDialog::EffectDialog(const QList<Creature *> &selected, QWidget *parent)
     updateAttributes();
     connectForm();
     chainFocus();
+    m_damageBox->selectAll(); // the others do so themselves when Tab reaches them
     setFocusProxy(m_damageBox);
 }
 
@@ -226,7 +228,8 @@ DisableComboBox *EffectDialog::choiceBox(const QString &objectName, const QList<
 
 QSpinBox *EffectDialog::amountBox(const QString &objectName, int max)
 {
-    QSpinBox *box = spinBox(max, 0, 0, true);
+    QSpinBox *box = spinBox(max, 0, 0, false);
+    box->setValue(0); // or it has no text yet that could be selected
     box->setObjectName(objectName);
     return box;
 }
@@ -238,6 +241,13 @@ EffectDialog::AmountPair EffectDialog::amountPair(const QString &name, const QLi
     pair.box = choiceBox(name + QStringLiteral("Box"), choices, 0);
     pair.amount = amountBox(name + QStringLiteral("Amount"), max);
     return pair;
+}
+
+QWidget *EffectDialog::pairRow(const AmountPair &pair)
+{
+    QHBoxLayout *row = hBox(pair.box, pair.amount);
+    row->setStretchFactor(pair.box, 1);
+    return wrap(row);
 }
 
 QGroupBox *EffectDialog::group(const QString &objectName, const QString &title, QWidget *content)
@@ -452,8 +462,7 @@ QGroupBox *EffectDialog::buildOngoing()
                             {-10, tr("Ongoing Damage 10")},
                             {-15, tr("Ongoing Damage 15")}},
                            MostOngoing);
-    return group(QStringLiteral("ongoingGroup"), tr("Ongoing"),
-                 hWidget(m_ongoing.box, m_ongoing.amount));
+    return group(QStringLiteral("ongoingGroup"), tr("Ongoing"), pairRow(m_ongoing));
 }
 
 QGroupBox *EffectDialog::buildBonus()
@@ -509,7 +518,10 @@ QPushButton *EffectDialog::attributeButton(const QString &objectName, const QStr
 {
     auto *button = new QPushButton(text);
     button->setObjectName(objectName);
-    button->setFixedSize(AttributeButtonSize);
+    // Wider only where the desktop's font would be cut.
+    const int textWidth = button->fontMetrics().size(Qt::TextShowMnemonic, text).width();
+    button->setFixedSize(std::max(AttributeButtonSize.width(), textWidth + AttributeButtonMargin),
+                         AttributeButtonSize.height());
     // Return on it presses it instead of accepting the dialog.
     button->setAutoDefault(true);
     return button;
@@ -538,8 +550,7 @@ QGroupBox *EffectDialog::buildResistance()
                            {-10, tr("Vulnerability 10")},
                            {-15, tr("Vulnerability 15")}},
                           MostResistance);
-    return group(QStringLiteral("resVulGroup"), tr("Resist/Vulnerable"),
-                 hWidget(m_resVul.box, m_resVul.amount));
+    return group(QStringLiteral("resVulGroup"), tr("Resist/Vulnerable"), pairRow(m_resVul));
 }
 
 QGroupBox *EffectDialog::buildEnd()

@@ -110,6 +110,7 @@ private:
     DisableComboBox *choiceBox(const QString &objectName, const QList<Choice> &choices, int value);
     QSpinBox *amountBox(const QString &objectName, int max);
     AmountPair amountPair(const QString &name, const QList<Choice> &choices, int max);
+    QWidget *pairRow(const AmountPair &pair);
     QGroupBox *group(const QString &objectName, const QString &title, QWidget *content);
     QWidget *buildForm();
     QGroupBox *buildOrigin();
