@@ -30,7 +30,9 @@ JumpInDialog::JumpInDialog(const CreatureList &delayed, const CreatureList &read
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
-    setLayout(vBox(label(tr("<b>Who will Jump in?</b>")), m_whoBox, buttons));
+    QVBoxLayout *box = vBox(label(tr("<b>Who will Jump in?</b>")), m_whoBox, buttons);
+    box->unsetContentsMargins();
+    setLayout(box);
     m_whoBox->setFocus();
 }
 

@@ -180,6 +180,8 @@ private:
     void createActions();
     QAction *createAction(const ActionRow &row);
     void createToolBars();
+    // Puts them into as many rows as the window's width asks for.
+    void breakToolBars();
     void createStatusBar();
     QDockWidget *createDock(const QString &name, const QString &title, QAbstractItemView *content,
                             Qt::DockWidgetArea area);

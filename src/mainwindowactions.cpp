@@ -244,6 +244,21 @@ void MainWindow::createToolBars()
     windows->addActions({a.shortRest, a.extendedRest});
 }
 
+// A bar that doesn't fit beside the others would hide its last buttons behind an arrow.
+void MainWindow::breakToolBars()
+{
+    int used = 0;
+    const QList<QToolBar *> bars = findChildren<QToolBar *>(Qt::FindDirectChildrenOnly);
+    for (QToolBar *bar : bars) {
+        const int needed = bar->sizeHint().width();
+        if (used > 0 && used + needed > width()) {
+            insertToolBarBreak(bar);
+            used = 0;
+        }
+        used += needed;
+    }
+}
+
 void MainWindow::createStatusBar()
 {
     m_roundLabel = label(QString());
@@ -352,6 +367,7 @@ void MainWindow::restoreLayout()
 {
     // A scaled or small screen may have less room, and its frame must stay within reach.
     resize(DefaultSize.boundedTo(screen()->availableSize() * 0.9));
+    breakToolBars();
     const QSettings settings;
     restoreGeometry(settings.value(QStringLiteral("mainWindow/geometry")).toByteArray());
     restoreState(settings.value(QStringLiteral("mainWindow/state")).toByteArray());

@@ -57,7 +57,9 @@ SetAliasDialog::SetAliasDialog(const CreatureList &creatures, QWidget *parent)
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(remove, &QPushButton::clicked, this, &SetAliasDialog::doRemoveClicked);
 
-    setLayout(vBox(who, m_aliasEdit, m_enableBox, buttons));
+    QVBoxLayout *box = vBox(who, m_aliasEdit, m_enableBox, buttons);
+    box->unsetContentsMargins();
+    setLayout(box);
     m_aliasEdit->setFocus();
 }
 

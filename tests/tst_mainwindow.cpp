@@ -20,6 +20,8 @@ private Q_SLOTS:
     void cleanup() { m_fight.reset(); }
 
     void menusAndToolBarsHoldLiveActionsOnly();
+    void toolBarsShowAllButtons();
+    void sharedKeyDoesNeither();
     void actionsFollowTheEncounter();
     void actionsFollowTheHealth();
     void damageByKeysAndClicks();
@@ -122,6 +124,41 @@ void MainWindowTest::menusAndToolBarsHoldLiveActionsOnly()
          {"Ctrl+Y", "Ctrl+O", "Ctrl+M", "Ctrl+Z", "Ctrl+Shift+Z", "Ctrl+S", "Ctrl+N", "Ctrl+H",
           "Ctrl+R", "Ctrl+U", "Ctrl+W", "Ctrl+X", "Ctrl+Q", "Ctrl+T", "Ctrl+L", "Ctrl+G", "Ctrl+P"})
         QVERIFY2(keys.contains(QLatin1String(key)), key);
+}
+
+// The screen of these tests is too narrow for all bars in a row.
+void MainWindowTest::toolBarsShowAllButtons()
+{
+    const QList<QToolBar *> bars = m_fight->window().findChildren<QToolBar *>();
+    QSet<int> rows;
+    for (const QToolBar *bar : bars) {
+        rows.insert(bar->y());
+        for (QAction *action : bar->actions())
+            QVERIFY2(bar->widgetForAction(action)->isVisible(), qPrintable(action->objectName()));
+    }
+    QCOMPARE(bars.size(), 3);
+    QVERIFY(rows.size() > 1);
+}
+
+void MainWindowTest::sharedKeyDoesNeither()
+{
+    start();
+    const auto press = [this] {
+        QTest::keyClick(m_fight->table(), Qt::Key_R, Qt::ControlModifier);
+        return FightFixture::eventClasses().last();
+    };
+    m_fight->click(1);
+    QVERIFY(isEnabled("ready") && isEnabled("remove"));
+    QCOMPARE(press(), QStringLiteral("StartEncounter")); // and no warning
+    m_fight->window().clearSelection();
+    QVERIFY(isEnabled("ready") && !isEnabled("remove"));
+    QCOMPARE(press(), QStringLiteral("NextTurn"));
+    QCOMPARE(FightFixture::eventClasses().count(QStringLiteral("Ready")), 1);
+    m_fight->action("startStop")->trigger();
+    m_fight->click(0);
+    QVERIFY(!isEnabled("ready") && isEnabled("remove"));
+    QCOMPARE(press(), QStringLiteral("RemoveCreatures"));
+    QCOMPARE(theEncounter->count(), 1);
 }
 
 void MainWindowTest::actionsFollowTheEncounter()
