@@ -54,7 +54,10 @@ void CreatureTableView::keyPressEvent(QKeyEvent *event)
 void CreatureTableView::mousePressEvent(QMouseEvent *event)
 {
     m_lastPressX = event->position().toPoint().x();
+    // Or the list would move sideways a moment after a click on a column that is cut off.
+    setAutoScroll(false);
     QTableView::mousePressEvent(event);
+    setAutoScroll(true);
     m_pressed = indexAt(event->position().toPoint());
 }
 

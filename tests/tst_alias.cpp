@@ -7,8 +7,6 @@
 #include "setaliasdialog.h"
 #include "testhome.h"
 
-using Mode = SetAliasDialog::Mode;
-
 class TestAlias : public QObject {
     Q_OBJECT
 
@@ -18,8 +16,6 @@ private Q_SLOTS:
 
     void startsFromTheSelection_data();
     void startsFromTheSelection();
-    void tellsWhatWasDecided_data();
-    void tellsWhatWasDecided();
     void commandMakesOneEventForEach_data();
     void commandMakesOneEventForEach();
     void showsOnlyWhatIsHidden();
@@ -101,48 +97,12 @@ void TestAlias::startsFromTheSelection()
         QStringLiteral("<b>Set Alias</b> for %1, Rat (C&lt;):").arg(m_rats.at(1)->displayName()));
 }
 
-void TestAlias::tellsWhatWasDecided_data()
-{
-    QTest::addColumn<bool>("enable");
-    QTest::addColumn<QString>("button"); // empty for the Return key
-    QTest::addColumn<int>("answer");
-    QTest::addColumn<int>("mode");
-    QTest::newRow("shown") << true << "" << 1 << int(Mode::Show);
-    QTest::newRow("kept back") << false << "OK" << 1 << int(Mode::Hide);
-    QTest::newRow("removed") << true << "Remove Alias" << 1 << int(Mode::Remove);
-    QTest::newRow("cancelled") << true << "Cancel" << 0 << int(Mode::Show);
-}
-
-void TestAlias::tellsWhatWasDecided()
-{
-    QFETCH(bool, enable);
-    QFETCH(QString, button);
-    setAliases(QStringLiteral("X"));
-    SetAliasDialog dialog {CreatureList(m_rats.mid(0, 1))};
-    Answer answer([&] {
-        auto *edit = qobject_cast<QLineEdit *>(QApplication::focusWidget());
-        if (!edit || !dialog.isAncestorOf(edit))
-            return false;
-        QTest::keyClicks(edit, QStringLiteral("Nib")); // over the selected text
-        dialog.findChild<QCheckBox *>(QStringLiteral("enableBox"))->setChecked(enable);
-        if (button.isEmpty())
-            QTest::keyClick(edit, Qt::Key_Return);
-        else
-            buttonWithText(dialog, button)->click();
-        return true;
-    });
-    QTEST(dialog.exec(), "answer");
-    QString text;
-    QTEST(int(dialog.result(text)), "mode");
-    QCOMPARE(text, QStringLiteral("Nib"));
-}
-
 void TestAlias::commandMakesOneEventForEach_data()
 {
     QTest::addColumn<QString>("before");
     QTest::addColumn<QString>("text");
     QTest::addColumn<bool>("enable");
-    QTest::addColumn<QString>("button");
+    QTest::addColumn<QString>("button"); // empty for the Return key
     QTest::addColumn<QString>("after");
     QTest::addColumn<int>("events");
     QTest::newRow("all get one") << "-xX"
@@ -179,9 +139,12 @@ void TestAlias::commandMakesOneEventForEach()
         auto *dialog = qobject_cast<SetAliasDialog *>(QApplication::activeModalWidget());
         if (!dialog)
             return false;
-        dialog->findChild<QLineEdit *>()->setText(text);
         dialog->findChild<QCheckBox *>()->setChecked(enable);
-        buttonWithText(*dialog, button)->click();
+        QTest::keyClicks(dialog->focusWidget(), text);
+        if (button.isEmpty())
+            QTest::keyClick(dialog->focusWidget(), Qt::Key_Return);
+        else
+            buttonWithText(*dialog, button)->click();
         return true;
     });
     m_fight->action("setAlias")->trigger();

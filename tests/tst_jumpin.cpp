@@ -21,7 +21,6 @@ private Q_SLOTS:
     void oneOfSeveralIsAsked_data();
     void oneOfSeveralIsAsked();
     void nothingOfTheTurnsStartIsRaised();
-    void nobodyWaits();
 
 private:
     void trigger(const char *action) { m_fight->action(action)->trigger(); }
@@ -84,6 +83,8 @@ void TestJumpIn::delayedTakesTheTurn()
     QCOMPARE(state(), QStringLiteral("1: Bram 1, Rat (A) 3, Aria| 1"));
     QVERIFY(!m_aria->isDelayed());
     QVERIFY(!m_fight->action("jumpIn")->isEnabled());
+    m_fight->window().onJumpIn(); // nobody waits
+    QCOMPARE(theHistory->eventCount(), first + 2);
 
     stepBackTo(first);
     m_rat->setTurnCount(0);
@@ -160,14 +161,6 @@ void TestJumpIn::nothingOfTheTurnsStartIsRaised()
     QCOMPARE(theEncounter->current(), m_aria);
     QCOMPARE(m_aria->currHP(), m_aria->maxHP());
     QCOMPARE(m_rat->effectCount(), 1);
-}
-
-void TestJumpIn::nobodyWaits()
-{
-    const int first = theHistory->eventCount();
-    QVERIFY(!m_fight->action("jumpIn")->isEnabled());
-    m_fight->window().onJumpIn();
-    QCOMPARE(theHistory->eventCount(), first);
 }
 
 MORVANE_TEST_MAIN(QApplication, TestJumpIn)
