@@ -20,6 +20,7 @@ namespace {
 constexpr int Spacing = 16;
 constexpr int Columns = 3;
 constexpr int EffectWidth = 100; // pixels, at least
+constexpr int WidestEffect = 300; // a longer text wraps
 constexpr int EffectStretch = 10;
 constexpr int Sides = 20;
 constexpr int Target = 10; // of death saves too; a natural 1 or 20 is a roll like any other
@@ -40,6 +41,8 @@ SavingThrowDialog::SavingThrowDialog(const Creature *creature, const QList<Effec
     const QString text = creature->savingThrowsText(false, &modifier, &isComplex);
     auto *grid = new QGridLayout(this);
     grid->setSpacing(Spacing);
+    // Or a tall dialog would be cut down to two thirds of the screen, and its texts with it.
+    grid->setSizeConstraint(QLayout::SetFixedSize);
     grid->setColumnStretch(0, EffectStretch);
     grid->addWidget(
         label(tr("Saving Throws for <b>%1</b>:").arg(creature->displayName().toHtmlEscaped())), 0,
@@ -83,8 +86,9 @@ void SavingThrowDialog::addRow(QGridLayout *grid, const Effect *effect, int modi
     const QString number = QString::number(m_checks.size());
     QLabel *name = label(effect->conditionText().toHtmlEscaped() + u':');
     name->setObjectName(QStringLiteral("effect:") + number);
-    name->setMinimumWidth(EffectWidth);
-    name->setWordWrap(true);
+    const int width = name->sizeHint().width();
+    name->setMinimumWidth(qBound(EffectWidth, width, WidestEffect));
+    name->setWordWrap(width > WidestEffect);
     QLabel *rolled = label(result);
     rolled->setObjectName(QStringLiteral("roll:") + number);
     auto *check = new QCheckBox;

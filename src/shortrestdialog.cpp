@@ -19,6 +19,13 @@ namespace {
 
 constexpr int MaxExtraHP = 500;
 constexpr int RowSpacing = 10;
+constexpr int StatusGap = 8;
+// Room for the labels in digits, so that the rows stand in columns while their numbers change.
+constexpr int ValueDigits = 8;
+constexpr int TotalDigits = 5;
+constexpr int SurgesDigits = 8;
+constexpr int HPDigits = 10;
+constexpr int APDigits = 5;
 
 // Its own rule: neither a preview nor a full count is coloured.
 QString hpText(const Creature &creature)
@@ -80,22 +87,26 @@ QGroupBox *ShortRestDialog::buildRow(Creature *creature)
                    .wasStable = creature->isStable(),
                    .surgeBox = box("surgeBox", qMax(0, creature->currHS())),
                    .hpBox = box("hpBox", MaxExtraHP),
-                   .surgesLabel = namedLabel("surgesLabel", creature),
-                   .hpLabel = namedLabel("hpLabel", creature),
-                   .apLabel = namedLabel("apLabel", creature),
-                   .totalLabel = namedLabel("totalLabel", creature, tr("= 0"))};
+                   .surgesLabel = namedLabel("surgesLabel", creature, SurgesDigits),
+                   .hpLabel = namedLabel("hpLabel", creature, HPDigits),
+                   .apLabel = namedLabel("apLabel", creature, APDigits),
+                   .totalLabel = namedLabel("totalLabel", creature, TotalDigits)};
     row.surgeBox->setAccessibleName(tr("%1: %2s").arg(name, term(Term::HealingSurge)));
     row.hpBox->setAccessibleName(tr("%1: HP").arg(name));
     m_rows << row;
+    row.surgeBox->setMinimumWidth(row.hpBox->sizeHint().width());
+    row.totalLabel->setText(tr("= 0"));
     showStatus(row);
+    QLabel *value = namedLabel("valueLabel", creature, ValueDigits);
+    value->setText(tr(" x %1 + <b>HP</b>").arg(creature->hsValue()));
 
     auto *line = new QHBoxLayout;
     line->addWidget(label(tr("<b>HS</b>")));
     line->addWidget(row.surgeBox);
-    line->addWidget(label(tr(" x %1 + <b>HP</b>").arg(creature->hsValue())), 0,
-                    Qt::AlignLeft | Qt::AlignVCenter);
+    line->addWidget(value, 0, Qt::AlignLeft | Qt::AlignVCenter);
     line->addWidget(row.hpBox);
     line->addWidget(row.totalLabel);
+    line->addSpacing(StatusGap);
     line->addStretch(1);
     for (QLabel *status : {row.surgesLabel, row.hpLabel, row.apLabel})
         line->addWidget(status);
@@ -106,10 +117,11 @@ QGroupBox *ShortRestDialog::buildRow(Creature *creature)
     return group;
 }
 
-QLabel *ShortRestDialog::namedLabel(const char *name, const Creature *creature, const QString &text)
+QLabel *ShortRestDialog::namedLabel(const char *name, const Creature *creature, int digits)
 {
-    QLabel *made = label(text);
+    QLabel *made = label(QString());
     made->setObjectName(QLatin1String(name) + u':' + creature->displayName());
+    made->setMinimumWidth(digits * fontMetrics().horizontalAdvance(u'0'));
     return made;
 }
 

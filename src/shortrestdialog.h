@@ -41,7 +41,7 @@ private:
 
     QWidget *grantRow();
     QGroupBox *buildRow(Creature *creature);
-    QLabel *namedLabel(const char *name, const Creature *creature, const QString &text = {});
+    QLabel *namedLabel(const char *name, const Creature *creature, int digits);
     QWidget *buttons();
     void showStatus(const Row &row);
 
