@@ -65,7 +65,9 @@ private:
     QPoint cell(int row, int column) const;
     void click(int row, int column, Qt::MouseButton button = Qt::LeftButton,
                Qt::KeyboardModifiers modifiers = {}) const;
-    void doubleClick(int row, int column, Qt::MouseButton button) const;
+    void doubleClick(int row, int column, Qt::MouseButton button = Qt::LeftButton) const;
+    // "menu", "form" or nothing.
+    static QString whatBlocks();
     void setRoster(int monsters) const;
     // Right-clicks on the conditions of the row and chooses the entry, if any; gives all entries.
     QStringList menu(int row, const QString &entry = {}) const;
@@ -128,6 +130,13 @@ void TestList::doubleClick(int row, int column, Qt::MouseButton button) const
     QTest::mouseClick(m_view->viewport(), button, {}, place);
     QTest::mouseEvent(QTest::MouseDClick, m_view->viewport(), button, {}, place);
     QTest::mouseRelease(m_view->viewport(), button, {}, place);
+}
+
+QString TestList::whatBlocks()
+{
+    if (QApplication::activePopupWidget())
+        return QStringLiteral("menu");
+    return theMainWindow->activeDialog() ? QStringLiteral("form") : QString();
 }
 
 // --- content ---
@@ -313,12 +322,13 @@ void TestList::selectsByMouse_data()
     QTest::addColumn<Qt::MouseButton>("button");
     QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
     QTest::addColumn<Rows>("after");
-    QTest::addColumn<bool>("opensMenu");
+    QTest::addColumn<QString>("opens");
 
     const auto add = [](const char *name, const Rows &before, int row, int column,
                         Qt::MouseButton button, Qt::KeyboardModifiers modifiers, const Rows &after,
-                        bool opensMenu = false) {
-        QTest::newRow(name) << before << row << column << button << modifiers << after << opensMenu;
+                        const char *opens = "") {
+        QTest::newRow(name) << before << row << column << button << modifiers << after
+                            << QString::fromLatin1(opens);
     };
     constexpr auto Left = Qt::LeftButton;
     constexpr auto Right = Qt::RightButton;
@@ -334,16 +344,16 @@ void TestList::selectsByMouse_data()
     add("shift on the only one", {3}, 3, 1, Left, Qt::ShiftModifier, {3});
     add("shift without a selection", {}, 3, 1, Left, Qt::ShiftModifier, {3});
     add("shift and right do nothing", {3}, 5, 1, Right, Qt::ShiftModifier, {3});
-    add("conditions of a selected row", {1, 4}, 4, 5, Left, {}, {1, 4});
-    add("right on conditions of a selected row", {1, 4}, 4, 5, Right, {}, {1, 4}, true);
-    add("right on conditions of another row", {1}, 4, 5, Right, {}, {1, 4}, true);
-    add("control on conditions", {1, 4}, 4, 5, Left, Qt::ControlModifier, {1, 4}, true);
-    add("meta on conditions", {1}, 4, 5, Left, Qt::MetaModifier, {1, 4}, true);
+    add("conditions of a selected row", {1, 4}, 4, 5, Left, {}, {1, 4}, "form");
+    add("right on conditions of a selected row", {1, 4}, 4, 5, Right, {}, {1, 4}, "menu");
+    add("right on conditions of another row", {1}, 4, 5, Right, {}, {1, 4}, "menu");
+    add("control on conditions", {1, 4}, 4, 5, Left, Qt::ControlModifier, {1, 4}, "menu");
+    add("meta on conditions", {1}, 4, 5, Left, Qt::MetaModifier, {1, 4}, "menu");
     add("control and right on conditions", {1}, 4, 5, Right, Qt::ControlModifier, {1});
     add("control and shift on conditions", {4}, 4, 5, Left, Qt::ControlModifier | Qt::ShiftModifier,
-        {4});
+        {4}, "form");
     add("right on the health", {1}, 4, 4, Right, {}, {1, 4});
-    add("conditions of another row", {1, 4}, 2, 5, Left, {}, {2});
+    add("conditions of another row", {1, 4}, 2, 5, Left, {}, {2}, "form");
     add("icon of a living creature", {1, 4}, 2, 0, Left, {}, {2});
     add("empty space", {1, 4}, -1, 1, Left, {}, {});
     add("right on empty space", {1, 4}, -1, 1, Right, {}, {1, 4});
@@ -360,14 +370,14 @@ void TestList::selectsByMouse()
     setRoster(8);
     m_model->setSelectedRows(before);
     const QPoint place = row < 0 ? cell(8, column) + QPoint(0, 40) : cell(row, column);
-    bool menuCame = false;
+    QString opened;
     whenDialogRuns([&] {
-        menuCame = QApplication::activePopupWidget() != nullptr;
+        opened = whatBlocks();
         endMenuOrDialog();
     });
     QTest::mouseClick(m_view->viewport(), button, modifiers, place);
     QCoreApplication::processEvents();
-    QTEST(menuCame, "opensMenu");
+    QTEST(opened, "opens");
     QTEST(m_view->selectedRows(), "after");
     QTEST(m_fixture->window().selectedRows(), "after");
 }
@@ -437,6 +447,21 @@ void TestList::doubleClickActsOnce()
     m_fixture->window().resize(1000, 700);
     setRoster(4);
     QCoreApplication::processEvents();
+    for (const int column : {Model::NameColumn, Model::HealthColumn, Model::EffectsColumn}) {
+        int forms = 0;
+        QTimer watch;
+        connect(&watch, &QTimer::timeout, this, [&] {
+            FlatDialog *form = theMainWindow->activeDialog();
+            if (!form || form->property("seen").isValid())
+                return; // it ends only when its loop comes round
+            form->setProperty("seen", true);
+            ++forms;
+            form->reject();
+        });
+        watch.start(0);
+        doubleClick(1, column);
+        QCOMPARE(forms, 1);
+    }
     // Two quick right clicks toggle twice.
     m_model->setSelectedRows({0});
     doubleClick(2, Model::NameColumn, Qt::RightButton);
@@ -446,7 +471,7 @@ void TestList::doubleClickActsOnce()
     const QList<Creature *> dead {theEncounter->at(2), theEncounter->at(3)};
     for (Creature *creature : dead)
         creature->takeDamage(100, nullptr);
-    doubleClick(2, Model::IconColumn, Qt::LeftButton);
+    doubleClick(2, Model::IconColumn);
     QVERIFY(!theEncounter->contains(dead.at(0)));
     QVERIFY(theEncounter->contains(dead.at(1)));
     // To select a corpse by a right click doesn't bury it.
