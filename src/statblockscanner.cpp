@@ -1,33 +1,58 @@
 #include "statblockscanner.h"
 
+#include <array>
+#include <utility>
+
 namespace {
 
 constexpr char16_t enDash = u'\u2013';
 
+// What an ASCII character is: most of a stat block is in ASCII, and a look into a table is quick.
+enum Class : quint8 { Upper = 1, Lower = 2, Letter = Upper | Lower, Digit = 4, White = 8 };
+
+// White are blanks of any width, and the control characters; not the ends of lines and of the text.
+constexpr auto asciiClasses = [] {
+    std::array<quint8, 0x80> classes {};
+    for (char16_t c = u'\1'; c <= u' '; ++c)
+        classes[c] = c != u'\n' && c != u'\r' ? White : 0;
+    for (char16_t c = u'0'; c <= u'9'; ++c)
+        classes[c] = Digit;
+    for (char16_t c = u'A'; c <= u'Z'; ++c) {
+        classes[c] = Upper;
+        classes[c + u'a' - u'A'] = Lower;
+    }
+    return classes;
+}();
+
+bool isAscii(char16_t c, int classes)
+{
+    return c < 0x80 && (asciiClasses[c] & classes) != 0;
+}
+
+// Of other scripts' digits none makes a number.
 bool isDigit(char16_t c)
 {
-    return c >= u'0' && c <= u'9';
+    return isAscii(c, Digit);
 }
 
 bool isUpper(char16_t c)
 {
-    return c < 0x80 ? c >= u'A' && c <= u'Z' : QChar(c).isUpper();
+    return isAscii(c, Upper) || (c >= 0x80 && QChar(c).isUpper());
 }
 
 bool isLower(char16_t c)
 {
-    return c < 0x80 ? c >= u'a' && c <= u'z' : QChar(c).isLower();
+    return isAscii(c, Lower) || (c >= 0x80 && QChar(c).isLower());
 }
 
 bool isLetter(char16_t c)
 {
-    return c < 0x80 ? isLower(c) || isUpper(c) : QChar(c).isLetter();
+    return isAscii(c, Letter) || (c >= 0x80 && QChar(c).isLetter());
 }
 
-// A blank of any width, and the control characters; the ends of lines and of the text aren't white.
 bool isWhite(char16_t c)
 {
-    return c <= u' ' ? c != u'\n' && c != u'\r' && c != u'\0' : c >= 0x80 && QChar(c).isSpace();
+    return isAscii(c, White) || (c >= 0x80 && QChar(c).isSpace());
 }
 
 // The kind of a character that is a token by itself wherever it stands; Symbol for all others.

@@ -43,7 +43,8 @@ private:
     bool breaksAfter(int kind, qsizetype pos) const;
     qsizetype skipDigits(qsizetype pos) const;
     qsizetype skipWhite(qsizetype pos) const;
-    char16_t at(qsizetype pos) const { return pos >= 0 && pos < m_end ? m_begin[pos] : u'\0'; }
+    // A zero character beyond both ends.
+    char16_t at(qsizetype pos) const { return size_t(pos) < size_t(m_end) ? m_begin[pos] : u'\0'; }
     Token token(int kind, qsizetype start, qsizetype end) const;
     Token word(qsizetype start, qsizetype end) const;
 

@@ -1,6 +1,6 @@
 #include "statblocktokens.h"
 
-#include <QString>
+#include <QList>
 
 #include <array>
 #include <limits>
