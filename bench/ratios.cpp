@@ -50,6 +50,13 @@ constexpr Rate rates[] = {
     {"replayed events a second, log of 100,000", "replay/100000", 100000, "200,000"},
     {"frames a second after an action, 50 creatures", "actionToFrame/50", 1, "63"},
     {"frames a second after an action, 500 creatures", "actionToFrame/500", 1, "63"},
+    {"the same in a large fight: next turn", "commandToFrame/nextTurn", 1, "63"},
+    {"an effect on all 50", "commandToFrame/effectOnAll", 1, "63"},
+    {"damage to all 50", "commandToFrame/damageAll", 1, "63"},
+    {"an effect taken off", "commandToFrame/removeEffect", 1, "63"},
+    {"all 50 selected", "commandToFrame/selectAll", 1, "63"},
+    {"a step back over 50 effects", "commandToFrame/stepBack", 1, "63"},
+    {"a step forward over them", "commandToFrame/stepForward", 1, "63"},
 };
 
 double find(const std::map<std::string, double> &seconds, const char *name)

@@ -130,8 +130,6 @@ CreatureListModel::CreatureListModel(QObject *parent)
       m_hiddenIcon(listIcon(QStringLiteral(":/images/faided-eye128.png"))),
       m_deadIcon(listIcon(QStringLiteral(":/images/skull-xbones16.png")))
 {
-    m_refresh.setSingleShot(true);
-    connect(&m_refresh, &QTimer::timeout, this, &CreatureListModel::refresh);
 }
 
 CreatureListModel::~CreatureListModel()
@@ -435,14 +433,18 @@ void CreatureListModel::onCreatureInListUpdated()
     if (m_frozen)
         return;
     syncRows();
-    if (!m_refresh.isActive())
-        m_refresh.start(0);
+    if (m_refreshPending)
+        return;
+    // Ahead of the next frame, which a timer would come behind.
+    m_refreshPending = true;
+    QMetaObject::invokeMethod(this, &CreatureListModel::refresh, Qt::QueuedConnection);
 }
 
 void CreatureListModel::refresh()
 {
-    Q_EMIT layoutAboutToBeChanged();
-    Q_EMIT layoutChanged();
+    m_refreshPending = false;
+    if (!m_rows.isEmpty())
+        Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, ColumnCount - 1));
     const int row = m_encounter ? m_encounter->currentIndex() : -1;
     if (m_scrollToCurrent && m_view && row >= 0)
         m_view->scrollToRow(row);

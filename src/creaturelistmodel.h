@@ -4,7 +4,6 @@
 #include <QAbstractTableModel>
 #include <QIcon>
 #include <QPointer>
-#include <QTimer>
 
 class Creature;
 class CreatureTableView;
@@ -98,7 +97,7 @@ private:
     bool m_movingHeader = false;
     bool m_syncing = false;
     bool m_frozen = false; // a replay runs: nobody looks
-    QTimer m_refresh; // one relayout for all changes of a command
+    bool m_refreshPending = false; // one repainting for all changes of a command
     bool m_scrollToCurrent = false;
     QIcon m_currentIcon;
     QIcon m_noIcon;

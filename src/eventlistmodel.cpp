@@ -31,15 +31,13 @@ void EventListModel::attachHistory()
         connect(m_history, &QObject::destroyed, this, &EventListModel::syncRows);
     }
     syncRows();
-    Q_EMIT layoutAboutToBeChanged();
-    Q_EMIT layoutChanged();
+    drawAnew();
 }
 
 void EventListModel::onHistoryChanged()
 {
     syncRows();
-    Q_EMIT layoutAboutToBeChanged();
-    Q_EMIT layoutChanged();
+    drawAnew();
     if (m_view && m_history)
         m_view->scrollTo(index(m_history->position(), 0), QAbstractItemView::EnsureVisible);
 }
@@ -56,6 +54,13 @@ void EventListModel::syncRows()
         m_rows = rows;
         endInsertRows();
     }
+}
+
+// The arrow may stand elsewhere and a name in any of the lines may have changed.
+void EventListModel::drawAnew()
+{
+    if (m_rows > 0)
+        Q_EMIT dataChanged(index(0, 0), index(m_rows - 1, 0));
 }
 
 void EventListModel::onInitListClicked(const QModelIndex &index)

@@ -30,6 +30,7 @@ public Q_SLOTS:
 
 private:
     void syncRows();
+    void drawAnew();
 
     QPointer<History> m_history;
     QPointer<QTableView> m_view;

@@ -18,6 +18,13 @@ void setTextAndToolTip(QAction *action, const QString &text)
     action->setToolTip(text);
 }
 
+// Setting the same icon again would have the tool bars laid out anew.
+void setIconOnce(QAction *action, const QIcon &icon)
+{
+    if (action->icon().cacheKey() != icon.cacheKey())
+        action->setIcon(icon);
+}
+
 } // namespace
 
 void MainWindow::updateActions()
@@ -79,7 +86,7 @@ void MainWindow::updateStartStopAction()
         action->setToolTip(tr("Select a Party to Start Encounter"));
         action->setStatusTip(tr("Select a party in order to start the current encounter"));
     }
-    action->setIcon(running ? m_icons.stop : m_icons.play);
+    setIconOnce(action, running ? m_icons.stop : m_icons.play);
     action->setEnabled(!m_activeDialog && (running || hasParty));
 }
 
@@ -102,7 +109,7 @@ void MainWindow::updateHealthActions()
     m_actions.heal->setEnabled(usable && hasAmount);
     m_actions.setTempHP->setEnabled(usable && hasAmount);
     m_actions.surge->setEnabled(usable && canSpend);
-    m_actions.surge->setIcon(m_surgeMode ? m_icons.surgeInUse : m_icons.surge);
+    setIconOnce(m_actions.surge, m_surgeMode ? m_icons.surgeInUse : m_icons.surge);
     m_actions.conditions->setEnabled(!m_activeDialog && (usable || theEncounter->isRunning()));
     m_actions.showHide->setEnabled(usable);
     m_actions.setAlias->setEnabled(usable);
@@ -120,7 +127,7 @@ void MainWindow::updateShowHideAction()
     m_actions.showHide->setStatusTip(
         shows ? tr("Show a creature so that it is visible to players")
               : tr("Hide a creature so that it is no longer visible to players"));
-    m_actions.showHide->setIcon(shows ? m_icons.show : m_icons.hide);
+    setIconOnce(m_actions.showHide, shows ? m_icons.show : m_icons.hide);
 }
 
 // One number in the HP box must be right for all, and each must have a surge left.

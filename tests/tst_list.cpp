@@ -304,7 +304,7 @@ void TestList::redrawsOnceForManyChanges()
 {
     setRoster(50);
     QCoreApplication::processEvents();
-    const QSignalSpy spy(m_model, &Model::layoutChanged);
+    const QSignalSpy spy(m_model, &Model::dataChanged);
     const QList<Creature *> all = theEncounter->creatures().list();
     for (Creature *creature : all)
         creature->takeDamage(1, nullptr);
@@ -679,10 +679,10 @@ void TestList::listsTheHistory()
     m_fixture->window().onStepBack();
     QVERIFY(!isGrey(1) && isGrey(2));
     // A new event cuts off what lies behind the position, and the list is redrawn.
-    const QSignalSpy relaid(events, &EventListModel::layoutChanged);
+    const QSignalSpy redrawn(events, &EventListModel::dataChanged);
     appendEvent<DamageEvent>(nullptr, QList<Creature *> {m_rat}, 9);
     QCOMPARE(events->rowCount(), 3);
-    QCOMPARE(relaid.size(), 1);
+    QCOMPARE(redrawn.size(), 1);
     m_fixture->window().onStepBack();
     m_fixture->window().onStepBack();
     m_fixture->window().onStepBack();
