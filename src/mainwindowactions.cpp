@@ -30,7 +30,7 @@
 namespace {
 
 constexpr int MaxHPInBox = 500;
-constexpr QSize DefaultSize(1120, 700);
+constexpr QSize DefaultSize(1320, 760);
 constexpr int HistoryDockWidth = 300;
 constexpr int EffectsDockWidth = 260;
 
