@@ -106,7 +106,10 @@ private:
         bool stable;
     };
 
-    // --- the form ---
+    static bool isRunning();
+    static Creature *currentCreature();
+
+    // --- the form (effectform.cpp) ---
     DisableComboBox *choiceBox(const QString &objectName, const QList<Choice> &choices, int value);
     QSpinBox *amountBox(const QString &objectName, int max);
     AmountPair amountPair(const QString &name, const QList<Choice> &choices, int max);
@@ -129,10 +132,14 @@ private:
     void fillSurgeBox();
     void fillMixedSurges(const QList<int> &values, bool canGain, bool canSpend);
     void addSurgeItem(const QString &text, int value);
+    static QString gainText(int surges);
+    static QString useText(int surges, int surgeValue);
+    static QString titleText(QString text);
     void connectForm();
     void chainFocus();
 
     // --- what may be chosen ---
+    static bool canUseActionPoint(const Creature *origin);
     void updateActionTitle();
     void updateActionItems();
     void updateEndConditions();
