@@ -13,8 +13,11 @@
 #include "event.h"
 #include "history.h"
 #include "monsters.h"
+#include "monsterxmlhandler.h"
 #include "paths.h"
+#include "powertext.h"
 #include "preparedencounter.h"
+#include "statblockhandler.h"
 #include "terms.h"
 #include "text.h"
 #include "windowinterface.h"
@@ -107,12 +110,9 @@ void readAllTexts()
     theEncounter->playersView();
 }
 
-bool readKeyFormAs(bool isMonster, const QByteArray &bytes)
+// What follows on the reading of any creature. True if it is valid.
+bool useAsCreature(CreatureData &data, bool isMonster)
 {
-    CreatureData data;
-    data.isMonster = isMonster;
-    if (!readKeyForm(bytes, data, dataRoot))
-        return false;
     const bool valid = validate(data, isMonster, QStringLiteral("file.txt"));
     makeUnique(data, isMonster, theMonsters, theCharacters);
     Creature creature;
@@ -121,7 +121,16 @@ bool readKeyFormAs(bool isMonster, const QByteArray &bytes)
     creature.generateText();
     creature.defencesText(false);
     creature.displayName();
+    for (const Power &power : creature.powers())
+        powerHeaderHtml(power, false);
     return valid;
+}
+
+bool readKeyFormAs(bool isMonster, const QByteArray &bytes)
+{
+    CreatureData data;
+    data.isMonster = isMonster;
+    return readKeyForm(bytes, data, dataRoot) && useAsCreature(data, isMonster);
 }
 
 } // namespace
@@ -175,4 +184,23 @@ bool Fuzz::readEncounterFile(QByteArrayView bytes)
         }
     }
     return true;
+}
+
+bool Fuzz::readMonsterXml(QByteArrayView bytes)
+{
+    const Fixture fixture;
+    CreatureData data;
+    MonsterXmlHandler::parse(toLF(bytes.toByteArray()), data, dataRoot);
+    withPortraitInText(data.statBlock, QStringLiteral("a.png"));
+    return useAsCreature(data, true);
+}
+
+bool Fuzz::readCharacterXml(QByteArrayView bytes)
+{
+    const Fixture fixture;
+    CreatureData data;
+    data.isMonster = false;
+    return StatBlockHandler::parse(toLF(bytes.toByteArray()), data, dataRoot,
+                                   PortraitCopy::Forbidden)
+        && useAsCreature(data, false);
 }

@@ -14,4 +14,9 @@ bool readKeyFormFile(QByteArrayView bytes);
 // Reads a prepared encounter and works out what a manager shows of it. True if it was accepted.
 bool readEncounterFile(QByteArrayView bytes);
 
+// Reads a monster in XML and writes the headers of its powers. True if it is valid.
+bool readMonsterXml(QByteArrayView bytes);
+// Reads a character's import file. True if the XML was read and gives a valid character.
+bool readCharacterXml(QByteArrayView bytes);
+
 } // namespace Fuzz

@@ -112,8 +112,16 @@ public:
     // The key name stands for a text that could not be read.
     bool isInvalid() const;
     void setPortrait(const QString &path);
-    // Rereads a linked character's import file; nothing for others.
+    // --- the file it is imported from (creatureimport.cpp) ---
+    // Takes what the import file states, and a free name if it states another. False, and nothing
+    // changed, when the file can't be read. A relative path stands in "Characters".
+    bool refreshFromImport(const QString &path);
+    // The same for a linked character with the file it is linked to; a character that had no
+    // changes of its own is saved at once. Nothing for others.
     void refreshIfLinked();
+    // The file at `path` holds what was saved, but for a portrait that was given here.
+    bool importIsCurrent(const QString &path) const;
+
     const QString &fileName() const { return m_fileName; }
     void setFileName(const QString &fileName) { m_fileName = fileName; }
     const QString &savedStatBlock() const { return m_savedStatBlock; }

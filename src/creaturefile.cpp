@@ -16,6 +16,7 @@
 #include "keyvalue.h"
 #include "libraryfolder.h"
 #include "monsters.h"
+#include "monsterxmlhandler.h"
 #include "paths.h"
 #include "safefile.h"
 #include "terms.h"
@@ -428,15 +429,6 @@ QString invalidName()
     return QStringLiteral("Invalid Stat Block");
 }
 
-bool isUsableName(const QString &name)
-{
-    if (name.isEmpty() || name.size() > maxNameLength)
-        return false;
-    const auto characters = name.toStdU32String();
-    return std::all_of(characters.begin(), characters.end(),
-                       [](char32_t c) { return QChar::isPrint(c); });
-}
-
 // Such files hold patterns for creatures, not creatures.
 bool isTemplateFile(const QString &fileName)
 {
@@ -487,18 +479,30 @@ bool readKeyForm(const QByteArray &bytes, CreatureData &data, const QString &dat
 bool parseText(bool isMonster, const QByteArray &text, CreatureData &data,
                const QString &dataFolder, CreatureForm *form)
 {
-    const QByteArray bytes = toLF(text);
+    const QByteArray bytes = withoutByteOrderMark(toLF(text));
     data = CreatureData();
     data.isMonster = isMonster;
     data.statBlock = QString::fromUtf8(bytes);
     CreatureForm found = CreatureForm::StatBlock;
-    if (isXmlText(bytes))
+    if (isXmlText(bytes)) {
         found = isMonster ? CreatureForm::MonsterXml : CreatureForm::CharacterXml;
-    else if (readKeyForm(bytes, data, dataFolder))
+        if (isMonster)
+            MonsterXmlHandler::parse(bytes, data, dataFolder);
+    } else if (readKeyForm(bytes, data, dataFolder)) {
         found = CreatureForm::Key;
+    }
     if (form)
         *form = found;
-    return found == CreatureForm::Key;
+    return found == CreatureForm::Key || found == CreatureForm::MonsterXml;
+}
+
+bool isUsableName(const QString &name)
+{
+    if (name.isEmpty() || name.size() > maxNameLength)
+        return false;
+    const auto characters = name.toStdU32String();
+    return std::all_of(characters.begin(), characters.end(),
+                       [](char32_t c) { return QChar::isPrint(c); });
 }
 
 bool validate(CreatureData &data, bool isMonster, const QString &fileName)
@@ -553,7 +557,7 @@ QString findPortrait(const QString &folder, const QString &fileName)
     return found;
 }
 
-QString adoptPortrait(const QString &chosenFile, const QString &dataFolder)
+QString adoptPortrait(const QString &chosenFile, const QString &dataFolder, PortraitCopy copy)
 {
     const QString folder =
         QDir::cleanPath(QDir(portraitPath(QString(), dataFolder)).absolutePath());
@@ -564,6 +568,8 @@ QString adoptPortrait(const QString &chosenFile, const QString &dataFolder)
     const QString found = findPortrait(folder, name);
     if (!found.isEmpty())
         return found;
+    if (copy == PortraitCopy::Forbidden)
+        return name;
     // A data folder that came without pictures has no place for them yet.
     return QDir().mkpath(folder) && QFile::copy(chosen, folder + u'/' + name) ? name : QString();
 }
@@ -683,6 +689,3 @@ const QPixmap &Creature::portrait() const
     }
     return m_shownPortrait;
 }
-
-// Import files have no reader yet, so a linked character keeps what it has.
-void Creature::refreshIfLinked() { }

@@ -23,10 +23,14 @@ bool isForeignCharacterFile(const QString &fileName, const QByteArray &bytes);
 bool readKeyForm(const QByteArray &bytes, CreatureData &data, const QString &dataFolder);
 
 // Reads a text of any form into a fresh record that keeps the whole text. The verdict is the
-// reader's own; `form` may be null. XML is refused for a character. Stat blocks and monster XML
-// have no reader yet, so their verdict is false.
+// reader's own; `form` may be null. Monster XML is always taken, though broken XML leaves nothing
+// but the text; XML is refused for a character. Stat blocks have no reader yet, so their verdict is
+// false.
 bool parseText(bool isMonster, const QByteArray &text, CreatureData &data,
                const QString &dataFolder, CreatureForm *form = nullptr);
+
+// Whether a creature may be called so: printable, and not too long.
+bool isUsableName(const QString &name);
 
 // Replaces a bad record by a visibly invalid one that keeps the text. False when it did.
 bool validate(CreatureData &data, bool isMonster, const QString &fileName);
@@ -48,8 +52,11 @@ void resolvePortrait(QString &path, const QString &dataFolder);
 // `folder`, or empty.
 QString findPortrait(const QString &folder, const QString &fileName);
 // What a creature stores for a picture that the user chose: its path below "Portraits". A file from
-// elsewhere is copied there unless one of its name exists. Empty when it couldn't be copied.
-QString adoptPortrait(const QString &chosenFile, const QString &dataFolder);
+// elsewhere is copied there unless one of its name exists. Empty when it couldn't be copied. Where
+// copying is forbidden, the answer is what it would be.
+enum class PortraitCopy { Allowed, Forbidden };
+QString adoptPortrait(const QString &chosenFile, const QString &dataFolder,
+                      PortraitCopy copy = PortraitCopy::Allowed);
 // Writes the portrait's path into a monster's text.
 QString withPortraitInText(const QString &text, const QString &portrait);
 

@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFile>
 
+#include "text.h"
 #include "windowinterface.h"
 
 namespace {
@@ -87,9 +88,7 @@ bool readLibraryFile(const QString &path, QByteArray &bytes)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly) || file.size() > maxFileBytes)
         return false;
-    bytes = file.readAll();
-    if (bytes.startsWith("\xEF\xBB\xBF"))
-        bytes.remove(0, 3);
+    bytes = withoutByteOrderMark(file.readAll());
     return !bytes.isEmpty();
 }
 

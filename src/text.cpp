@@ -316,6 +316,11 @@ QByteArray toLF(const QByteArray &bytes)
     return withLineEnds(bytes, "\n");
 }
 
+QByteArray withoutByteOrderMark(const QByteArray &bytes)
+{
+    return bytes.startsWith("\xEF\xBB\xBF") ? bytes.mid(3) : bytes;
+}
+
 QByteArray escapeText(const QString &text)
 {
     const QByteArray bytes = text.toUtf8();

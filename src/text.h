@@ -39,6 +39,8 @@ QString signedNumber(int number);
 // CR, LF and CR LF all become CR LF, or LF.
 QByteArray toCRLF(const QByteArray &bytes);
 QByteArray toLF(const QByteArray &bytes);
+// Editors of other systems put the mark in front of UTF-8; it is no part of the text.
+QByteArray withoutByteOrderMark(const QByteArray &bytes);
 
 // UTF-8 with CR as "\r", LF as "\n" and a backslash as three; see unescapeText().
 QByteArray escapeText(const QString &text);

@@ -45,6 +45,8 @@ void CorpusTest::addSeeds()
         {QStringLiteral("log"), &Fuzz::replayLog},
         {QStringLiteral("keyform"), &Fuzz::readKeyFormFile},
         {QStringLiteral("encounter"), &Fuzz::readEncounterFile},
+        {QStringLiteral("monsterxml"), &Fuzz::readMonsterXml},
+        {QStringLiteral("characterxml"), &Fuzz::readCharacterXml},
     };
     for (const auto &[name, reader] : corpora) {
         const QDir folder(QStringLiteral(SOURCE_ROOT "/fuzz/corpus/") + name);

@@ -80,8 +80,8 @@ void TestCreatureFile::tellsForms()
                           {true, rat + "\n=5", StatBlock, false},
                           {true, rat + '\n' + QByteArray(400, 'k') + "=1", Key, true},
                           {true, rat + '\n' + QByteArray(401, 'k') + "=1", StatBlock, false},
-                          {true, "<?xml version=\"1.0\"?><Monster>", MonsterXml, false},
-                          {true, "<Monster xsi:type=\"Monster\">", MonsterXml, false},
+                          {true, "<?xml version=\"1.0\"?><Monster>", MonsterXml, true},
+                          {true, "<Monster xsi:type=\"Monster\">", MonsterXml, true},
                           {true, QByteArray(200, ' ') + "<?xml ?>", StatBlock, false},
                           {false, "<?xml version=\"1.0\"?><D20>", CharacterXml, false},
                           {true, "", StatBlock, false}};

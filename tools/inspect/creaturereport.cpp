@@ -4,6 +4,7 @@
 #include <QJsonArray>
 
 #include "creaturefile.h"
+#include "statblockhandler.h"
 #include "text.h"
 
 namespace {
@@ -35,12 +36,24 @@ QString dataFolderOf(const QString &path)
     return QFileInfo(QFileInfo(path).absolutePath()).path();
 }
 
+// A picture that the character's own folder has is found where the file says; nothing is copied.
+Reading readImportFile(const QString &path, const QByteArray &content)
+{
+    Reading reading {CreatureForm::CharacterXml, false, {}};
+    reading.data.isMonster = false;
+    reading.read = StatBlockHandler::parse(toLF(content), reading.data, dataFolderOf(path),
+                                           PortraitCopy::Forbidden);
+    return reading;
+}
+
 // Outside a collection only the content can tell a character from a monster: a key form without a
 // group is a character's.
 Reading readCreature(const QString &path, const QByteArray &content)
 {
     const QString dataFolder = dataFolderOf(path);
-    const QByteArray text = toLF(content);
+    if (path.endsWith(QStringLiteral(".dnd4e"), Qt::CaseInsensitive))
+        return readImportFile(path, content);
+    const QByteArray text = withoutByteOrderMark(toLF(content));
     if (!isXmlText(text)) {
         Reading character {CreatureForm::Key, true, {}};
         character.data.isMonster = false;

@@ -1,0 +1,46 @@
+#include "characters.h"
+#include "coreobjects.h"
+#include "creature.h"
+#include "creaturefile.h"
+#include "libraryfolder.h"
+#include "statblockhandler.h"
+#include "text.h"
+
+bool Creature::refreshFromImport(const QString &path)
+{
+    CreatureData data = m_data;
+    if (!readImport(path, data, QString()))
+        return false;
+    // A name that no load accepts would turn the character invalid at the next start.
+    if (!isUsableName(data.name))
+        data.name = m_data.name;
+    if (data.name != m_data.name)
+        makeUnique(data, false, nullptr, theCharacters, this);
+    data.statBlock = textOf(data);
+    assign(data);
+    statBlockChanged();
+    return true;
+}
+
+void Creature::refreshIfLinked()
+{
+    if (!m_data.linked)
+        return;
+    const bool wasModified = m_isModified;
+    refreshFromImport(m_data.importFile);
+    if (wasModified || !m_isModified || !save())
+        return;
+    setNew(false);
+    setModified(false);
+}
+
+bool Creature::importIsCurrent(const QString &path) const
+{
+    QByteArray bytes;
+    if (!readLibraryFile(path, bytes))
+        return false;
+    QString text = QString::fromUtf8(toLF(bytes));
+    if (!m_data.portraitFile.isEmpty())
+        text = withPortraitInText(text, m_data.portraitFile);
+    return text == m_savedStatBlock;
+}

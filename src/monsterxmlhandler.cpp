@@ -1,0 +1,516 @@
+#include "monsterxmlhandler.h"
+
+#include <QHash>
+#include <algorithm>
+
+#include "creaturefile.h"
+#include "powertext.h"
+#include "saturated.h"
+#include "text.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+void addTo(QString &text, const QString &more, QLatin1StringView separator)
+{
+    if (!text.isEmpty() && !more.isEmpty())
+        text += separator;
+    text += more;
+}
+
+// For an icon or a section that a text doesn't name.
+constexpr int None = -1;
+
+struct Named {
+    QLatin1StringView name;
+    int number;
+};
+
+const Named icons[] = {{"Melee"_L1, 4}, {"Weapon"_L1, 1}, {"Ranged"_L1, 6},
+                       {"Area"_L1, 8},  {"Close"_L1, 10}, {"Aura"_L1, 11}};
+
+// The first word that an action holds decides.
+const Named sections[] = {
+    {"standard"_L1, 5},  {"move"_L1, 6},     {"minor"_L1, 7}, {"free"_L1, 8}, {"opportunity"_L1, 9},
+    {"interrupt"_L1, 9}, {"reaction"_L1, 9}, {"trait"_L1, 4}, {"aura"_L1, 4},
+};
+constexpr int TraitSection = 4;
+constexpr int TriggeredSection = 9;
+constexpr int OtherSection = 11;
+constexpr int AuraIcon = 11;
+// The icon of a basic attack stands before each of these.
+constexpr int iconsWithBasic[] = {4, 6, 8, 10};
+
+// Actions of a whole section of their own need no word for it in their paragraphs.
+bool namesItsAction(int section)
+{
+    return section >= 5 && section <= 7;
+}
+
+int iconOf(const QString &type)
+{
+    for (const Named &icon : icons) {
+        if (type == icon.name)
+            return icon.number;
+    }
+    return None;
+}
+
+int sectionOf(const QString &action)
+{
+    for (const Named &section : sections) {
+        if (action.contains(section.name, Qt::CaseInsensitive))
+            return section.number;
+    }
+    return OtherSection;
+}
+
+QString ordinal(int number)
+{
+    constexpr const char *words[] = {"First", "Second",  "Third",  "Fourth", "Fifth",
+                                     "Sixth", "Seventh", "Eighth", "Ninth",  "Tenth"};
+    if (number <= int(std::size(words)))
+        return QString::fromLatin1(words[number - 1]);
+    return QString::number(number) + QStringLiteral("'th");
+}
+
+const QStringView attacksPath = u"Powers/MonsterPower/Attacks/MonsterAttack/";
+
+} // namespace
+
+// --- the tables ---
+
+// Behind the name of the root element. Paths not listed mean nothing here.
+const MonsterXmlHandler::Row MonsterXmlHandler::monsterRows[] = {
+    {u"Name/", [](auto &h, auto &text) { h.m_record.group = text; }},
+    {u"PortraitFile/",
+     [](auto &h, auto &text) {
+         h.m_record.portraitFile = text;
+         resolvePortrait(h.m_record.portraitFile, h.m_dataFolder);
+     }},
+    {u"Level/", [](auto &h, auto &text) { h.m_record.level = text.toInt(); }},
+    {u"Experience/FinalValue", [](auto &h, auto &text) { h.m_record.xp = text.toInt(); }},
+    {u"GroupRole/", [](auto &h, auto &text) { h.addRole(h.m_record.role, text); }},
+    {u"GroupRole/ReferencedObject/Name/",
+     [](auto &h, auto &text) { h.addRole(h.m_record.role, text); }},
+    {u"Role/ReferencedObject/Name/", [](auto &h, auto &text) { h.addRole(h.m_roleName, text); }},
+    {u"IsLeader/", [](auto &h, auto &text) { h.m_isLeader = text == "true"_L1; }},
+    {u"Size/ReferencedObject/Name/", [](auto &h, auto &text) { h.m_sizeName = text; }},
+    {u"Origin/ReferencedObject/Name/", [](auto &h, auto &text) { h.m_originName = text; }},
+    {u"Type/ReferencedObject/Name/", [](auto &h, auto &text) { h.m_typeName = text; }},
+    {u"Keywords/ObjectReference/ReferencedObject/Name/",
+     [](auto &h, auto &text) { addTo(h.m_keywords, text, ", "_L1); }},
+    {u"Resistances/CreatureSusceptibility/ReferencedObject/Name/",
+     [](auto &h, auto &text) { addTo(h.m_susceptibility, text, " "_L1); }},
+    {u"Resistances/CreatureSusceptibility/Amount/FinalValue",
+     [](auto &h, auto &text) { addTo(h.m_susceptibility, text, " "_L1); }},
+    {u"=Resistances/CreatureSusceptibility/#end",
+     [](auto &h, auto &) { h.addSusceptibility(h.m_record.resist); }},
+    {u"Weaknesses/CreatureSusceptibility/ReferencedObject/Name/",
+     [](auto &h, auto &text) { addTo(h.m_susceptibility, text, " "_L1); }},
+    {u"Weaknesses/CreatureSusceptibility/Amount/FinalValue",
+     [](auto &h, auto &text) { addTo(h.m_susceptibility, text, " "_L1); }},
+    {u"=Weaknesses/CreatureSusceptibility/#end",
+     [](auto &h, auto &) { h.addSusceptibility(h.m_record.vulnerable); }},
+    {u"=Immunities/ObjectReference/ReferencedObject/Name/",
+     [](auto &h, auto &text) { addTo(h.m_record.immune, text, ", "_L1); }},
+    {u"Initiative/FinalValue", [](auto &h, auto &text) { h.m_record.initBonus = text.toInt(); }},
+    {u"Skills/Values/SkillNumber/FinalValue",
+     [](auto &h, auto &text) { h.m_number = text.toInt(); }},
+    {u"Skills/Values/SkillNumber/Name/", [](auto &h, auto &text) { h.takeSkill(text); }},
+    {u"Senses/ObjectReference/ReferencedObject/Name/",
+     [](auto &h, auto &text) { h.m_record.senses = text; }},
+    {u"HitPoints/FinalValue", [](auto &h, auto &text) { h.m_record.maxHP = text.toInt(); }},
+    {u"ActionPoints/FinalValue", [](auto &h, auto &text) { h.m_record.initAP = text.toInt(); }},
+    {u"Defenses/Values/SimpleAdjustableNumber/FinalValue",
+     [](auto &h, auto &text) { h.m_number = text.toInt(); }},
+    {u"Defenses/Values/SimpleAdjustableNumber/Name/",
+     [](auto &h, auto &text) { h.takeDefence(text); }},
+    {u"Senses/SenseReference/ReferencedObject/Name/",
+     [](auto &h, auto &text) { addTo(h.m_record.senses, text, ", "_L1); }},
+    {u"AbilityScores/Values/AbilityScoreNumber/FinalValue",
+     [](auto &h, auto &text) { h.m_number = text.toInt(); }},
+    {u"AbilityScores/Values/AbilityScoreNumber/Name/",
+     [](auto &h, auto &text) { h.takeAbility(text); }},
+    {u"Alignment/ReferencedObject/Name/",
+     [](auto &h, auto &text) { h.m_record.alignment = text; }},
+    {u"Languages/ObjectReference/ReferencedObject/Name/",
+     [](auto &h, auto &text) { addTo(h.m_record.languages, text, ", "_L1); }},
+    {u"Items/ItemAndQuantity/Quantity/",
+     [](auto &h, auto &text) { h.m_itemQuantity = text.toInt(); }},
+    {u"Items/ItemAndQuantity/Item/ReferencedObject/Name/",
+     [](auto &h, auto &text) { h.takeItem(text); }},
+    {u"LandSpeed/FinalValue", [](auto &h, auto &text) { addTo(h.m_record.speed, text, ", "_L1); }},
+    {u"LandSpeed/Speed/FinalValue",
+     [](auto &h, auto &text) { addTo(h.m_record.speed, text, ", "_L1); }},
+    {u"LandSpeed/Details/", [](auto &h, auto &text) { addTo(h.m_record.speed, text, " "_L1); }},
+    {u"Speeds/CreatureSpeed/ReferencedObject/Name/",
+     [](auto &h, auto &text) { addTo(h.m_record.speed, text, ", "_L1); }},
+    {u"Speeds/CreatureSpeed/Speed/FinalValue",
+     [](auto &h, auto &text) { addTo(h.m_record.speed, text, " "_L1); }},
+    {u"Speeds/CreatureSpeed/Details/",
+     [](auto &h, auto &text) { addTo(h.m_record.speed, text, " "_L1); }},
+    {u"SavingThrows/MonsterSavingThrow/FinalValue",
+     [](auto &h, auto &text) { h.takeSavingThrows(text); }},
+
+    {u"Powers/MonsterPower/Name/", [](auto &h, auto &text) { h.m_power.name = text; }},
+    {u"Powers/MonsterTrait/Name/",
+     [](auto &h, auto &text) {
+         h.m_power.name = text;
+         h.m_power.section = TraitSection;
+     }},
+    {u"Powers/MonsterTrait/Details/", [](auto &h, auto &text) { h.m_power.details << text; }},
+    {u"Powers/MonsterTrait/Range/FinalValue",
+     [](auto &h, auto &text) {
+         if (text.toInt() > 0) {
+             h.m_power.icon = AuraIcon;
+             h.m_usageText = QStringLiteral("<b>Aura %1</b>").arg(text.toInt());
+         }
+     }},
+    {u"=Powers/MonsterTrait/#end", [](auto &h, auto &) { h.finishPower(); }},
+    {u"Powers/MonsterPower/Type/",
+     [](auto &h, auto &text) {
+         if (const int icon = iconOf(text); icon != None)
+             h.m_power.icon = icon;
+     }},
+    {u"Powers/MonsterTrait/Keywords/ObjectReference/ReferencedObject/Name/",
+     [](auto &h, auto &text) { addTo(h.m_powerKeywords, text, ", "_L1); }},
+    {u"=Powers/MonsterPower/#end", [](auto &h, auto &) { h.finishPower(); }},
+    {u"Powers/MonsterPower/IsBasic/",
+     [](auto &h, auto &text) { h.m_isBasic = text == "true"_L1; }},
+    {u"Powers/MonsterPower/Action/", [](auto &h, auto &text) { h.takeAction(text); }},
+    {u"Powers/MonsterPower/Usage/", [](auto &h, auto &text) { h.takeUsage(text); }},
+    {u"Powers/MonsterPower/UsageDetails/", [](auto &h, auto &text) { h.takeUsageDetails(text); }},
+    {u"Powers/MonsterPower/Keywords/ObjectReference/ReferencedObject/Name/",
+     [](auto &h, auto &text) { addTo(h.m_powerKeywords, text, ", "_L1); }},
+    {u"Powers/MonsterPower/Trigger/", [](auto &h, auto &text) { h.takeTrigger(text); }},
+    {u"Powers/MonsterPower/Requirements/", [](auto &h, auto &text) { h.takeRequirement(text); }},
+};
+
+// The ends of paths within an attack, whatever stands between.
+const MonsterXmlHandler::Row MonsterXmlHandler::attackRows[] = {
+    {u"/MonsterAttack/Name/", [](auto &h, auto &text) { h.m_attack.name = text; }},
+    {u"/MonsterAttack/Range/", [](auto &h, auto &text) { addTo(h.m_attack.line, text, " "_L1); }},
+    {u"/MonsterAttack/Description/",
+     [](auto &h, auto &text) { addTo(h.m_attack.line, text, " "_L1); }},
+    {u"/MonsterAttack/Targets/", [](auto &h, auto &text) { addTo(h.m_attack.line, text, " "_L1); }},
+    {u"/MonsterAttack/AttackBonuses/MonsterPowerAttackNumber/FinalValue",
+     [](auto &h, auto &text) { addTo(h.m_attack.line, signedNumber(text.toInt()), " "_L1); }},
+    {u"/MonsterPowerAttackNumber/Defense/ReferencedObject/DefenseName/",
+     [](auto &h, auto &text) { addTo(h.m_attack.line, u"vs. "_s + text, " "_L1); }},
+    {u"/Hit/Name/", [](auto &h, auto &text) { h.m_attack.entryLabel = text; }},
+    {u"/Effect/Name/", [](auto &h, auto &text) { h.m_attack.entryLabel = text; }},
+    {u"/Miss/Name/", [](auto &h, auto &text) { h.m_attack.entryLabel = text; }},
+    {u"/Hit/Damage/Expression/",
+     [](auto &h, auto &text) { addTo(h.m_attack.entryText, text, " "_L1); }},
+    {u"/Effect/Damage/Expression/",
+     [](auto &h, auto &text) { addTo(h.m_attack.entryText, text, " "_L1); }},
+    {u"/Miss/Damage/Expression/",
+     [](auto &h, auto &text) { addTo(h.m_attack.entryText, text, " "_L1); }},
+    {u"/Hit/Description/", [](auto &h, auto &text) { addTo(h.m_attack.entryText, text, " "_L1); }},
+    {u"/Effect/Description/",
+     [](auto &h, auto &text) { addTo(h.m_attack.entryText, text, " "_L1); }},
+    {u"/Miss/Description/", [](auto &h, auto &text) { addTo(h.m_attack.entryText, text, " "_L1); }},
+    {u"/Hit/#end", [](auto &h, auto &) { h.finishEntry(); }},
+    {u"/Effect/#end", [](auto &h, auto &) { h.finishEntry(); }},
+    {u"/Miss/#end", [](auto &h, auto &) { h.finishEntry(); }},
+    {u"/Effect/FailedSavingThrows/MonsterAttackEntry/Description/",
+     [](auto &h, auto &text) { h.takeFailedSave(text); }},
+    {u"/MonsterAttack/#end", [](auto &h, auto &) { h.finishAttack(); }},
+};
+
+MonsterXmlHandler::Action MonsterXmlHandler::actionFor(QStringView path, QStringView key)
+{
+    static const QHash<QStringView, Action> actions = [] {
+        QHash<QStringView, Action> result;
+        for (const Row &row : monsterRows)
+            result.insert(row.path.mid(row.path.startsWith(u'=') ? 1 : 0), row.take);
+        return result;
+    }();
+    // Those that must not stand deeper in a document.
+    static const QHash<QStringView, bool> isWhole = [] {
+        QHash<QStringView, bool> result;
+        for (const Row &row : monsterRows) {
+            if (row.path.startsWith(u'='))
+                result.insert(row.path.mid(1), true);
+        }
+        return result;
+    }();
+    const Action action = actions.value(key);
+    const QStringView root = path.chopped(key.size());
+    // The one path that is taken under any root whose name ends so.
+    const bool anyRoot = key == u"Senses/ObjectReference/ReferencedObject/Name/";
+    if (!anyRoot && !root.endsWith(u"Monster/"))
+        return nullptr;
+    return isWhole.contains(key) && root != u"/Monster/" ? nullptr : action;
+}
+
+// --- reading ---
+
+MonsterXmlHandler::MonsterXmlHandler(const QString &dataFolder) : m_dataFolder(dataFolder) { }
+
+void MonsterXmlHandler::parse(const QByteArray &bytes, CreatureData &record,
+                              const QString &dataFolder)
+{
+    MonsterXmlHandler handler(dataFolder);
+    if (handler.read(bytes))
+        record = handler.m_record;
+    record.statBlock = QString::fromUtf8(bytes);
+}
+
+bool MonsterXmlHandler::value(const QString &path, const QString &text)
+{
+    const QString trimmed = text.trimmed();
+    // White space between two tags is layout, not a value.
+    if (trimmed.isEmpty() && path.endsWith(u'/'))
+        return true;
+    const QStringView root = u"onster/";
+    const qsizetype place = path.lastIndexOf(root);
+    if (place < 0)
+        return true;
+    const QStringView key = QStringView(path).mid(place + root.size());
+    if (key.startsWith(attacksPath)) {
+        enterAttack(key);
+        const auto *row =
+            std::find_if(std::begin(attackRows), std::end(attackRows),
+                         [&path](const Row &each) { return path.endsWith(each.path); });
+        if (row != std::end(attackRows))
+            row->take(*this, trimmed);
+    } else if (const Action take = actionFor(path, key)) {
+        take(*this, trimmed);
+    }
+    return true;
+}
+
+void MonsterXmlHandler::onEnd()
+{
+    CreatureData &record = m_record;
+    addTo(record.type, m_sizeName, " "_L1);
+    addTo(record.type, m_originName.toLower(), " "_L1);
+    addTo(record.type, m_typeName.toLower(), " "_L1);
+    if (!m_keywords.isEmpty())
+        record.type += QStringLiteral(" (%1)").arg(m_keywords);
+    if (m_isLeader)
+        addTo(m_roleName, QStringLiteral("(Leader)"), " "_L1);
+    addTo(record.role, m_roleName, " "_L1);
+    finishPower();
+}
+
+// --- statistics ---
+
+void MonsterXmlHandler::addRole(QString &role, const QString &text)
+{
+    if (text != "Standard"_L1 && text != "No Role"_L1)
+        addTo(role, text, " "_L1);
+}
+
+void MonsterXmlHandler::addSusceptibility(QString &list)
+{
+    addTo(list, m_susceptibility, ", "_L1);
+    m_susceptibility.clear();
+}
+
+void MonsterXmlHandler::takeSkill(const QString &name)
+{
+    if (name == "Perception"_L1)
+        m_record.perception = m_number;
+    else if (name == "Insight"_L1)
+        m_record.insight = m_number;
+    else
+        addTo(m_record.skills, name + u' ' + signedNumber(m_number), ", "_L1);
+}
+
+void MonsterXmlHandler::takeDefence(const QString &name)
+{
+    if (name == "AC"_L1)
+        m_record.armourClass = m_number;
+    else if (name == "Fortitude"_L1)
+        m_record.fortitude = m_number;
+    else if (name == "Reflex"_L1)
+        m_record.reflex = m_number;
+    else if (name == "Will"_L1)
+        m_record.will = m_number;
+}
+
+void MonsterXmlHandler::takeAbility(const QString &name)
+{
+    if (name == "Strength"_L1)
+        m_record.strength.score = m_number;
+    else if (name == "Dexterity"_L1)
+        m_record.dexterity.score = m_number;
+    else if (name == "Wisdom"_L1)
+        m_record.wisdom.score = m_number;
+    else if (name == "Constitution"_L1)
+        m_record.constitution.score = m_number;
+    else if (name == "Intelligence"_L1)
+        m_record.intelligence.score = m_number;
+    else if (name == "Charisma"_L1)
+        m_record.charisma.score = m_number;
+}
+
+void MonsterXmlHandler::takeItem(const QString &name)
+{
+    const QString count =
+        m_itemQuantity > 1 ? QStringLiteral(" x%1").arg(m_itemQuantity) : QString();
+    addTo(m_record.equipment, name + count, ", "_L1);
+    m_itemQuantity = 0;
+}
+
+void MonsterXmlHandler::takeSavingThrows(const QString &text)
+{
+    bool isNumber = false;
+    const int bonus = text.toInt(&isNumber);
+    if (!isNumber)
+        m_record.savingThrows = text;
+    else
+        m_record.savingThrows = bonus == 0 ? QString() : signedNumber(bonus);
+}
+
+// --- powers ---
+
+void MonsterXmlHandler::takeAction(const QString &text)
+{
+    m_actionName = text;
+    m_power.section = sectionOf(text);
+}
+
+void MonsterXmlHandler::takeUsage(const QString &text)
+{
+    const QString recharge = QStringLiteral("Recharge");
+    if (text == "Encounter"_L1) {
+        m_power.usageKind = 2;
+    } else if (text == "2/Encounter"_L1) {
+        m_power.usageKind = 3;
+    } else if (text.compare("at-will"_L1, Qt::CaseInsensitive) == 0) {
+        m_power.usageKind = 1;
+    } else if (text.startsWith(recharge)) {
+        m_power.usageKind = 4;
+        takeRecharge(text.mid(recharge.size()).trimmed());
+    } else {
+        m_usageText = QStringLiteral("<b>%1</b>").arg(text);
+    }
+}
+
+void MonsterXmlHandler::takeUsageDetails(const QString &text)
+{
+    if (m_power.usageKind == 4) {
+        takeRecharge(text);
+        return;
+    }
+    if (text == "2/Encounter"_L1)
+        m_power.usageKind = 3;
+    addTo(m_usageText, text, " "_L1);
+}
+
+void MonsterXmlHandler::takeRecharge(const QString &text)
+{
+    m_usageText = QStringLiteral("<b>Recharge</b>");
+    bool isNumber = false;
+    const int n = text.toInt(&isNumber);
+    if (!isNumber) {
+        addTo(m_usageText, text, " "_L1);
+        return;
+    }
+    if (n > 1)
+        m_power.usageKind = saturatedSum(n, 3);
+    m_usageText += rechargeImages(n);
+}
+
+void MonsterXmlHandler::takeTrigger(const QString &text)
+{
+    m_power.section = TriggeredSection;
+    m_power.details << QStringLiteral("<i>Trigger:</i> ") + text;
+}
+
+void MonsterXmlHandler::takeRequirement(const QString &text)
+{
+    m_power.details.prepend(QStringLiteral("<i>Requirement:</i> ") + text);
+    ++m_insertAt;
+}
+
+void MonsterXmlHandler::finishPower()
+{
+    if (!m_power.name.isEmpty()) {
+        if (m_isBasic && std::ranges::count(iconsWithBasic, m_power.icon) > 0)
+            --m_power.icon;
+        if (!m_powerKeywords.isEmpty())
+            m_power.keywords = QStringLiteral("(%1)").arg(m_powerKeywords);
+        if (!m_usageText.isEmpty())
+            m_power.keywords += u" \u2022 "_s + m_usageText;
+        insertPower(m_record, std::move(m_power));
+    }
+    m_power = Power();
+    m_isBasic = false;
+    m_actionName.clear();
+    m_powerKeywords.clear();
+    m_usageText.clear();
+    m_insertAt = 0;
+    m_attack = Attack();
+    m_outerAttacks.clear();
+}
+
+// --- attacks ---
+
+void MonsterXmlHandler::enterAttack(QStringView attackPath)
+{
+    const qsizetype depth = attackPath.count(u"/MonsterAttack/"_s);
+    while (m_outerAttacks.size() < depth - 1) {
+        m_outerAttacks.append(m_attack);
+        m_attack = Attack();
+    }
+}
+
+QStringList &MonsterXmlHandler::paragraphs()
+{
+    return isInnerAttack() ? m_attack.paragraphs : m_power.details;
+}
+
+QString MonsterXmlHandler::entryParagraph(const QString &label, const QString &text,
+                                          bool withAction)
+{
+    const QString name = label.isEmpty() ? QStringLiteral("Attack") : label;
+    // The action is the outermost attack's.
+    const QString action =
+        withAction && !isInnerAttack() ? std::exchange(m_actionName, {}) : QString();
+    if (action.isEmpty() || namesItsAction(m_power.section))
+        return QStringLiteral("<i>%1:</i> %2").arg(name, text);
+    return QStringLiteral("<i>%1 (%2):</i> %3").arg(name, action, text);
+}
+
+void MonsterXmlHandler::takeFailedSave(const QString &text)
+{
+    QString lines = text;
+    lines.replace(u'\n', "<br>"_L1);
+    m_attack.held << QStringLiteral("<i>%1 Failed Saving Throw:</i> %2")
+                         .arg(ordinal(++m_attack.failedSaves), lines);
+}
+
+void MonsterXmlHandler::finishEntry()
+{
+    // An attack of that name tells its action in its own line.
+    if (!m_attack.entryText.isEmpty())
+        paragraphs() << entryParagraph(m_attack.entryLabel, m_attack.entryText,
+                                       m_attack.name != "Attack"_L1);
+    paragraphs() << std::exchange(m_attack.held, {});
+    m_attack.failedSaves = 0;
+    m_attack.entryLabel.clear();
+    m_attack.entryText.clear();
+}
+
+void MonsterXmlHandler::finishAttack()
+{
+    paragraphs() << m_attack.held;
+    if (!m_attack.line.isEmpty()) {
+        const qsizetype place = isInnerAttack() ? 0 : m_insertAt;
+        paragraphs().insert(place, entryParagraph(m_attack.name, m_attack.line, true));
+    }
+    if (isInnerAttack()) {
+        const QStringList inner = m_attack.paragraphs;
+        m_attack = m_outerAttacks.takeLast();
+        m_attack.held << inner;
+    } else {
+        m_insertAt = 0;
+        m_attack = Attack();
+    }
+}

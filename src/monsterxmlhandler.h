@@ -1,0 +1,86 @@
+// Reads a monster from XML. The powers come out as those of a pasted stat block do.
+#pragma once
+
+#include <QStringList>
+
+#include "creaturedata.h"
+#include "xmlhandler.h"
+
+class MonsterXmlHandler : public XmlHandler {
+public:
+    // The record's text becomes the bytes in any case; its other fields only when the XML can be
+    // read. `dataFolder` is where the portrait is looked for.
+    static void parse(const QByteArray &bytes, CreatureData &record, const QString &dataFolder);
+
+private:
+    // An attack that is under way. One that stands inside an entry of another is kept apart, and
+    // its paragraphs follow that entry's.
+    struct Attack {
+        QString name;
+        QString line; // range, targets, bonus, defence
+        QString entryLabel;
+        QString entryText;
+        QStringList paragraphs; // of an inner attack; the outermost writes into the power
+        QStringList held; // what stands behind the paragraph of the current entry
+        int failedSaves = 0; // among `held`
+    };
+
+    // What is done with the value of one path.
+    using Action = void (*)(MonsterXmlHandler &, const QString &);
+    struct Row {
+        QStringView path;
+        Action take;
+    };
+    static const Row monsterRows[];
+    static const Row attackRows[];
+    static Action actionFor(QStringView path, QStringView key);
+
+    explicit MonsterXmlHandler(const QString &dataFolder);
+    void onEnd() override;
+    bool value(const QString &path, const QString &text) override;
+
+    void addRole(QString &role, const QString &text);
+    void addSusceptibility(QString &list);
+    void takeSkill(const QString &name);
+    void takeDefence(const QString &name);
+    void takeAbility(const QString &name);
+    void takeItem(const QString &name);
+    void takeSavingThrows(const QString &text);
+
+    void takeAction(const QString &text);
+    void takeUsage(const QString &text);
+    void takeUsageDetails(const QString &text);
+    void takeRecharge(const QString &text);
+    void takeTrigger(const QString &text);
+    void takeRequirement(const QString &text);
+    void finishPower();
+
+    bool isInnerAttack() const { return !m_outerAttacks.isEmpty(); }
+    void enterAttack(QStringView attackPath);
+    QStringList &paragraphs();
+    QString entryParagraph(const QString &label, const QString &text, bool withAction);
+    void takeFailedSave(const QString &text);
+    void finishEntry();
+    void finishAttack();
+
+    CreatureData m_record;
+    QString m_dataFolder;
+    QString m_roleName;
+    bool m_isLeader = false;
+    QString m_keywords;
+    QString m_susceptibility; // name and amount of the current resistance or weakness
+    QString m_sizeName;
+    QString m_originName;
+    QString m_typeName;
+    int m_number = 0; // the last number read, for the name that follows it
+    int m_itemQuantity = 0;
+
+    Power m_power;
+    bool m_isBasic = false;
+    QString m_actionName; // told once, with the first paragraph that has room for it
+    QString m_powerKeywords;
+    QString m_usageText;
+    int m_insertAt = 0; // where the line of an attack goes
+    Attack m_attack;
+    QList<Attack> m_outerAttacks; // those around m_attack, outermost first
+};

@@ -1,0 +1,40 @@
+// Reads a character from the file of a character builder.
+#pragma once
+
+#include "creaturedata.h"
+#include "creaturefile.h"
+#include "xmlhandler.h"
+
+class StatBlockHandler : public XmlHandler {
+public:
+    // Takes what the file states into the record; the rest of it stays. False, and the record as it
+    // was, when the XML can't be read. The portrait that the file names is copied below "Portraits"
+    // of the data folder, unless that is forbidden; the record's text isn't touched.
+    static bool parse(const QByteArray &bytes, CreatureData &record, const QString &dataFolder,
+                      PortraitCopy copy = PortraitCopy::Allowed);
+
+private:
+    StatBlockHandler(const CreatureData &record, const QString &dataFolder, PortraitCopy copy);
+    void onBegin() override;
+    void onEnd() override;
+    bool value(const QString &path, const QString &text) override;
+    void takePortrait(const QString &url);
+    void takeAlias(const QString &alias);
+    void takeRule();
+    void takeLanguage();
+
+    QString m_dataFolder;
+    PortraitCopy m_copy;
+    // Of the RulesElement that elementCount() stood at then.
+    QString m_lastName;
+    int m_nameElement = 0;
+    QString m_lastType;
+    int m_typeElement = 0;
+    QString m_lastValue; // of the last Stat, for each of its aliases
+    QString m_paragonPath;
+    QString m_epicDestiny;
+    CreatureData m_record;
+};
+
+// Reads the import file at `path`, a relative one in "Characters", like StatBlockHandler::parse().
+bool readImport(const QString &path, CreatureData &record, const QString &dataFolder);

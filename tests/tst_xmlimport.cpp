@@ -1,0 +1,444 @@
+// links: morvane_reports
+// Monsters and characters from XML: what is taken, what is refused, and how a character follows its
+// file.
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QGuiApplication>
+#include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include "characters.h"
+#include "coreobjects.h"
+#include "creature.h"
+#include "creaturefile.h"
+#include "creaturereport.h"
+#include "datatable.h"
+#include "encounter.h"
+#include "history.h"
+#include "monsters.h"
+#include "monsterxmlhandler.h"
+#include "powertext.h"
+#include "statblockhandler.h"
+#include "testdata.h"
+#include "testhome.h"
+#include "vitalityevents.h"
+#include "xmlhandler.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QByteArray readFile(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// Writes down each call.
+class Recorder : public XmlHandler {
+public:
+    QStringList calls;
+    QString endsAfter; // an attribute whose value() answers false
+
+protected:
+    void onBegin() override { calls << u"begin "_s + path(); }
+    void onEnd() override { calls << u"end "_s + path(); }
+    bool value(const QString &path, const QString &text) override
+    {
+        calls << path + u' ' + text;
+        return endsAfter.isEmpty() || !path.endsWith(endsAfter);
+    }
+};
+
+Power powerOf(const QString &elements)
+{
+    const QString text =
+        u"<Monster xsi:type=\"Monster\"><Name>Rat</Name><Level>1</Level><Powers><MonsterPower>"
+        u"<Name>Bite</Name>%1</MonsterPower></Powers></Monster>"_s.arg(elements);
+    CreatureData data;
+    MonsterXmlHandler::parse(text.toUtf8(), data, {});
+    return data.powers.value(0);
+}
+
+QString heroFile(const QString &name, int hitPoints, const QString &more = {})
+{
+    return u"<D20Character><CharacterSheet><Details><name> %1 </name><Level> 3 </Level>%3</Details>"
+           u"<StatBlock><Stat value=\" %2 \"><alias name=\"Hit Points\"/></Stat></StatBlock>"
+           u"</CharacterSheet></D20Character>"_s.arg(name, QString::number(hitPoints), more);
+}
+
+} // namespace
+
+class XmlImportTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void buildsPaths();
+    void refusesBombs_data();
+    void refusesBombs();
+    void readsFiles_data();
+    void readsFiles();
+    void readsUsage_data();
+    void readsUsage();
+    void readsActionsAndTypes();
+    void countsFailedSaves();
+    void keepsABrokenMonster();
+    void loadsAMonster();
+    void takesTheLastClass();
+    void takesAPortrait();
+    void takesAFreeName();
+    void keepsWhatAnImportCannotGive();
+    void followsItsFile();
+    void refreshesBeforeTheRest();
+    void knowsACurrentImport();
+
+private:
+    Creature *hero(const QString &name) const;
+    Creature *addLinkedHero() const;
+
+    std::unique_ptr<TestDataFolder> m_folder;
+    std::unique_ptr<CoreObjects> m_objects;
+};
+
+void XmlImportTest::init()
+{
+    failOnWarnings();
+    m_folder = std::make_unique<TestDataFolder>();
+    m_objects = std::make_unique<CoreObjects>();
+}
+
+void XmlImportTest::cleanup()
+{
+    m_objects.reset();
+    m_folder.reset();
+}
+
+Creature *XmlImportTest::hero(const QString &name) const
+{
+    return theCharacters->find(name);
+}
+
+// Odo, linked to odo.dnd4e, and Pia.
+Creature *XmlImportTest::addLinkedHero() const
+{
+    m_folder->write(u"Characters/odo.txt"_s,
+                    u"name=Odo\nimport=odo.dnd4e\nlinked=yes\nclass=Monk\nrace=\nrole=\nlevel=3\n"
+                    u"hit-points=30\nhs-value=7\nhs-resources=6\nspeed=6\nap-resources=1\n"_s);
+    m_folder->addCharacter(u"Pia"_s);
+    m_folder->addMonster(u"Rat"_s);
+    m_folder->load();
+    return hero(u"Odo"_s);
+}
+
+void XmlImportTest::buildsPaths()
+{
+    Recorder recorder;
+    QVERIFY(recorder.read("<?xml version='1.0'?><a x='1' y='2'>t<b/>u<!-- c --><![CDATA[<v>]]>&amp;"
+                          "<aa a='3'> </aa></a>"));
+    QCOMPARE(recorder.calls,
+             (QStringList {u"begin /"_s, u"/a/x 1"_s, u"/a/y 2"_s, u"/a/ t"_s, u"/a/b/#end "_s,
+                           u"/a/ u<v>&"_s, u"/a/aa/a 3"_s, u"/a/aa/  "_s, u"/a/aa/#end "_s,
+                           u"/a/#end "_s, u"end /"_s}));
+    recorder.calls.clear();
+    recorder.endsAfter = u"/x"_s;
+    QVERIFY(recorder.read("<a w='0' x='1' y='2'><x z='3'/></a>"));
+    QCOMPARE(recorder.calls,
+             (QStringList {u"begin /"_s, u"/a/w 0"_s, u"/a/x 1"_s, u"/a/x/z 3"_s, u"/a/x/#end "_s,
+                           u"/a/#end "_s, u"end /"_s}));
+}
+
+void XmlImportTest::refusesBombs_data()
+{
+    addColumns<QByteArray>({"bytes"});
+    QByteArray entities = "<!DOCTYPE a [<!ENTITY e0 'ha'>";
+    for (int i = 1; i < 40; ++i) {
+        const QByteArray last = "&e" + QByteArray::number(i - 1) + ';';
+        entities += "<!ENTITY e" + QByteArray::number(i) + " '" + last + last + "'>";
+    }
+    QTest::newRow("laughs") << entities + "]><a>&e39;</a>";
+    QTest::newRow("many expansions") << "<!DOCTYPE a [<!ENTITY e '" + QByteArray(4000, 'x') + "'>]>"
+            + "<a b='" + QByteArray("&e;").repeated(300000) + "'/>";
+    QTest::newRow("defaults") << "<!DOCTYPE a [<!ATTLIST b c CDATA '" + QByteArray(1000000, 'x')
+            + "'>]><a>" + QByteArray("<b/>").repeated(300000) + "</a>";
+    QTest::newRow("deep") << QByteArray("<Monster>").repeated(1000000);
+    QByteArray attributes = "<a";
+    for (int i = 0; i < 300000; ++i)
+        attributes += " b" + QByteArray::number(i) + "=''";
+    QTest::newRow("attributes") << attributes + "/>";
+    QTest::newRow("cut") << QByteArray("<Monster><Name>Rat</Name>");
+    QTest::newRow("empty") << QByteArray();
+}
+
+void XmlImportTest::refusesBombs()
+{
+    QFETCH(QByteArray, bytes);
+    QElapsedTimer timer;
+    timer.start();
+    CreatureData data;
+    QVERIFY(!StatBlockHandler::parse(bytes, data, m_folder->path()));
+    MonsterXmlHandler::parse(bytes, data, m_folder->path());
+    QVERIFY(data.group.isEmpty());
+    QCOMPARE(data.statBlock.size(), bytes.size());
+    QVERIFY(timer.elapsed() < 20000);
+}
+
+void XmlImportTest::readsFiles_data()
+{
+    addColumns<QString>({"path"});
+    const QDir folder(QStringLiteral(TEST_DATA "/xml"));
+    for (const QString &name : folder.entryList({u"*.monster"_s, u"*.dnd4e"_s}, QDir::Files))
+        QTest::newRow(qPrintable(name)) << folder.filePath(name);
+}
+
+// Each file has the record that it must give beside it.
+void XmlImportTest::readsFiles()
+{
+    QFETCH(QString, path);
+    const QJsonObject expected = QJsonDocument::fromJson(readFile(path + u".json")).object();
+    QVERIFY(!expected.isEmpty());
+    const QJsonObject report = creatureReport(path, readFile(path));
+    QVERIFY(report[u"read"].toBool() && report[u"valid"].toBool());
+    const QJsonObject record = report[u"record"].toObject();
+    QCOMPARE(record.keys(), expected.keys());
+    for (const QString &key : expected.keys()) {
+        const auto json = [](const QJsonValue &value) {
+            return QJsonDocument(QJsonArray {value}).toJson(QJsonDocument::Compact);
+        };
+        QVERIFY2(record[key] == expected[key], qPrintable(key + u": "_s + json(record[key])));
+    }
+}
+
+void XmlImportTest::readsUsage_data()
+{
+    addColumns<QString, QString, int, QString>({"usage", "details", "kind", "keywords"});
+    const QString six = u" <img src=':/images/stats/6a.gif'>"_s;
+    const QString recharge = u" \u2022 <b>Recharge</b>"_s;
+    QTest::newRow("none") << u""_s << u""_s << 0 << u""_s;
+    QTest::newRow("at will") << u"AT-WILL"_s << u""_s << 1 << u""_s;
+    QTest::newRow("encounter") << u"Encounter"_s << u""_s << 2 << u""_s;
+    QTest::newRow("lower case") << u"encounter"_s << u""_s << 0 << u" \u2022 <b>encounter</b>"_s;
+    QTest::newRow("twice") << u"2/Encounter"_s << u"if hurt"_s << 3 << u" \u2022 if hurt"_s;
+    QTest::newRow("recharge") << u"Recharge"_s << u""_s << 4 << recharge;
+    QTest::newRow("recharge in one") << u"Recharge 6"_s << u""_s << 9 << recharge + six;
+    QTest::newRow("recharge in two") << u"Recharge"_s << u" 6 "_s << 9 << recharge + six;
+    QTest::newRow("recharge by word")
+        << u"Recharge"_s << u"at dawn"_s << 4 << recharge + u" at dawn"_s;
+    QTest::newRow("recharge on 1") << u"Recharge 1"_s << u""_s << 4 << recharge + rechargeImages(1);
+    QTest::newRow("recharge on 7") << u"Recharge 7"_s << u""_s << 10 << recharge;
+}
+
+void XmlImportTest::readsUsage()
+{
+    auto [usage, details] = fetch<QString, QString>({"usage", "details"});
+    const Power power =
+        powerOf(u"<Usage>%1</Usage><UsageDetails>%2</UsageDetails>"_s.arg(usage, details));
+    QTEST(power.usageKind, "kind");
+    QTEST(power.keywords, "keywords");
+}
+
+void XmlImportTest::readsActionsAndTypes()
+{
+    const QList<std::pair<QString, int>> sections = {
+        {u"Standard"_s, 5},           {u"move"_s, 6},           {u"Minor 1/round"_s, 7},
+        {u"Free Action"_s, 8},        {u"Opportunity"_s, 9},    {u"Immediate Interrupt"_s, 9},
+        {u"immediate REACTION"_s, 9}, {u"Trait"_s, 4},          {u"Aura"_s, 4},
+        {u"No Action"_s, 11},         {u"Reaction, Free"_s, 8},
+    };
+    for (const auto &[action, section] : sections)
+        QCOMPARE(powerOf(u"<Action>%1</Action>"_s.arg(action)).section, section);
+    struct Icon {
+        QString type;
+        int icon, basic;
+    };
+    const Icon icons[] = {{u"Melee"_s, 4, 3}, {u"Weapon"_s, 1, 1}, {u"Ranged"_s, 6, 5},
+                          {u"Area"_s, 8, 7},  {u"Close"_s, 10, 9}, {u"Aura"_s, 11, 11},
+                          {u"melee"_s, 0, 0}};
+    for (const Icon &each : icons) {
+        const QString type = u"<Type>%1</Type>"_s.arg(each.type);
+        QCOMPARE(powerOf(type).icon, each.icon);
+        QCOMPARE(powerOf(type + u"<IsBasic>true</IsBasic>"_s).icon, each.basic);
+    }
+}
+
+void XmlImportTest::countsFailedSaves()
+{
+    const QString one = u"<MonsterAttackEntry><Description>x</Description></MonsterAttackEntry>"_s;
+    const QString effect = u"<Effect><FailedSavingThrows>%1</FailedSavingThrows></Effect>"_s;
+    const Power power = powerOf(u"<Attacks><MonsterAttack>%1%2</MonsterAttack></Attacks>"_s.arg(
+        effect.arg(one.repeated(12)), effect.arg(one)));
+    QStringList expected;
+    for (const char *each : {"First", "Second", "Third", "Fourth", "Fifth", "Sixth", "Seventh",
+                             "Eighth", "Ninth", "Tenth", "11'th", "12'th", "First"})
+        expected << u"<i>%1 Failed Saving Throw:</i> x"_s.arg(QLatin1String(each));
+    QCOMPARE(power.details, expected);
+}
+
+void XmlImportTest::keepsABrokenMonster()
+{
+    const QString text = u"<?xml version=\"1.0\"?>\n<Monster><Name>Rat</Name><Level>2</Levle>\n"_s;
+    m_folder->write(u"Monsters/rat.monster"_s, text);
+    const QByteArray bytes = m_folder->read(u"Monsters/rat.monster"_s);
+    m_folder->addCharacter(u"Pia"_s);
+    m_folder->load();
+    const Creature *rat = theMonsters->findGroup(u"rat.monster"_s);
+    QVERIFY(rat && rat->isInvalid());
+    QCOMPARE(rat->statBlock(), text);
+    QVERIFY(!rat->isModified());
+    theMonsters->saveAll();
+    QCOMPARE(m_folder->read(u"Monsters/rat.monster"_s), bytes);
+}
+
+// With mark and CR LF, and a portrait that is put into the text and read again.
+void XmlImportTest::loadsAMonster()
+{
+    QImage(4, 4, QImage::Format_RGB32).save(m_folder->file(u"Portraits/a & b.png"_s));
+    const QByteArray bytes = readFile(QStringLiteral(TEST_DATA "/xml/gale-ferryman.monster"));
+    QFile file(m_folder->file(u"Monsters/ferry.monster"_s));
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+    file.close();
+    Creature ferry;
+    QVERIFY(ferry.load(u"ferry.monster"_s, true, m_folder->path(), nullptr, nullptr));
+    QVERIFY(!ferry.isInvalid());
+    QVERIFY(ferry.statBlock().startsWith(u"<Monster ") && !ferry.statBlock().contains(u'\r'));
+    ferry.setPortrait(u"a & b.png"_s);
+    QVERIFY(ferry.isModified());
+    QVERIFY(ferry.save());
+    QCOMPARE(m_folder->read(u"Monsters/ferry.monster"_s),
+             bytes.mid(3).replace("ferry &amp; pole.png", "a &amp; b.png"));
+    QVERIFY(ferry.load(u"ferry.monster"_s, true, m_folder->path(), nullptr, nullptr));
+    QCOMPARE(ferry.portraitFile(), u"a & b.png"_s);
+    QVERIFY(!ferry.portrait().isNull());
+
+    CreatureData data;
+    CreatureForm form = CreatureForm::Key;
+    QVERIFY(!parseText(false, bytes, data, m_folder->path(), &form));
+    QCOMPARE(form, CreatureForm::CharacterXml);
+    QVERIFY(data.name.isEmpty() && !data.statBlock.isEmpty());
+}
+
+void XmlImportTest::takesTheLastClass()
+{
+    const QStringList rules = {u"<RulesElement name=\"Odd\" type=\"Epic Destiny\"/>"_s,
+                               u"<RulesElement name=\"Path\" type=\"Paragon Path\"/>"_s,
+                               u"<RulesElement type=\"Class\" name=\"Monk\"/>"_s};
+    const char *expected[] = {"Odd", "Path", "Monk"};
+    for (int skipped = 0; skipped < 3; ++skipped) {
+        CreatureData data;
+        data.hsValue = 50;
+        QVERIFY(StatBlockHandler::parse(
+            heroFile(u"Odo"_s, 42, rules.mid(skipped).join(QString())).toUtf8(), data, {}));
+        QCOMPARE(data.charClass, QLatin1String(expected[skipped]));
+        QCOMPARE(data.hsValue, 10);
+    }
+}
+
+void XmlImportTest::takesAPortrait()
+{
+    const QString outside = m_folder->file(u"face.png"_s);
+    QImage(4, 4, QImage::Format_RGB32).save(outside);
+    const auto read = [this](const QString &portrait) {
+        CreatureData data;
+        data.portraitFile = u"old.png"_s;
+        StatBlockHandler::parse(
+            heroFile(u"Odo"_s, 40, u"<Portrait> "_s + portrait + u" </Portrait>"_s).toUtf8(), data,
+            m_folder->path());
+        return data.portraitFile;
+    };
+    QCOMPARE(read(u"file://"_s + outside + u".gone"_s), u"old.png"_s);
+    QCOMPARE(read(u"file://file://"_s + outside), u"old.png"_s);
+    QCOMPARE(QDir(m_folder->file(u"Portraits"_s)).entryList(QDir::Files), QStringList());
+    QCOMPARE(read(u"file://"_s + outside), u"face.png"_s);
+    QCOMPARE(QDir(m_folder->file(u"Portraits"_s)).entryList(QDir::Files), {u"face.png"_s});
+    QCOMPARE(read(m_folder->file(u"Portraits/face.png"_s)), u"face.png"_s);
+}
+
+void XmlImportTest::takesAFreeName()
+{
+    Creature *odo = addLinkedHero();
+    m_folder->write(u"Characters/odo.dnd4e"_s, heroFile(u"PIA"_s, 40));
+    QVERIFY(odo->refreshFromImport(u"odo.dnd4e"_s));
+    QCOMPARE(odo->name(), u"PIA 2"_s);
+    QCOMPARE(hero(u"pia 2"_s), odo);
+    QVERIFY(odo->isModified());
+    // Its own name is free for itself.
+    QVERIFY(odo->refreshFromImport(m_folder->file(u"Characters/odo.dnd4e"_s)));
+    QCOMPARE(odo->name(), u"PIA 2"_s);
+    QVERIFY(odo->statBlock().startsWith(u"name=PIA 2\nimport=odo.dnd4e\nlinked=yes\nclass=Monk\n"));
+}
+
+void XmlImportTest::keepsWhatAnImportCannotGive()
+{
+    Creature *odo = addLinkedHero();
+    const CreatureData before = odo->data();
+    for (const QString &text : {u""_s, u"<D20Character>"_s, u"name=Odo\n"_s}) {
+        m_folder->write(u"Characters/odo.dnd4e"_s, text);
+        QVERIFY(!odo->refreshFromImport(u"odo.dnd4e"_s));
+        QCOMPARE(odo->statBlock(), before.statBlock);
+    }
+    QVERIFY(!odo->refreshFromImport(u"none.dnd4e"_s));
+    QVERIFY(!odo->refreshFromImport(QString()));
+    m_folder->write(u"Characters/odo.dnd4e"_s, heroFile(QString(80, u'o'), 44));
+    QVERIFY(odo->refreshFromImport(u"odo.dnd4e"_s));
+    QCOMPARE(odo->name(), u"Odo"_s);
+    QCOMPARE(odo->maxHP(), 44);
+}
+
+void XmlImportTest::followsItsFile()
+{
+    Creature *odo = addLinkedHero();
+    m_folder->write(u"Characters/odo.dnd4e"_s, u"\uFEFF"_s + heroFile(u"Odo"_s, 48));
+    const auto saved = [this] { return m_folder->read(u"Characters/odo.txt"_s); };
+    odo->refreshIfLinked();
+    QCOMPARE(odo->maxHP(), 48);
+    QVERIFY(!odo->isModified());
+    QVERIFY(saved().contains("hit-points=48\r\nhs-value=12\r\n"));
+
+    // With changes of its own, saving is the user's to decide.
+    odo->setField(&CreatureData::race, u"Elf"_s);
+    m_folder->write(u"Characters/odo.dnd4e"_s, heroFile(u"Odo"_s, 52));
+    odo->refreshIfLinked();
+    QCOMPARE(odo->maxHP(), 52);
+    QVERIFY(odo->isModified());
+    QVERIFY(saved().contains("hit-points=48\r\n"));
+
+    odo->setField(&CreatureData::linked, false);
+    m_folder->write(u"Characters/odo.dnd4e"_s, heroFile(u"Odo"_s, 60));
+    odo->refreshIfLinked();
+    QCOMPARE(odo->maxHP(), 52);
+}
+
+void XmlImportTest::refreshesBeforeTheRest()
+{
+    Creature *odo = addLinkedHero();
+    m_folder->write(u"Characters/odo.dnd4e"_s, heroFile(u"Odo"_s, 64));
+    theHistory->doEvent(new ExtendedRestEvent({odo}, theHistory->getStream()));
+    QCOMPARE(odo->currHP(), 64);
+}
+
+void XmlImportTest::knowsACurrentImport()
+{
+    m_folder->write(
+        u"Monsters/rat.monster"_s,
+        u"<Monster xsi:type=\"Monster\"><Name>Rat</Name><Level>1</Level></Monster>\n"_s);
+    const QString outside = m_folder->file(u"rat.monster"_s);
+    QVERIFY(QFile::copy(m_folder->file(u"Monsters/rat.monster"_s), outside));
+    m_folder->addCharacter(u"Pia"_s);
+    m_folder->load();
+    Creature *rat = theMonsters->findGroup(u"Rat"_s);
+    QVERIFY(rat->importIsCurrent(outside));
+    rat->setPortrait(u"rat.png"_s);
+    QVERIFY(!rat->importIsCurrent(outside)); // what counts is what was saved
+    QVERIFY(rat->save());
+    QVERIFY(rat->importIsCurrent(outside));
+    m_folder->write(u"rat.monster"_s, u"<Monster/>"_s);
+    QVERIFY(!rat->importIsCurrent(outside));
+    m_folder->write(u"rat.monster"_s, QString());
+    QVERIFY(!rat->importIsCurrent(outside));
+}
+
+MORVANE_TEST_MAIN(QGuiApplication, XmlImportTest)
+#include "tst_xmlimport.moc"
