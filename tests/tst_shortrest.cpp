@@ -230,6 +230,7 @@ void ShortRestTest::survivesAReplacedLibrary()
     ShortRestDialog dialog;
     Answer answer(inFlatDialog<ShortRestDialog>([](ShortRestDialog &open) {
         theEncounter->reset();
+        theHistory->clear();
         theCharacters->clear();
         in<QSpinBox>(open, "surgeBox:Aria")->setValue(2);
         open.accept();
