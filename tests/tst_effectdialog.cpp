@@ -87,25 +87,6 @@ QSpinBox *spin(const EffectDialog &form, const char *name)
     return form.findChild<QSpinBox *>(QLatin1String(name));
 }
 
-QString items(const EffectDialog &form, const char *name)
-{
-    QStringList texts;
-    for (int i = 0; i < combo(form, name)->count(); ++i)
-        texts << combo(form, name)->itemText(i);
-    return texts.join(u'|');
-}
-
-// The values of the items that may be chosen, in the order of the box.
-QString enabledItems(const EffectDialog &form, const char *name)
-{
-    const auto *box = form.findChild<DisableComboBox *>(QLatin1String(name));
-    QStringList values;
-    for (int i = 0; i < box->count(); ++i)
-        if (box->isItemEnabled(i))
-            values << box->itemData(i).toString();
-    return values.join(u' ');
-}
-
 QString numbers(const QString &name)
 {
     const Creature *who = creature(name);
@@ -114,6 +95,32 @@ QString numbers(const QString &name)
         .arg(who->tempHP())
         .arg(who->currHS())
         .arg(who->currAP());
+}
+
+// What the form says to a question: of a box its items, or the values that may be chosen.
+QString answer(const EffectDialog &form, const QString &asked)
+{
+    if (asked == u"origin and title")
+        return QStringLiteral("%1: %2, %3")
+            .arg(combo(form, "originBox")->currentText(),
+                 form.origin() ? form.origin()->name() : QStringLiteral("nobody"),
+                 form.findChild<QGroupBox *>(QStringLiteral("actionGroup"))->title());
+    if (asked == u"surge value") {
+        const QSpinBox *box = spin(form, "surgeValueBox");
+        if (!box->isVisibleTo(&form))
+            return QStringLiteral("absent");
+        return QString::number(box->value()) + (box->isEnabled() ? u"" : u" disabled");
+    }
+    const auto *box = form.findChild<QComboBox *>(asked.section(u' ', -1));
+    if (!box)
+        return numbers(asked);
+    const auto *choices = qobject_cast<const DisableComboBox *>(box);
+    const bool texts = asked.startsWith(u"items");
+    QStringList items;
+    for (int i = 0; i < box->count(); ++i)
+        if (texts || choices->isItemEnabled(i))
+            items << (texts ? box->itemText(i) : box->itemData(i).toString());
+    return items.join(texts ? u'|' : u' ');
 }
 
 } // namespace
@@ -125,19 +132,12 @@ private Q_SLOTS:
     void init();
     void cleanup() { m_fight.reset(); }
 
-    void listsOrigins_data();
-    void listsOrigins();
-    void offersSurges_data();
-    void offersSurges();
-    void offersActions_data();
-    void offersActions();
-    void offersEnds_data();
-    void offersEnds();
+    void offersAndShows_data();
+    void offersAndShows();
+    void endsWhatWasEntered();
     void takesBackWhatIsDisabled();
     void pairsSignAndAmount();
     void togglesAttributes();
-    void previewsTargets_data();
-    void previewsTargets();
     void previewsTheOrigin();
     void forgetsThePreview_data();
     void forgetsThePreview();
@@ -173,172 +173,117 @@ void TestEffectDialog::init()
     m_fight->addMonster(QStringLiteral("Ogre"), QStringLiteral("1"));
 }
 
-// --- what is offered ---
+// --- what is offered and shown ---
 
-void TestEffectDialog::listsOrigins_data()
+void TestEffectDialog::offersAndShows_data()
 {
     QTest::addColumn<bool>("running");
     QTest::addColumn<QString>("selected");
-    QTest::addColumn<QString>("origins");
-    QTest::addColumn<QString>("chosen");
-    const auto row = [](bool running, const char *selected, const char *origins,
-                        const char *chosen) {
-        QTest::addRow("%s %d", selected, running) << running << selected << origins << chosen;
-    };
-    row(true, "", "Aria (current)|Borin|Cleo|Any monster", "Aria (current)");
-    row(true, "Aria", "Aria (self)|Borin|Cleo|Any monster", "Aria (self)");
-    row(true, "Ogre (1)", "Aria (current)|Borin|Cleo|Ogre (1) (self)|Any monster",
-        "Aria (current)");
-    row(true, "Borin,Ogre (1)", "Aria (current)|Borin|Cleo|Any monster", "Aria (current)");
-    row(false, "Borin", "|Aria|Borin (self)|Cleo", "Borin (self)");
-    row(false, "Borin,Cleo", "|Aria|Borin|Cleo", "");
-}
-
-void TestEffectDialog::listsOrigins()
-{
-    QFETCH(bool, running);
-    QFETCH(QString, selected);
-    QFETCH(QString, chosen);
-    if (running)
-        start();
-    EffectDialog form(creatures(selected));
-    const auto *group = form.findChild<QGroupBox *>(QStringLiteral("actionGroup"));
-    QTEST(items(form, "originBox"), "origins");
-    QCOMPARE(combo(form, "originBox")->currentText(), chosen);
-    QCOMPARE(form.targets(), creatures(selected.isEmpty() ? QStringLiteral("Aria") : selected));
-    const QString name = chosen.section(u' ', 0, 0);
-    QCOMPARE(form.origin() ? form.origin()->name() : QString(), name);
-    QCOMPARE(group->title(),
-             name.isEmpty() ? QStringLiteral("Action") : QStringLiteral("%1's Actions").arg(name));
-    if (!running)
-        return;
-    enter(form, QStringLiteral("originBox=Any monster"));
-    QVERIFY(!form.origin());
-    QCOMPARE(group->title(), QStringLiteral("Actions"));
-}
-
-void TestEffectDialog::offersSurges_data()
-{
-    QTest::addColumn<QString>("selected");
-    QTest::addColumn<int>("spent"); // by each before
-    QTest::addColumn<QString>("surges");
-    QTest::addColumn<int>("value"); // -1: no box for it
-    QTest::newRow("one") << "Aria" << 6
-                         << "Gain 6|Gain 5|Gain 4|Gain 3|Gain 2|Gain 1||"
-                            "Use 1 (+5 HP)|Use 2 (+10 HP)"
-                         << 5;
-    QTest::newRow("a monster among them") << "Aria,Ogre (1)" << 6 << "" << 0;
-    QTest::newRow("two") << "Aria,Cleo" << 1 << "Gain 1||Use 1 (+5 or 9 HP)|Lose 1" << -1;
-    QTest::newRow("three") << "Cleo,Aria,Borin" << 0 << "|Use 1 (+5, 7 or 9 HP)|Lose 1" << -1;
-    QTest::newRow("none left") << "Aria,Cleo" << 8 << "Gain 1|" << -1;
-}
-
-void TestEffectDialog::offersSurges()
-{
-    QFETCH(QString, selected);
-    QFETCH(int, spent);
-    QFETCH(int, value);
-    for (Creature *target : creatures(selected))
-        target->heal(0, spent);
-    EffectDialog form(creatures(selected));
-    QTEST(items(form, "surgeBox"), "surges");
-    QCOMPARE(form.surgeChoice(), 0);
-    QCOMPARE(spin(form, "surgeValueBox")->isVisibleTo(&form), value >= 0);
-    QCOMPARE(spin(form, "surgeValueBox")->isEnabled(), value > 0);
-    QCOMPARE(form.surgeValue(), qMax(0, value));
-    if (value <= 0)
-        return;
-    enter(form, QStringLiteral("surgeValueBox=6"));
-    QVERIFY(items(form, "surgeBox").endsWith(u"|Gain 1||Use 1 (+6 HP)|Use 2 (+12 HP)"));
-    enter(form, QStringLiteral("surgeValueBox=0"));
-    QVERIFY(items(form, "surgeBox").endsWith(u"|Gain 1||Lose 1|Lose 2"));
-}
-
-void TestEffectDialog::offersActions_data()
-{
-    QTest::addColumn<bool>("running");
-    QTest::addColumn<QString>("selected");
-    QTest::addColumn<QString>("origin");
     QTest::addColumn<QString>("before");
-    QTest::addColumn<QString>("enabled");
-    const auto row = [&](const char *name, bool running, const char *selected, const char *origin,
-                         const char *before, const char *enabled) {
-        QTest::newRow(name) << running << selected << origin << before << enabled;
+    QTest::addColumn<QString>("fields");
+    QTest::addColumn<QString>("asked");
+    QTest::addColumn<QString>("answer");
+    const char *asked = "";
+    const auto row = [&](const char *where, const char *selected, const char *before,
+                         const char *fields, const char *answer) {
+        const bool running = qstrcmp(where, "fight") == 0;
+        QTest::addRow("%s in %s: %s, %s, %s", asked, where, selected, before, fields)
+            << running << selected << before << fields << asked << answer;
     };
-    row("at rest, nobody", false, "Aria,Borin", "", "", "0");
-    row("at rest", false, "Aria", "Borin", "hit Aria 22", "0 1 6");
-    row("has the turn", true, "Ogre (1)", "Aria (current)", "", "0 1 2 3");
-    row("is the target", true, "Aria", "Aria (self)", "spend Aria 8", "0 1 2 6");
-    row("wind and point used", true, "Ogre (1)", "Aria (current)",
-        "wind Aria 1;point Aria 1;points Aria 1", "0 2");
-    row("another's turn", true, "Ogre (1)", "Borin", "spend Borin 1", "0 6");
-    row("a monster's point", true, "Ogre (1)", "Ogre (1) (self)", "points Ogre (1) 2", "0 1");
-    row("helps the dying", true, "Cleo", "Any monster", "hit Cleo 40", "0 4 5");
-    row("no surges", true, "Cleo", "Any monster", "hit Cleo 40;stable Cleo 1;spend Cleo 8", "0");
-    row("stable", true, "Cleo", "Any monster", "hit Cleo 40;stable Cleo 1", "0 5");
-    row("helps two", true, "Borin,Cleo", "Any monster", "hit Cleo 40", "0");
+
+    asked = "items of originBox";
+    row("fight", "", "", "", "Aria (current)|Borin|Cleo|Any monster");
+    row("fight", "Aria", "", "", "Aria (self)|Borin|Cleo|Any monster");
+    row("fight", "Ogre (1)", "", "", "Aria (current)|Borin|Cleo|Ogre (1) (self)|Any monster");
+    row("fight", "Borin,Ogre (1)", "", "", "Aria (current)|Borin|Cleo|Any monster");
+    row("rest", "Borin", "", "", "|Aria|Borin (self)|Cleo");
+    row("rest", "Borin,Cleo", "", "", "|Aria|Borin|Cleo");
+    asked = "origin and title";
+    row("fight", "Borin", "", "", "Aria (current): Aria, Aria's Actions");
+    row("fight", "Borin", "", "originBox=Any monster", "Any monster: nobody, Actions");
+    row("rest", "Borin", "", "", "Borin (self): Borin, Borin's Actions");
+    row("rest", "Borin,Cleo", "", "", ": nobody, Action");
+
+    asked = "items of surgeBox";
+    row("rest", "Aria", "spend Aria 6", "surgeValueBox=5",
+        "Gain 6|Gain 5|Gain 4|Gain 3|Gain 2|Gain 1||Use 1 (+5 HP)|Use 2 (+10 HP)");
+    row("rest", "Aria", "spend Aria 6", "surgeValueBox=0",
+        "Gain 6|Gain 5|Gain 4|Gain 3|Gain 2|Gain 1||Lose 1|Lose 2");
+    row("rest", "Aria,Ogre (1)", "spend Aria 6", "", "");
+    row("rest", "Aria,Cleo", "spend Aria 1;spend Cleo 2", "", "Gain 1||Use 1 (+5 or 9 HP)|Lose 1");
+    row("rest", "Cleo,Aria,Borin", "", "", "|Use 1 (+5, 7 or 9 HP)|Lose 1");
+    row("rest", "Aria,Cleo", "spend Aria 8;spend Cleo 1", "", "Gain 1|");
+    asked = "surge value";
+    row("rest", "Aria", "", "", "5");
+    row("rest", "Ogre (1)", "", "", "0 disabled");
+    row("rest", "Aria,Cleo", "", "", "absent");
+
+    asked = "enabled in actionBox";
+    row("rest", "Aria,Borin", "", "", "0");
+    row("rest", "Aria", "hit Aria 22", "originBox=Borin", "0 1 6");
+    row("fight", "Ogre (1)", "", "", "0 1 2 3");
+    row("fight", "Aria", "spend Aria 8", "", "0 1 2 6");
+    row("fight", "Ogre (1)", "wind Aria 1;point Aria 1;points Aria 1", "", "0 2");
+    row("fight", "Ogre (1)", "spend Borin 1", "originBox=Borin", "0 6");
+    row("fight", "Ogre (1)", "points Ogre (1) 2", "originBox=Ogre (1) (self)", "0 1");
+    row("fight", "Cleo", "hit Cleo 40", "originBox=Any monster", "0 4 5");
+    row("fight", "Cleo", "hit Cleo 40;stable Cleo 1", "originBox=Any monster", "0 5");
+    row("fight", "Cleo", "spend Cleo 8", "originBox=Any monster", "0");
+    row("fight", "Borin,Cleo", "hit Cleo 40", "originBox=Any monster", "0");
+
+    asked = "enabled in endBox";
+    row("fight", "Aria", "", "", "-1");
+    row("rest", "Aria", "", "conditionBox=11;originBox=Borin", "0 4");
+    row("fight", "Aria", "", "conditionBox=11;originBox=Any monster", "0 3 4 2 6");
+    row("fight", "Aria", "", "conditionBox=11", "0 1 5 3 4");
+    row("fight", "Aria", "", "conditionBox=11;originBox=Borin", "0 1 5 3 4 2 6");
+    row("fight", "Aria,Borin", "", "conditionBox=11;originBox=Borin", "0 1 5 3 4 2 6");
+
+    asked = "Cleo";
+    row("fight", "Cleo", "hit Cleo 16;temp Cleo 4", "damageBox=10", "14+0 hp, 8 hs, 1 ap");
+    row("fight", "Cleo", "hit Cleo 16;temp Cleo 12", "damageBox=10", "20+2 hp, 8 hs, 1 ap");
+    row("fight", "Cleo", "hit Cleo 39", "healBox=5", "5+0 hp, 8 hs, 1 ap");
+    row("fight", "Cleo", "temp Cleo 4", "tempBox=3", "36+4 hp, 8 hs, 1 ap");
+    row("fight", "Cleo", "hit Cleo 30", "surgeBox=-2;surgeValueBox=10;healBox=1",
+        "27+0 hp, 6 hs, 1 ap");
+    row("fight", "Cleo,Aria", "hit Cleo 16;temp Cleo 4", "damageBox=30;surgeBox=-1000;tempBox=8",
+        "9+8 hp, 7 hs, 1 ap");
+    row("fight", "Cleo", "hit Cleo 36", "actionBox=5", "9+0 hp, 7 hs, 1 ap");
+    row("fight", "Cleo", "hit Cleo 36", "actionBox=5;surgeBox=-8", "72+0 hp, 0 hs, 1 ap");
 }
 
-void TestEffectDialog::offersActions()
+void TestEffectDialog::offersAndShows()
 {
     QFETCH(bool, running);
     QFETCH(QString, selected);
-    QFETCH(QString, origin);
     QFETCH(QString, before);
+    QFETCH(QString, fields);
+    QFETCH(QString, asked);
     if (running)
         start();
     befall(before);
     EffectDialog form(creatures(selected));
-    enter(form, QStringLiteral("originBox=") + origin);
-    QTEST(enabledItems(form, "actionBox"), "enabled");
+    QCOMPARE(form.targets(), creatures(selected.isEmpty() ? QStringLiteral("Aria") : selected));
+    enter(form, fields);
+    QTEST(answer(form, asked), "answer");
 }
 
-void TestEffectDialog::offersEnds_data()
+void TestEffectDialog::endsWhatWasEntered()
 {
-    QTest::addColumn<bool>("running");
-    QTest::addColumn<QString>("selected");
-    QTest::addColumn<QString>("origin");
-    QTest::addColumn<QString>("enabled");
-    QTest::newRow("at rest") << false << "Aria"
-                             << "Borin"
-                             << "0 4";
-    QTest::newRow("nobody") << true << "Aria"
-                            << "Any monster"
-                            << "0 3 4 2 6";
-    QTest::newRow("itself") << true << "Aria"
-                            << "Aria (self)"
-                            << "0 1 5 3 4";
-    QTest::newRow("another") << true << "Aria"
-                             << "Borin"
-                             << "0 1 5 3 4 2 6";
-    QTest::newRow("one of several") << true << "Aria,Borin"
-                                    << "Borin"
-                                    << "0 1 5 3 4 2 6";
-}
-
-void TestEffectDialog::offersEnds()
-{
-    QFETCH(bool, running);
-    QFETCH(QString, selected);
-    QFETCH(QString, origin);
-    if (running)
-        start();
-    EffectDialog form(creatures(selected));
-    enter(form, QStringLiteral("originBox=") + origin);
-    QCOMPARE(combo(form, "endBox")->itemText(2),
-             form.origin() ? QStringLiteral("End of %1's next turn").arg(form.origin()->name())
-                           : QStringLiteral("End of next turn"));
+    start();
+    EffectDialog form(creatures(QStringLiteral("Borin")));
+    QCOMPARE(combo(form, "endBox")->itemText(2), QStringLiteral("End of Aria's next turn"));
     // Each of the five fields alone gives something that ends.
-    for (const char *field :
-         {"conditionBox=11", "ongoingBox=-5", "effectBox=2", "resVulAmount=3", "commentEdit=0x"}) {
-        QCOMPARE(enabledItems(form, "endBox"), QStringLiteral("-1"));
+    for (const char *field : {"conditionBox", "ongoingBox", "effectBox", "resVulAmount"}) {
         QCOMPARE(form.endCondition(), int(EffectDialog::NoEnd));
-        enter(form, QLatin1String(field));
-        QTEST(enabledItems(form, "endBox"), "enabled");
+        enter(form, QLatin1String(field) + QStringLiteral("=5"));
         QCOMPARE(form.endCondition(), int(EffectEnd::Special));
-        const QString name = QString::fromLatin1(field).section(u'=', 0, 0);
-        enter(form, name + (name == u"commentEdit" ? u"=" : u"=0"));
+        enter(form, QLatin1String(field) + QStringLiteral("=0"));
     }
+    QCOMPARE(form.endCondition(), int(EffectDialog::NoEnd));
+    enter(form, QStringLiteral("commentEdit=x;originBox=Any monster"));
+    QCOMPARE(form.endCondition(), int(EffectEnd::Special));
+    QCOMPARE(combo(form, "endBox")->itemText(2), QStringLiteral("End of next turn"));
 }
 
 void TestEffectDialog::takesBackWhatIsDisabled()
@@ -399,37 +344,6 @@ void TestEffectDialog::togglesAttributes()
     QCOMPARE(form.attributes().flags(), 0b0110000u);
     enter(form, QStringLiteral("allDefensesButton=;hitDamageButton="));
     QCOMPARE(form.attributes().flags(), 0b0001111u);
-}
-
-// --- preview ---
-
-void TestEffectDialog::previewsTargets_data()
-{
-    QTest::addColumn<QString>("before");
-    QTest::addColumn<QString>("fields");
-    QTest::addColumn<QString>("shown");
-    const auto row = [](const char *before, const char *fields, const char *shown) {
-        QTest::newRow(fields) << before << fields << shown;
-    };
-    row("hit Cleo 16;temp Cleo 4", "damageBox=10", "14+0 hp, 8 hs, 1 ap");
-    row("hit Cleo 16;temp Cleo 12", "damageBox=10", "20+2 hp, 8 hs, 1 ap");
-    row("hit Cleo 39", "healBox=5", "5+0 hp, 8 hs, 1 ap");
-    row("temp Cleo 4", "tempBox=3", "36+4 hp, 8 hs, 1 ap");
-    row("hit Cleo 30", "surgeBox=-2;surgeValueBox=10;healBox=1", "27+0 hp, 6 hs, 1 ap");
-    row("hit Cleo 16;temp Cleo 4", "damageBox=30;surgeBox=-1;tempBox=8", "9+8 hp, 7 hs, 1 ap");
-    row("hit Cleo 36", "actionBox=5", "9+0 hp, 7 hs, 1 ap");
-    row("hit Cleo 36", "actionBox=5;surgeBox=-8", "72+0 hp, 0 hs, 1 ap"); // none is left to aid
-}
-
-void TestEffectDialog::previewsTargets()
-{
-    QFETCH(QString, before);
-    QFETCH(QString, fields);
-    start();
-    befall(before);
-    EffectDialog form(creatures(QStringLiteral("Cleo")));
-    enter(form, fields);
-    QTEST(numbers(QStringLiteral("Cleo")), "shown");
 }
 
 void TestEffectDialog::previewsTheOrigin()
