@@ -113,7 +113,8 @@ MainWindow::~MainWindow()
 {
     QSettings settings;
     settings.setValue(QStringLiteral("mainWindow/geometry"), saveGeometry());
-    settings.setValue(QStringLiteral("mainWindow/state"), saveState());
+    settings.setValue(QStringLiteral("mainWindow/state"),
+                      m_stateAtClose.isEmpty() ? saveState() : m_stateAtClose);
     shutDown();
     // Ahead of the view, whose columns it saves.
     delete m_listModel;
@@ -254,6 +255,11 @@ bool MainWindow::eventFilter(QObject *watched, QEvent *event)
     // A key that two enabled actions share does neither, of which the toolkit would warn.
     if (event->type() == QEvent::Shortcut && qobject_cast<QAction *>(watched))
         return static_cast<QShortcutEvent *>(event)->isAmbiguous();
+    // The button in a dock's title closes it without its toggle.
+    if (event->type() == QEvent::Close) {
+        m_historyDockOff |= watched == m_historyDock;
+        m_effectsDockOff |= watched == m_effectsDock;
+    }
     if (watched != m_hpBox)
         return QMainWindow::eventFilter(watched, event);
     if (event->type() == QEvent::ShortcutOverride) {
@@ -302,6 +308,7 @@ void MainWindow::closeEvent(QCloseEvent *event)
     }
     activeAppWindow = this;
     event->accept();
+    m_stateAtClose = saveState();
     if (m_activeDialog)
         m_activeDialog->reject();
     QCoreApplication::quit();

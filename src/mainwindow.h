@@ -239,6 +239,8 @@ private:
     // The DM has closed that dock.
     bool m_historyDockOff = false;
     bool m_effectsDockOff = false;
+    // The end of the program closes the floating docks ahead of the destructor.
+    QByteArray m_stateAtClose;
     QStackedWidget *m_pages = nullptr;
     QLabel *m_dialogTitle = nullptr;
     ResizableScrollArea *m_dialogArea = nullptr;

@@ -311,6 +311,7 @@ QDockWidget *MainWindow::createDock(const QString &name, const QString &title,
     auto *dock = new QDockWidget(title, this);
     dock->setObjectName(name);
     dock->setWidget(content);
+    dock->installEventFilter(this);
     addDockWidget(area, dock);
     return dock;
 }

@@ -219,7 +219,7 @@ void EffectListTest::docksAreToggledAndRemembered()
     dock("historyWidget")->setFloating(true);
     m_tester.reset();
     QVERIFY(m_fight->window().close());
-    QCoreApplication::processEvents();
+    QApplication::closeAllWindows(); // as the end of the program does
     m_fight->close();
 
     m_fight->open();
