@@ -18,6 +18,7 @@
 #include "effect.h"
 #include "effectevents.h"
 #include "encounter.h"
+#include "longtextdelegate.h"
 #include "mainwindow.h"
 #include "progressbar.h"
 #include "richtextdelegate.h"
@@ -200,6 +201,7 @@ void CreatureListModel::setUpColumns()
     m_view->setItemDelegateForColumn(InitiativeColumn, scaled);
     m_view->setItemDelegateForColumn(DefencesColumn, scaled);
     m_view->setItemDelegateForColumn(HealthColumn, new ProgressBarDelegate(m_view));
+    m_view->setItemDelegateForColumn(EffectsColumn, new LongTextDelegate(m_view));
 }
 
 void CreatureListModel::placeColumns()
