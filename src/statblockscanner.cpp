@@ -207,7 +207,11 @@ StatBlockScanner::Cursor StatBlockScanner::behindLetters(qsizetype first, bool w
     bool lowerSeen = false;
     qsizetype pos = first;
     for (;; ++pos) {
-        const char16_t c = at(pos);
+        char16_t c = at(pos);
+        while (isAscii(c, Lower)) { // nearly all of them
+            lowerSeen = true;
+            c = at(++pos);
+        }
         if (isLower(c)) {
             lowerSeen = true;
         } else if (!isLetter(c)) {

@@ -2,6 +2,7 @@
 
 #include <QList>
 
+#include <algorithm>
 #include <array>
 #include <limits>
 
@@ -45,28 +46,20 @@ constexpr KeywordGroup keywordGroups[] = {
 // The only keywords that differ by case, in the order of their kinds.
 constexpr QStringView iconLetters = u"mMrRaAcCoOx";
 
-constexpr qsizetype longestKeyword = 15; // "countermeasures"
+quint32 lowered(QChar c)
+{
+    const char16_t code = c.unicode();
+    if (code < 0x80)
+        return code >= u'A' && code <= u'Z' ? code | 0x20 : code;
+    return c.toLower().unicode();
+}
 
-// A word in lower case with its hash, on the stack.
-struct FoldedWord {
-    explicit FoldedWord(QStringView word) : length(word.size())
-    {
-        for (qsizetype i = 0; i < length; ++i) {
-            const char16_t c = word[i].unicode();
-            const char16_t lower = c >= u'A' && c <= u'Z' ? char16_t(c | 0x20)
-                : c < 0x80                                ? c
-                                                          : word[i].toLower().unicode();
-            letters[size_t(i)] = lower;
-            hash = hash * 31 + lower;
-        }
-    }
-
-    QStringView view() const { return {letters.data(), length}; }
-
-    std::array<char16_t, longestKeyword> letters;
-    qsizetype length;
-    quint32 hash = 0;
-};
+bool isKeyword(QStringView word, QStringView keyword)
+{
+    return word.size() == keyword.size()
+        && std::equal(word.begin(), word.end(), keyword.begin(),
+                      [](QChar c, QChar small) { return lowered(c) == small.unicode(); });
+}
 
 // Open addressing: a slot that is taken passes a word on to the next one.
 class KeywordTable {
@@ -76,9 +69,7 @@ public:
         for (const KeywordGroup &group : keywordGroups) {
             int kind = group.firstKind;
             for (const QStringView word : group.words.split(u' ')) {
-                Q_ASSERT(word.size() <= longestKeyword);
-                const FoldedWord folded(word);
-                quint32 slot = firstSlot(folded.hash);
+                quint32 slot = firstSlot(word);
                 while (m_slots[slot].kind != 0)
                     slot = nextSlot(slot);
                 m_slots[slot] = {word, kind++};
@@ -86,10 +77,10 @@ public:
         }
     }
 
-    int find(const FoldedWord &word) const
+    int find(QStringView word) const
     {
-        quint32 slot = firstSlot(word.hash);
-        while (m_slots[slot].kind != 0 && m_slots[slot].word != word.view())
+        quint32 slot = firstSlot(word);
+        while (m_slots[slot].kind != 0 && !isKeyword(word, m_slots[slot].word))
             slot = nextSlot(slot);
         return m_slots[slot].kind != 0 ? m_slots[slot].kind : TokenKind::Word;
     }
@@ -102,7 +93,13 @@ private:
 
     static constexpr quint32 slotCount = 1024; // five times the keywords: few meet a taken slot
 
-    static quint32 firstSlot(quint32 hash) { return (hash ^ (hash >> 11)) % slotCount; }
+    // By three of the letters: the others are looked at only where a keyword may be found.
+    static quint32 firstSlot(QStringView word)
+    {
+        const quint32 letters = (lowered(word.front()) * 37 + lowered(word[word.size() / 2])) * 37
+            + lowered(word.back());
+        return (letters * 37 + quint32(word.size())) % slotCount;
+    }
     static quint32 nextSlot(quint32 slot) { return (slot + 1) % slotCount; }
 
     std::array<Slot, slotCount> m_slots;
@@ -125,7 +122,7 @@ int TokenKind::ofWord(QStringView word)
     static const KeywordTable table;
     if (word.size() == 1)
         return ofLetter(word.front());
-    return word.size() > longestKeyword ? TokenKind::Word : table.find(FoldedWord(word));
+    return table.find(word);
 }
 
 int Token::number() const
