@@ -19,6 +19,7 @@
 #include "monsterxmlhandler.h"
 #include "paths.h"
 #include "safefile.h"
+#include "statblockparser.h"
 #include "terms.h"
 #include "text.h"
 
@@ -493,6 +494,8 @@ bool parseText(bool isMonster, const QByteArray &text, CreatureData &data,
     }
     if (form)
         *form = found;
+    if (found == CreatureForm::StatBlock)
+        return StatBlockParser::parse(data, data.statBlock, isMonster, dataFolder);
     return found == CreatureForm::Key || found == CreatureForm::MonsterXml;
 }
 

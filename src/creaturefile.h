@@ -24,8 +24,7 @@ bool readKeyForm(const QByteArray &bytes, CreatureData &data, const QString &dat
 
 // Reads a text of any form into a fresh record that keeps the whole text. The verdict is the
 // reader's own; `form` may be null. Monster XML is always taken, though broken XML leaves nothing
-// but the text; XML is refused for a character. Stat blocks have no reader yet, so their verdict is
-// false.
+// but the text; XML is refused for a character.
 bool parseText(bool isMonster, const QByteArray &text, CreatureData &data,
                const QString &dataFolder, CreatureForm *form = nullptr);
 

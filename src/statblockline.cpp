@@ -1,6 +1,7 @@
 #include "statblockline.h"
 
 #include <algorithm>
+#include <utility>
 
 const Token &StatBlockLine::at(int index) const
 {
@@ -93,12 +94,14 @@ void StatBlockLine::removeLast()
     m_shape = -1;
 }
 
+// Copies the head and not the tail, so that a long line that is split again and again stays cheap.
 StatBlockLine StatBlockLine::splitAt(int index)
 {
-    StatBlockLine tail(m_tokens.mid(index));
-    m_tokens.resize(std::min(index, size()));
+    const qsizetype size = std::clamp<qsizetype>(index, 0, m_tokens.size());
+    QList<Token> tail = std::exchange(m_tokens, m_tokens.first(size));
+    tail.remove(0, size);
     m_shape = -1;
-    return tail;
+    return StatBlockLine(std::move(tail));
 }
 
 const Token &StatBlockLine::take()

@@ -1,0 +1,313 @@
+#include "statblockassembler.h"
+
+namespace {
+
+using namespace LineKind;
+using namespace StatBlockClassifier;
+
+// The phases of a trap's opening text, and the list at its end.
+constexpr int OpeningSection = 1;
+constexpr int PowerSection = 3;
+constexpr int CountermeasuresSection = 10;
+
+// How far a sentence may run on, and a header with an open bracket.
+constexpr int maxSentenceLines = 12;
+constexpr int maxBracketLines = 3;
+
+// A header such as "Trigger" or "Attack 2" with its text behind it in the same line: how many
+// tokens are the header's; 0 for none.
+int trapHeadingSize(const StatBlockLine &line)
+{
+    if (line.size() <= 4)
+        return 0;
+    const int first = line.first().kind;
+    if (first == TokenKind::Trigger || first == TokenKind::Special || first == TokenKind::Attack) {
+        if (line.at(1).isCapitalised())
+            return 1;
+        return line.kindAt(1) == TokenKind::Number && line.at(2).isCapitalised() ? 2 : 0;
+    }
+    return line.first().text == u"Portal" && line.at(1).text == u"Effects"
+            && line.at(2).isCapitalised()
+        ? 2
+        : 0;
+}
+
+bool isOnly(const StatBlockLine &line, int kind)
+{
+    return line.size() == 1 && line.first().kind == kind;
+}
+
+} // namespace
+
+StatBlockAssembler::StatBlockAssembler(const QString &text) : m_scanner(text) { }
+
+// --- reading ---
+
+bool StatBlockAssembler::hasAhead(int index)
+{
+    while (m_pending.size() <= size_t(index)) {
+        if (!readLine())
+            return false;
+    }
+    return true;
+}
+
+// Adds one line of the text to the pending ones, as the pieces that it holds. False at the end.
+bool StatBlockAssembler::readLine()
+{
+    Token token = m_scanner.next();
+    while (token.kind == TokenKind::LineEnd)
+        token = m_scanner.next();
+    if (token.kind == TokenKind::End)
+        return false;
+    const bool isPath = token.kind == TokenKind::Portrait; // blanks belong to it
+    QList<Token> tokens;
+    tokens.reserve(32);
+    while (token.kind != TokenKind::End) {
+        if (token.kind != TokenKind::LineEnd)
+            tokens.append(token);
+        else if (isPath || !goesOn(tokens.last().kind))
+            break;
+        token = m_scanner.next(isPath);
+    }
+    if (isPath)
+        m_pending.emplace_back(std::move(tokens));
+    else
+        addPieces(tokens);
+    return true;
+}
+
+// Whether a line that ends in a token of that kind was wrapped. Its line end has been taken.
+bool StatBlockAssembler::goesOn(int last)
+{
+    if (last == TokenKind::Comma)
+        return true;
+    if (last != TokenKind::LowLight && !TokenKind::isBulletOrStar(last))
+        return false;
+    while (m_scanner.peek().kind == TokenKind::LineEnd)
+        m_scanner.next();
+    const int next = m_scanner.peek().kind;
+    return last == TokenKind::LowLight ? next == TokenKind::Vision
+                                       : TokenKind::isUsageOrDamageWord(next);
+}
+
+// A bullet behind a full stop begins a line of its own.
+void StatBlockAssembler::addPieces(const QList<Token> &tokens)
+{
+    qsizetype start = 0;
+    for (qsizetype i = 1; i <= tokens.size(); ++i) {
+        const bool isEnd = i == tokens.size()
+            || (TokenKind::isBulletOrStar(tokens[i].kind)
+                && tokens[i - 1].kind == TokenKind::FullStop);
+        if (!isEnd)
+            continue;
+        StatBlockLine piece(tokens.mid(start, i - start));
+        if (dropMarks(piece))
+            m_pending.push_back(std::move(piece));
+        start = i;
+    }
+}
+
+// False when nothing is left of the line.
+bool StatBlockAssembler::dropMarks(StatBlockLine &line) const
+{
+    if (m_trapMode && m_bulletXp) {
+        while (line.first().kind == TokenKind::Greater || line.first().kind == TokenKind::Star)
+            line.removeFirst();
+    }
+    return !line.isEmpty();
+}
+
+// For the lines that were read before the two flags came together.
+void StatBlockAssembler::dropPendingMarks()
+{
+    std::erase_if(m_pending, [this](StatBlockLine &line) { return !dropMarks(line); });
+}
+
+void StatBlockAssembler::setBulletXp()
+{
+    m_bulletXp = true;
+    dropPendingMarks();
+}
+
+void StatBlockAssembler::enterTrapMode()
+{
+    m_trapMode = true;
+    m_headerFirst = false;
+    m_section = OpeningSection;
+    m_scanner.setTrapMode(true);
+    dropPendingMarks();
+}
+
+int StatBlockAssembler::kindAhead(int index, int state)
+{
+    return hasAhead(index) ? classify(ahead(index), context(state)).kind : NO_LINE;
+}
+
+void StatBlockAssembler::joinAhead(int count)
+{
+    for (; count > 0; --count) {
+        m_line.append(m_pending.front());
+        m_pending.pop_front();
+    }
+}
+
+// --- the kind of a line ---
+
+Context StatBlockAssembler::context(int state) const
+{
+    return {state, m_headerFirst, m_trapMode};
+}
+
+void StatBlockAssembler::advance()
+{
+    const int state = m_lineKind;
+    if (!hasAhead(0)) {
+        m_line = StatBlockLine();
+        m_lineKind = NO_LINE;
+        return;
+    }
+    m_line = std::move(m_pending.front());
+    m_pending.pop_front();
+    const Result result = classify(m_line, context(state));
+    splitOff(result.split);
+    m_lineKind = settle(result.kind, state);
+    m_line.setPosition(0);
+}
+
+// The line's tail from `index` on becomes the next line; 0 for no tail.
+void StatBlockAssembler::splitOff(int index)
+{
+    if (index > 0 && index < m_line.size())
+        m_pending.push_front(m_line.splitAt(index));
+}
+
+int StatBlockAssembler::settle(int kind, int state)
+{
+    if (isPowerHeader(kind))
+        return settleHeader();
+    // A trait whose name is one word reads as a sentence, and would end the header for good.
+    if (kind == POWER_DETAIL && isHeader(state) && m_headerFirst && hasName())
+        return settleDetail(HEADER_TRAIT);
+    if (kind == UNKNOWN_LINE)
+        return settleUnknown(state);
+    return isDetail(kind) || kind == HEADER_TRAIT ? settleDetail(kind) : kind;
+}
+
+int StatBlockAssembler::settleDetail(int kind)
+{
+    if (m_trapMode) {
+        if (const int action = trapActionKind(m_line); action != UNKNOWN_LINE)
+            return action;
+        const bool isInText = m_section == OpeningSection + 1 || m_section == PowerSection;
+        if (const int heading = trapHeadingSize(m_line); isInText && !m_bulletXp && heading > 0) {
+            splitOff(heading);
+            return settleHeader();
+        }
+    }
+    if (!m_line.endsInFullStop()) {
+        if (m_section == CountermeasuresSection)
+            m_line.append(Token {TokenKind::FullStop, u"."});
+        else
+            joinContinuations(kind);
+    }
+    return kind;
+}
+
+// Joins the lines that a sentence was wrapped onto, through its full stop. Text that goes on
+// without one is no sentence.
+void StatBlockAssembler::joinContinuations(int kind)
+{
+    for (int count = 0; count < maxSentenceLines; ++count) {
+        const int next = kindAhead(count, kind);
+        if (next != UNKNOWN_LINE && (next < POWER_DETAIL || next > TRAP_DETAIL_SKILL)) {
+            joinAhead(count);
+            return;
+        }
+        if (ahead(count).endsInFullStop()) {
+            joinAhead(count + 1);
+            return;
+        }
+    }
+}
+
+int StatBlockAssembler::settleUnknown(int state)
+{
+    if (m_trapMode) {
+        if (isInitiativeLine())
+            return HEADER_LINE;
+        if (m_section == OpeningSection && !hasName())
+            return settleDetail(POWER_DETAIL);
+    }
+    if (isHeader(state))
+        return m_headerFirst ? settleDetail(HEADER_TRAIT) : settleName();
+    if (state == POWER_SECTION && m_section != CountermeasuresSection)
+        return settleName();
+    if (!isPowerHeader(state) && hasName())
+        return settleHeader();
+    return settleDetail(POWER_DETAIL);
+}
+
+// A header if it begins with a name at all, so that no power goes without one.
+int StatBlockAssembler::settleName()
+{
+    return nameEnd(m_line, 0, 1).end > 0 ? settleHeader() : settleDetail(POWER_DETAIL);
+}
+
+int StatBlockAssembler::settleHeader()
+{
+    if (m_trapMode) {
+        if (m_section == CountermeasuresSection && m_line.endsInFullStop())
+            return POWER_DETAIL;
+        // Two headings of one attack.
+        if (isOnly(m_line, TokenKind::Trigger) && hasAhead(0)
+            && isOnly(ahead(0), TokenKind::Attack))
+            m_pending.pop_front();
+    }
+    if (m_line.shape() == StatBlockLine::OnlyOpens)
+        joinBracket();
+    return POWER_HEADER;
+}
+
+// A trap states its initiative among its powers, on one line or on two.
+bool StatBlockAssembler::isInitiativeLine()
+{
+    if (m_line.first().kind != TokenKind::Initiative)
+        return false;
+    if (m_line.kindAt(1) == TokenKind::Number) {
+        const int last = m_line.last().kind;
+        if (m_line.size() > 4 && (last == TokenKind::Trigger || last == TokenKind::Attack))
+            splitOff(m_line.size() - 1);
+        return true;
+    }
+    if (m_line.size() != 1 || !hasAhead(0) || !isOnly(ahead(0), TokenKind::Number))
+        return false;
+    joinAhead(1);
+    return true;
+}
+
+// Joins the lines that hold the rest of a header's bracket.
+void StatBlockAssembler::joinBracket()
+{
+    const auto closes = [this](int index) {
+        return hasAhead(index) && ahead(index).shape() == StatBlockLine::OnlyCloses;
+    };
+    int stop = 0;
+    while (stop < maxBracketLines && kindAhead(stop, POWER_DETAIL) == UNKNOWN_LINE && !closes(stop))
+        ++stop;
+    if (stop == maxBracketLines)
+        return;
+    int count = 0;
+    for (bool closed = false; !closed; ++count) {
+        const int kind = kindAhead(count, POWER_DETAIL);
+        if (kind != UNKNOWN_LINE && kind != POWER_HEADER_DOT)
+            break;
+        closed = closes(count);
+    }
+    joinAhead(count);
+}
+
+bool StatBlockAssembler::hasName() const
+{
+    return nameEnd(m_line, 0, 1).isHeader;
+}

@@ -1,0 +1,69 @@
+// Puts the lines of a stat block together again: reads them from the scanner, cuts lines that were
+// run on, joins lines that were wrapped, and settles what each line is.
+#pragma once
+
+#include "statblockclassifier.h"
+#include "statblockscanner.h"
+
+#include <deque>
+
+class StatBlockAssembler {
+public:
+    explicit StatBlockAssembler(const QString &text);
+
+    // Makes the next line the current one and settles its kind by the kind of the line before.
+    void advance();
+
+    // The current line; its read position is its reader's.
+    StatBlockLine &line() { return m_line; }
+    int lineKind() const { return m_lineKind; }
+    // What the next line will be judged by in place of the current line's own kind.
+    void setLineKind(int kind) { m_lineKind = kind; }
+
+    // Whether a line stands behind the current one, `index` lines ahead from 0.
+    bool hasAhead(int index);
+    // Only where hasAhead() says so.
+    const StatBlockLine &ahead(int index) const { return m_pending[size_t(index)]; }
+    // What that line is after a line of kind `state`; NO_LINE behind the end of the text.
+    int kindAhead(int index, int state);
+    // Appends the next lines to the current one.
+    void joinAhead(int count);
+
+    int section() const { return m_section; }
+    void setSection(int section) { m_section = section; }
+    // A name line is a trait until the statistics have begun.
+    void endTraits() { m_headerFirst = false; }
+    bool hasBulletXp() const { return m_bulletXp; }
+    void setBulletXp();
+    bool isTrap() const { return m_trapMode; }
+    // From here on the text is that of a trap or a hazard, and its opening text begins.
+    void enterTrapMode();
+
+private:
+    StatBlockClassifier::Context context(int state) const;
+    bool readLine();
+    bool goesOn(int last);
+    void addPieces(const QList<Token> &tokens);
+    bool dropMarks(StatBlockLine &line) const;
+    void dropPendingMarks();
+
+    void splitOff(int index);
+    int settle(int kind, int state);
+    int settleDetail(int kind);
+    void joinContinuations(int kind);
+    int settleUnknown(int state);
+    int settleName();
+    int settleHeader();
+    bool isInitiativeLine();
+    void joinBracket();
+    bool hasName() const;
+
+    StatBlockScanner m_scanner;
+    StatBlockLine m_line;
+    std::deque<StatBlockLine> m_pending; // read ahead, or split off
+    int m_lineKind = LineKind::HEADER_TITLE;
+    int m_section = 0;
+    bool m_headerFirst = true;
+    bool m_bulletXp = false;
+    bool m_trapMode = false;
+};

@@ -1,0 +1,15 @@
+// Reads the text of a stat block, as it was pasted from wherever, into a record.
+#pragma once
+
+#include <QString>
+
+struct CreatureData;
+
+namespace StatBlockParser {
+
+// Fills the record with what it recognises, and keeps the rest as text of powers. True when at
+// least 4 of the 8 fields that tell a stat block from prose are filled; the record is filled in any
+// case. A trap or a hazard is disabled. Pictures are looked for in `dataFolder`.
+bool parse(CreatureData &record, const QString &text, bool isMonster, const QString &dataFolder);
+
+} // namespace StatBlockParser

@@ -1,0 +1,37 @@
+// Makes text of a stat block's tokens again: one blank between words, none in front of signs.
+#pragma once
+
+#include "statblockline.h"
+
+#include <QString>
+
+class TokenText {
+public:
+    enum Form { Plain, Html };
+
+    explicit TokenText(Form form) : m_form(form) { }
+
+    const QString &text() const { return m_text; }
+    void add(const Token &token);
+    // The line's tokens from `from` up to `to`.
+    void add(const StatBlockLine &line, int from, int to);
+    // Makes the first letter of the next word a capital.
+    void raiseNextWord() { m_raises = true; }
+    // HTML as it stands. What ends in a blank needs none behind it.
+    void addHtml(QStringView html);
+    // Stands directly in front of the next token, and is dropped when its end comes first.
+    void openTag(QLatin1StringView tag) { m_openTag = tag; }
+    void closeTag(QLatin1StringView tag);
+
+private:
+    void addEscaped(QStringView text);
+
+    Form m_form;
+    QString m_text;
+    QLatin1StringView m_openTag;
+    int m_last = 0; // kind of the token that was added last; 0 where no blank may follow
+    bool m_raises = false;
+};
+
+// The tokens from `from` up to `to` as plain text, without a sign at the end.
+QString clauseText(const StatBlockLine &line, int from, int to);
