@@ -48,6 +48,8 @@ constexpr Rate rates[] = {
     {"replayed events a second, log of 1,000", "replay/1000", 1000, "200,000"},
     {"replayed events a second, log of 10,000", "replay/10000", 10000, "200,000"},
     {"replayed events a second, log of 100,000", "replay/100000", 100000, "200,000"},
+    {"stat blocks of 3 KB read a second", "parseStatBlock", 1, "20,000"},
+    {"trap texts of 1 MB read a second", "parseLongTrap", 1, "1"},
     {"frames a second after an action, 50 creatures", "actionToFrame/50", 1, "63"},
     {"frames a second after an action, 500 creatures", "actionToFrame/500", 1, "63"},
     {"the same in a large fight: next turn", "commandToFrame/nextTurn", 1, "63"},

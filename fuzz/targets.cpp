@@ -18,6 +18,7 @@
 #include "powertext.h"
 #include "preparedencounter.h"
 #include "statblockhandler.h"
+#include "statblockparser.h"
 #include "terms.h"
 #include "text.h"
 #include "windowinterface.h"
@@ -133,6 +134,13 @@ bool readKeyFormAs(bool isMonster, const QByteArray &bytes)
     return readKeyForm(bytes, data, dataRoot) && useAsCreature(data, isMonster);
 }
 
+bool readStatBlockAs(bool isMonster, const QString &text)
+{
+    CreatureData data;
+    StatBlockParser::parse(data, text, isMonster, dataRoot);
+    return useAsCreature(data, isMonster);
+}
+
 } // namespace
 
 bool Fuzz::replayLog(QByteArrayView bytes)
@@ -163,6 +171,16 @@ bool Fuzz::readKeyFormFile(QByteArrayView bytes)
     const QByteArray text = toLF(bytes.toByteArray());
     const bool isMonster = readKeyFormAs(true, text);
     const bool isCharacter = readKeyFormAs(false, text);
+    return isMonster || isCharacter;
+}
+
+bool Fuzz::readStatBlockFile(QByteArrayView bytes)
+{
+    const Fixture fixture;
+    const QString text = QString::fromUtf8(toLF(bytes.toByteArray()));
+    withPortraitInText(text, QStringLiteral("a.png"));
+    const bool isMonster = readStatBlockAs(true, text);
+    const bool isCharacter = readStatBlockAs(false, text);
     return isMonster || isCharacter;
 }
 

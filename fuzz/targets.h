@@ -11,6 +11,9 @@ namespace Fuzz {
 bool replayLog(QByteArrayView bytes);
 // Reads a creature file in key form, as a monster's and as a character's. True if either is valid.
 bool readKeyFormFile(QByteArrayView bytes);
+// Reads a stat block, as a monster's and as a character's, and writes the headers of its powers.
+// True if either is valid.
+bool readStatBlockFile(QByteArrayView bytes);
 // Reads a prepared encounter and works out what a manager shows of it. True if it was accepted.
 bool readEncounterFile(QByteArrayView bytes);
 

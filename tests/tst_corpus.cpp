@@ -44,6 +44,7 @@ void CorpusTest::addSeeds()
     const QList<std::pair<QString, Reader>> corpora = {
         {QStringLiteral("log"), &Fuzz::replayLog},
         {QStringLiteral("keyform"), &Fuzz::readKeyFormFile},
+        {QStringLiteral("statblock"), &Fuzz::readStatBlockFile},
         {QStringLiteral("encounter"), &Fuzz::readEncounterFile},
         {QStringLiteral("monsterxml"), &Fuzz::readMonsterXml},
         {QStringLiteral("characterxml"), &Fuzz::readCharacterXml},
