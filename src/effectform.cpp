@@ -479,6 +479,9 @@ void EffectDialog::chainFocus()
     chain << m_commentEdit << m_resVul.box << m_resVul.amount << m_endBox
           << findChild<QPushButton *>(QStringLiteral("okButton"))
           << findChild<QPushButton *>(QStringLiteral("cancelButton"));
+    // Tab finds no way on from a field that isn't shown.
+    if (!m_surgeValueBox->isVisibleTo(this))
+        chain.removeOne(m_surgeValueBox);
     for (int i = 1; i < chain.size(); ++i)
         setTabOrder(chain.at(i - 1), chain.at(i));
 }

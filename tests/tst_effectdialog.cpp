@@ -143,6 +143,8 @@ private Q_SLOTS:
     void forgetsThePreview();
     void logsWhatWasEntered_data();
     void logsWhatWasEntered();
+    void tabsRowByRow_data();
+    void tabsRowByRow();
     void worksByKeys();
 
 private:
@@ -468,6 +470,43 @@ void TestEffectDialog::logsWhatWasEntered()
     for (Creature *target : creatures(selected))
         for (const Effect *effect : target->effects())
             QCOMPARE(effect->endCode(), end);
+}
+
+void TestEffectDialog::tabsRowByRow_data()
+{
+    QTest::addColumn<QString>("selected");
+    QTest::addColumn<QString>("surgeFields");
+    QTest::newRow("one hero") << "Aria"
+                              << "surgeBox surgeValueBox ";
+    QTest::newRow("a monster") << "Ogre (1)"
+                               << "";
+    QTest::newRow("two heroes") << "Aria,Cleo"
+                                << "surgeBox ";
+}
+
+void TestEffectDialog::tabsRowByRow()
+{
+    QFETCH(QString, selected);
+    QFETCH(QString, surgeFields);
+    start();
+    select(selected);
+    QStringList names;
+    Answer answer(inFlatDialog<EffectDialog>([&](EffectDialog &form) {
+        enter(form, QStringLiteral("effectBox=2"));
+        do {
+            names << QApplication::focusWidget()->objectName();
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        } while (QApplication::focusWidget() != spin(form, "damageBox") && names.size() < 40);
+        form.reject();
+    }));
+    m_fight->window().onAddConditionOrEffect();
+    QVERIFY(answer.wasAnswered);
+    QCOMPARE(names.join(u' ').section(QStringLiteral(" cancelButton"), 0, 0),
+             QStringLiteral("damageBox %1healBox tempBox conditionBox ongoingBox ongoingAmount "
+                            "effectBox effectAmount acCheck fortitudeCheck reflexCheck willCheck "
+                            "allDefensesButton hitDamageButton hitCheck damageCheck "
+                            "savingThrowsCheck commentEdit resVulBox resVulAmount endBox okButton")
+                 .arg(surgeFields));
 }
 
 void TestEffectDialog::worksByKeys()
