@@ -1,5 +1,7 @@
 #include "statblockassembler.h"
 
+#include <QVarLengthArray>
+
 namespace {
 
 using namespace LineKind;
@@ -61,8 +63,7 @@ bool StatBlockAssembler::readLine()
     if (token.kind == TokenKind::End)
         return false;
     const bool isPath = token.kind == TokenKind::Portrait; // blanks belong to it
-    QList<Token> tokens;
-    tokens.reserve(32);
+    QVarLengthArray<Token, 64> tokens;
     while (token.kind != TokenKind::End) {
         if (token.kind != TokenKind::LineEnd)
             tokens.append(token);
@@ -70,10 +71,11 @@ bool StatBlockAssembler::readLine()
             break;
         token = m_scanner.next(isPath);
     }
+    const QList<Token> line(tokens.cbegin(), tokens.cend());
     if (isPath)
-        m_pending.emplace_back(std::move(tokens));
+        m_pending.emplace_back(line);
     else
-        addPieces(tokens);
+        addPieces(line);
     return true;
 }
 

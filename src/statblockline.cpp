@@ -3,12 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-const Token &StatBlockLine::at(int index) const
-{
-    static constexpr Token lineEnd {TokenKind::LineEnd, {}};
-    return index >= 0 && index < size() ? m_tokens.at(index) : lineEnd;
-}
-
 int StatBlockLine::indexOf(int kind, int from) const
 {
     for (int i = from; i < size(); ++i) {

@@ -24,7 +24,10 @@ public:
     int size() const { return static_cast<int>(m_tokens.size()); }
     bool isEmpty() const { return m_tokens.isEmpty(); }
     // Beyond the last token, and before the first, a line end.
-    const Token &at(int index) const;
+    const Token &at(int index) const
+    {
+        return index >= 0 && index < size() ? *(m_tokens.constData() + index) : lineEnd;
+    }
     const Token &first() const { return at(0); }
     const Token &last() const { return at(size() - 1); }
     int kindAt(int index) const { return at(index).kind; }
@@ -57,6 +60,8 @@ public:
     const Token &take();
 
 private:
+    static constexpr Token lineEnd {TokenKind::LineEnd, {}};
+
     Shape computeShape() const;
 
     QList<Token> m_tokens;

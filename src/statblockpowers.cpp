@@ -3,7 +3,6 @@
 #include "powertext.h"
 #include "statblocktext.h"
 
-using namespace Qt::Literals::StringLiterals;
 using namespace LineKind;
 
 namespace {
@@ -169,7 +168,7 @@ void addBody(TokenText &text, const StatBlockLine &line, int from)
             continue;
         }
         const int end = endOfLabel(line, i + 1);
-        text.openTag("<i>"_L1);
+        text.openTag(u"<i>");
         text.add(line, i, end);
         text.addHtml(u"</i> ");
         i = end;
@@ -279,24 +278,24 @@ void StatBlockPowers::readKeywords(Power &power)
         return;
     TokenText text(TokenText::Html);
     text.addHtml(u" &bull; ");
-    text.openTag("<b>"_L1);
+    text.openTag(u"<b>");
     text.raiseNextWord();
     bool isBold = true;
     while (!isOver()) {
         const Token token = takeHeaderToken(power);
         text.add(token);
         if (isBold && TokenKind::isUsageWord(token.kind)) {
-            text.closeTag("</b>"_L1);
+            text.closeTag(u"</b>");
             isBold = false;
         }
         addRecharge(text, token.kind);
         if (!isBold && token.kind == TokenKind::Comma) {
-            text.openTag("<b>"_L1);
+            text.openTag(u"<b>");
             isBold = true;
         }
     }
     if (isBold)
-        text.closeTag("</b>"_L1);
+        text.closeTag(u"</b>");
     power.keywords += text.text();
 }
 

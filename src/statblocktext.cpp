@@ -17,13 +17,13 @@ bool isBlankBetween(int before, int after)
 void TokenText::add(const Token &token)
 {
     if (isBlankBetween(m_last, token.kind))
-        m_text += u' ';
-    m_text += std::exchange(m_openTag, {});
+        m_text.append(u' ');
+    append(std::exchange(m_openTag, {}));
     m_last = token.kind;
     if (m_raises && TokenKind::isWord(token.kind)) {
         m_raises = false;
-        m_text += token.text.front().toUpper();
-        m_text += token.text.sliced(1);
+        m_text.append(token.text.front().toUpper());
+        append(token.text.sliced(1));
     } else {
         addEscaped(token.text);
     }
@@ -37,15 +37,15 @@ void TokenText::add(const StatBlockLine &line, int from, int to)
 
 void TokenText::addHtml(QStringView html)
 {
-    m_text += html;
+    append(html);
     if (html.endsWith(u' '))
         m_last = 0;
 }
 
-void TokenText::closeTag(QLatin1StringView tag)
+void TokenText::closeTag(QStringView tag)
 {
     if (m_openTag.isEmpty())
-        m_text += tag;
+        append(tag);
     m_openTag = {};
 }
 
@@ -55,16 +55,16 @@ void TokenText::addEscaped(QStringView text)
     const char16_t sign = m_form == Html && text.size() == 1 ? text.front().unicode() : u'\0';
     switch (sign) {
     case u'&':
-        m_text += QLatin1StringView("&amp;");
+        append(u"&amp;");
         break;
     case u'<':
-        m_text += QLatin1StringView("&lt;");
+        append(u"&lt;");
         break;
     case u'>':
-        m_text += QLatin1StringView("&gt;");
+        append(u"&gt;");
         break;
     default:
-        m_text += text;
+        append(text);
     }
 }
 

@@ -4,6 +4,7 @@
 #include "statblockline.h"
 
 #include <QString>
+#include <QVarLengthArray>
 
 class TokenText {
 public:
@@ -11,7 +12,7 @@ public:
 
     explicit TokenText(Form form) : m_form(form) { }
 
-    const QString &text() const { return m_text; }
+    QString text() const { return QString(m_text.constData(), m_text.size()); }
     void add(const Token &token);
     // The line's tokens from `from` up to `to`.
     void add(const StatBlockLine &line, int from, int to);
@@ -20,15 +21,16 @@ public:
     // HTML as it stands. What ends in a blank needs none behind it.
     void addHtml(QStringView html);
     // Stands directly in front of the next token, and is dropped when its end comes first.
-    void openTag(QLatin1StringView tag) { m_openTag = tag; }
-    void closeTag(QLatin1StringView tag);
+    void openTag(QStringView tag) { m_openTag = tag; }
+    void closeTag(QStringView tag);
 
 private:
+    void append(QStringView text) { m_text.append(text.data(), text.size()); }
     void addEscaped(QStringView text);
 
     Form m_form;
-    QString m_text;
-    QLatin1StringView m_openTag;
+    QVarLengthArray<QChar, 512> m_text; // most texts come to no more: grown once, as the result
+    QStringView m_openTag;
     int m_last = 0; // kind of the token that was added last; 0 where no blank may follow
     bool m_raises = false;
 };
