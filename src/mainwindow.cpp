@@ -16,6 +16,7 @@
 #include "characters.h"
 #include "creaturelistmodel.h"
 #include "creaturetableview.h"
+#include "creaturewidget.h"
 #include "datafolder.h"
 #include "effectlistmodel.h"
 #include "eventlistmodel.h"
@@ -192,10 +193,16 @@ void MainWindow::clearSelection()
     m_listModel->clearSelection();
 }
 
-void MainWindow::showSelectedEffects()
+// --- the panels ---
+
+void MainWindow::showInCurrentPanel(Creature *creature)
 {
-    const QList<Creature *> creatures = selectedCreatures();
-    m_effectModel->setCreature(creatures.size() == 1 ? creatures.first() : nullptr);
+    m_currentPanel->setCreature(creature);
+}
+
+void MainWindow::showEffectsOf(Creature *creature)
+{
+    m_effectModel->setCreature(creature);
 }
 
 // --- dialogs in place of the list ---
@@ -287,6 +294,16 @@ void MainWindow::activateMainWindow()
     show();
     raise();
     activateWindow();
+}
+
+void MainWindow::toggleCurrentWindow()
+{
+    m_currentDockOff = m_currentDock->isHidden();
+}
+
+void MainWindow::toggleSelectedWindow()
+{
+    m_selectedDockOff = m_selectedDock->isHidden();
 }
 
 void MainWindow::toggleHistoryWindow()

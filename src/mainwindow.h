@@ -14,12 +14,12 @@
 class CreatureList;
 class CreatureListModel;
 class CreatureTableView;
+class CreatureWidget;
 class EffectListModel;
 class EventListModel;
 class FlatDialog;
 class InitiativeDialog;
 class PreparedEncounter;
-class QAbstractItemView;
 class QDockWidget;
 class QLabel;
 class QSpinBox;
@@ -63,6 +63,13 @@ public:
     // Null while the initiative list shows.
     FlatDialog *activeDialog() const { return m_activeDialog; }
 
+    // --- the panels ---
+    // The dock of the current creature shows this one until the next change of the turn; null
+    // leaves it empty.
+    void showInCurrentPanel(Creature *creature);
+    // The dock of the effects shows those of this creature; null leaves it empty.
+    void showEffectsOf(Creature *creature);
+
     void focusHPBox();
     // -1 is up in the list, 1 down; the selection moves with its creatures.
     void moveInitiative(int delta);
@@ -104,6 +111,8 @@ public Q_SLOTS:
     void onNewHistory();
     void onTruncateHistory();
     void activateMainWindow();
+    void toggleCurrentWindow();
+    void toggleSelectedWindow();
     void toggleHistoryWindow();
     void toggleEffectsWindow();
     void onFocusChanged(QWidget *old, QWidget *now);
@@ -183,9 +192,10 @@ private:
     // Puts them into as many rows as the window's width asks for.
     void breakToolBars();
     void createStatusBar();
-    QDockWidget *createDock(const QString &name, const QString &title, QAbstractItemView *content,
+    QDockWidget *createDock(const QString &name, const QString &title, QWidget *content,
                             Qt::DockWidgetArea area);
     void createDocks();
+    void connectPanels();
     void createMenus();
     void connectSignals();
     void restoreLayout();
@@ -224,8 +234,6 @@ private:
     void addEncounter(const PreparedEncounter &encounter, bool hidden);
     void replaceEncounter(const PreparedEncounter &encounter, bool hidden);
     void endHealthFlow();
-    // The dock shows the effects of the one selected creature.
-    void showSelectedEffects();
 
     std::unique_ptr<CoreObjects> m_core;
     Actions m_actions;
@@ -234,9 +242,15 @@ private:
     CreatureTableView *m_table = nullptr;
     EventListModel *m_eventModel = nullptr;
     EffectListModel *m_effectModel = nullptr;
+    CreatureWidget *m_currentPanel = nullptr;
+    CreatureWidget *m_selectedPanel = nullptr;
+    QDockWidget *m_currentDock = nullptr;
+    QDockWidget *m_selectedDock = nullptr;
     QDockWidget *m_historyDock = nullptr;
     QDockWidget *m_effectsDock = nullptr;
     // The DM has closed that dock.
+    bool m_currentDockOff = false;
+    bool m_selectedDockOff = false;
     bool m_historyDockOff = false;
     bool m_effectsDockOff = false;
     // The end of the program closes the floating docks ahead of the destructor.

@@ -18,6 +18,7 @@
 #include "creature.h"
 #include "creaturelistmodel.h"
 #include "creaturetableview.h"
+#include "creaturewidget.h"
 #include "effectlistmodel.h"
 #include "encounter.h"
 #include "eventlistmodel.h"
@@ -30,9 +31,11 @@
 namespace {
 
 constexpr int MaxHPInBox = 500;
-constexpr QSize DefaultSize(1320, 760);
-constexpr int HistoryDockWidth = 300;
-constexpr int EffectsDockWidth = 260;
+constexpr QSize DefaultSize(1360, 860);
+constexpr int DockWidth = 310;
+// Heights of a panel and of the list below it.
+constexpr int PanelShare = 580;
+constexpr int ListShare = 160;
 
 QIcon image(const char *file)
 {
@@ -213,6 +216,11 @@ void MainWindow::updateTerms()
     m_actions.setTempHP->setText(tr("Set %1").arg(temporary));
     m_actions.setTempHP->setStatusTip(
         tr("Set %1 to amount in the HP box, if larger than current value").arg(temporary));
+    // The first time there are no docks yet.
+    for (CreatureWidget *panel : {m_currentPanel, m_selectedPanel}) {
+        if (panel)
+            panel->refresh();
+    }
 }
 
 void MainWindow::createToolBars()
@@ -297,16 +305,44 @@ void MainWindow::createDocks()
     m_effectModel = new EffectListModel(this);
     m_effectModel->attachTo(effects);
 
+    m_currentPanel = new CreatureWidget(true);
+    m_selectedPanel = new CreatureWidget(false);
+
+    m_currentDock = createDock(QStringLiteral("currentWidget"), tr("Current Creature"),
+                               m_currentPanel, Qt::LeftDockWidgetArea);
+    m_selectedDock = createDock(QStringLiteral("selectedWidget"), tr("Selected Creature/s"),
+                                m_selectedPanel, Qt::RightDockWidgetArea);
+    for (QDockWidget *dock : {m_currentDock, m_selectedDock})
+        dock->setAllowedAreas(Qt::LeftDockWidgetArea | Qt::RightDockWidgetArea);
     m_historyDock =
         createDock(QStringLiteral("historyWidget"), tr("History"), list, Qt::LeftDockWidgetArea);
     m_effectsDock = createDock(QStringLiteral("effectsWidget"), tr("Conditions and Effects"),
                                effects, Qt::RightDockWidgetArea);
-    resizeDocks({m_historyDock, m_effectsDock}, {HistoryDockWidth, EffectsDockWidth},
-                Qt::Horizontal);
+    // The panels take what height there is.
+    resizeDocks({m_currentDock, m_selectedDock}, {DockWidth, DockWidth}, Qt::Horizontal);
+    resizeDocks({m_currentDock, m_historyDock}, {PanelShare, ListShare}, Qt::Vertical);
+    resizeDocks({m_selectedDock, m_effectsDock}, {PanelShare, ListShare}, Qt::Vertical);
+    connectPanels();
 }
 
-QDockWidget *MainWindow::createDock(const QString &name, const QString &title,
-                                    QAbstractItemView *content, Qt::DockWidgetArea area)
+// Behind the initiative list, which brings the selection in line with the encounter first.
+void MainWindow::connectPanels()
+{
+    connect(theEncounter, &Encounter::doCurrentCreatureChanged, m_currentPanel,
+            &CreatureWidget::currentCreatureChanged);
+    connect(theEncounter, &Encounter::doCreatureCountChanged, m_selectedPanel,
+            &CreatureWidget::creatureSelectionChanged);
+    connect(theHistory, &History::doHistoryChanged, m_selectedPanel,
+            &CreatureWidget::creatureSelectionChanged);
+    // A jump within the history tells nothing else when it has ended.
+    connect(switchBoard(), &SwitchBoard::doEnableWidgetDisplay, m_currentPanel,
+            &CreatureWidget::currentCreatureChanged);
+    connect(switchBoard(), &SwitchBoard::doEnableWidgetDisplay, m_selectedPanel,
+            &CreatureWidget::creatureSelectionChanged);
+}
+
+QDockWidget *MainWindow::createDock(const QString &name, const QString &title, QWidget *content,
+                                    Qt::DockWidgetArea area)
 {
     auto *dock = new QDockWidget(title, this);
     dock->setObjectName(name);
@@ -336,8 +372,8 @@ void MainWindow::createMenus()
 
     QMenu *window = menuBar()->addMenu(tr("&Window"));
     window->addAction(a.dmsWindow);
-    window->addAction(m_historyDock->toggleViewAction());
-    window->addAction(m_effectsDock->toggleViewAction());
+    for (const QDockWidget *dock : {m_currentDock, m_selectedDock, m_historyDock, m_effectsDock})
+        window->addAction(dock->toggleViewAction());
 
     menuBar()->addSeparator();
     menuBar()->addMenu(tr("Hel&p"))->addAction(a.about);
@@ -349,18 +385,16 @@ void MainWindow::connectSignals()
     connect(m_hpBox, &QSpinBox::valueChanged, this, &MainWindow::onHPValueChanged);
     connect(this, &MainWindow::doCreatureEffectsChanged, switchBoard(),
             &SwitchBoard::doCreatureEffectsChanged);
+    connect(m_currentDock->toggleViewAction(), &QAction::triggered, this,
+            &MainWindow::toggleCurrentWindow);
+    connect(m_selectedDock->toggleViewAction(), &QAction::triggered, this,
+            &MainWindow::toggleSelectedWindow);
     connect(m_historyDock->toggleViewAction(), &QAction::triggered, this,
             &MainWindow::toggleHistoryWindow);
     connect(m_effectsDock->toggleViewAction(), &QAction::triggered, this,
             &MainWindow::toggleEffectsWindow);
-    // Behind the list, which brings the selection in line with the encounter first.
-    connect(theEncounter, &Encounter::doCreatureCountChanged, this,
-            &MainWindow::showSelectedEffects);
-    connect(theHistory, &History::doHistoryChanged, this, &MainWindow::showSelectedEffects);
     // A jump within the history tells nothing else when it has ended.
     connect(switchBoard(), &SwitchBoard::doEnableWidgetDisplay, this, &MainWindow::updateActions);
-    connect(switchBoard(), &SwitchBoard::doEnableWidgetDisplay, this,
-            &MainWindow::showSelectedEffects);
     connect(m_refreshTimer, &QTimer::timeout, switchBoard(), &SwitchBoard::doRefreshTimer);
 }
 
@@ -372,6 +406,8 @@ void MainWindow::restoreLayout()
     const QSettings settings;
     restoreGeometry(settings.value(QStringLiteral("mainWindow/geometry")).toByteArray());
     restoreState(settings.value(QStringLiteral("mainWindow/state")).toByteArray());
+    toggleCurrentWindow();
+    toggleSelectedWindow();
     toggleHistoryWindow();
     toggleEffectsWindow();
 }

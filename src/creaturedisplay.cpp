@@ -1,0 +1,419 @@
+#include "creaturedisplay.h"
+
+#include <QFrame>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QPainter>
+#include <QScrollBar>
+#include <QToolButton>
+
+#include "dynlabel.h"
+#include "mainwindow.h"
+#include "panelstyle.h"
+#include "powerlabel.h"
+#include "richtextdelegate.h"
+#include "smallwidgets.h"
+#include "switchboard.h"
+#include "windows.h"
+
+namespace {
+
+constexpr int PortraitSize = 96;
+constexpr int GroupHeight = 48;
+// Beyond these lines the rest of the effects stands in the stat block only.
+constexpr int EffectsHeight = 80;
+constexpr int WidestLeftText = 170; // pixels, of a row with two texts
+constexpr int LeftStretch = 1;
+constexpr int RightStretch = 100;
+constexpr int RowSpacing = 3;
+
+// In the middle of a square, so that scaling to one keeps its proportions.
+QPixmap squared(const QPixmap &picture)
+{
+    const int side = qMax(picture.width(), picture.height());
+    if (picture.isNull() || picture.width() == picture.height())
+        return picture;
+    QPixmap square(side, side);
+    square.fill(Qt::transparent);
+    QPainter painter(&square);
+    painter.drawPixmap((side - picture.width()) / 2, (side - picture.height()) / 2, picture.width(),
+                       picture.height(), picture);
+    return square;
+}
+
+// Its height follows from the width that it is given. The toolkit would lay its text out half a
+// dozen times for the hints, which is most of what a panel costs.
+class RowLabel : public QLabel {
+public:
+    using QLabel::QLabel;
+
+    QSize sizeHint() const override { return QSize(0, fontMetrics().height()); }
+    QSize minimumSizeHint() const override { return sizeHint(); }
+    int oneLineWidth() const { return QLabel::sizeHint().width(); }
+};
+
+// Takes the room that there is, and asks for none of its own.
+void letShrink(QLabel *label)
+{
+    label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+}
+
+} // namespace
+
+CreatureDisplay::CreatureDisplay(bool editing, bool showEffects, QObject *parent)
+    : QObject(parent), m_editing(editing), m_showEffects(showEffects),
+      m_selectPortrait(QStringLiteral(":/images/select-portrait.png")),
+      m_noPortrait(QStringLiteral(":/images/no-icon.png")),
+      m_monsterShield(QStringLiteral(":/images/monster-shield.png")),
+      m_heroShield(QStringLiteral(":/images/hero-shield.png"))
+{
+    createHead();
+    createBody();
+    rebuildHead();
+    connect(switchBoard(), &SwitchBoard::doRefreshTimer, this, &CreatureDisplay::onRefreshTimer);
+    connect(switchBoard(), &SwitchBoard::doDisableWidgetDisplay, this, [this] { m_frozen = true; });
+    connect(switchBoard(), &SwitchBoard::doEnableWidgetDisplay, this, [this] {
+        m_frozen = false;
+        markDirty();
+    });
+}
+
+// --- the head ---
+
+QLabel *CreatureDisplay::headLabel()
+{
+    QLabel *made = label(QString());
+    letShrink(made);
+    return made;
+}
+
+void CreatureDisplay::createHead()
+{
+    m_grid = new QGridLayout;
+    m_grid->setContentsMargins(0, 0, 0, 0);
+    m_grid->setHorizontalSpacing(8);
+    m_grid->setVerticalSpacing(4);
+    m_grid->setColumnStretch(1, 1);
+    if (m_editing) {
+        m_portraitButton = new QToolButton;
+        m_portraitButton->setObjectName(QStringLiteral("portraitButton"));
+        m_portraitButton->setIconSize(QSize(PortraitSize, PortraitSize));
+        m_portraitButton->setStatusTip(tr("Click to select a portrait..."));
+        m_portraitButton->setAccessibleName(tr("Portrait"));
+        connect(m_portraitButton, &QToolButton::clicked, this, &CreatureDisplay::doPortraitClicked);
+        m_grid->addWidget(m_portraitButton, 0, 0);
+    } else {
+        m_portraitLabel = new QLabel;
+        m_portraitLabel->setObjectName(QStringLiteral("portraitLabel"));
+        m_portraitLabel->setScaledContents(true);
+        m_portraitLabel->setFrameStyle(int(QFrame::WinPanel) | int(QFrame::Sunken));
+        m_portraitLabel->setFixedSize(PortraitSize, PortraitSize);
+        m_portraitLabel->setLineWidth(2);
+        m_grid->addWidget(m_portraitLabel, 0, 0);
+    }
+
+    m_nameLabel = headLabel();
+    m_subLabel = headLabel();
+    m_typeLabel = headLabel();
+    m_levelLabel = headLabel();
+    m_defensesLabel = headLabel();
+    m_healthLabel = headLabel();
+    m_actionsLabel = headLabel();
+    m_actionsLabel->setWordWrap(true);
+    auto *frame = new QFrame;
+    frame->setFrameStyle(int(QFrame::WinPanel) | int(QFrame::Raised));
+    frame->setLineWidth(2);
+    frame->setFixedHeight(PortraitSize);
+    QVBoxLayout *lines = vBox(m_nameLabel, m_subLabel, m_typeLabel, m_levelLabel);
+    lines->setContentsMargins(6, 2, 6, 2);
+    lines->setSpacing(0);
+    frame->setLayout(lines);
+    m_grid->addWidget(frame, 0, 1);
+
+    addGroup(1, tr("Defenses"), m_defensesLabel);
+    addGroup(2, tr("Health"), m_healthLabel);
+    addGroup(3, tr("Actions"), m_actionsLabel);
+    if (m_showEffects) {
+        m_effectsLabel = headLabel();
+        m_effectsLabel->setWordWrap(true);
+        m_effectsLabel->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+        addGroup(4, tr("Conditions and Effects"), m_effectsLabel);
+    }
+    const std::pair<QLabel *, const char *> names[] = {
+        {m_nameLabel, "nameLabel"},         {m_subLabel, "subLabel"},
+        {m_levelLabel, "levelLabel"},       {m_typeLabel, "typeLabel"},
+        {m_defensesLabel, "defensesLabel"}, {m_healthLabel, "healthLabel"},
+        {m_actionsLabel, "actionsLabel"},   {m_effectsLabel, "effectsLabel"},
+    };
+    for (const auto &[named, name] : names) {
+        if (named)
+            named->setObjectName(QLatin1String(name));
+    }
+    m_head = wrap(m_grid);
+    m_head->setObjectName(QStringLiteral("creatureHead"));
+    m_head->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+}
+
+void CreatureDisplay::addGroup(int row, const QString &title, QLabel *content)
+{
+    auto *group = new QGroupBox(title);
+    QVBoxLayout *box = vBox(content);
+    box->setContentsMargins(6, 1, 6, 1);
+    group->setLayout(box);
+    if (content == m_effectsLabel) {
+        group->setFixedHeight(EffectsHeight);
+    } else {
+        // A large font must not be cut.
+        group->setFixedHeight(qMax(GroupHeight, group->minimumSizeHint().height()));
+    }
+    m_grid->addWidget(group, row, 0, 1, 2);
+}
+
+void CreatureDisplay::setText(QLabel *target, const QString &html)
+{
+    if (!target)
+        return;
+    target->setText(readableColours(html, target->palette()));
+    // A line that is cut can be read in full.
+    target->setToolTip(html);
+}
+
+void CreatureDisplay::rebuildHead()
+{
+    const Creature *creature = m_creature;
+    showPortrait(creature);
+    if (!creature) {
+        for (QLabel *cleared : {m_nameLabel, m_subLabel, m_typeLabel, m_levelLabel, m_defensesLabel,
+                                m_healthLabel, m_actionsLabel, m_effectsLabel})
+            setText(cleared, QString());
+        return;
+    }
+    setText(m_nameLabel, tr("<b>%1</b>").arg(creature->displayName().toHtmlEscaped()));
+    setText(m_subLabel, subText(creature));
+    setText(m_levelLabel, panelLevelText(creature));
+    setText(m_typeLabel, creature->typeAndRace().toHtmlEscaped());
+    setText(m_defensesLabel, creature->defencesText(false));
+    setText(m_healthLabel, creature->healthText(m_editing));
+    setText(m_actionsLabel, creature->speedLine(m_editing));
+    setText(m_effectsLabel, panelConditions(creature, QStringLiteral("; ")));
+}
+
+// What the creature is up to, or what its file says of it.
+QString CreatureDisplay::subText(const Creature *creature) const
+{
+    if (m_editing)
+        return creature->description().toHtmlEscaped();
+    QStringList parts;
+    if (const QString state = creature->statusText(); !state.isEmpty())
+        parts << state.toHtmlEscaped();
+    if (!creature->initiativeText(false, 0).isEmpty())
+        parts << creature->initiativeText(false, 2);
+    return parts.join(QStringLiteral("; "));
+}
+
+void CreatureDisplay::showPortrait(const Creature *creature)
+{
+    const QPixmap picture = creature ? squared(creature->portrait()) : QPixmap();
+    if (m_portraitButton) {
+        m_portraitButton->setIcon(picture.isNull() ? m_selectPortrait : picture);
+        m_portraitButton->setEnabled(creature);
+    } else if (!creature) {
+        m_portraitLabel->setPixmap(m_noPortrait);
+    } else if (picture.isNull()) {
+        m_portraitLabel->setPixmap(creature->isMonster() ? m_monsterShield : m_heroShield);
+    } else {
+        m_portraitLabel->setPixmap(picture);
+    }
+}
+
+// --- the stat block ---
+
+void CreatureDisplay::createBody()
+{
+    m_scrollArea = new ResizableScrollArea;
+    m_scrollArea->setObjectName(QStringLiteral("statBlockArea"));
+    m_scrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_scrollArea->setMinimumHeight(GroupHeight);
+    m_body = new QWidget;
+    m_body->setObjectName(QStringLiteral("statBlock"));
+    m_body->setStyleSheet(
+        QStringLiteral("QLabel { font-family: Arial, Helvetica, sans-serif; font-size: 12px }"));
+    m_bodyLayout = new QVBoxLayout(m_body);
+    m_bodyLayout->setContentsMargins(0, 0, 0, 0);
+    m_bodyLayout->setSpacing(0);
+    m_bodyLayout->addStretch();
+    m_scrollArea->setWidget(m_body);
+}
+
+QList<Creature *> CreatureDisplay::shownCreatures() const
+{
+    QList<Creature *> creatures(m_creatures.begin(), m_creatures.end());
+    if (creatures.isEmpty() && m_creature)
+        creatures << m_creature;
+    return creatures;
+}
+
+// A block whose rows are as before stays as it is: a tick under the mouse keeps its hover, and of
+// many creatures only the one that changed costs something.
+void CreatureDisplay::rebuildBody()
+{
+    m_creatures.removeAll(nullptr);
+    const QList<Creature *> creatures = shownCreatures();
+    for (int i = 0; i < creatures.size(); ++i) {
+        Creature *creature = creatures.at(i);
+        const QString style = styleFor(PanelRowStyle::Name, creature);
+        QList<PanelRow> rows = panelRows(creature, m_editing);
+        if (i == m_blocks.size())
+            m_blocks << Block();
+        Block &block = m_blocks[i];
+        if (block.widget && block.creature == creature && block.rows == rows
+            && block.style == style)
+            continue;
+        QWidget *built = buildBlock(creature, i, rows);
+        if (block.widget) {
+            m_bodyLayout->removeWidget(block.widget);
+            block.widget->hide();
+            block.widget->deleteLater();
+        }
+        m_bodyLayout->insertWidget(i, built);
+        built->show();
+        block = Block {creature, std::move(rows), style, built};
+    }
+    while (m_blocks.size() > creatures.size()) {
+        if (QWidget *superfluous = m_blocks.takeLast().widget) {
+            m_bodyLayout->removeWidget(superfluous);
+            superfluous->hide();
+            superfluous->deleteLater();
+        }
+    }
+    m_bodyLayout->activate();
+    m_scrollArea->fitWidget();
+}
+
+QWidget *CreatureDisplay::buildBlock(Creature *creature, int index, const QList<PanelRow> &rows)
+{
+    auto *block = new QWidget(m_body);
+    auto *layout = new QVBoxLayout(block);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    for (const PanelRow &row : rows) {
+        auto *frame = new QFrame(block);
+        frame->setContentsMargins(0, 0, 0, 0);
+        frame->setStyleSheet(styleFor(row.flags, creature)
+                             + QStringLiteral(" QLabel { padding: 0px }"));
+        auto *line = new QHBoxLayout(frame);
+        line->setContentsMargins(0, 0, 0, 0);
+        line->setSpacing(RowSpacing);
+        layout->addWidget(frame);
+        if (row.content == PanelRow::PowerRow)
+            line->addWidget(new PowerLabel(creature, row.power, frame, row.flags));
+        else if (row.content == PanelRow::AliasRow)
+            addAlias(line, row, index, creature->aliasMode() != 0);
+        else
+            addTexts(line, row);
+    }
+    return block;
+}
+
+void CreatureDisplay::addAlias(QHBoxLayout *line, const PanelRow &row, int index, bool used)
+{
+    const QString picture = QStringLiteral(" <img align=bottom src=':/images/stats/%1.png'>");
+    auto *tick = new DynLabel(row.left, tickImage(!used), index);
+    auto *alias = new DynLabel(row.right + picture.arg(QStringLiteral("blank")),
+                               row.right + picture.arg(QStringLiteral("edit")), index);
+    letShrink(alias);
+    tick->setToolTip(tr("Click to show or hide the alias"));
+    alias->setToolTip(tr("Click to edit the alias"));
+    // Not within the label's own press: the dialog that comes up lets ticks through, and the panel
+    // is built anew behind it.
+    connect(tick, &DynLabel::clicked, this, &CreatureDisplay::onSetUseAlias, Qt::QueuedConnection);
+    connect(alias, &DynLabel::clicked, this, &CreatureDisplay::onEditAlias, Qt::QueuedConnection);
+    line->addWidget(tick, LeftStretch);
+    line->addWidget(alias, RightStretch);
+}
+
+void CreatureDisplay::addTexts(QHBoxLayout *line, const PanelRow &row)
+{
+    const auto add = [line](const QString &html, int stretch) {
+        auto *made = new RowLabel(html);
+        made->setTextFormat(Qt::RichText);
+        letShrink(made);
+        line->addWidget(made, stretch);
+        return made;
+    };
+    RowLabel *left = add(row.left, LeftStretch);
+    if (row.content != PanelRow::OneText) {
+        left->ensurePolished();
+        left->setMinimumWidth(qMin(left->oneLineWidth(), WidestLeftText));
+        left->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+        QLabel *right = add(row.right, RightStretch);
+        right->setWordWrap(true);
+        if (row.content == PanelRow::RightText)
+            right->setAlignment(Qt::AlignRight | Qt::AlignTop);
+    }
+    left->setWordWrap(true);
+}
+
+// --- what is shown ---
+
+void CreatureDisplay::watch(Creature *creature)
+{
+    // Once for each, however often it is shown.
+    if (creature)
+        connect(creature, &QObject::destroyed, this, &CreatureDisplay::markDirty,
+                Qt::UniqueConnection);
+}
+
+void CreatureDisplay::setCreature(Creature *creature)
+{
+    m_creature = creature;
+    m_creatures.clear();
+    watch(creature);
+    markDirty();
+}
+
+void CreatureDisplay::setCreatures(const QList<Creature *> &creatures)
+{
+    m_creatures.clear();
+    for (Creature *creature : creatures) {
+        m_creatures << creature;
+        watch(creature);
+    }
+    m_creature = creatures.isEmpty() ? nullptr : creatures.first();
+    markDirty();
+}
+
+void CreatureDisplay::onRefreshTimer()
+{
+    if (!m_dirty || m_frozen || !m_head || !m_scrollArea)
+        return;
+    m_dirty = false;
+    QScrollBar *bar = m_scrollArea->verticalScrollBar();
+    const bool same = m_creatures.isEmpty() && m_shown == m_creature;
+    const int position = bar->value();
+    m_shown = m_creature;
+    rebuildHead();
+    rebuildBody();
+    bar->setValue(same && position >= 0 ? position : 0);
+}
+
+Creature *CreatureDisplay::creatureAt(int index) const
+{
+    return index >= 0 && index < m_creatures.size() ? m_creatures.at(index) : m_creature;
+}
+
+void CreatureDisplay::onSetUseAlias(int index)
+{
+    Creature *creature = creatureAt(index);
+    if (creature && !theMainWindow->activeDialog())
+        theMainWindow->setAliasShown({creature}, creature->aliasMode() == 0);
+}
+
+void CreatureDisplay::onEditAlias(int index)
+{
+    Creature *creature = creatureAt(index);
+    if (creature && !theMainWindow->activeDialog())
+        theMainWindow->editAlias({creature});
+}
+
+#include "moc_creaturedisplay.cpp"

@@ -1,0 +1,104 @@
+// Builds and rebuilds the widgets of a creature panel: a head with portrait and headline numbers,
+// and the stat block as a column of coloured rows.
+#pragma once
+
+#include <QPixmap>
+#include <QPointer>
+
+#include "creature.h"
+#include "panelrows.h"
+#include "windowsanddialogs.h"
+
+class QGridLayout;
+class QHBoxLayout;
+class QLabel;
+class QToolButton;
+class QVBoxLayout;
+class ResizableScrollArea;
+
+// However many updates come in, the widgets change on the refresh tick alone. That spares work, and
+// no click deletes the label that handles it. Creatures aren't owned and may go at any time.
+class CreatureDisplay : public QObject, public WindowsAndDialogs {
+    Q_OBJECT
+
+public:
+    // `editing`: the portrait is a button, the stat block shows the file alone and no power can be
+    // ticked. `showEffects`: the head has a group of its own for conditions and effects.
+    CreatureDisplay(bool editing, bool showEffects, QObject *parent = nullptr);
+
+    // The two widgets of the panel, one above the other. They are the caller's, who puts them into
+    // a layout.
+    QWidget *head() const { return m_head; }
+    ResizableScrollArea *scrollArea() const { return m_scrollArea; }
+
+    // Null shows an empty panel.
+    void setCreature(Creature *creature);
+    // The first one fills the head; their stat blocks stand below each other.
+    void setCreatures(const QList<Creature *> &creatures);
+    // Has the panel rebuilt on the next tick.
+    void markDirty() { m_dirty = true; }
+
+Q_SIGNALS:
+    void doPortraitClicked();
+
+public Q_SLOTS:
+    void onRefreshTimer();
+    // `index` is the creature's place in the list that is shown.
+    void onSetUseAlias(int index);
+    void onEditAlias(int index);
+
+private:
+    // The stat block of one creature, and what it was built from.
+    struct Block {
+        QPointer<Creature> creature;
+        QList<PanelRow> rows;
+        QString style; // tells the palette
+        QPointer<QWidget> widget;
+    };
+
+    void createHead();
+    QLabel *headLabel();
+    void addGroup(int row, const QString &title, QLabel *content);
+    void createBody();
+    void rebuildHead();
+    void showPortrait(const Creature *creature);
+    void setText(QLabel *label, const QString &html);
+    QString subText(const Creature *creature) const;
+    void rebuildBody();
+    QList<Creature *> shownCreatures() const;
+    QWidget *buildBlock(Creature *creature, int index, const QList<PanelRow> &rows);
+    // `index` is the creature's place in the list; `used`: its alias is in use.
+    void addAlias(QHBoxLayout *line, const PanelRow &row, int index, bool used);
+    static void addTexts(QHBoxLayout *line, const PanelRow &row);
+    void watch(Creature *creature);
+    Creature *creatureAt(int index) const;
+
+    bool m_editing;
+    bool m_showEffects;
+    bool m_dirty = true;
+    bool m_frozen = false; // the state is in flux
+    QPointer<Creature> m_creature;
+    QPointer<Creature> m_shown;
+    QList<QPointer<Creature>> m_creatures; // two or more, or none
+    QList<Block> m_blocks;
+
+    QPointer<QWidget> m_head;
+    QGridLayout *m_grid = nullptr;
+    QPointer<ResizableScrollArea> m_scrollArea;
+    QWidget *m_body = nullptr;
+    QVBoxLayout *m_bodyLayout = nullptr;
+    QToolButton *m_portraitButton = nullptr;
+    QLabel *m_portraitLabel = nullptr;
+    QLabel *m_nameLabel = nullptr;
+    QLabel *m_subLabel = nullptr;
+    QLabel *m_levelLabel = nullptr;
+    QLabel *m_typeLabel = nullptr;
+    QLabel *m_defensesLabel = nullptr;
+    QLabel *m_healthLabel = nullptr;
+    QLabel *m_actionsLabel = nullptr;
+    QLabel *m_effectsLabel = nullptr;
+    QPixmap m_selectPortrait;
+    QPixmap m_noPortrait;
+    QPixmap m_monsterShield;
+    QPixmap m_heroShield;
+};

@@ -1,0 +1,44 @@
+// The headline of a power in a creature panel. A click ticks the power off as used, or takes the
+// tick away.
+#pragma once
+
+#include <QLabel>
+#include <QPointer>
+
+#include "creature.h"
+
+class QFrame;
+
+// Does nothing while a dialog stands in the initiative list's place, nor for a power that has no
+// use to count.
+class PowerLabel : public QLabel {
+    Q_OBJECT
+
+public:
+    // `index` is the power's place in the creature's list as it is now; the label follows the
+    // power's name if the list is read anew. Neither creature nor frame is owned; the frame is the
+    // row whose colours change under the mouse, by `styleFlags` as of PanelRowStyle.
+    PowerLabel(Creature *creature, int index, QFrame *frame, int styleFlags);
+
+    // Its height follows from the width that it is given; to work hints out costs a panel more than
+    // all the rest.
+    QSize sizeHint() const override { return QSize(0, fontMetrics().height()); }
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void enterEvent(QEnterEvent *event) override;
+    void leaveEvent(QEvent *event) override;
+
+private:
+    Power *power() const;
+    // Null when nothing is to happen.
+    Power *tickablePower() const;
+    void showHeading(const Power &power, bool hovered);
+
+    QPointer<Creature> m_creature;
+    int m_index;
+    QString m_name;
+    QPointer<QFrame> m_frame;
+    int m_styleFlags;
+};
