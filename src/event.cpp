@@ -127,6 +127,23 @@ void applyVitality(const QList<CreatureVitality> &vitality)
     }
 }
 
+VitalityBefore vitalityBefore(const CreatureList &creatures)
+{
+    VitalityBefore before {liveVitality(creatures), {}};
+    before.shadows.reserve(creatures.count());
+    for (Creature *creature : creatures)
+        before.shadows << creature->shadowVitality();
+    return before;
+}
+
+void restoreVitality(const VitalityBefore &before)
+{
+    applyVitality(before.live);
+    // An extended rest leaves the two apart.
+    for (const CreatureVitality &each : before.shadows)
+        each.creature->setShadowVitality(each);
+}
+
 QList<CreatureItem> itemsOf(const CreatureList &creatures)
 {
     QList<CreatureItem> result;

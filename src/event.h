@@ -151,6 +151,13 @@ QList<Creature *> withoutNull(const QList<Creature *> &creatures);
 QList<CreatureVitality> liveVitality(const CreatureList &creatures);
 // Live fields and shadows, so that it doesn't count as a change made outside the history.
 void applyVitality(const QList<CreatureVitality> &vitality);
+// What undo puts back: the numbers, and what the history knew of them.
+struct VitalityBefore {
+    QList<CreatureVitality> live;
+    QList<CreatureVitality> shadows;
+};
+VitalityBefore vitalityBefore(const CreatureList &creatures);
+void restoreVitality(const VitalityBefore &before);
 QList<CreatureItem> itemsOf(const CreatureList &creatures);
 void applyItems(const QList<CreatureItem> &items);
 // Backwards: of a creature that was rolled twice the first entry is the older.

@@ -25,6 +25,21 @@ CreatureList sorted(const CreatureList &list)
     return CreatureList(itemsOf(list));
 }
 
+CreatureList hiddenOf(const CreatureList &list)
+{
+    QList<Creature *> hidden;
+    std::copy_if(list.begin(), list.end(), std::back_inserter(hidden),
+                 [](const Creature *creature) { return creature->isHidden(); });
+    return CreatureList(hidden);
+}
+
+// A character can be hidden when it leaves the party, and is so again when its return is undone.
+void restoreHidden(CreatureList all, CreatureList hidden)
+{
+    all.setHidden(false);
+    hidden.setHidden(true);
+}
+
 // The own name in a display name: of "Group (Name)" the part in brackets.
 QString ownName(const QString &displayName)
 {
@@ -75,10 +90,11 @@ void AddCreaturesEvent::setUp(int eventType, const QString &name, const Creature
     m_name = name;
     m_hidden = hidden;
     m_added = list;
+    m_hiddenBefore = hiddenOf(list);
     m_newItems = itemsOf(list);
     m_oldItems = oldItems;
     m_oldOrder = theEncounter->creatures();
-    m_oldVitality = liveVitality(m_oldOrder);
+    m_oldVitality = vitalityBefore(m_oldOrder);
     m_newOrder = m_oldOrder;
     const bool monsters = eventType == EventType::AddMonster || eventType == EventType::AddMonsters;
     int place = 0;
@@ -106,9 +122,10 @@ void AddCreaturesEvent::redo()
 
 void AddCreaturesEvent::undo()
 {
-    applyVitality(m_oldVitality);
+    restoreVitality(m_oldVitality);
     restoreItems(m_oldItems);
     ChangeStateEvent::undo();
+    restoreHidden(m_added, m_hiddenBefore);
     theEncounter->setOrder(m_oldOrder);
     windows().refreshEncounterActions();
 }
@@ -168,7 +185,7 @@ void SetPartyEvent::setUp(int eventType, const QString &name, const CreatureList
     m_newOrder = m_oldOrder;
     m_newOrder.removeKind(false);
     m_newOrder.insertList(theEncounter->currentIndex() + 1, m_added);
-    m_oldVitality.clear();
+    m_oldVitality = {};
 }
 
 QString SetPartyEvent::text() const
@@ -226,10 +243,11 @@ void SetEncounterEvent::setUp(const EncounterEntry &entry, const CreatureList &l
 {
     m_hidden = hidden;
     m_added = list;
+    m_hiddenBefore = hiddenOf(list);
     m_newEntry = entry;
     m_oldEntry = theEncounter->entry();
     m_oldOrder = theEncounter->creatures();
-    m_oldVitality = liveVitality(m_oldOrder);
+    m_oldVitality = vitalityBefore(m_oldOrder);
     m_newOrder = m_oldOrder;
     m_newOrder.removeKind(true);
     m_newOrder.insertList(m_newOrder.count(), m_added);
@@ -252,8 +270,9 @@ void SetEncounterEvent::redo()
 
 void SetEncounterEvent::undo()
 {
-    applyVitality(m_oldVitality);
+    restoreVitality(m_oldVitality);
     ChangeStateEvent::undo();
+    restoreHidden(m_added, m_hiddenBefore);
     theEncounter->setEntry(m_oldEntry);
     theEncounter->setOrder(m_oldOrder);
     windows().refreshEncounterActions();

@@ -28,12 +28,13 @@ protected:
     QString m_name;
     bool m_hidden = false;
     CreatureList m_added;
+    CreatureList m_hiddenBefore; // of those added
     QList<CreatureItem> m_newItems;
     QList<CreatureItem> m_oldItems;
     CreatureList m_newOrder;
     QList<CreatureVitality> m_newVitality;
     CreatureList m_oldOrder;
-    QList<CreatureVitality> m_oldVitality;
+    VitalityBefore m_oldVitality;
 };
 
 class AddMonsterEvent : public AddCreaturesEvent {
@@ -106,12 +107,13 @@ private:
 
     bool m_hidden = false;
     CreatureList m_added;
+    CreatureList m_hiddenBefore; // of those added
     EncounterEntry m_newEntry;
     CreatureList m_newOrder;
     EncounterEntry m_oldEntry;
     CreatureList m_oldOrder;
     QList<CreatureVitality> m_newVitality;
-    QList<CreatureVitality> m_oldVitality;
+    VitalityBefore m_oldVitality;
 };
 
 class ShowHideEvent : public Event {

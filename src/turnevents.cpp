@@ -67,7 +67,7 @@ void StartEncounterEvent::capture(const QList<CreatureInit> &characters,
                                   const QList<CreatureInit> &monsters)
 {
     m_oldOrder = theEncounter->creatures();
-    m_oldVitality = liveVitality(m_oldOrder);
+    m_oldVitality = vitalityBefore(m_oldOrder);
     const InitiativeOrder built = theEncounter->buildOrder(characters, monsters);
     m_oldItems = built.oldItems;
     m_newOrder = built.order;
@@ -93,7 +93,7 @@ void StartEncounterEvent::undo()
 {
     theEncounter->setOrder(m_oldOrder);
     theEncounter->setPosition({0, -1, {}});
-    applyVitality(m_oldVitality);
+    restoreVitality(m_oldVitality);
     restoreItems(m_oldItems);
     windows().refreshEncounterActions();
 }

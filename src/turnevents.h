@@ -33,7 +33,7 @@ private:
     void capture(const QList<CreatureInit> &characters, const QList<CreatureInit> &monsters);
 
     CreatureList m_oldOrder;
-    QList<CreatureVitality> m_oldVitality;
+    VitalityBefore m_oldVitality;
     QList<CreatureItem> m_oldItems;
     CreatureList m_newOrder;
     // What the creatures were when the encounter was started, whatever their files say by now.

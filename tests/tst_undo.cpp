@@ -101,12 +101,12 @@ QList<Creature *> RandomFight::some()
     return result;
 }
 
-// Those who could be added. An event doesn't keep who was hidden before.
+// Those who could be added.
 CreatureList RandomFight::outsiders(bool monsters)
 {
     CreatureList result;
     for (Creature *creature : std::as_const(m_everybody)) {
-        const bool fits = creature->isMonster() == monsters && !creature->isHidden();
+        const bool fits = creature->isMonster() == monsters;
         if (fits && (!theEncounter->contains(creature) || !m_lawful) && chance(60))
             result.insertSorted(creature);
     }
