@@ -161,6 +161,7 @@ public:
     void click(int row, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const
     {
         // The list is drawn anew when the event loop comes round.
+        table()->scrollTo(table()->model()->index(row, 1));
         const auto place = [&] { return table()->visualRect(table()->model()->index(row, 1)); };
         QTRY_VERIFY(table()->viewport()->rect().contains(place()) && !place().isEmpty());
         QTest::mouseClick(table()->viewport(), Qt::LeftButton, modifiers, place().center());
