@@ -86,10 +86,15 @@ QString powerHeaderHtml(const Power &power, bool crossedOut)
 
 QString rechargeImages(int n)
 {
-    QString html;
-    if (n < 1 || n > 6)
-        return html;
-    for (int face = std::max(n, 2); face <= 6; ++face)
-        html += QStringLiteral(" <img src=':/images/stats/%1a.gif'>").arg(face);
-    return html;
+    static const std::array images = [] {
+        std::array<QString, 7> byLowest;
+        for (int lowest = 6; lowest >= 2; --lowest) {
+            byLowest[size_t(lowest)] =
+                QStringLiteral(" <img src=':/images/stats/%1a.gif'>").arg(lowest)
+                + (lowest < 6 ? byLowest[size_t(lowest) + 1] : QString());
+        }
+        byLowest[1] = byLowest[2];
+        return byLowest;
+    }();
+    return n >= 1 && n <= 6 ? images[size_t(n)] : QString();
 }

@@ -62,7 +62,9 @@ bool StatBlockAssembler::readLine()
         token = m_scanner.next();
     if (token.kind == TokenKind::End)
         return false;
-    const bool isPath = token.kind == TokenKind::Portrait; // blanks belong to it
+    // Blanks and capitals belong to a path.
+    const bool isPath = token.kind == TokenKind::Portrait;
+    m_scanner.setTrapMode(m_trapMode && !isPath);
     QVarLengthArray<Token, 64> tokens;
     while (token.kind != TokenKind::End) {
         if (token.kind != TokenKind::LineEnd)
@@ -71,6 +73,7 @@ bool StatBlockAssembler::readLine()
             break;
         token = m_scanner.next(isPath);
     }
+    m_scanner.setTrapMode(m_trapMode);
     const QList<Token> line(tokens.cbegin(), tokens.cend());
     if (isPath)
         m_pending.emplace_back(line);

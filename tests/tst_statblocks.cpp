@@ -137,6 +137,9 @@ void StatBlocksTest::readsHeaderFields()
     QCOMPARE(data.senses, QString());
     QCOMPARE(data.speed, u"5 while wet"_s);
     QCOMPARE(data.initAP, 2);
+    // A trap's words are cut at capitals, its picture's path isn't.
+    const CreatureData stair = parsed(u"Stair Level 2 Trap\nPortrait My Traps/DartWall2B.png\n"_s);
+    QCOMPARE(stair.portraitFile, u"My Traps/DartWall2B.png"_s);
 }
 
 void StatBlocksTest::readsPowers_data()
