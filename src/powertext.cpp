@@ -8,6 +8,9 @@ constexpr int OpeningSection = 1;
 constexpr int WarningSection = 2;
 constexpr int TraitSection = 4;
 constexpr int SecondaryIcon = 13;
+// No creature comes near it. Each power moves those behind it, so the work of a file made of
+// nothing else would have no bound.
+constexpr qsizetype maxPowers = 1000;
 
 // By icon; the empty ones still get their image tag.
 constexpr std::array iconImages = {
@@ -56,6 +59,8 @@ void insertPower(CreatureData &record, Power power)
             powers[record.currentPower].details << power.name << power.details;
         return;
     }
+    if (powers.size() >= maxPowers)
+        return;
     // The list is in order of sections, since nothing else adds to it.
     const auto place =
         std::upper_bound(powers.cbegin(), powers.cend(), power.section,

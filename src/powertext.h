@@ -8,7 +8,8 @@
 
 // Puts a power that was read into the record: sorted by section, in source order within one. What
 // stands in a trap's opening text goes into unplacedText instead, and a secondary attack without
-// keywords into the details of the power inserted last.
+// keywords into the details of the power inserted last. A record that is full to absurdity takes no
+// more.
 void insertPower(CreatureData &record, Power power);
 
 // The line above a power's details. A power that is used is struck through if it can be spent at

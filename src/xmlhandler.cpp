@@ -7,7 +7,7 @@ namespace {
 
 // Real paths have about 150 characters. Every value is compared with the end of its path, so an
 // endless one would make the work quadratic.
-constexpr qsizetype maxPathLength = 2000;
+constexpr qsizetype maxPathLength = 600;
 
 // The reader compares each attribute of an element with each other.
 constexpr qint64 maxAttributePairs = 100'000'000;
