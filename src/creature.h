@@ -211,9 +211,10 @@ public:
     void setRestAP(int points);
     void clearRestAdditions();
 
+    // Without what an open dialog shows beforehand, which never reaches log or shadows.
     CreatureVitality liveVitality();
     CreatureVitality shadowVitality();
-    // Live fields; rebuilds the text of the record.
+    // Live fields, to which an open dialog's preview stays added; rebuilds the text of the record.
     void setVitality(const CreatureVitality &vitality);
     void setShadowVitality(const CreatureVitality &vitality);
     // The shadows take the live numbers, as after a load or a save.

@@ -255,12 +255,12 @@ CreatureVitality Creature::liveVitality()
     return {.creature = this,
             .initBonus = initBonus(),
             .maxHP = maxHP(),
-            .currHP = currHP(),
+            .currHP = saturatedDifference(currHP(), m_restHP),
             .maxHS = maxHS(),
-            .currHS = currHS(),
+            .currHS = saturatedDifference(currHS(), m_restHS),
             .hsValue = hsValue(),
             .initAP = initAP(),
-            .currAP = currAP()};
+            .currAP = saturatedDifference(currAP(), m_restAP)};
 }
 
 CreatureVitality Creature::shadowVitality()
@@ -283,12 +283,12 @@ void Creature::setVitality(const CreatureVitality &vitality)
         || initAP() != vitality.initAP;
     m_data.initBonus = vitality.initBonus;
     m_data.maxHP = vitality.maxHP;
-    m_state.currHP = vitality.currHP;
+    m_state.currHP = saturatedSum(vitality.currHP, m_restHP);
     m_data.maxHS = vitality.maxHS;
-    m_state.currHS = vitality.currHS;
+    m_state.currHS = saturatedSum(vitality.currHS, m_restHS);
     m_data.hsValue = vitality.hsValue;
     m_data.initAP = vitality.initAP;
-    m_state.currAP = vitality.currAP;
+    m_state.currAP = saturatedSum(vitality.currAP, m_restAP);
     // A text that still tells the same stays as its author laid it out.
     if (isTextStale)
         updateText();

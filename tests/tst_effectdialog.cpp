@@ -141,6 +141,7 @@ private Q_SLOTS:
     void previewsTheOrigin();
     void forgetsThePreview_data();
     void forgetsThePreview();
+    void previewNeverLeavesTheScreen();
     void logsWhatWasEntered_data();
     void logsWhatWasEntered();
     void tabsRowByRow_data();
@@ -406,6 +407,51 @@ void TestEffectDialog::forgetsThePreview()
     QVERIFY(streamForEvent());
     QCOMPARE(theHistory->eventCount(), events);
     QVERIFY(m_fight->action("surge")->isEnabled()); // the shown numbers had none left
+}
+
+// Whatever is logged or saved while the form is open comes from the real numbers.
+void TestEffectDialog::previewNeverLeavesTheScreen()
+{
+    start();
+    Creature *aria = creature(QStringLiteral("Aria"));
+    Creature *cleo = creature(QStringLiteral("Cleo"));
+    appendEvent<DamageEvent>(nullptr, cleo, 30);
+    select(QStringLiteral("Cleo"));
+    const CreatureState ariaBefore = aria->state();
+    const CreatureState cleoBefore = cleo->state();
+    const QMap<QString, QByteArray> files = m_fight->folder.files();
+    const int events = theHistory->eventCount();
+    const auto logged = [events] {
+        theEncounter->checkVitality(theHistory);
+        QStringList texts;
+        for (int i = events; i < theHistory->eventCount(); ++i)
+            texts << theHistory->eventText(i);
+        return texts;
+    };
+    const QString shown = QStringLiteral("72+7 hp, 0 hs, 1 ap");
+    const QStringList change {QStringLiteral("Changed Cleo: Max HP 40")};
+    Answer answer(inFlatDialog<EffectDialog>([&](EffectDialog &form) {
+        enter(form, QStringLiteral("surgeBox=-8;surgeValueBox=8;healBox=2;tempBox=7;actionBox=1"));
+        QCOMPARE(m_fight->folder.files(), files);
+        theEncounter->markVitalityStale();
+        QCOMPARE(logged(), QStringList());
+        cleo->setField(&CreatureData::maxHP, 40);
+        QCOMPARE(logged(), change);
+        QCOMPARE(numbers(QStringLiteral("Cleo")), shown);
+        theCharacters->saveAll();
+        QVERIFY(cleo->shadowVitality() == cleo->liveVitality());
+        QCOMPARE(cleo->shadowVitality().currHP, 6);
+        theHistory->stepBack();
+        theHistory->stepForward();
+        QCOMPARE(numbers(QStringLiteral("Cleo")), shown);
+        form.reject();
+    }));
+    m_fight->window().onAddConditionOrEffect();
+    QVERIFY(answer.wasAnswered);
+    QVERIFY(aria->state() == ariaBefore);
+    QVERIFY(cleo->state() == cleoBefore);
+    theEncounter->markVitalityStale();
+    QCOMPARE(logged(), change);
 }
 
 // --- what is logged ---

@@ -1,7 +1,6 @@
 // links: morvane_ui
 // The short rest: what the dialog shows, what it leaves behind, and the event that it leads to.
 #include <QCheckBox>
-#include <QDirIterator>
 #include <QGroupBox>
 
 #include "fightfixture.h"
@@ -50,18 +49,6 @@ private:
     static QString text(const QWidget &dialog, const char *name)
     {
         return in<QLabel>(dialog, name)->text();
-    }
-    // The log, the library and whatever else lies in the data folder.
-    QMap<QString, QByteArray> files() const
-    {
-        QMap<QString, QByteArray> found;
-        const QDir root(m_fight->folder.path());
-        QDirIterator it(root.path(), QDir::Files, QDirIterator::Subdirectories);
-        while (it.hasNext()) {
-            const QString file = root.relativeFilePath(it.next());
-            found.insert(file, m_fight->folder.read(file));
-        }
-        return found;
     }
 
     std::unique_ptr<FightFixture> m_fight;
@@ -170,7 +157,7 @@ void ShortRestTest::leavesNothingBehind()
     appendEvent<StabilizeEvent>(nullptr, m_aria);
     setHP(m_bram, -2);
     const QList<CreatureState> before {m_aria->state(), m_bram->state()};
-    const QMap<QString, QByteArray> filesBefore = files();
+    const QMap<QString, QByteArray> filesBefore = m_fight->folder.files();
     QVERIFY(!filesBefore.value(QStringLiteral("history.log")).isEmpty());
     rest([&](ShortRestDialog &dialog) {
         for (const char *name : {"surgeBox:Aria", "hpBox:Aria", "hpBox:Bram & Son"})
@@ -188,7 +175,7 @@ void ShortRestTest::leavesNothingBehind()
     QVERIFY(m_aria->state() == before.at(0));
     QVERIFY(m_bram->state() == before.at(1));
     theEncounter->checkVitality(theHistory);
-    QVERIFY(files() == filesBefore);
+    QVERIFY(m_fight->folder.files() == filesBefore);
 }
 
 void ShortRestTest::isLoggedOnce()

@@ -1,6 +1,7 @@
 #include "testdata.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 
 #include "characters.h"
@@ -35,6 +36,18 @@ QByteArray TestDataFolder::read(const QString &relative) const
 {
     QFile in(file(relative));
     return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray();
+}
+
+QMap<QString, QByteArray> TestDataFolder::files() const
+{
+    QMap<QString, QByteArray> found;
+    const QDir root(path());
+    QDirIterator it(root.path(), QDir::Files, QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        const QString file = root.relativeFilePath(it.next());
+        found.insert(file, read(file));
+    }
+    return found;
 }
 
 void TestDataFolder::addCharacter(const QString &name, int maxHP, int initiative) const

@@ -1,6 +1,7 @@
 // Data folders and creatures for tests, made on the fly.
 #pragma once
 
+#include <QMap>
 #include <QTemporaryDir>
 
 #include "progress.h"
@@ -18,6 +19,8 @@ public:
     // Writes text with CR LF line ends to a file below the folder.
     void write(const QString &relative, const QString &text) const;
     QByteArray read(const QString &relative) const;
+    // The log, the library and whatever else lies in the folder, by relative path.
+    QMap<QString, QByteArray> files() const;
     // Key form files with plain numbers.
     void addCharacter(const QString &name, int maxHP = 30, int initiative = 2) const;
     void addMonster(const QString &group, int maxHP = 20, int initiative = 1) const;
