@@ -1,11 +1,15 @@
 // links: morvane_ui
 // What each command of the turn cycle puts into the history, line by line: one fight in which
 // everything is due that a turn can raise.
+#include <QCheckBox>
+
 #include "effect.h"
 #include "effectevents.h"
 #include "fightfixture.h"
 #include "history.h"
+#include "savingthrowdialog.h"
 #include "testhome.h"
+#include "vitalityevents.h"
 
 class TurnOrderTest : public QObject {
     Q_OBJECT
@@ -18,7 +22,11 @@ private Q_SLOTS:
 
 private:
     void addEffect(Creature *origin, Creature *target, int type, int end, int amount = 0);
+    // An action by its object name, "remove", or what befalls a creature: "hex Bram", "hit Aria
+    // 32".
     void run(const QString &command);
+    // Answers each dialog of saves, "1" for a box that is to be checked, until none is left.
+    bool answerSaves(QStringList *answers);
     static QStringList textsFrom(int first);
 
     std::unique_ptr<FightFixture> m_fight;
@@ -77,10 +85,33 @@ void TurnOrderTest::addEffect(Creature *origin, Creature *target, int type, int 
 
 void TurnOrderTest::run(const QString &command)
 {
-    if (command == QLatin1String("remove"))
+    const QStringList words = command.split(u' ');
+    const QString name = words.value(1);
+    Creature *target = name == u"Aria" ? m_aria : name == u"Bram" ? m_bram : m_rat;
+    if (words.first() == u"remove")
         m_fight->window().removeCreatures({m_aria, m_bram});
+    else if (words.first() == u"hit")
+        appendEvent<DamageEvent>(nullptr, target, words.value(2).toInt());
+    else if (words.first() == u"hex")
+        appendEvent<EffectEvent>(nullptr, QList<Creature *> {target}, words.value(2),
+                                 int(EffectEnd::SaveEnds), int(EffectType::OtherBad));
     else
         m_fight->action(command.toLatin1().constData())->trigger();
+}
+
+bool TurnOrderTest::answerSaves(QStringList *answers)
+{
+    auto *dialog = qobject_cast<SavingThrowDialog *>(QApplication::activeModalWidget());
+    if (!dialog || !dialog->isActiveWindow())
+        return false;
+    const QString answer = answers->isEmpty() ? QString() : answers->takeFirst();
+    const QList<QCheckBox *> boxes = dialog->findChildren<QCheckBox *>();
+    for (int i = 0; i < boxes.size(); ++i)
+        boxes.at(i)->setChecked(answer.mid(i, 1) == u"1");
+    if (boxes.size() != answer.size())
+        answers->append(QStringLiteral("%1 boxes").arg(boxes.size()));
+    QTest::keyClick(dialog, Qt::Key_Return);
+    return false;
 }
 
 // The die of a recharge, and what came of it, differ from run to run.
@@ -97,6 +128,7 @@ void TurnOrderTest::commands_data()
 {
     QTest::addColumn<QStringList>("before");
     QTest::addColumn<QString>("command");
+    QTest::addColumn<QStringList>("saves");
     QTest::addColumn<QStringList>("texts");
     const QStringList endOfAria {"End of Turn: Remove Stunned", "End of Turn: Remove Phasing",
                                  "End of Turn: Remove Concealment", "End of Turn: Remove Prone"};
@@ -110,8 +142,8 @@ void TurnOrderTest::commands_data()
         damageAndMending + QStringList {"Start of Turn: Remove Slowed"} + powers;
 
     const auto row = [](const char *name, const QStringList &before, const char *command,
-                        const QStringList &texts) {
-        QTest::newRow(name) << before << QString::fromLatin1(command) << texts;
+                        const QStringList &texts, const QStringList &saves = {}) {
+        QTest::newRow(name) << before << QString::fromLatin1(command) << saves << texts;
     };
     row("next turn", {}, "nextTurn", endOfAria + startOfRat);
     row("ready", {}, "ready", QStringList {"* Ready: Aria *"} + endOfAria + startOfRat);
@@ -124,6 +156,28 @@ void TurnOrderTest::commands_data()
     row("delay that runs out", {"delay", "nextTurn"}, "nextTurn",
         {"* Jump in: Aria *", "End of Turn: Remove Concealment", "End of Turn: Remove Stunned",
          "Start of Turn: Remove Weakened"});
+    const QStringList startOfAria {"* Next Turn: Aria *", "Start of Turn: Remove Weakened"};
+    const QStringList cursedBram {"hex Bram rot", "hex Bram fear", "hit Bram 32", "nextTurn",
+                                  "nextTurn"};
+    row("next turn, saves", cursedBram, "nextTurn",
+        QStringList {"Saved: Remove rot", "Failed Death Saving Throw: Bram"} + startOfAria,
+        {"100"});
+    row("ready, saves", cursedBram, "ready",
+        QStringList {"* Ready: Bram *", "Saved: Remove fear"} + startOfAria, {"011"});
+    row("delay, no saves", cursedBram, "delay", QStringList {"* Delayed: Bram *"} + startOfAria);
+    row("delay that runs out, saves", {"delay", "nextTurn", "hex Aria rot", "hit Aria 32"},
+        "nextTurn",
+        {"* Jump in: Aria *", "Saved: Remove rot", "Failed Death Saving Throw: Aria",
+         "End of Turn: Remove Concealment", "End of Turn: Remove Stunned",
+         "Start of Turn: Remove Weakened"},
+        {"10"});
+    // The dead have their saves, but none from death.
+    row("passing over the dead", {"hex Bram rot", "hit Bram 60", "nextTurn"}, "nextTurn",
+        QStringList {"* Next Turn: Bram *", "Saved: Remove rot"} + startOfAria, {"1"});
+    // The turn that is interrupted ends; nothing of the start of hers is raised.
+    row("jump in, delayed", {"hex Rat rot", "delay"}, "jumpIn",
+        {"Saved: Remove rot", "* Jump in: Aria *"}, {"1"});
+    row("jump in, readied", {"hex Rat rot", "ready"}, "jumpIn", {"* Ready action: Aria *"});
     row("removal of the current creature", {}, "remove",
         QStringList {"Removed: Bram"} + damageAndMending + powers
             + QStringList {"Removed Current: Aria"});
@@ -141,7 +195,10 @@ void TurnOrderTest::commands()
     for (const QString &earlier : before)
         run(earlier);
     const int first = theHistory->eventCount();
+    QFETCH(QStringList, saves);
+    Answer answer([&] { return answerSaves(&saves); });
     run(command);
+    QCOMPARE(saves, QStringList()); // each dialog came, and none besides
     QTEST(textsFrom(first), "texts");
 }
 
