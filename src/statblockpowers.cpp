@@ -309,7 +309,8 @@ void StatBlockPowers::readRemainder(Power &power)
     if (line.atEnd())
         return;
     TokenText text(TokenText::Html);
-    text.raiseNextWord();
+    if (TokenKind::isWord(line.current().kind))
+        text.raiseNextWord();
     text.add(line, line.position(), line.size());
     power.details.append(text.text());
 }

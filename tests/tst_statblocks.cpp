@@ -161,6 +161,9 @@ void StatBlocksTest::readsPowers_data()
         "4/5/1 Stone|(sling) &bull; <b>At-Will</b>|Hit.");
     row("signs are escaped", header + u"m Bite <i> • At-Will\nThe eel & it > <i>."_s,
         "4/3/1 Bite| &bull; <b>&lt;I &gt; • At-Will</b>|The eel&amp;it &gt;&lt;i &gt;.");
+    row("a number begins the sentence of a trait",
+        u"Eel\nLevel 2 Lurker\nOily Wake aura 1; 2 damage to swimmers.\nHP 9"_s,
+        "4/11/0 Oily Wake| &bull; <b>Aura</b> 1|2 damage to swimmers.");
     row("wrapped bracket", header + u"m Bite (standard;\nat-will) • Acid\n+4 vs. AC."_s,
         "5/3/1 Bite|(standard; at-will) &bull; <b>Acid</b>|+4 vs. AC.");
     row("secondary attack",
