@@ -85,6 +85,8 @@ private Q_SLOTS:
     void filesAreSafeToRewrite();
     void creatures_data();
     void creatures();
+    void importIsTheHerosOwn();
+    void monstersInXmlHavePowers();
     void portraitsAreAllUsedAndDrawnHere();
     void encounters();
 
@@ -170,6 +172,27 @@ void DemoDataTest::creatures()
         checkMonster(*creature);
     else
         checkCharacter(*creature);
+}
+
+// A rest rereads it, and must not change the hero of a new user.
+void DemoDataTest::importIsTheHerosOwn()
+{
+    Creature *maeve = theCharacters->find(u"Maeve Ashdown"_s);
+    QVERIFY(maeve && maeve->isLinked());
+    QVERIFY(maeve->refreshFromImport(maeve->importFile()));
+    QVERIFY(!maeve->isModified());
+    QCOMPARE(maeve->statBlock(), maeve->savedStatBlock());
+}
+
+void DemoDataTest::monstersInXmlHavePowers()
+{
+    for (const QString &group : {u"Slagback"_s, u"Cairn Warden"_s}) {
+        const Creature *monster = theMonsters->findGroup(group);
+        QVERIFY(monster && monster->fileName().endsWith(u".monster"));
+        QCOMPARE(monster->powers().size(), 4);
+        for (const Power &power : monster->powers())
+            QVERIFY2(!power.details.isEmpty(), qPrintable(power.name));
+    }
 }
 
 void DemoDataTest::portraitsAreAllUsedAndDrawnHere()
