@@ -566,6 +566,13 @@ void TestEffectDialog::worksByKeys()
             press(Qt::Key_Tab);
         press(Qt::Key_P);
         QCOMPARE(form.condition(), int(EffectType::PartialCover));
+        QCOMPARE(form.endCondition(), int(EffectEnd::Special));
+        combo(form, "actionBox")->setFocus();
+        press(Qt::Key_U);
+        QCOMPARE(form.action(), int(EffectDialog::UseActionPoint));
+        press(Qt::Key_A); // of nobody's first aid
+        QCOMPARE(form.action(), int(EffectDialog::UseActionPoint));
+        QCOMPARE(numbers(QStringLiteral("Aria")), QStringLiteral("20+0 hp, 8 hs, 0 ap"));
         press(Qt::Key_Return);
     }));
     m_fight->window().onAddConditionOrEffect();
