@@ -4,10 +4,48 @@
 #include <QString>
 #include <QStringList>
 
+// Where a power stands in a stat block. The first three are the phases of a trap's opening text.
+namespace PowerSection {
+enum Code : int {
+    None,
+    TrapOpening,
+    TrapWarning,
+    TrapSkills,
+    Traits,
+    Standard,
+    Move,
+    Minor,
+    Free,
+    Triggered,
+    Countermeasures,
+    Other,
+};
+}
+
+// The symbol in front of a power's name. Each basic attack stands before the other of its kind.
+namespace PowerIcon {
+enum Code : int {
+    None,
+    Weapon,
+    RangedWeapon,
+    BasicMelee,
+    Melee,
+    BasicRanged,
+    Ranged,
+    BasicArea,
+    Area,
+    BasicClose,
+    Close,
+    Aura,
+    Trap,
+    Secondary, // an attack that belongs to the power before
+    Text, // no power: a paragraph of the stat block
+};
+}
+
 struct Power {
-    // The picture in front of the headline, and the section that the power stands in.
-    int icon = 0;
-    int section = 0;
+    int icon = PowerIcon::None;
+    int section = PowerSection::None;
     // How a used power comes back at the start of its owner's turn: 1 by itself, 3 by itself after
     // the first use only, 5 to 9 by a six-sided die of at least usageKind - 3, others never.
     int usageKind = 0;

@@ -4,10 +4,6 @@
 #include <array>
 
 namespace {
-constexpr int OpeningSection = 1;
-constexpr int WarningSection = 2;
-constexpr int TraitSection = 4;
-constexpr int SecondaryIcon = 13;
 // No creature comes near it. Each power moves those behind it, so the work of a file made of
 // nothing else would have no bound.
 constexpr qsizetype maxPowers = 1000;
@@ -45,16 +41,16 @@ void addToUnplaced(QString &unplaced, const Power &power)
 
 void insertPower(CreatureData &record, Power power)
 {
-    if (power.section == OpeningSection) {
+    if (power.section == PowerSection::TrapOpening) {
         addToUnplaced(record.unplacedText, power);
         return;
     }
-    if (power.section == WarningSection)
-        power.icon = 0;
-    else if (power.section == 0)
-        power.section = TraitSection;
+    if (power.section == PowerSection::TrapWarning)
+        power.icon = PowerIcon::None;
+    else if (power.section == PowerSection::None)
+        power.section = PowerSection::Traits;
     QList<Power> &powers = record.powers;
-    if (power.icon == SecondaryIcon && power.keywords.isEmpty()) {
+    if (power.icon == PowerIcon::Secondary && power.keywords.isEmpty()) {
         if (record.currentPower >= 0 && record.currentPower < powers.size())
             powers[record.currentPower].details << power.name << power.details;
         return;

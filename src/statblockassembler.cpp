@@ -2,15 +2,12 @@
 
 #include <QVarLengthArray>
 
+#include "power.h"
+
 namespace {
 
 using namespace LineKind;
 using namespace StatBlockClassifier;
-
-// The phases of a trap's opening text, and the list at its end.
-constexpr int OpeningSection = 1;
-constexpr int PowerSection = 3;
-constexpr int CountermeasuresSection = 10;
 
 // How far a sentence may run on, and a header with an open bracket.
 constexpr int maxSentenceLines = 12;
@@ -139,7 +136,7 @@ void StatBlockAssembler::enterTrapMode()
 {
     m_trapMode = true;
     m_headerFirst = false;
-    m_section = OpeningSection;
+    m_section = PowerSection::TrapOpening;
     m_scanner.setTrapMode(true);
     dropPendingMarks();
 }
@@ -204,14 +201,15 @@ int StatBlockAssembler::settleDetail(int kind)
     if (m_trapMode) {
         if (const int action = trapActionKind(m_line); action != UNKNOWN_LINE)
             return action;
-        const bool isInText = m_section == OpeningSection + 1 || m_section == PowerSection;
+        const bool isInText =
+            m_section == PowerSection::TrapWarning || m_section == PowerSection::TrapSkills;
         if (const int heading = trapHeadingSize(m_line); isInText && !m_bulletXp && heading > 0) {
             splitOff(heading);
             return settleHeader();
         }
     }
     if (!m_line.endsInFullStop()) {
-        if (m_section == CountermeasuresSection)
+        if (m_section == PowerSection::Countermeasures)
             m_line.append(Token {TokenKind::FullStop, u"."});
         else
             joinContinuations(kind);
@@ -241,12 +239,12 @@ int StatBlockAssembler::settleUnknown(int state)
     if (m_trapMode) {
         if (isInitiativeLine())
             return HEADER_LINE;
-        if (m_section == OpeningSection && !hasName())
+        if (m_section == PowerSection::TrapOpening && !hasName())
             return settleDetail(POWER_DETAIL);
     }
     if (isHeader(state))
         return m_headerFirst ? settleDetail(HEADER_TRAIT) : settleName();
-    if (state == POWER_SECTION && m_section != CountermeasuresSection)
+    if (state == POWER_SECTION && m_section != PowerSection::Countermeasures)
         return settleName();
     if (!isPowerHeader(state) && hasName())
         return settleHeader();
@@ -262,7 +260,7 @@ int StatBlockAssembler::settleName()
 int StatBlockAssembler::settleHeader()
 {
     if (m_trapMode) {
-        if (m_section == CountermeasuresSection && m_line.endsInFullStop())
+        if (m_section == PowerSection::Countermeasures && m_line.endsInFullStop())
             return POWER_DETAIL;
         // Two headings of one attack.
         if (isOnly(m_line, TokenKind::Trigger) && hasAhead(0)

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "power.h"
+
 namespace {
 
 using StatBlockClassifier::Context;
@@ -285,22 +287,22 @@ int StatBlockClassifier::sectionOf(int tokenKind)
 {
     switch (tokenKind) {
     case TokenKind::Traits:
-        return 4;
+        return PowerSection::Traits;
     case TokenKind::Standard:
-        return 5;
+        return PowerSection::Standard;
     case TokenKind::Move:
-        return 6;
+        return PowerSection::Move;
     case TokenKind::Minor:
-        return 7;
+        return PowerSection::Minor;
     case TokenKind::Free:
-        return 8;
+        return PowerSection::Free;
     case TokenKind::Triggered:
-        return 9;
+        return PowerSection::Triggered;
     case TokenKind::Countermeasures:
-        return 10;
+        return PowerSection::Countermeasures;
     case TokenKind::Other:
-        return 11;
+        return PowerSection::Other;
     default:
-        return 0;
+        return PowerSection::None;
     }
 }

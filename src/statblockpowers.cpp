@@ -7,87 +7,55 @@ using namespace LineKind;
 
 namespace {
 
-enum Section {
-    NoSection,
-    OpeningSection, // of a trap's text
-    WarningSection,
-    SkillSection,
-    TraitSection,
-    StandardSection,
-    MoveSection,
-    MinorSection,
-    FreeSection,
-    TriggeredSection,
-    CountermeasuresSection,
-};
-
-enum Icon {
-    NoIcon,
-    WeaponIcon,
-    RangedWeaponIcon,
-    BasicMeleeIcon,
-    MeleeIcon,
-    BasicRangedIcon,
-    RangedIcon,
-    BasicAreaIcon,
-    AreaIcon,
-    BasicCloseIcon,
-    CloseIcon,
-    AuraIcon,
-    TrapIcon,
-    SecondaryIcon,
-    TextIcon,
-};
-
-Icon iconOfLetter(int kind)
+PowerIcon::Code iconOfLetter(int kind)
 {
     switch (kind) {
     case TokenKind::LowerM:
-        return BasicMeleeIcon;
+        return PowerIcon::BasicMelee;
     case TokenKind::UpperM:
-        return MeleeIcon;
+        return PowerIcon::Melee;
     case TokenKind::LowerR:
-        return BasicRangedIcon;
+        return PowerIcon::BasicRanged;
     case TokenKind::UpperR:
-        return RangedIcon;
+        return PowerIcon::Ranged;
     case TokenKind::LowerA:
-        return BasicAreaIcon;
+        return PowerIcon::BasicArea;
     case TokenKind::UpperA:
-        return AreaIcon;
+        return PowerIcon::Area;
     case TokenKind::LowerC:
-        return BasicCloseIcon;
+        return PowerIcon::BasicClose;
     case TokenKind::UpperC:
-        return CloseIcon;
+        return PowerIcon::Close;
     case TokenKind::LowerO:
     case TokenKind::UpperO:
-        return AuraIcon;
+        return PowerIcon::Aura;
     case TokenKind::LowerX:
-        return TrapIcon;
+        return PowerIcon::Trap;
     default:
-        return NoIcon;
+        return PowerIcon::None;
     }
 }
 
-Section sectionOfAction(int kind, int next)
+PowerSection::Code sectionOfAction(int kind, int next)
 {
     switch (kind) {
     case TokenKind::Standard:
     case TokenKind::Std:
-        return StandardSection;
+        return PowerSection::Standard;
     case TokenKind::Move:
-        return MoveSection;
+        return PowerSection::Move;
     case TokenKind::Minor:
-        return MinorSection;
+        return PowerSection::Minor;
     case TokenKind::Free:
-        return FreeSection;
+        return PowerSection::Free;
     case TokenKind::Immediate:
     case TokenKind::Imm:
         return next == TokenKind::Int
                 || TokenKind::isIn(next, TokenKind::Interrupt, TokenKind::Reac)
-            ? TriggeredSection
-            : NoSection;
+            ? PowerSection::Triggered
+            : PowerSection::None;
     default:
-        return NoSection;
+        return PowerSection::None;
     }
 }
 
@@ -187,7 +155,7 @@ StatBlockPowers::StatBlockPowers(StatBlockAssembler &lines, CreatureData &record
 void StatBlockPowers::readPower(bool isTrait)
 {
     Power power;
-    power.section = isTrait ? TraitSection : m_lines.section();
+    power.section = isTrait ? PowerSection::Traits : m_lines.section();
     const bool hasLetter = !isTrait && readIconLetter(power);
     if (m_lines.isTrap())
         placeInTrap(power);
@@ -204,14 +172,14 @@ void StatBlockPowers::readPower(bool isTrait)
 bool StatBlockPowers::readIconLetter(Power &power)
 {
     StatBlockLine &line = m_lines.line();
-    const Icon icon = iconOfLetter(line.current().kind);
-    if (icon == NoIcon)
+    const PowerIcon::Code icon = iconOfLetter(line.current().kind);
+    if (icon == PowerIcon::None)
         return false;
     line.take();
     power.icon = icon;
-    if (icon == BasicMeleeIcon || icon == MeleeIcon)
+    if (icon == PowerIcon::BasicMelee || icon == PowerIcon::Melee)
         m_firstMelee = false;
-    if (icon == BasicRangedIcon || icon == RangedIcon)
+    if (icon == PowerIcon::BasicRanged || icon == PowerIcon::Ranged)
         m_firstRanged = false;
     return true;
 }
@@ -221,10 +189,12 @@ void StatBlockPowers::placeInTrap(Power &power)
     const StatBlockLine &line = m_lines.line();
     const int first = line.first().kind;
     if (line.size() < 5 && first == TokenKind::Trigger)
-        power.section = TriggeredSection;
-    const bool isOpening = power.section >= OpeningSection && power.section <= SkillSection;
-    if (isOpening && power.icon == NoIcon)
-        power.section = TokenKind::isSkillOrPerception(first) ? SkillSection : WarningSection;
+        power.section = PowerSection::Triggered;
+    const bool isOpening =
+        power.section >= PowerSection::TrapOpening && power.section <= PowerSection::TrapSkills;
+    if (isOpening && power.icon == PowerIcon::None)
+        power.section = TokenKind::isSkillOrPerception(first) ? PowerSection::TrapSkills
+                                                              : PowerSection::TrapWarning;
 }
 
 // The next token of the header, judged as to how the power is used.
@@ -331,20 +301,20 @@ void StatBlockPowers::addRecharge(TokenText &text, int kind)
 
 void StatBlockPowers::testUsage(Power &power, int kind, const Token &next)
 {
-    if (power.section == NoSection)
+    if (power.section == PowerSection::None)
         power.section = sectionOfAction(kind, next.kind);
     if (const int usage = usageOf(kind, next); usage != 0)
         power.usageKind = usage;
     if (kind == TokenKind::Aura && next.kind == TokenKind::Number) {
-        if (power.section == NoSection)
-            power.section = TraitSection;
-        if (power.icon == NoIcon)
-            power.icon = AuraIcon;
+        if (power.section == PowerSection::None)
+            power.section = PowerSection::Traits;
+        if (power.icon == PowerIcon::None)
+            power.icon = PowerIcon::Aura;
     }
-    if (kind == TokenKind::Weapon && power.icon == NoIcon)
-        power.icon = WeaponIcon;
-    if (TokenKind::isRangedWeapon(kind) && power.icon < BasicMeleeIcon)
-        power.icon = RangedWeaponIcon;
+    if (kind == TokenKind::Weapon && power.icon == PowerIcon::None)
+        power.icon = PowerIcon::Weapon;
+    if (TokenKind::isRangedWeapon(kind) && power.icon < PowerIcon::BasicMelee)
+        power.icon = PowerIcon::RangedWeapon;
 }
 
 // --- the lines below a header ---
@@ -358,7 +328,7 @@ void StatBlockPowers::readDetails(Power &power, bool isTrait)
         const StatBlockLine &line = m_lines.line();
         const bool isLabel = mendLabel() || isLabelKind(m_lines.lineKind());
         if (isFirst && isLabel && line.first().kind == TokenKind::Secondary)
-            power.icon = SecondaryIcon;
+            power.icon = PowerIcon::Secondary;
         isFirst = false;
         for (int i = 0; i < line.size() && !isTrait; ++i)
             testWeapon(power, line.kindAt(i));
@@ -384,13 +354,13 @@ void StatBlockPowers::addAction(Power &power, bool isFirst)
     const StatBlockLine &line = m_lines.line();
     switch (m_lines.lineKind()) {
     case TRAP_DETAIL_STANDARD:
-        power.section = StandardSection;
+        power.section = PowerSection::Standard;
         break;
     case TRAP_DETAIL_FREE:
-        power.section = FreeSection;
+        power.section = PowerSection::Free;
         break;
     default:
-        power.section = TriggeredSection;
+        power.section = PowerSection::Triggered;
     }
     int end = 0;
     while (end < line.size() && line.kindAt(end) != TokenKind::Number
@@ -405,25 +375,25 @@ void StatBlockPowers::addAction(Power &power, bool isFirst)
 
 void StatBlockPowers::testWeapon(Power &power, int kind)
 {
-    if (power.icon > RangedWeaponIcon)
+    if (power.icon > PowerIcon::RangedWeapon)
         return;
     switch (kind) {
     case TokenKind::Melee:
     case TokenKind::Reach:
-        power.icon = takeFirst(m_firstMelee, BasicMeleeIcon);
+        power.icon = takeFirst(m_firstMelee, PowerIcon::BasicMelee);
         break;
     case TokenKind::Ranged:
-        power.icon = takeFirst(m_firstRanged, BasicRangedIcon);
+        power.icon = takeFirst(m_firstRanged, PowerIcon::BasicRanged);
         break;
     case TokenKind::Close:
-        power.icon = CloseIcon;
+        power.icon = PowerIcon::Close;
         break;
     case TokenKind::Area:
-        power.icon = AreaIcon;
+        power.icon = PowerIcon::Area;
         break;
     case TokenKind::Number:
-        if (power.icon == NoIcon)
-            power.icon = WeaponIcon;
+        if (power.icon == PowerIcon::None)
+            power.icon = PowerIcon::Weapon;
         break;
     default:
         break;
@@ -439,16 +409,16 @@ int StatBlockPowers::takeFirst(bool &isFirst, int icon)
 void StatBlockPowers::settleIcon(Power &power, bool isTrait, bool hasLetter)
 {
     if (isTrait) {
-        if (power.icon != AuraIcon)
-            power.icon = NoIcon;
+        if (power.icon != PowerIcon::Aura)
+            power.icon = PowerIcon::None;
         return;
     }
-    if (power.icon == WeaponIcon)
-        power.icon = takeFirst(m_firstMelee, BasicMeleeIcon);
-    else if (power.icon == RangedWeaponIcon)
-        power.icon = takeFirst(m_firstRanged, BasicRangedIcon);
+    if (power.icon == PowerIcon::Weapon)
+        power.icon = takeFirst(m_firstMelee, PowerIcon::BasicMelee);
+    else if (power.icon == PowerIcon::RangedWeapon)
+        power.icon = takeFirst(m_firstRanged, PowerIcon::BasicRanged);
     // Where a bullet stands before the XP, a dot marks the basic attacks.
-    if (m_lines.hasBulletXp() && hasLetter && power.icon <= CloseIcon)
+    if (m_lines.hasBulletXp() && hasLetter && power.icon <= PowerIcon::Close)
         power.icon += power.icon % 2 == 1 ? 1 : -1;
 }
 
@@ -475,22 +445,23 @@ void StatBlockPowers::readText()
     const int kind = m_lines.lineKind();
     const int section = m_lines.section();
     const bool isSkill = kind >= TRAP_DETAIL_SKILL && kind <= TRAP_DETAIL_DC;
-    if (isSkill && (section == OpeningSection || section == WarningSection))
-        m_lines.setSection(SkillSection);
-    if (kind == POWER_DETAIL_W_TRAP && section == OpeningSection)
-        m_lines.setSection(WarningSection);
+    if (isSkill && (section == PowerSection::TrapOpening || section == PowerSection::TrapWarning))
+        m_lines.setSection(PowerSection::TrapSkills);
+    if (kind == POWER_DETAIL_W_TRAP && section == PowerSection::TrapOpening)
+        m_lines.setSection(PowerSection::TrapWarning);
     if (kind == TRAP_DETAIL_SKILL_DC)
         m_lastSkill = line.first();
     if (kind == TRAP_DETAIL_DC && m_lastSkill.kind != TokenKind::End)
         line.insert(0, m_lastSkill);
 
     Power power;
-    power.icon = TextIcon;
+    power.icon = PowerIcon::Text;
     power.section = m_lines.section();
     do {
         power.details.append(paragraph());
         m_lines.advance();
-    } while (m_lines.lineKind() == POWER_DETAIL && m_lines.section() != CountermeasuresSection);
+    } while (m_lines.lineKind() == POWER_DETAIL
+             && m_lines.section() != PowerSection::Countermeasures);
     insertPower(m_record, std::move(power));
 }
 
