@@ -2,7 +2,11 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
 #include <QDir>
+#include <QMenu>
+#include <QPainter>
 #include <QTableView>
 #include <QTest>
 #include <QTimer>
@@ -16,6 +20,9 @@ namespace {
 
 // Long enough for a repaint and for the refresh tick's panels not to matter to a reader.
 constexpr int SettleMilliseconds = 200;
+// Of a step that nobody looks at: a dialog has opened and has the focus.
+constexpr int UnseenMilliseconds = 20;
+constexpr int MostRepeats = 100;
 
 QWidget *focusedWidget(QWidget *fallback)
 {
@@ -48,7 +55,17 @@ Tour::Tour(MainWindow *window, const QString &folder, int firstNumber)
 
 void Tour::step(const QString &name, std::function<void()> act)
 {
-    m_steps.push_back({name, std::move(act)});
+    m_steps.push_back({name, std::move(act), nullptr});
+}
+
+void Tour::step(std::function<void()> act)
+{
+    m_steps.push_back({QString(), std::move(act), nullptr});
+}
+
+void Tour::repeat(std::function<bool()> until, std::function<void()> act)
+{
+    m_steps.push_back({QString(), std::move(act), std::move(until)});
 }
 
 void Tour::start()
@@ -58,16 +75,27 @@ void Tour::start()
 
 void Tour::next()
 {
-    if (m_next > 0 && !m_steps[m_next - 1].name.isEmpty())
+    if (m_repeats == 0 && m_next > 0 && !m_steps[m_next - 1].name.isEmpty())
         savePicture(m_steps[m_next - 1].name);
+    while (m_succeeded && m_next < m_steps.size() && m_steps[m_next].until
+           && m_steps[m_next].until()) {
+        ++m_next;
+        m_repeats = 0;
+    }
     if (m_next == m_steps.size() || !m_succeeded) {
         QCoreApplication::exit();
         return;
     }
+    const Step &step = m_steps[m_next];
     // Set first: a step that opens a dialog stays in the dialog's own loop, which runs the next
     // one.
-    QTimer::singleShot(SettleMilliseconds, this, &Tour::next);
-    m_steps[m_next++].act();
+    QTimer::singleShot(step.name.isEmpty() ? UnseenMilliseconds : SettleMilliseconds, this,
+                       &Tour::next);
+    if (!step.until)
+        ++m_next;
+    else if (++m_repeats > MostRepeats)
+        fail(QStringLiteral("repeated without end"));
+    step.act();
 }
 
 void Tour::savePicture(const QString &name)
@@ -75,11 +103,14 @@ void Tour::savePicture(const QString &name)
     QWidget *shown = QApplication::activeModalWidget();
     if (!shown)
         shown = m_window;
+    QPixmap picture = shown->grab();
+    if (QWidget *menu = QApplication::activePopupWidget())
+        QPainter(&picture).drawPixmap(shown->mapFromGlobal(menu->pos()), menu->grab());
     const QString path = QStringLiteral("%1/%2-%3.png")
                              .arg(m_folder)
                              .arg(m_number++, 2, 10, QLatin1Char('0'))
                              .arg(name);
-    if (!shown->grab().save(path))
+    if (!picture.save(path))
         fail(QStringLiteral("cannot save %1").arg(path));
     else
         std::printf("%s\n", qPrintable(path));
@@ -112,7 +143,7 @@ void Tour::clickButton(const QString &text)
     fail(QStringLiteral("no button \"%1\"").arg(text));
 }
 
-void Tour::clickRow(const QString &text, int column, Qt::KeyboardModifiers modifiers)
+void Tour::clickRow(const QString &text, int column, Qt::MouseButton button)
 {
     const auto tables = m_window->findChildren<QTableView *>();
     for (QTableView *table : tables) {
@@ -123,7 +154,7 @@ void Tour::clickRow(const QString &text, int column, Qt::KeyboardModifiers modif
             for (int i = 0; i < model->columnCount(); ++i) {
                 if (plainCell(model->index(row, i)) != text)
                     continue;
-                clickCell(table, model->index(row, column), modifiers);
+                clickCell(table, model->index(row, column), button);
                 return;
             }
         }
@@ -136,18 +167,77 @@ void Tour::clickEvent(int index)
     const auto tables = m_window->findChildren<QTableView *>();
     for (QTableView *table : tables) {
         if (table->isVisible() && qobject_cast<EventListModel *>(table->model())) {
-            clickCell(table, table->model()->index(index, 0), Qt::NoModifier);
+            clickCell(table, table->model()->index(index, 0), Qt::LeftButton);
             return;
         }
     }
     fail(QStringLiteral("no history"));
 }
 
-void Tour::clickCell(QTableView *table, const QModelIndex &index, Qt::KeyboardModifiers modifiers)
+void Tour::clickCell(QTableView *table, const QModelIndex &index, Qt::MouseButton button)
 {
     table->scrollTo(index);
-    QTest::mouseClick(table->viewport(), Qt::LeftButton, modifiers,
-                      table->visualRect(index).center());
+    QTest::mouseClick(table->viewport(), button, Qt::NoModifier, table->visualRect(index).center());
+}
+
+void Tour::clickEntry(const QString &text)
+{
+    auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+    const QList<QAction *> entries = menu ? menu->actions() : QList<QAction *>();
+    for (QAction *entry : entries) {
+        if (withoutMnemonic(entry->text()) == text) {
+            QTest::mouseClick(menu, Qt::LeftButton, Qt::NoModifier,
+                              menu->actionGeometry(entry).center());
+            m_window->activateWindow();
+            return;
+        }
+    }
+    fail(QStringLiteral("no entry \"%1\"").arg(text));
+}
+
+template <typename Field>
+Field *Tour::focusField(const QString &name)
+{
+    const QWidgetList tops = QApplication::topLevelWidgets();
+    for (QWidget *top : tops) {
+        auto *field = top->findChild<Field *>(name);
+        if (field && field->isVisible() && field->isEnabled()) {
+            field->setFocus(Qt::TabFocusReason);
+            return field;
+        }
+    }
+    fail(QStringLiteral("no field \"%1\"").arg(name));
+    return nullptr;
+}
+
+void Tour::enter(const QString &field, const QString &text)
+{
+    if (auto *box = focusField<QWidget>(field)) {
+        QTest::keyClick(box, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClicks(box, text);
+    }
+}
+
+void Tour::choose(const QString &field, const QString &text)
+{
+    auto *box = focusField<QComboBox>(field);
+    if (!box)
+        return;
+    QTest::keyClick(box, Qt::Key_Space);
+    QTest::keyClick(box->view(), Qt::Key_Home);
+    for (int i = 1; i < box->count() && box->view()->currentIndex().data() != text; ++i)
+        QTest::keyClick(box->view(), Qt::Key_Down);
+    QTest::keyClick(box->view(), Qt::Key_Return);
+    box->activateWindow(); // the offscreen platform leaves no window active behind a list or menu
+    expect(box->currentText() == text, QStringLiteral("\"%1\" in %2").arg(text, field));
+}
+
+void Tour::check(const QString &field, bool checked)
+{
+    auto *box = focusField<QCheckBox>(field);
+    if (box && box->isChecked() != checked)
+        QTest::keyClick(box, Qt::Key_Space);
+    expect(box && box->isChecked() == checked, QStringLiteral("%1 set").arg(field));
 }
 
 void Tour::expect(bool holds, const QString &what)

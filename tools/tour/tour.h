@@ -18,9 +18,12 @@ public:
     // Pictures go to `folder`, numbered from `firstNumber`. The window stays the caller's.
     Tour(MainWindow *window, const QString &folder, int firstNumber);
 
-    // `name` becomes the picture's file name; it is taken when the step's doings have settled. An
-    // empty name takes none.
+    // `name` becomes the picture's file name; it is taken when the step's doings have settled.
     void step(const QString &name, std::function<void()> act);
+    // Without a picture.
+    void step(std::function<void()> act);
+    // Any number of times, none included, until it holds; it fails when it never does.
+    void repeat(std::function<bool()> until, std::function<void()> act);
     // Starts with the next turn of the event loop; the application quits after the last step.
     void start();
     // False when a step didn't find what it wanted.
@@ -33,14 +36,22 @@ public:
     // A visible button of the windows, by its text without mnemonics.
     void clickButton(const QString &text);
     // A cell of the table that shows `text` in one of its columns.
-    void clickRow(const QString &text, int column,
-                  Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void clickRow(const QString &text, int column, Qt::MouseButton button = Qt::LeftButton);
+    // An entry of the menu that is open.
+    void clickEntry(const QString &text);
     // A line of the history.
     void clickEvent(int index);
+    // The fields of a form, by their object names.
+    void enter(const QString &field, const QString &text);
+    void choose(const QString &field, const QString &text);
+    void check(const QString &field, bool checked);
     void expect(bool holds, const QString &what);
 
 private:
-    void clickCell(QTableView *table, const QModelIndex &index, Qt::KeyboardModifiers modifiers);
+    void clickCell(QTableView *table, const QModelIndex &index, Qt::MouseButton button);
+    // The visible and enabled field with the focus in it, as Tab gives it. Null is a failure.
+    template <typename Field>
+    Field *focusField(const QString &name);
     void next();
     void savePicture(const QString &name);
     void fail(const QString &reason);
@@ -48,11 +59,13 @@ private:
     struct Step {
         QString name;
         std::function<void()> act;
+        std::function<bool()> until; // null: once
     };
     MainWindow *m_window;
     QString m_folder;
     int m_number;
     std::vector<Step> m_steps;
     size_t m_next = 0;
+    int m_repeats = 0; // of the next step
     bool m_succeeded = true;
 };
