@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QFile>
 #include <QTemporaryDir>
 #include <cstdio>
 
@@ -22,7 +23,7 @@ bool play(const QString &folder, int &number, QStringList &summary, Chapters... 
     findDataFolder();
     window.show();
     // The same pictures on a screen of any size.
-    window.resize(1320, 760);
+    window.resize(1360, 860);
     Tour tour(&window, folder, number);
     if (!summary.isEmpty()) {
         tour.step(QStringLiteral("started-again"),
@@ -46,6 +47,17 @@ void useHome(const QString &home)
     QDir(home).mkpath(QStringLiteral("Documents"));
 }
 
+// The offscreen platform's own screen is too small for the window as it opens on a desk.
+void useRoomyScreen(const QString &folder)
+{
+    QFile file(folder + QStringLiteral("/screen.json"));
+    if (!file.open(QIODevice::WriteOnly))
+        return;
+    file.write(R"({"screens": [{"name": "desk", "x": 0, "y": 0, "width": 1600, "height": 1000,
+        "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})");
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + file.fileName().toLocal8Bit());
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -62,6 +74,8 @@ int main(int argc, char **argv)
     if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
         && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (qgetenv("QT_QPA_PLATFORM") == "offscreen")
+        useRoomyScreen(home.path());
 
     QApplication app(argc, argv);
     app.setOrganizationName(QStringLiteral("Tolbrick"));

@@ -73,8 +73,22 @@ void Tour::start()
     QTimer::singleShot(SettleMilliseconds, this, &Tour::next);
 }
 
+QWidget *Tour::shownWindow() const
+{
+    QWidget *dialog = QApplication::activeModalWidget();
+    return dialog ? dialog : m_window;
+}
+
 void Tour::next()
 {
+    // Behind a list, menu or dialog that has closed, some platforms leave no window active.
+    m_activating =
+        !m_activating && !QApplication::activePopupWidget() && !shownWindow()->isActiveWindow();
+    if (m_activating) {
+        shownWindow()->activateWindow();
+        QTimer::singleShot(UnseenMilliseconds, this, &Tour::next);
+        return;
+    }
     if (m_repeats == 0 && m_next > 0 && !m_steps[m_next - 1].name.isEmpty())
         savePicture(m_steps[m_next - 1].name);
     while (m_succeeded && m_next < m_steps.size() && m_steps[m_next].until
@@ -100,9 +114,7 @@ void Tour::next()
 
 void Tour::savePicture(const QString &name)
 {
-    QWidget *shown = QApplication::activeModalWidget();
-    if (!shown)
-        shown = m_window;
+    QWidget *shown = shownWindow();
     QPixmap picture = shown->grab();
     if (QWidget *menu = QApplication::activePopupWidget())
         QPainter(&picture).drawPixmap(shown->mapFromGlobal(menu->pos()), menu->grab());
@@ -188,7 +200,6 @@ void Tour::clickEntry(const QString &text)
         if (withoutMnemonic(entry->text()) == text) {
             QTest::mouseClick(menu, Qt::LeftButton, Qt::NoModifier,
                               menu->actionGeometry(entry).center());
-            m_window->activateWindow();
             return;
         }
     }
@@ -228,7 +239,6 @@ void Tour::choose(const QString &field, const QString &text)
     for (int i = 1; i < box->count() && box->view()->currentIndex().data() != text; ++i)
         QTest::keyClick(box->view(), Qt::Key_Down);
     QTest::keyClick(box->view(), Qt::Key_Return);
-    box->activateWindow(); // the offscreen platform leaves no window active behind a list or menu
     expect(box->currentText() == text, QStringLiteral("\"%1\" in %2").arg(text, field));
 }
 

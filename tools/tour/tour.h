@@ -9,6 +9,7 @@
 class MainWindow;
 class QModelIndex;
 class QTableView;
+class QWidget;
 
 // One run of the program: from the window's first show to its close.
 class Tour : public QObject {
@@ -52,6 +53,8 @@ private:
     // The visible and enabled field with the focus in it, as Tab gives it. Null is a failure.
     template <typename Field>
     Field *focusField(const QString &name);
+    // The dialog on top, or the main window.
+    QWidget *shownWindow() const;
     void next();
     void savePicture(const QString &name);
     void fail(const QString &reason);
@@ -67,5 +70,6 @@ private:
     std::vector<Step> m_steps;
     size_t m_next = 0;
     int m_repeats = 0; // of the next step
+    bool m_activating = false;
     bool m_succeeded = true;
 };
