@@ -29,11 +29,7 @@ private Q_SLOTS:
 private:
     void rest(const std::function<void(ShortRestDialog &)> &work)
     {
-        Answer answer(inFlatDialog<ShortRestDialog>([&work](ShortRestDialog &dialog) {
-            work(dialog);
-            if (QTest::currentTestFailed())
-                dialog.reject();
-        }));
+        Answer answer(inFlatDialog<ShortRestDialog>(work));
         m_fight->action("shortRest")->trigger();
         QVERIFY(answer.wasAnswered);
     }
