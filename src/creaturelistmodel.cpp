@@ -236,6 +236,7 @@ void CreatureListModel::connectView()
     connect(m_view, &CreatureTableView::itemClicked, this, &CreatureListModel::onInitListClicked);
     connect(m_view, &QAbstractItemView::doubleClicked, this,
             &CreatureListModel::onInternalDoubleClick);
+    connect(m_view, &CreatureTableView::menuRequested, this, &CreatureListModel::openContextMenu);
 }
 
 void CreatureListModel::writeSettings()
@@ -362,7 +363,7 @@ void CreatureListModel::onInitListClicked(const QModelIndex &index)
         if (!theMainWindow->isRowSelected(row))
             break;
         if (pressedForMenu())
-            openContextMenu();
+            openContextMenu(QCursor::pos());
         else
             theMainWindow->onAddConditionOrEffect();
         break;
@@ -385,7 +386,7 @@ bool CreatureListModel::pressedForMenu() const
         || (m_pressedButtons.testFlag(Qt::LeftButton) && commandKey);
 }
 
-void CreatureListModel::openContextMenu()
+void CreatureListModel::openContextMenu(const QPoint &globalPosition)
 {
     const QList<Creature *> selected = theMainWindow->selectedCreatures();
     const Creature *current = m_encounter ? m_encounter->current() : nullptr;
@@ -417,7 +418,7 @@ void CreatureListModel::openContextMenu()
     for (const Entry &entry : std::as_const(entries))
         menu.addAction(withoutMnemonic(entry.text));
     // After the menu's own loop has ended: most entries run one of their own.
-    const qsizetype chosen = menu.actions().indexOf(menu.exec(QCursor::pos()));
+    const qsizetype chosen = menu.actions().indexOf(menu.exec(globalPosition));
     if (chosen >= 0)
         entries.at(chosen).run();
 }

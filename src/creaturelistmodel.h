@@ -77,8 +77,8 @@ private:
     void reportSelection();
     // The press of the last click asked for the menu.
     bool pressedForMenu() const;
-    // What can be done with the selection, at the cursor.
-    void openContextMenu();
+    // What can be done with the selection.
+    void openContextMenu(const QPoint &globalPosition);
 
     // Brings the rows that the view knows in line with the encounter.
     void syncRows();

@@ -1,6 +1,7 @@
 #include "creaturetableview.h"
 
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QMouseEvent>
@@ -59,6 +60,7 @@ void CreatureTableView::mousePressEvent(QMouseEvent *event)
     QTableView::mousePressEvent(event);
     setAutoScroll(true);
     m_pressed = indexAt(event->position().toPoint());
+    m_lastPressed = m_pressed;
 }
 
 void CreatureTableView::mouseReleaseEvent(QMouseEvent *event)
@@ -81,8 +83,23 @@ void CreatureTableView::mouseDoubleClickEvent(QMouseEvent *event)
         mousePressEvent(&press);
         return;
     }
-    QTableView::mouseDoubleClickEvent(event);
+    // Where the first click took its row away, the second would select the next.
+    if (m_lastPressed.isValid())
+        QTableView::mouseDoubleClickEvent(event);
     m_pressed = QModelIndex();
+}
+
+void CreatureTableView::contextMenuEvent(QContextMenuEvent *event)
+{
+    const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
+    if (!isByKey || !selectionModel() || !selectionModel()->hasSelection()) {
+        QTableView::contextMenuEvent(event);
+        return;
+    }
+    const int row = selectedRows().first();
+    scrollToRow(row);
+    const QRect cell = visualRect(model()->index(row, CreatureListModel::NameColumn));
+    Q_EMIT menuRequested(viewport()->mapToGlobal((cell & viewport()->rect()).bottomLeft()));
 }
 
 bool CreatureTableView::focusNextPrevChild(bool next)

@@ -18,8 +18,11 @@ Q_SIGNALS:
     // A press and release of the left or right button on one cell. The second click of a double
     // click doesn't count: where the first one took its row away, it would hit the next.
     void itemClicked(const QModelIndex &index);
+    // The keyboard asks for the menu of the selection, which isn't empty.
+    void menuRequested(const QPoint &globalPosition);
 
 protected:
+    void contextMenuEvent(QContextMenuEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
@@ -42,4 +45,5 @@ private:
 
     int m_lastPressX = 1000; // of the last press; kept for nothing yet
     QPersistentModelIndex m_pressed; // the cell whose release makes a click
+    QPersistentModelIndex m_lastPressed; // invalid once its row has gone
 };

@@ -69,7 +69,8 @@ private:
     // "menu", "form" or nothing.
     static QString whatBlocks();
     void setRoster(int monsters) const;
-    // Right-clicks on the conditions of the row and chooses the entry, if any; gives all entries.
+    // Right-clicks on the conditions of the row, or with -1 presses the menu key, and chooses the
+    // entry, if any; gives all entries.
     QStringList menu(int row, const QString &entry = {}) const;
 
     std::unique_ptr<WindowFixture> m_fixture;
@@ -474,6 +475,7 @@ void TestList::doubleClickActsOnce()
     doubleClick(2, Model::IconColumn);
     QVERIFY(!theEncounter->contains(dead.at(0)));
     QVERIFY(theEncounter->contains(dead.at(1)));
+    QVERIFY(m_view->selectedRows().isEmpty());
     // To select a corpse by a right click doesn't bury it.
     click(2, Model::IconColumn, Qt::RightButton);
     QVERIFY(theEncounter->contains(dead.at(1)));
@@ -492,7 +494,11 @@ QStringList TestList::menu(int row, const QString &entry) const
         }
         QTest::keyClick(menu, entry.isEmpty() ? Qt::Key_Escape : Qt::Key_Return);
     });
-    click(row, Model::EffectsColumn, Qt::RightButton);
+    QContextMenuEvent byKey(QContextMenuEvent::Keyboard, {}, {});
+    if (row < 0)
+        QCoreApplication::sendEvent(m_view, &byKey);
+    else
+        click(row, Model::EffectsColumn, Qt::RightButton);
     return entries;
 }
 
@@ -551,6 +557,7 @@ void TestList::menuActsOnTheSelection()
     expected.removeAt(1);
     expected.replace(4, QStringLiteral("Hide Alias"));
     QCOMPARE(menu(2), expected);
+    QCOMPARE(menu(-1), expected);
 }
 
 void TestList::scrollsToTheCurrentCreature()
