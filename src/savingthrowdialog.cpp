@@ -7,6 +7,9 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 
 #include "creature.h"
 #include "dice.h"
@@ -22,6 +25,8 @@ constexpr int Columns = 3;
 constexpr int EffectWidth = 100; // pixels, at least
 constexpr int WidestEffect = 300; // a longer text wraps
 constexpr int EffectStretch = 10;
+constexpr int LeastRowsHeight = 100; // pixels
+constexpr int FrameHeight = 40; // pixels, of the window's title and frame
 constexpr int Sides = 20;
 constexpr int Target = 10; // of death saves too; a natural 1 or 20 is a roll like any other
 
@@ -43,14 +48,44 @@ SavingThrowDialog::SavingThrowDialog(const Creature *creature, const QList<Effec
     grid->setSpacing(Spacing);
     // Or a tall dialog would be cut down to two thirds of the screen, and its texts with it.
     grid->setSizeConstraint(QLayout::SetFixedSize);
-    grid->setColumnStretch(0, EffectStretch);
     grid->addWidget(
         label(tr("Saving Throws for <b>%1</b>:").arg(creature->displayName().toHtmlEscaped())), 0,
         0, 1, Columns);
     grid->addWidget(modificationsBox(text, modifier, isComplex), 1, 0, 1, Columns);
+    QScrollArea *rows = rowArea(effects, modifier);
+    grid->addWidget(rows, 2, 0, 1, Columns);
+    grid->addWidget(buttons(), 3, 0, 1, Columns);
+    fitToScreen(rows);
+}
+
+QScrollArea *SavingThrowDialog::rowArea(const QList<Effect *> &effects, int modifier)
+{
+    auto *grid = new QGridLayout;
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setSpacing(Spacing);
+    grid->setColumnStretch(0, EffectStretch);
     for (const Effect *effect : effects)
         addRow(grid, effect, modifier);
-    grid->addWidget(buttons(), grid->rowCount(), 0, 1, Columns);
+    auto *area = new QScrollArea;
+    area->setFrameShape(QFrame::NoFrame);
+    area->setFocusPolicy(Qt::NoFocus);
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    area->setWidgetResizable(true);
+    area->setWidget(wrap(grid));
+    area->setMinimumSize(area->widget()->sizeHint());
+    area->setMaximumHeight(area->minimumHeight());
+    return area;
+}
+
+// More rows than the screen has room for are scrolled.
+void SavingThrowDialog::fitToScreen(QScrollArea *rows)
+{
+    const int room = screen()->availableGeometry().height() - FrameHeight;
+    const int overflow = layout()->totalSizeHint().height() - room;
+    if (overflow <= 0)
+        return;
+    rows->setFixedHeight(qMax(LeastRowsHeight, rows->minimumHeight() - overflow));
+    rows->setMinimumWidth(rows->minimumWidth() + rows->verticalScrollBar()->sizeHint().width());
 }
 
 QWidget *SavingThrowDialog::modificationsBox(const QString &text, int modifier, bool isComplex)

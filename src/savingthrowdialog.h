@@ -11,6 +11,7 @@ class Effect;
 class QCheckBox;
 class QDialogButtonBox;
 class QGridLayout;
+class QScrollArea;
 
 // Without `mayCancel` there is no Cancel, and Escape or the frame's close button accept what the
 // boxes say. In any case closing `parent` rejects the dialog, as nobody was there to confirm it.
@@ -33,8 +34,10 @@ protected:
 
 private:
     QWidget *modificationsBox(const QString &text, int modifier, bool isComplex);
+    QScrollArea *rowArea(const QList<Effect *> &effects, int modifier);
     void addRow(QGridLayout *grid, const Effect *effect, int modifier);
     QDialogButtonBox *buttons();
+    void fitToScreen(QScrollArea *rows);
 
     QList<Effect *> m_effects;
     QList<QCheckBox *> m_checks;

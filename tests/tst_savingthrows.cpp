@@ -1,6 +1,8 @@
 // links: morvane_ui
 // Saving throws at the end of a turn: the dialog, the events that follow, and the way to death.
 #include <QCheckBox>
+#include <QScreen>
+#include <QScrollArea>
 
 #include "dice.h"
 #include "effect.h"
@@ -20,6 +22,7 @@ private Q_SLOTS:
 
     void rollsShowTheirResult();
     void namesAreNoMarkup();
+    void manyRowsStayOnTheScreen();
     void boxesDecide();
     void waysOut_data();
     void waysOut();
@@ -158,6 +161,27 @@ void SavingThrowsTest::namesAreNoMarkup()
         QStringLiteral("Saving Throws for <b>%1</b>:").arg(m_rat->displayName().toHtmlEscaped()));
     QCOMPARE(dialog.findChild<QLabel *>(QStringLiteral("effect:0"))->text(),
              QStringLiteral("&lt;s&gt; &amp; rot:"));
+}
+
+// A screen holds about a dozen rows.
+void SavingThrowsTest::manyRowsStayOnTheScreen()
+{
+    QList<Effect *> effects;
+    for (int i = 0; i < 40; ++i) {
+        add(m_aria, EffectEnd::SaveEnds, qPrintable(QStringLiteral("Curse %1").arg(i)));
+        effects << m_aria->effectAt(i);
+    }
+    const auto height = [&](int count) {
+        SavingThrowDialog dialog(m_aria, effects.mid(0, count), true);
+        dialog.show();
+        const auto *rows = dialog.findChild<QScrollArea *>();
+        const int excess = rows->widget()->height() - rows->viewport()->height();
+        return qMakePair(dialog.height(), excess);
+    };
+    QCOMPARE(height(3).second, 0);
+    const auto [all, excess] = height(40);
+    QVERIFY(excess > 0);
+    QVERIFY(all <= QGuiApplication::primaryScreen()->availableGeometry().height());
 }
 
 void SavingThrowsTest::boxesDecide()
