@@ -221,6 +221,7 @@ void MainWindow::showFlatWidget(QWidget *widget, bool fixed)
     if (widget != m_dialogArea->widget())
         m_dialogArea->takeWidget(); // setWidget() would delete it
     if (widget) {
+        narrowDocks(*widget);
         m_dialogArea->setFixed(fixed);
         m_dialogArea->setWidget(widget);
         m_pages->setCurrentIndex(1);
@@ -230,6 +231,7 @@ void MainWindow::showFlatWidget(QWidget *widget, bool fixed)
         setFocus();
         m_hpBox->setFocusPolicy(Qt::WheelFocus);
         m_pages->setCurrentIndex(0);
+        widenDocks();
     }
     m_hpBox->setEnabled(!widget);
 }
@@ -253,6 +255,14 @@ void MainWindow::keyPressEvent(QKeyEvent *event)
         onHit(); // not the value of a surge, which can't be dealt as damage
     else if (!m_listModel->handleKey(event->key()))
         QMainWindow::keyPressEvent(event);
+}
+
+void MainWindow::showEvent(QShowEvent *event)
+{
+    QMainWindow::showEvent(event);
+    // One that was restored has come up before the window, and would lie below it.
+    if (!event->spontaneous())
+        QTimer::singleShot(0, this, &MainWindow::raiseFloatingDocks);
 }
 
 // The keys of the actions reach them from the HP box too, though a line edit would take Undo, Cut
@@ -325,6 +335,7 @@ void MainWindow::closeEvent(QCloseEvent *event)
     }
     activeAppWindow = this;
     event->accept();
+    widenDocks();
     m_stateAtClose = saveState();
     if (m_activeDialog)
         m_activeDialog->reject();

@@ -145,6 +145,7 @@ public Q_SLOTS:
 protected:
     void closeEvent(QCloseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void showEvent(QShowEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
@@ -199,6 +200,12 @@ private:
     void createMenus();
     void connectSignals();
     void restoreLayout();
+    // Those on either side of the centre.
+    QList<QDockWidget *> sideDocks() const;
+    // Takes from the docks what a form lacks in width; widenDocks() gives it back.
+    void narrowDocks(const QWidget &form);
+    void widenDocks();
+    void raiseFloatingDocks();
 
     // --- states of the actions (mainwindowupdates.cpp); all off while a dialog is active ---
     void updateHistoryActions();
@@ -253,6 +260,8 @@ private:
     bool m_selectedDockOff = false;
     bool m_historyDockOff = false;
     bool m_effectsDockOff = false;
+    // Widths of the docks that gave way to a form.
+    QHash<QDockWidget *, int> m_dockWidths;
     // The end of the program closes the floating docks ahead of the destructor.
     QByteArray m_stateAtClose;
     QStackedWidget *m_pages = nullptr;

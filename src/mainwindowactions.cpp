@@ -1,11 +1,11 @@
 // What the DM's Display is made of: the centre, the actions, menus, tool bars and docks.
 #include <QAction>
 #include <QApplication>
-#include <QDockWidget>
 #include <QHeaderView>
 #include <QLabel>
 #include <QMenuBar>
 #include <QScreen>
+#include <QScrollBar>
 #include <QSettings>
 #include <QSpinBox>
 #include <QStackedWidget>
@@ -19,6 +19,7 @@
 #include "creaturelistmodel.h"
 #include "creaturetableview.h"
 #include "creaturewidget.h"
+#include "dockwidget.h"
 #include "effectlistmodel.h"
 #include "encounter.h"
 #include "eventlistmodel.h"
@@ -31,6 +32,8 @@
 namespace {
 
 constexpr int MaxHPInBox = 500;
+constexpr int HistoryStretch = 100;
+constexpr int PageMargin = 8;
 constexpr QSize DefaultSize(1360, 860);
 constexpr int DockWidth = 310;
 // Heights of a panel and of the list below it.
@@ -73,7 +76,7 @@ void MainWindow::createCentre()
     m_dialogArea->setFrameShape(QFrame::NoFrame);
     auto *dialogPage = new QFrame;
     auto *layout = new QVBoxLayout(dialogPage);
-    layout->setContentsMargins(8, 8, 8, 8);
+    layout->setContentsMargins(PageMargin, PageMargin, PageMargin, PageMargin);
     layout->setSpacing(5);
     layout->addWidget(m_dialogTitle);
     layout->addWidget(m_dialogArea);
@@ -290,6 +293,9 @@ void MainWindow::createDocks()
     list->setFocusPolicy(Qt::NoFocus);
     list->setShowGrid(false);
     list->setWordWrap(false);
+    QSizePolicy policy = list->sizePolicy();
+    policy.setVerticalStretch(HistoryStretch);
+    list->setSizePolicy(policy);
     list->horizontalHeader()->hide();
     list->horizontalHeader()->setStretchLastSection(true);
     list->verticalHeader()->hide();
@@ -344,7 +350,7 @@ void MainWindow::connectPanels()
 QDockWidget *MainWindow::createDock(const QString &name, const QString &title, QWidget *content,
                                     Qt::DockWidgetArea area)
 {
-    auto *dock = new QDockWidget(title, this);
+    auto *dock = new DockWidget(title, this);
     dock->setObjectName(name);
     dock->setWidget(content);
     dock->installEventFilter(this);
@@ -410,4 +416,54 @@ void MainWindow::restoreLayout()
     toggleSelectedWindow();
     toggleHistoryWindow();
     toggleEffectsWindow();
+}
+
+QList<QDockWidget *> MainWindow::sideDocks() const
+{
+    QList<QDockWidget *> docks = findChildren<QDockWidget *>(Qt::FindDirectChildrenOnly);
+    docks.removeIf([this](QDockWidget *dock) {
+        const Qt::DockWidgetArea area = dockWidgetArea(dock);
+        return dock->isFloating() || dock->isHidden()
+            || (area != Qt::LeftDockWidgetArea && area != Qt::RightDockWidgetArea);
+    });
+    return docks;
+}
+
+void MainWindow::narrowDocks(const QWidget &form)
+{
+    const int scrollBar = m_dialogArea->verticalScrollBar()->sizeHint().width();
+    const int needed = form.minimumSizeHint().width() + 2 * PageMargin + scrollBar;
+    const int lack = needed - m_pages->width();
+    const QList<QDockWidget *> docks = sideDocks();
+    QSet<Qt::DockWidgetArea> sides;
+    for (QDockWidget *dock : docks)
+        sides << dockWidgetArea(dock);
+    if (lack <= 0 || docks.isEmpty())
+        return;
+    const int share = (lack + int(sides.size()) - 1) / int(sides.size());
+    QList<int> widths;
+    for (QDockWidget *dock : docks) {
+        m_dockWidths.insert(dock, dock->width());
+        widths << qMax(1, dock->width() - share);
+    }
+    resizeDocks(docks, widths, Qt::Horizontal);
+}
+
+void MainWindow::widenDocks()
+{
+    QList<QDockWidget *> docks = sideDocks();
+    docks.removeIf([this](QDockWidget *dock) { return !m_dockWidths.contains(dock); });
+    QList<int> widths;
+    for (QDockWidget *dock : std::as_const(docks))
+        widths << m_dockWidths.value(dock);
+    resizeDocks(docks, widths, Qt::Horizontal);
+    m_dockWidths.clear();
+}
+
+void MainWindow::raiseFloatingDocks()
+{
+    const QList<QDockWidget *> docks = findChildren<QDockWidget *>(Qt::FindDirectChildrenOnly);
+    for (QDockWidget *dock : docks)
+        if (dock->isFloating() && dock->isVisible())
+            dock->raise();
 }

@@ -47,6 +47,7 @@ private Q_SLOTS:
     void closingOffersToSave();
     void closingEndsTheDialog();
     void layoutIsRemembered();
+    void docksGiveWayToAForm();
 
 private:
     void start() { m_fight->start({30, 20, 10}); }
@@ -566,6 +567,33 @@ void MainWindowTest::layoutIsRemembered()
     QVERIFY(!theMainWindow && !theEncounter && !theHistory);
     m_fight->open();
     QVERIFY(!dock()->isVisible());
+}
+
+void MainWindowTest::docksGiveWayToAForm()
+{
+    MainWindow &window = m_fight->window();
+    window.resize(1000, 700);
+    const QList<QDockWidget *> docks = window.findChildren<QDockWidget *>();
+    const auto widths = [&] {
+        QCoreApplication::processEvents();
+        QList<int> all;
+        for (const QDockWidget *dock : docks)
+            all << dock->width();
+        return all;
+    };
+    window.resizeDocks(docks, QList<int>(docks.size(), 300), Qt::Horizontal);
+    const QList<int> before = widths();
+    for (const char *name : {"shortRest", "conditions"}) {
+        m_fight->click(0);
+        Answer answer(inFlatDialog<FlatDialog>([&](FlatDialog &dialog) {
+            QVERIFY(widths() != before);
+            QVERIFY(dialog.width() <= dialog.parentWidget()->width());
+            QTest::keyClick(&dialog, Qt::Key_Escape);
+        }));
+        m_fight->action(name)->trigger();
+        QVERIFY(answer.wasAnswered);
+        QCOMPARE(widths(), before);
+    }
 }
 
 MORVANE_TEST_MAIN(QApplication, MainWindowTest)

@@ -1,0 +1,3 @@
+#include "dockwidget.h"
+
+#include "moc_dockwidget.cpp"
