@@ -12,6 +12,7 @@
 #include "panelstyle.h"
 #include "powerlabel.h"
 #include "richtextdelegate.h"
+#include "rowlabel.h"
 #include "smallwidgets.h"
 #include "switchboard.h"
 #include "windows.h"
@@ -21,10 +22,12 @@ namespace {
 constexpr int PortraitSize = 96;
 constexpr int GroupHeight = 48;
 // Beyond these lines the rest of the effects stands in the stat block only.
-constexpr int EffectsHeight = 80;
-constexpr int WidestLeftText = 170; // pixels, of a row with two texts
-constexpr int LeftStretch = 1;
-constexpr int RightStretch = 100;
+constexpr int WrappedHeight = 80;
+// What is kept for the stat block before the head shows all it has.
+constexpr int StatBlockHeight = 120;
+constexpr int WidestFixedText = 150; // pixels, of the narrow one of two texts
+constexpr int NarrowStretch = 1;
+constexpr int WideStretch = 100;
 constexpr int RowSpacing = 3;
 
 // In the middle of a square, so that scaling to one keeps its proportions.
@@ -41,16 +44,20 @@ QPixmap squared(const QPixmap &picture)
     return square;
 }
 
-// Its height follows from the width that it is given. The toolkit would lay its text out half a
-// dozen times for the hints, which is most of what a panel costs.
-class RowLabel : public QLabel {
-public:
-    using QLabel::QLabel;
+// Not at once: the widget may be in the middle of a click that lets other events through.
+void removeLater(QLayout *layout, QWidget *widget)
+{
+    layout->removeWidget(widget);
+    widget->hide();
+    widget->deleteLater();
+}
 
-    QSize sizeHint() const override { return QSize(0, fontMetrics().height()); }
-    QSize minimumSizeHint() const override { return sizeHint(); }
-    int oneLineWidth() const { return QLabel::sizeHint().width(); }
-};
+// For one line of text, which must not be cut in a large font.
+int heightOfGroup(const QWidget *group, const QLabel *content)
+{
+    const int frame = group->minimumSizeHint().height() - content->minimumSizeHint().height();
+    return qMax(GroupHeight, frame + content->fontMetrics().height());
+}
 
 // Takes the room that there is, and asks for none of its own.
 void letShrink(QLabel *label)
@@ -160,13 +167,18 @@ void CreatureDisplay::addGroup(int row, const QString &title, QLabel *content)
     QVBoxLayout *box = vBox(content);
     box->setContentsMargins(6, 1, 6, 1);
     group->setLayout(box);
-    if (content == m_effectsLabel) {
-        group->setFixedHeight(EffectsHeight);
-    } else {
-        // A large font must not be cut.
-        group->setFixedHeight(qMax(GroupHeight, group->minimumSizeHint().height()));
-    }
+    group->setFixedHeight(heightOfGroup(group, content));
     m_grid->addWidget(group, row, 0, 1, 2);
+    m_groups << group;
+}
+
+void CreatureDisplay::fitHead(int height)
+{
+    int room = height - PortraitSize - StatBlockHeight;
+    for (QWidget *group : std::as_const(m_groups)) {
+        room -= group->height() + m_grid->verticalSpacing();
+        group->setVisible(room >= 0);
+    }
 }
 
 void CreatureDisplay::setText(QLabel *target, const QString &html)
@@ -196,6 +208,19 @@ void CreatureDisplay::rebuildHead()
     setText(m_healthLabel, creature->healthText(m_editing));
     setText(m_actionsLabel, creature->speedLine(m_editing));
     setText(m_effectsLabel, panelConditions(creature, QStringLiteral("; ")));
+    for (QLabel *wrapped : {m_actionsLabel, m_effectsLabel})
+        fitGroup(wrapped);
+}
+
+// Of a text that wraps a few lines are seen; the tool tip has the rest.
+void CreatureDisplay::fitGroup(const QLabel *content)
+{
+    if (!content)
+        return;
+    const int more = content->heightForWidth(content->width()) - content->fontMetrics().height();
+    QWidget *group = content->parentWidget();
+    const int height = heightOfGroup(group, content);
+    group->setFixedHeight(qBound(height, height + more, height + WrappedHeight - GroupHeight));
 }
 
 // What the creature is up to, or what its file says of it.
@@ -232,6 +257,8 @@ void CreatureDisplay::createBody()
 {
     m_scrollArea = new ResizableScrollArea;
     m_scrollArea->setObjectName(QStringLiteral("statBlockArea"));
+    // A click in it leaves the keys with the initiative list, or with the form in its place.
+    m_scrollArea->setFocusPolicy(Qt::NoFocus);
     m_scrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_scrollArea->setMinimumHeight(GroupHeight);
     m_body = new QWidget;
@@ -253,8 +280,6 @@ QList<Creature *> CreatureDisplay::shownCreatures() const
     return creatures;
 }
 
-// A block whose rows are as before stays as it is: a tick under the mouse keeps its hover, and of
-// many creatures only the one that changed costs something.
 void CreatureDisplay::rebuildBody()
 {
     m_creatures.removeAll(nullptr);
@@ -262,57 +287,68 @@ void CreatureDisplay::rebuildBody()
     for (int i = 0; i < creatures.size(); ++i) {
         Creature *creature = creatures.at(i);
         const QString style = styleFor(PanelRowStyle::Name, creature);
-        QList<PanelRow> rows = panelRows(creature, m_editing);
-        if (i == m_blocks.size())
-            m_blocks << Block();
-        Block &block = m_blocks[i];
-        if (block.widget && block.creature == creature && block.rows == rows
-            && block.style == style)
+        if (i < m_blocks.size() && m_blocks.at(i).creature == creature
+            && m_blocks.at(i).style == style) {
+            setRows(m_blocks[i], i, panelRows(creature, m_editing));
             continue;
-        QWidget *built = buildBlock(creature, i, rows);
-        if (block.widget) {
-            m_bodyLayout->removeWidget(block.widget);
-            block.widget->hide();
-            block.widget->deleteLater();
         }
-        m_bodyLayout->insertWidget(i, built);
-        built->show();
-        block = Block {creature, std::move(rows), style, built};
+        if (i < m_blocks.size())
+            removeLater(m_bodyLayout, m_blocks.takeAt(i).widget);
+        auto *widget = new QWidget(m_body);
+        auto *layout = new QVBoxLayout(widget);
+        layout->setContentsMargins(0, 0, 0, 0);
+        layout->setSpacing(0);
+        m_blocks.insert(i, Block {creature, {}, style, widget, layout});
+        setRows(m_blocks[i], i, panelRows(creature, m_editing));
+        m_bodyLayout->insertWidget(i, widget);
+        widget->show();
     }
-    while (m_blocks.size() > creatures.size()) {
-        if (QWidget *superfluous = m_blocks.takeLast().widget) {
-            m_bodyLayout->removeWidget(superfluous);
-            superfluous->hide();
-            superfluous->deleteLater();
-        }
-    }
+    while (m_blocks.size() > creatures.size())
+        removeLater(m_bodyLayout, m_blocks.takeLast().widget);
     m_bodyLayout->activate();
     m_scrollArea->fitWidget();
 }
 
-QWidget *CreatureDisplay::buildBlock(Creature *creature, int index, const QList<PanelRow> &rows)
+// Most changes touch a few rows. What stands before and behind them stays: a row under the mouse
+// keeps its hover, and the rest costs nothing.
+void CreatureDisplay::setRows(Block &block, int index, const QList<PanelRow> &rows)
 {
-    auto *block = new QWidget(m_body);
-    auto *layout = new QVBoxLayout(block);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-    for (const PanelRow &row : rows) {
-        auto *frame = new QFrame(block);
-        frame->setContentsMargins(0, 0, 0, 0);
-        frame->setStyleSheet(styleFor(row.flags, creature)
-                             + QStringLiteral(" QLabel { padding: 0px }"));
-        auto *line = new QHBoxLayout(frame);
-        line->setContentsMargins(0, 0, 0, 0);
-        line->setSpacing(RowSpacing);
-        layout->addWidget(frame);
-        if (row.content == PanelRow::PowerRow)
-            line->addWidget(new PowerLabel(creature, row.power, frame, row.flags));
-        else if (row.content == PanelRow::AliasRow)
-            addAlias(line, row, index, creature->aliasMode() != 0);
-        else
-            addTexts(line, row);
+    qsizetype first = 0;
+    qsizetype oldEnd = block.rows.size();
+    qsizetype newEnd = rows.size();
+    while (first < oldEnd && first < newEnd && block.rows.at(first) == rows.at(first))
+        ++first;
+    while (first < oldEnd && first < newEnd && block.rows.at(oldEnd - 1) == rows.at(newEnd - 1)) {
+        --oldEnd;
+        --newEnd;
     }
-    return block;
+    while (oldEnd > first)
+        removeLater(block.layout, block.layout->itemAt(int(--oldEnd))->widget());
+    for (qsizetype i = first; i < newEnd; ++i) {
+        QFrame *frame = buildRow(block.widget, block.creature, index, rows.at(i));
+        block.layout->insertWidget(int(i), frame);
+        frame->show();
+    }
+    block.rows = rows;
+}
+
+QFrame *CreatureDisplay::buildRow(QWidget *block, Creature *creature, int index,
+                                  const PanelRow &row)
+{
+    auto *frame = new QFrame(block);
+    frame->setContentsMargins(0, 0, 0, 0);
+    frame->setStyleSheet(styleFor(row.flags, creature)
+                         + QStringLiteral(" QLabel { padding: 0px }"));
+    auto *line = new QHBoxLayout(frame);
+    line->setContentsMargins(0, 0, 0, 0);
+    line->setSpacing(RowSpacing);
+    if (row.content == PanelRow::PowerRow)
+        line->addWidget(new PowerLabel(creature, row.power, frame, row.flags));
+    else if (row.content == PanelRow::AliasRow)
+        addAlias(line, row, index, creature->aliasMode() != 0);
+    else
+        addTexts(line, row);
+    return frame;
 }
 
 void CreatureDisplay::addAlias(QHBoxLayout *line, const PanelRow &row, int index, bool used)
@@ -328,30 +364,28 @@ void CreatureDisplay::addAlias(QHBoxLayout *line, const PanelRow &row, int index
     // is built anew behind it.
     connect(tick, &DynLabel::clicked, this, &CreatureDisplay::onSetUseAlias, Qt::QueuedConnection);
     connect(alias, &DynLabel::clicked, this, &CreatureDisplay::onEditAlias, Qt::QueuedConnection);
-    line->addWidget(tick, LeftStretch);
-    line->addWidget(alias, RightStretch);
+    line->addWidget(tick, NarrowStretch);
+    line->addWidget(alias, WideStretch);
 }
 
 void CreatureDisplay::addTexts(QHBoxLayout *line, const PanelRow &row)
 {
     const auto add = [line](const QString &html, int stretch) {
         auto *made = new RowLabel(html);
-        made->setTextFormat(Qt::RichText);
-        letShrink(made);
         line->addWidget(made, stretch);
         return made;
     };
-    RowLabel *left = add(row.left, LeftStretch);
-    if (row.content != PanelRow::OneText) {
-        left->ensurePolished();
-        left->setMinimumWidth(qMin(left->oneLineWidth(), WidestLeftText));
+    const bool single = row.content == PanelRow::OneText;
+    const bool leads = row.content == PanelRow::RightText;
+    RowLabel *left = add(row.left, single || leads ? WideStretch : NarrowStretch);
+    if (!single) {
+        RowLabel *right = add(row.right, leads ? NarrowStretch : WideStretch);
+        RowLabel *narrow = leads ? right : left;
+        narrow->ensurePolished();
+        narrow->setMinimumWidth(qMin(narrow->oneLineWidth(), WidestFixedText));
         left->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-        QLabel *right = add(row.right, RightStretch);
-        right->setWordWrap(true);
-        if (row.content == PanelRow::RightText)
-            right->setAlignment(Qt::AlignRight | Qt::AlignTop);
+        right->setAlignment((leads ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignTop);
     }
-    left->setWordWrap(true);
 }
 
 // --- what is shown ---

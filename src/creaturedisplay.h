@@ -9,6 +9,7 @@
 #include "panelrows.h"
 #include "windowsanddialogs.h"
 
+class QFrame;
 class QGridLayout;
 class QHBoxLayout;
 class QLabel;
@@ -35,6 +36,9 @@ public:
     void setCreature(Creature *creature);
     // The first one fills the head; their stat blocks stand below each other.
     void setCreatures(const QList<Creature *> &creatures);
+    // Leaves out the last groups of the head, whose numbers stand in the stat block too, where both
+    // don't fit into `height` pixels.
+    void fitHead(int height);
     // Has the panel rebuilt on the next tick.
     void markDirty() { m_dirty = true; }
 
@@ -53,7 +57,8 @@ private:
         QPointer<Creature> creature;
         QList<PanelRow> rows;
         QString style; // tells the palette
-        QPointer<QWidget> widget;
+        QWidget *widget = nullptr; // of m_body
+        QVBoxLayout *layout = nullptr;
     };
 
     void createHead();
@@ -62,12 +67,15 @@ private:
     void createBody();
     void rebuildHead();
     void showPortrait(const Creature *creature);
+    static void fitGroup(const QLabel *content);
     void setText(QLabel *label, const QString &html);
     QString subText(const Creature *creature) const;
     void rebuildBody();
     QList<Creature *> shownCreatures() const;
-    QWidget *buildBlock(Creature *creature, int index, const QList<PanelRow> &rows);
-    // `index` is the creature's place in the list; `used`: its alias is in use.
+    // `index` is the creature's place in the list.
+    void setRows(Block &block, int index, const QList<PanelRow> &rows);
+    QFrame *buildRow(QWidget *block, Creature *creature, int index, const PanelRow &row);
+    // `used`: the alias is in use.
     void addAlias(QHBoxLayout *line, const PanelRow &row, int index, bool used);
     static void addTexts(QHBoxLayout *line, const PanelRow &row);
     void watch(Creature *creature);
@@ -84,6 +92,7 @@ private:
 
     QPointer<QWidget> m_head;
     QGridLayout *m_grid = nullptr;
+    QList<QWidget *> m_groups;
     QPointer<ResizableScrollArea> m_scrollArea;
     QWidget *m_body = nullptr;
     QVBoxLayout *m_bodyLayout = nullptr;

@@ -14,6 +14,7 @@
 namespace {
 
 constexpr int Margin = 4;
+constexpr QSize LeastSize(180, 170);
 
 } // namespace
 
@@ -66,6 +67,17 @@ void CreatureWidget::currentDetailsChanged(Creature *creature)
 {
     if (creature && (creature == m_single || m_several.contains(creature)))
         refresh();
+}
+
+QSize CreatureWidget::minimumSizeHint() const
+{
+    return LeastSize;
+}
+
+void CreatureWidget::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    m_display->fitHead(height());
 }
 
 void CreatureWidget::changeEvent(QEvent *event)

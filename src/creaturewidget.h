@@ -21,6 +21,8 @@ public:
     void setCreatures(const QList<Creature *> &creatures);
     // Has all texts built anew on the next tick.
     void refresh();
+    // Small enough for any screen.
+    QSize minimumSizeHint() const override;
 
 public Q_SLOTS:
     // Shows the selected creatures of the main window, and the effects of the only one.
@@ -30,6 +32,7 @@ public Q_SLOTS:
 
 protected:
     void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     QPointer<Creature> m_single;

@@ -33,6 +33,8 @@ EffectDialog::EffectDialog(const QList<Creature *> &selected, QWidget *parent)
     updateAttributes();
     connectForm();
     chainFocus();
+    if (!isRunning())
+        showInPanel(origin());
     m_damageBox->selectAll(); // the others do so themselves when Tab reaches them
     setFocusProxy(m_damageBox);
 }
@@ -136,6 +138,7 @@ void EffectDialog::onFinished()
 {
     m_open = false;
     takePreviewsAway();
+    returnPanel();
 }
 
 // --- what may be chosen ---
@@ -255,6 +258,7 @@ void EffectDialog::updateAttributes()
 
 void EffectDialog::originTouched()
 {
+    showInPanel(origin());
     if (!origin())
         m_actionGroup->setTitle(tr("Actions"));
     updateActionTitle();

@@ -88,6 +88,17 @@ void FlatDialog::reject()
     m_eventLoop.exit(0);
 }
 
+void FlatDialog::showInPanel(Creature *creature)
+{
+    if (theMainWindow)
+        theMainWindow->showInCurrentPanel(creature);
+}
+
+void FlatDialog::returnPanel()
+{
+    showInPanel(theEncounter ? theEncounter->current() : nullptr);
+}
+
 void FlatDialog::keyPressEvent(QKeyEvent *event)
 {
     switch (event->key()) {

@@ -7,6 +7,7 @@
 
 #include "windowsanddialogs.h"
 
+class Creature;
 class QAbstractButton;
 class QDialogButtonBox;
 
@@ -43,6 +44,10 @@ protected:
     // is its text without blanks, in lower camel case, and "Button".
     static QDialogButtonBox *buttonRow(const QList<Button> &buttons);
     static int resultOf(const QAbstractButton *button);
+    // The panel of the current creature shows this one while the dialog asks about it, null nobody;
+    // and its own again.
+    static void showInPanel(Creature *creature);
+    static void returnPanel();
 
     void keyPressEvent(QKeyEvent *event) override;
     bool eventFilter(QObject *object, QEvent *event) override;

@@ -1,5 +1,6 @@
 #include "initiativedialog.h"
 
+#include <QApplication>
 #include <QBoxLayout>
 #include <QCheckBox>
 #include <QDialogButtonBox>
@@ -202,6 +203,19 @@ QSpinBox *InitiativeData::firstSpinBox() const
     return first.spinBox ? first.spinBox : first.members.first().spinBox;
 }
 
+Creature *InitiativeData::creatureOf(const QWidget *box) const
+{
+    for (const Entry &entry : m_entries) {
+        if (entry.spinBox && entry.spinBox == box)
+            return entry.creature;
+        for (const Member &member : entry.members) {
+            if (member.spinBox && member.spinBox == box)
+                return member.creature;
+        }
+    }
+    return nullptr;
+}
+
 void InitiativeData::onInitValueChanged(int value)
 {
     for (Entry &entry : m_entries) {
@@ -303,6 +317,25 @@ QWidget *InitiativeDialog::groupBox(const QString &title, const QString &objectN
     group->setObjectName(objectName);
     group->setLayout(vBox(entries.buildForm(verticalSpacing)));
     return group;
+}
+
+int InitiativeDialog::exec()
+{
+    const QMetaObject::Connection focus =
+        connect(qApp, &QApplication::focusChanged, this, &InitiativeDialog::onInitFocusChanged);
+    const int result = FlatDialog::exec();
+    disconnect(focus);
+    returnPanel();
+    return result;
+}
+
+void InitiativeDialog::onInitFocusChanged(QWidget *, QWidget *now)
+{
+    // Another program may have the focus for a while.
+    if (!now)
+        return;
+    Creature *creature = m_characters.creatureOf(now);
+    showInPanel(creature ? creature : m_monsters.creatureOf(now));
 }
 
 void InitiativeDialog::onOpenCloseClicked()

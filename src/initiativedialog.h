@@ -47,6 +47,8 @@ public:
     // One for each name of the form, and one for each creature that takes no turns.
     QList<CreatureInit> items() const;
     QSpinBox *firstSpinBox() const;
+    // Whom the box rolls for; null for any other widget.
+    Creature *creatureOf(const QWidget *box) const;
 
 Q_SIGNALS:
     void doInitValueChanged(Creature *creature, int value);
@@ -78,10 +80,12 @@ class InitiativeDialog : public FlatDialog {
 public:
     explicit InitiativeDialog(const CreatureList &creatures, QWidget *parent = nullptr);
 
+    int exec() override;
     QList<CreatureInit> monsterItems() const { return m_monsters.items(); }
     QList<CreatureInit> characterItems() const { return m_characters.items(); }
 
 private Q_SLOTS:
+    void onInitFocusChanged(QWidget *old, QWidget *now);
     void onOpenCloseClicked();
     void onAllExpandedClicked(bool checked);
 

@@ -34,11 +34,11 @@ namespace {
 constexpr int MaxHPInBox = 500;
 constexpr int HistoryStretch = 100;
 constexpr int PageMargin = 8;
-constexpr QSize DefaultSize(1360, 860);
+constexpr QSize DefaultSize(1400, 860);
 constexpr int DockWidth = 310;
 // Heights of a panel and of the list below it.
-constexpr int PanelShare = 580;
-constexpr int ListShare = 160;
+constexpr int PanelShare = 620;
+constexpr int ListShare = 120;
 
 QIcon image(const char *file)
 {

@@ -100,14 +100,13 @@ private:
     void addAbilities();
     QString savesAndActionPoints() const;
 
-    // Left out when both texts are empty.
+    // A row with one text or none is built as such, whatever `pair` says.
     void add(int flags, const QString &left, const QString &right = {},
-             PanelRow::Content pair = PanelRow::TwoTexts)
+             PanelRow::Content pair = PanelRow::OneText)
     {
         if (left.isEmpty() && right.isEmpty())
             return;
-        const bool single = right.isEmpty();
-        m_rows << PanelRow {flags, single ? PanelRow::OneText : pair, left, right};
+        m_rows << PanelRow {flags, right.isEmpty() ? PanelRow::OneText : pair, left, right};
     }
     // Gives the rows from `first` on their padding above and below.
     void pad(qsizetype first)
@@ -140,8 +139,9 @@ void RowBuilder::addVitals()
     const qsizetype first = m_rows.size();
     const bool hasDefences = m_data.armourClass != NotStated || m_data.fortitude != NotStated
         || m_data.reflex != NotStated || m_data.will != NotStated;
-    add(Vital, m_creature->takesTurns() ? m_creature->initiativeText(m_editing, 2) : QString(),
-        m_creature->sensesText());
+    const QString initiative =
+        m_creature->takesTurns() ? m_creature->initiativeText(m_editing, 2) : QString();
+    add(Vital, joined({initiative, m_creature->sensesText()}));
     if (m_data.maxHP != 0)
         add(Vital, m_creature->healthText(m_editing));
     if (hasDefences)

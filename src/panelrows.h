@@ -11,9 +11,8 @@ struct Power;
 struct PanelRow {
     enum Content {
         OneText,
-        TwoTexts, // the left one as wide as it needs to be
-        RightText, // as TwoTexts, the second one at the right edge
-        BulletText,
+        RightText, // the second one at the right edge
+        BulletText, // the first one is a bullet
         AliasRow, // left: the tick's picture; right: the alias
         PowerRow // left: the heading, of the power at `power`
     };

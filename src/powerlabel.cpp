@@ -11,12 +11,9 @@
 #include "windows.h"
 
 PowerLabel::PowerLabel(Creature *creature, int index, QFrame *frame, int styleFlags)
-    : QLabel(frame), m_creature(creature), m_index(index), m_frame(frame), m_styleFlags(styleFlags)
+    : RowLabel(QString(), frame), m_creature(creature), m_index(index), m_frame(frame),
+      m_styleFlags(styleFlags)
 {
-    setTextFormat(Qt::RichText);
-    // As narrow as the panel, whatever the name.
-    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    setWordWrap(true);
     setContentsMargins(0, 0, 0, 0);
     setStyleSheet(QStringLiteral("QLabel { padding: 0px }"));
     if (const Power *shown = creature->powerAt(index)) {
@@ -61,6 +58,9 @@ void PowerLabel::mousePressEvent(QMouseEvent *)
 
 void PowerLabel::enterEvent(QEnterEvent *)
 {
+    // A row that is built anew under a resting mouse, as by the click itself, shows what is.
+    if (QCursor::pos() == m_bornUnder)
+        return;
     if (const Power *shown = tickablePower())
         showHeading(*shown, true);
 }

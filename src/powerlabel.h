@@ -2,16 +2,17 @@
 // tick away.
 #pragma once
 
-#include <QLabel>
+#include <QCursor>
 #include <QPointer>
 
 #include "creature.h"
+#include "rowlabel.h"
 
 class QFrame;
 
 // Does nothing while a dialog stands in the initiative list's place, nor for a power that has no
 // use to count.
-class PowerLabel : public QLabel {
+class PowerLabel : public RowLabel {
     Q_OBJECT
 
 public:
@@ -19,11 +20,6 @@ public:
     // power's name if the list is read anew. Neither creature nor frame is owned; the frame is the
     // row whose colours change under the mouse, by `styleFlags` as of PanelRowStyle.
     PowerLabel(Creature *creature, int index, QFrame *frame, int styleFlags);
-
-    // Its height follows from the width that it is given; to work hints out costs a panel more than
-    // all the rest.
-    QSize sizeHint() const override { return QSize(0, fontMetrics().height()); }
-    QSize minimumSizeHint() const override { return sizeHint(); }
 
 protected:
     void mousePressEvent(QMouseEvent *event) override;
@@ -41,4 +37,5 @@ private:
     QString m_name;
     QPointer<QFrame> m_frame;
     int m_styleFlags;
+    QPoint m_bornUnder = QCursor::pos();
 };

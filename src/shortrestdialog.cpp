@@ -1,5 +1,6 @@
 #include "shortrestdialog.h"
 
+#include <QApplication>
 #include <QBoxLayout>
 #include <QCheckBox>
 #include <QDialogButtonBox>
@@ -166,6 +167,24 @@ void ShortRestDialog::onRestValueChanged()
         row.totalLabel->setText(tr("= %1").arg(total));
         showStatus(row);
     }
+}
+
+void ShortRestDialog::onRestFocusChanged(QWidget *, QWidget *now)
+{
+    for (const Row &row : std::as_const(m_rows)) {
+        if (now && (now == row.surgeBox || now == row.hpBox))
+            showInPanel(row.creature);
+    }
+}
+
+int ShortRestDialog::exec()
+{
+    const QMetaObject::Connection focus =
+        connect(qApp, &QApplication::focusChanged, this, &ShortRestDialog::onRestFocusChanged);
+    const int result = FlatDialog::exec();
+    disconnect(focus);
+    returnPanel();
+    return result;
 }
 
 void ShortRestDialog::onFinished()

@@ -21,11 +21,13 @@ public:
     // A row for each living character of the encounter.
     explicit ShortRestDialog(QWidget *parent = nullptr);
 
+    int exec() override;
     void onFinished() override;
     QList<RestedCreature> result() const;
 
 private Q_SLOTS:
     void onRestValueChanged();
+    void onRestFocusChanged(QWidget *old, QWidget *now);
 
 private:
     struct Row {

@@ -211,8 +211,10 @@ void EffectListTest::docksAreToggledAndRemembered()
         return menu->text() == QStringLiteral("&Window");
     });
     const QList<QAction *> entries = (*window)->menu()->actions();
-    QCOMPARE(entries.mid(entries.size() - 2),
-             QList<QAction *>({dock("historyWidget")->toggleViewAction(),
+    QCOMPARE(entries.mid(entries.size() - 4),
+             QList<QAction *>({dock("currentWidget")->toggleViewAction(),
+                               dock("selectedWidget")->toggleViewAction(),
+                               dock("historyWidget")->toggleViewAction(),
                                dock("effectsWidget")->toggleViewAction()}));
     QVERIFY(dock("effectsWidget")->isVisible());
     entries.last()->trigger();

@@ -1,0 +1,62 @@
+#include "rowlabel.h"
+
+#include <QEvent>
+#include <QTextDocument>
+#include <QtMath>
+
+namespace {
+
+// A layout asks for the height at almost no width on its way to the real one.
+constexpr int LeastWidth = 24; // pixels
+
+} // namespace
+
+RowLabel::RowLabel(const QString &html, QWidget *parent) : QLabel(html, parent)
+{
+    setTextFormat(Qt::RichText);
+    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    setWordWrap(true);
+}
+
+int RowLabel::oneLineWidth() const
+{
+    QTextDocument document;
+    document.setDocumentMargin(0);
+    document.setDefaultFont(font());
+    document.setHtml(text());
+    return qCeil(document.idealWidth());
+}
+
+QSize RowLabel::sizeHint() const
+{
+    return QSize(0, fontMetrics().height());
+}
+
+QSize RowLabel::minimumSizeHint() const
+{
+    return sizeHint();
+}
+
+int RowLabel::heightForWidth(int width) const
+{
+    if (width < LeastWidth)
+        return sizeHint().height();
+    if (m_measured != text()) {
+        m_measured = text();
+        m_heights.clear();
+    }
+    const auto known = m_heights.constFind(width);
+    if (known != m_heights.constEnd())
+        return *known;
+    const int height = QLabel::heightForWidth(width);
+    m_heights.insert(width, height);
+    return height;
+}
+
+void RowLabel::changeEvent(QEvent *event)
+{
+    m_heights.clear();
+    QLabel::changeEvent(event);
+}
+
+#include "moc_rowlabel.cpp"

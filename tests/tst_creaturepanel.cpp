@@ -1,0 +1,489 @@
+// links: morvane_ui
+// The panels of the current and the selected creatures, as a user works them.
+#include <QComboBox>
+#include <QDockWidget>
+#include <QLineEdit>
+#include <QPointer>
+#include <QScrollBar>
+
+#include "creaturewidget.h"
+#include "datatable.h"
+#include "dynlabel.h"
+#include "effect.h"
+#include "effectdialog.h"
+#include "effectevents.h"
+#include "fightfixture.h"
+#include "panelrows.h"
+#include "panelstyle.h"
+#include "powerlabel.h"
+#include "setaliasdialog.h"
+#include "shortrestdialog.h"
+#include "smallwidgets.h"
+#include "switchboard.h"
+#include "testhome.h"
+#include "text.h"
+#include "vitalityevents.h"
+
+class CreaturePanelTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup() { m_fight.reset(); }
+
+    void stylesFollowFlagsAndCreature_data();
+    void stylesFollowFlagsAndCreature();
+    void rowsStandInOrder();
+    void fieldsOfAFileAreShownAsTheyStand();
+    void headFollowsTheCreature();
+    void severalCreaturesStandBelowEachOther();
+    void clickTicksAPower();
+    void powersRestWhileADialogRuns();
+    void labelsOutliveTheirPowers();
+    void changesOfTheCreatureKeepThePlace();
+    void aliasRowSwitchesAndEdits();
+    void panelFollowsTheDialogs();
+    void creaturesMayGo();
+
+private:
+    enum Row { Rat1, Rat2, Aria };
+    Creature *creature(int row) const { return theEncounter->at(row); }
+    QWidget *panel(const char *dock) const
+    {
+        return m_fight->window().findChild<QDockWidget *>(QLatin1String(dock))->widget();
+    }
+    QWidget *current() const { return panel("currentWidget"); }
+    QWidget *selected() const { return panel("selectedWidget"); }
+    static void tick() { Q_EMIT switchBoard()->doRefreshTimer(); }
+    static QString text(const QWidget *panel, const char *label)
+    {
+        return plainText(panel->findChild<QLabel *>(QLatin1String(label))->text());
+    }
+    static QScrollBar *scrollBar(const QWidget *panel)
+    {
+        return panel->findChild<ResizableScrollArea *>()->verticalScrollBar();
+    }
+    // What stands in the body from the top, not counting what was taken out of it.
+    template <typename Label>
+    static QList<Label *> labels(const QWidget *panel)
+    {
+        QList<Label *> shown;
+        for (Label *label : panel->findChild<QWidget *>(QStringLiteral("statBlock"))
+                                ->template findChildren<Label *>()) {
+            if (label->isVisible())
+                shown << label;
+        }
+        std::sort(shown.begin(), shown.end(), [panel](const Label *a, const Label *b) {
+            const QPoint first = a->mapTo(panel, QPoint());
+            const QPoint second = b->mapTo(panel, QPoint());
+            return std::pair(first.y(), first.x()) < std::pair(second.y(), second.x());
+        });
+        return shown;
+    }
+    // The powers of the selected creatures from the top, with this one in sight.
+    PowerLabel *powerLabel(int i) const
+    {
+        PowerLabel *label = labels<PowerLabel>(selected()).at(i);
+        selected()->findChild<ResizableScrollArea *>()->ensureWidgetVisible(label);
+        return label;
+    }
+    void show(int row) const
+    {
+        m_fight->click(row);
+        tick();
+    }
+    static Power power(int section, int usageKind, const QString &name, const QStringList &details,
+                       bool flavour = false)
+    {
+        Power made;
+        made.section = section;
+        made.usageKind = usageKind;
+        made.name = name;
+        made.details = details;
+        made.flavour = flavour;
+        return made;
+    }
+    static CreatureData withPowers(CreatureData data)
+    {
+        data.powers = {
+            power(4, 0, QStringLiteral("Reek"), {QStringLiteral("It stinks.")}),
+            power(5, 2, QStringLiteral("Bite"),
+                  {QStringLiteral("<i>Teeth.</i>"), QStringLiteral("<i>Hit:</i> 5 damage.")}, true),
+            power(5, 1, QStringLiteral("Run"), {})};
+        return data;
+    }
+
+    std::unique_ptr<FightFixture> m_fight;
+};
+
+void CreaturePanelTest::init()
+{
+    failOnWarnings();
+    m_fight = std::make_unique<FightFixture>();
+    m_fight->folder.addCharacter(QStringLiteral("Aria"));
+    m_fight->folder.addMonster(QStringLiteral("Rat"));
+    m_fight->open();
+    m_fight->setParty();
+    m_fight->addMonster(QStringLiteral("Rat"), QStringLiteral("1"));
+    m_fight->addMonster(QStringLiteral("Rat"), QStringLiteral("2"));
+    m_fight->start({5, 20});
+    for (const int row : {Rat1, Rat2, Aria})
+        creature(row)->assign(withPowers(creature(row)->data()));
+    tick();
+}
+
+void CreaturePanelTest::stylesFollowFlagsAndCreature_data()
+{
+    addColumns<int, bool, bool, QString>({"flags", "monster", "disabled", "style"});
+    const auto row = [](const char *name, int flags, bool monster, bool disabled,
+                        const char *colours, int side, int top, int bottom) {
+        QTest::newRow(name) << flags << monster << disabled
+                            << QStringLiteral("QFrame { %1; padding-left: %2px; padding-right: "
+                                              "%2px; padding-top: %3px; padding-bottom: %4px }")
+                                   .arg(QLatin1String(colours))
+                                   .arg(side)
+                                   .arg(top)
+                                   .arg(bottom);
+    };
+    constexpr char Unused[] = "background-color: #cccccc; color: #000000";
+    constexpr char Spent[] = "background-color: #cccccc; color: #7f7f7f";
+    row("title", 0x101, true, false, "background-color: #333333; color: #ffffff", 10, 3, 0);
+    row("type", 0x202, true, true, "background-color: #39291b; color: #ffffff", 10, 0, 3);
+    row("vital", 3, false, false, Unused, 10, 0, 0);
+    row("conditions", 0x304, true, true, "background-color: #eedccd; color: #000000", 10, 3, 3);
+    row("heading", 5, false, false,
+        "background-color: #00157f; color: #ffffff; font-variant: small-caps; font-size: 13px", 10,
+        0, 0);
+    row("power", 6, true, false, Unused, 10, 0, 0);
+    row("used", 0x406, true, false, Spent, 10, 0, 0);
+    row("hovered", 0x806, true, false, Spent, 10, 0, 0);
+    row("used and hovered", 0xc06, true, false, Unused, 10, 0, 0);
+    row("a character's used", 0x406, false, false, Unused, 10, 0, 0);
+    row("text", 7, true, true, "background-color: #eedccd; color: #052f09", 25, 0, 0);
+    row("used text", 0x407, true, false, "background-color: #e6e6e6; color: #626262", 25, 0, 0);
+    row("used list", 0x408, false, false, "background-color: #e6e6e6; color: #002e76", 10, 0, 0);
+    row("closing", 0x209, true, true, "background-color: #c8ad9d; color: #000000", 10, 0, 3);
+    row("tail", 0x10a, true, false, "background-color: #e6e6e6; color: #002e76", 10, 3, 0);
+    row("trailer", 0x30b, true, true, "color: #a8a8a8", 10, 3, 3);
+}
+
+void CreaturePanelTest::stylesFollowFlagsAndCreature()
+{
+    const auto [flags, monster, disabled, style] =
+        fetch<int, bool, bool, QString>({"flags", "monster", "disabled", "style"});
+    CreatureData data;
+    data.isMonster = monster;
+    data.disabled = disabled;
+    Creature shown;
+    shown.assign(data);
+    QCOMPARE(styleFor(flags, &shown), style);
+}
+
+void CreaturePanelTest::rowsStandInOrder()
+{
+    CreatureData data = creature(Rat1)->data();
+    data.role = QStringLiteral("Brute");
+    data.type = QStringLiteral("Small beast");
+    data.xp = 150;
+    data.initBonus = 4;
+    data.resist = QStringLiteral("5 cold");
+    data.regeneration = QStringLiteral("2");
+    data.savingThrows = QStringLiteral("+2");
+    data.initAP = 1;
+    data.speed = QStringLiteral("6");
+    data.skills = QStringLiteral("Stealth +7");
+    data.strength.score = 14;
+    data.alignment = QStringLiteral("Evil");
+    data.languages = QStringLiteral("Rattish");
+    data.trailerText = QStringLiteral("Note");
+    data.powers[1].usageState = 1;
+    creature(Rat1)->assign(data);
+    appendEvent<EffectEvent>(nullptr, QList<Creature *> {creature(Rat1)}, QString(),
+                             EffectEnd::Special, EffectType::Prone);
+    appendEvent<SetAliasEvent>(creature(Rat1), false, QStringLiteral("Whiskers"));
+
+    QStringList rows;
+    for (const PanelRow &row : panelRows(creature(Rat1), false)) {
+        QString line = QString::number(row.flags, 16) + u' ' + plainText(row.left);
+        if (!row.right.isEmpty())
+            line += u'|' + plainText(row.right);
+        rows << line.simplified();
+    }
+    const QStringList expected {
+        "101 Rat (1)|Level 1 Brute",
+        "202 Small beast|XP 150",
+        "103 Initiative +4 (20)",
+        "3 HP 20; Bloodied 10",
+        "3 AC 15; Fort 13; Reflex 14; Will 12",
+        "3 Resist 5 cold; Regeneration 2",
+        "3 Saving Throws +2; Action Points 0",
+        "3 Speed 6",
+        "203 |Whiskers",
+        "304 Conditions and Effects Prone end special",
+        "305 Traits",
+        "106 Reek",
+        "207 It stinks.",
+        "305 Standard Actions",
+        "506 Bite",
+        "606 Teeth.",
+        "608 &diams;|Hit: 5 damage.",
+        "306 Run",
+        "9 Skills Stealth +7",
+        "9 Str 14 (+2)Dex -Wis -",
+        "209 Con -Int -Cha -",
+        "10a Alignment Evil; Languages Rattish",
+        "30b Note",
+    };
+    QCOMPARE(rows.join(u'\n'), expected.join(u'\n'));
+    // What the fight has brought is no business of a library's editor.
+    const QList<PanelRow> edited = panelRows(creature(Rat1), true);
+    QVERIFY(std::none_of(edited.begin(), edited.end(), [](const PanelRow &row) {
+        return row.content == PanelRow::AliasRow || row.content == PanelRow::PowerRow
+            || row.left.contains(QStringLiteral("Prone"));
+    }));
+}
+
+void CreaturePanelTest::fieldsOfAFileAreShownAsTheyStand()
+{
+    const QString foreign = QStringLiteral("<b>%1&amp; \"x\"");
+    CreatureData data;
+    for (QString CreatureData::*field :
+         {&CreatureData::name, &CreatureData::group, &CreatureData::headerText, &CreatureData::type,
+          &CreatureData::role, &CreatureData::resist, &CreatureData::immune, &CreatureData::detect,
+          &CreatureData::savingThrows, &CreatureData::speed, &CreatureData::senses,
+          &CreatureData::skills, &CreatureData::alignment, &CreatureData::languages,
+          &CreatureData::equipment, &CreatureData::description})
+        data.*field = foreign;
+    Creature shown;
+    shown.assign(data);
+    shown.setAlias(foreign);
+    int found = 0;
+    for (const PanelRow &row : panelRows(&shown, false))
+        found += int(QString(row.left + row.right).count(foreign.toHtmlEscaped()));
+    QCOMPARE(found, 16 + 1); // the sixteen fields, and the alias
+}
+
+void CreaturePanelTest::headFollowsTheCreature()
+{
+    QCOMPARE(text(current(), "nameLabel"), QStringLiteral("Rat (1)"));
+    QCOMPARE(text(current(), "subLabel"), QStringLiteral("Initiative +1 (20)"));
+    QCOMPARE(text(selected(), "nameLabel"), QString());
+    const auto picture = [this] {
+        return selected()
+            ->findChild<QLabel *>(QStringLiteral("portraitLabel"))
+            ->pixmap(Qt::ReturnByValue)
+            .toImage();
+    };
+    const auto image = [](const char *name) {
+        return QPixmap(QStringLiteral(":/images/") + QLatin1String(name)).toImage();
+    };
+    QCOMPARE(picture(), image("no-icon.png"));
+    show(Aria);
+    QCOMPARE(text(selected(), "nameLabel"), QStringLiteral("Aria"));
+    QCOMPARE(picture(), image("hero-shield.png"));
+    show(Rat2);
+    QCOMPARE(picture(), image("monster-shield.png"));
+
+    appendEvent<DamageEvent>(nullptr, QList<Creature *> {creature(Rat2)}, 25);
+    QCOMPARE(text(selected(), "subLabel"), QStringLiteral("Initiative +1 (20)")); // until a tick
+    tick();
+    QCOMPARE(text(selected(), "subLabel"), QStringLiteral("Dead; Initiative +1 (20)"));
+    m_fight->window().clearSelection();
+    tick();
+    for (const char *label : {"nameLabel", "subLabel", "levelLabel", "typeLabel", "defensesLabel",
+                              "healthLabel", "actionsLabel"})
+        QCOMPARE(text(selected(), label), QString());
+    QCOMPARE(picture(), image("no-icon.png"));
+    QVERIFY(labels<QLabel>(selected()).isEmpty());
+}
+
+void CreaturePanelTest::severalCreaturesStandBelowEachOther()
+{
+    const auto *effects = m_fight->window().findChild<QTableView *>(QStringLiteral("effectsList"));
+    appendEvent<EffectEvent>(nullptr, QList<Creature *> {creature(Aria)}, QString(),
+                             EffectEnd::Special, EffectType::Prone);
+    show(Aria);
+    QCOMPARE(effects->model()->rowCount(), 1);
+    m_fight->click(Rat2, Qt::ControlModifier);
+    tick();
+    QCOMPARE(effects->model()->rowCount(), 0);
+    QCOMPARE(labels<PowerLabel>(selected()).size(), 6);
+    QCOMPARE(text(selected(), "nameLabel"), QStringLiteral("Rat (2)"));
+    // Each label works on its own creature.
+    QTest::mouseClick(labels<PowerLabel>(selected()).at(4), Qt::LeftButton);
+    QVERIFY(creature(Aria)->powers().at(1).isUsed() && !creature(Rat2)->powers().at(1).isUsed());
+}
+
+void CreaturePanelTest::clickTicksAPower()
+{
+    show(Rat1);
+    const auto bite = [this] { return powerLabel(1); };
+    const auto style = [&] { return bite()->parentWidget()->styleSheet(); };
+    QVERIFY(bite()->text().contains(QStringLiteral("untick.png")));
+    QTest::mouseMove(bite());
+    QTRY_VERIFY(!bite()->text().contains(QStringLiteral("untick.png")));
+    QVERIFY(bite()->text().contains(QStringLiteral("<s>")));
+    QVERIFY(style().contains(QStringLiteral("#7f7f7f")));
+    QTest::mouseMove(m_fight->hpBox());
+    QTRY_VERIFY(bite()->text().contains(QStringLiteral("untick.png")));
+    QTest::mouseMove(bite());
+    QTRY_VERIFY(!bite()->text().contains(QStringLiteral("untick.png")));
+
+    // Under the resting mouse the row shows what the click made of it.
+    const int events = theHistory->eventCount();
+    QTest::mouseClick(bite(), Qt::LeftButton);
+    QCOMPARE(FightFixture::eventClasses(events), QStringList({"PowerUsageChanged"}));
+    QCOMPARE(creature(Rat1)->powers().at(1).usageState, 1);
+    tick();
+    QVERIFY(!bite()->text().contains(QStringLiteral("untick.png")));
+    QVERIFY(style().contains(QStringLiteral("#7f7f7f")));
+    // The other panel, with the same creature, follows.
+    QVERIFY(labels<PowerLabel>(current()).at(1)->text().contains(QStringLiteral("/tick.png")));
+    QTest::mouseClick(bite(), Qt::LeftButton);
+    QCOMPARE(creature(Rat1)->powers().at(1).usageState, 2);
+    // A trait is never spent.
+    QTest::mouseClick(labels<PowerLabel>(selected()).at(0), Qt::LeftButton);
+    QCOMPARE(theHistory->eventCount(), events + 2);
+}
+
+void CreaturePanelTest::powersRestWhileADialogRuns()
+{
+    show(Rat1);
+    const QPointer<PowerLabel> bite = powerLabel(1);
+    QString hovered;
+    Answer answer(inFlatDialog<FlatDialog>([&](FlatDialog &dialog) {
+        QTest::mouseMove(bite.data());
+        QCoreApplication::processEvents();
+        hovered = bite->text() + bite->parentWidget()->styleSheet();
+        QTest::mouseClick(bite.data(), Qt::LeftButton);
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+    }));
+    const QString before = bite->text() + bite->parentWidget()->styleSheet();
+    m_fight->action("conditions")->trigger();
+    QVERIFY(answer.wasAnswered);
+    QCOMPARE(hovered, before);
+    QVERIFY(!creature(Rat1)->powers().at(1).isUsed());
+}
+
+void CreaturePanelTest::labelsOutliveTheirPowers()
+{
+    show(Rat1);
+    const QList<PowerLabel *> shown = labels<PowerLabel>(selected());
+    CreatureData data = creature(Rat1)->data();
+    data.powers.removeFirst();
+    creature(Rat1)->assign(data); // the panel hasn't been told yet
+    QTest::mouseClick(shown.at(1), Qt::LeftButton);
+    QCOMPARE(creature(Rat1)->powers().at(0).usageState, 1);
+    data.powers.clear();
+    creature(Rat1)->assign(data);
+    const int events = theHistory->eventCount();
+    QTest::mouseClick(shown.at(1), Qt::LeftButton);
+    QCOMPARE(theHistory->eventCount(), events);
+    tick();
+    QVERIFY(labels<PowerLabel>(selected()).isEmpty());
+}
+
+void CreaturePanelTest::changesOfTheCreatureKeepThePlace()
+{
+    for (const int row : {Rat1, Rat2}) {
+        CreatureData data = creature(row)->data();
+        for (int i = 0; i < 30; ++i)
+            data.powers << power(11, 1, QStringLiteral("Trick %1").arg(i), {});
+        creature(row)->assign(data);
+    }
+    show(Rat1);
+    QTRY_VERIFY(scrollBar(selected())->maximum() > 300);
+    scrollBar(selected())->setValue(250);
+    const QList<PowerLabel *> before = labels<PowerLabel>(selected());
+    appendEvent<DamageEvent>(nullptr, QList<Creature *> {creature(Rat1)}, 12);
+    tick();
+    QCoreApplication::processEvents();
+    QCOMPARE(scrollBar(selected())->value(), 250);
+    QCOMPARE(labels<PowerLabel>(selected()), before); // only the rows that changed are built anew
+    show(Rat2);
+    QCOMPARE(scrollBar(selected())->value(), 0);
+}
+
+void CreaturePanelTest::aliasRowSwitchesAndEdits()
+{
+    show(Rat1);
+    QVERIFY(labels<DynLabel>(selected()).isEmpty());
+    appendEvent<SetAliasEvent>(creature(Rat1), true, QStringLiteral("Grey & old"));
+    m_fight->click(Rat2, Qt::ControlModifier);
+    tick();
+    const auto aliasLabels = [this] { return labels<DynLabel>(selected()); };
+    QCOMPARE(aliasLabels().size(), 2);
+    QVERIFY(aliasLabels().at(0)->text().contains(QStringLiteral("/tick.png")));
+    QTest::mouseClick(aliasLabels().at(0), Qt::LeftButton);
+    QTRY_COMPARE(creature(Rat1)->aliasMode(), 0);
+    tick();
+    QVERIFY(aliasLabels().at(0)->text().contains(QStringLiteral("untick.png")));
+
+    Answer answer([] {
+        auto *dialog = qobject_cast<SetAliasDialog *>(QApplication::activeModalWidget());
+        if (!dialog)
+            return false;
+        tick(); // must not take the label away that opened the dialog
+        dialog->findChild<QLineEdit *>()->setText(QStringLiteral("Long tail"));
+        dialog->accept();
+        return true;
+    });
+    QTest::mouseClick(aliasLabels().at(1), Qt::LeftButton);
+    QTRY_COMPARE(creature(Rat1)->alias(), QStringLiteral("Long tail"));
+    QVERIFY(creature(Rat2)->alias().isEmpty());
+}
+
+void CreaturePanelTest::panelFollowsTheDialogs()
+{
+    QString during;
+    const auto seen = [&](FlatDialog &dialog) {
+        tick();
+        during = text(current(), "nameLabel");
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+    };
+    Answer effect(inFlatDialog<EffectDialog>([&](EffectDialog &dialog) {
+        auto *box = dialog.findChild<QComboBox *>(QStringLiteral("originBox"));
+        box->setCurrentIndex(box->findText(QStringLiteral("Aria")));
+        Q_EMIT box->activated(box->currentIndex());
+        seen(dialog);
+    }));
+    m_fight->action("conditions")->trigger();
+    QVERIFY(effect.wasAnswered);
+    QCOMPARE(during, QStringLiteral("Aria"));
+    tick();
+    QCOMPARE(text(current(), "nameLabel"), QStringLiteral("Rat (1)"));
+
+    m_fight->action("startStop")->trigger();
+    tick();
+    QCOMPARE(text(current(), "nameLabel"), QString());
+    for (const char *action : {"startStop", "shortRest"}) {
+        during.clear();
+        Answer answer(inFlatDialog<FlatDialog>(seen));
+        m_fight->action(action)->trigger();
+        QVERIFY(answer.wasAnswered);
+        QCOMPARE(during, QStringLiteral("Aria"));
+        tick();
+        QCOMPARE(text(current(), "nameLabel"), QString());
+    }
+}
+
+void CreaturePanelTest::creaturesMayGo()
+{
+    m_fight->click(Rat1);
+    m_fight->click(Aria, Qt::ControlModifier);
+    tick();
+    QVERIFY(!labels<PowerLabel>(selected()).isEmpty());
+    Answer answer(inMessage(QStringLiteral("Clear History")));
+    m_fight->action("newHistory")->trigger();
+    QVERIFY(answer.wasAnswered);
+    for (const PowerLabel *label : labels<PowerLabel>(selected()))
+        QTest::mouseClick(const_cast<PowerLabel *>(label), Qt::LeftButton);
+    tick();
+    for (const QWidget *shown : {current(), selected()}) {
+        QCOMPARE(text(shown, "nameLabel"), QString());
+        QVERIFY(labels<QLabel>(shown).isEmpty());
+    }
+}
+
+MORVANE_TEST_MAIN(QApplication, CreaturePanelTest)
+#include "tst_creaturepanel.moc"
