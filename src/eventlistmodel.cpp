@@ -38,8 +38,11 @@ void EventListModel::onHistoryChanged()
 {
     syncRows();
     drawAnew();
-    if (m_view && m_history)
-        m_view->scrollTo(index(m_history->position(), 0), QAbstractItemView::EnsureVisible);
+    if (!m_view || !m_history)
+        return;
+    // Rows that were only just added have no place before this.
+    m_view->doItemsLayout();
+    m_view->scrollTo(index(m_history->position(), 0), QAbstractItemView::EnsureVisible);
 }
 
 void EventListModel::syncRows()

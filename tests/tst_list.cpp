@@ -55,6 +55,7 @@ private Q_SLOTS:
 
     void listsTheHistory();
     void jumpsOnAClick();
+    void showsTheLatestEvent();
 
     void mapsColoursForADarkPalette();
     void fillsTheBar_data();
@@ -722,6 +723,18 @@ void TestList::jumpsOnAClick()
     });
     QCOMPARE(dialog.exec(), 0);
     QCOMPARE(theHistory->position(), 3);
+}
+
+void TestList::showsTheLatestEvent()
+{
+    auto *list = m_fixture->find<QTableView>(QStringLiteral("historyList"));
+    setRoster(1);
+    for (int i = 0; i < 50; ++i)
+        appendEvent<DamageEvent>(nullptr, QList<Creature *> {m_rat}, 1);
+    const QRect place = list->visualRect(list->model()->index(theHistory->position(), 0));
+    QVERIFY(!place.isEmpty() && list->viewport()->height() < 50 * place.height());
+    QVERIFY(list->viewport()->rect().contains(place.center()));
+    QVERIFY(place.bottom() <= list->viewport()->rect().bottom());
 }
 
 // --- drawing ---

@@ -81,6 +81,7 @@ int main(int argc, char **argv)
     app.setOrganizationName(QStringLiteral("Tolbrick"));
     app.setApplicationName(QStringLiteral("Morvane"));
     app.setQuitOnLastWindowClosed(false);
+    app.setCursorFlashTime(0); // the same pictures each time
     setDefaultTerms();
     Dice::seed(11);
 

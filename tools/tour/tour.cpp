@@ -18,8 +18,8 @@
 
 namespace {
 
-// Long enough for a repaint and for the refresh tick's panels not to matter to a reader.
-constexpr int SettleMilliseconds = 200;
+// Long enough for the panels, which follow at the next refresh tick.
+constexpr int SettleMilliseconds = 700;
 // Of a step that nobody looks at: a dialog has opened and has the focus.
 constexpr int UnseenMilliseconds = 20;
 constexpr int MostRepeats = 100;
@@ -189,7 +189,10 @@ void Tour::clickEvent(int index)
 void Tour::clickCell(QTableView *table, const QModelIndex &index, Qt::MouseButton button)
 {
     table->scrollTo(index);
-    QTest::mouseClick(table->viewport(), button, Qt::NoModifier, table->visualRect(index).center());
+    const QPoint place = table->visualRect(index).center();
+    if (button == Qt::RightButton)
+        QCursor::setPos(table->viewport()->mapToGlobal(place)); // a menu opens at the pointer
+    QTest::mouseClick(table->viewport(), button, Qt::NoModifier, place);
 }
 
 void Tour::clickEntry(const QString &text)
