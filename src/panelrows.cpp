@@ -43,7 +43,7 @@ QString joined(QStringList parts)
 // The title of a power's section, by its number.
 QString sectionTitle(int section)
 {
-    constexpr int First = 3;
+    constexpr int First = PowerSection::TrapSkills;
     constexpr std::array titles = {
         QT_TRANSLATE_NOOP("PanelRows", "Detection"),
         QT_TRANSLATE_NOOP("PanelRows", "Traits"),
