@@ -72,8 +72,12 @@ QScrollArea *SavingThrowDialog::rowArea(const QList<Effect *> &effects, int modi
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area->setWidgetResizable(true);
     area->setWidget(wrap(grid));
-    area->setMinimumSize(area->widget()->sizeHint());
-    area->setMaximumHeight(area->minimumHeight());
+    // A long text wraps, so that its height follows from the width.
+    const int width = area->widget()->sizeHint().width();
+    const int height = grid->hasHeightForWidth() ? grid->totalHeightForWidth(width)
+                                                 : grid->totalSizeHint().height();
+    area->setMinimumWidth(width);
+    area->setFixedHeight(height);
     return area;
 }
 

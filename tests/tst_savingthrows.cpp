@@ -168,7 +168,8 @@ void SavingThrowsTest::manyRowsStayOnTheScreen()
 {
     QList<Effect *> effects;
     for (int i = 0; i < 40; ++i) {
-        add(m_aria, EffectEnd::SaveEnds, qPrintable(QStringLiteral("Curse %1").arg(i)));
+        add(m_aria, EffectEnd::SaveEnds,
+            qPrintable(QStringLiteral("Curse %1 ").arg(i).repeated(i == 1 ? 20 : 1)));
         effects << m_aria->effectAt(i);
     }
     const auto height = [&](int count) {
