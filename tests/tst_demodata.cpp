@@ -2,7 +2,10 @@
 #include <QDir>
 #include <QFile>
 #include <QGuiApplication>
+#include <QRegularExpression>
 #include <QSet>
+
+#include <algorithm>
 
 #include "characters.h"
 #include "coreobjects.h"
@@ -27,7 +30,8 @@ QByteArray readFile(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-// A role as the files write it: "Soldier", "Minion Soldier", "Elite Soldier", "Solo Soldier".
+// A role as the files write it: "Soldier", "Minion Soldier", "Elite Soldier (Leader)", "Solo
+// Soldier".
 struct Role {
     QString rank;
     QString name;
@@ -35,7 +39,7 @@ struct Role {
 
 Role roleOf(const Creature &monster)
 {
-    const QStringList words = monster.role().split(u' ');
+    const QStringList words = QString(monster.role()).remove(u" (Leader)"_s).split(u' ');
     return words.size() == 2 ? Role {words.first(), words.last()} : Role {{}, words.first()};
 }
 
@@ -72,6 +76,15 @@ int expectedXP(const Creature &monster)
     return xp * (rank == u"Solo" ? 5 : rank == u"Elite" ? 2 : 1);
 }
 
+// Every "+6 vs. AC" of a text is five above the level; against the other defences it's three.
+void checkAttacks(const QString &text, int level)
+{
+    static const QRegularExpression attack(u"\\+(\\d+) vs\\. (\\w+)"_s);
+    for (const QRegularExpressionMatch &match : attack.globalMatch(text))
+        QVERIFY2(match.captured(1).toInt() == level + (match.captured(2) == u"AC" ? 5 : 3),
+                 qPrintable(text));
+}
+
 } // namespace
 
 class DemoDataTest : public QObject {
@@ -86,13 +99,15 @@ private Q_SLOTS:
     void creatures_data();
     void creatures();
     void importIsTheHerosOwn();
-    void monstersInXmlHavePowers();
+    void layouts_data();
+    void layouts();
     void portraitsAreAllUsedAndDrawnHere();
     void encounters();
 
 private:
     QList<Creature *> allCreatures() const;
     static void checkMonster(const Creature &monster);
+    static void checkPowers(const Creature &monster);
     static void checkCharacter(const Creature &character);
 
     std::unique_ptr<CoreObjects> m_objects;
@@ -131,7 +146,7 @@ void DemoDataTest::loadsWithoutComplaint()
     QCOMPARE(m_results, QList<LoadResult>(3, LoadResult::Loaded));
     QCOMPARE(m_windows.shown, QStringList());
     QCOMPARE(theCharacters->count(), 6);
-    QCOMPARE(theMonsters->count(), 16);
+    QCOMPARE(theMonsters->count(), 19);
     QCOMPARE(theEncounters->count(), 4);
 }
 
@@ -164,14 +179,18 @@ void DemoDataTest::creatures()
     QCOMPARE(creature->currHP(), creature->maxHP());
     QVERIFY(!creature->portrait().isNull());
     QCOMPARE(QImage(portraitPath(creature->portraitFile())).size(), QSize(300, 300));
+    if (creature->isMonster())
+        checkPowers(*creature);
+    else
+        checkCharacter(*creature);
+    if (creature->data().disabled)
+        return;
     const CreatureData &data = creature->data();
     for (const Ability &ability : {data.strength, data.dexterity, data.wisdom, data.constitution,
                                    data.intelligence, data.charisma})
         QVERIFY(ability.score >= 1 && ability.score <= 24);
     if (creature->isMonster())
         checkMonster(*creature);
-    else
-        checkCharacter(*creature);
 }
 
 // A rest rereads it, and must not change the hero of a new user.
@@ -184,15 +203,34 @@ void DemoDataTest::importIsTheHerosOwn()
     QCOMPARE(maeve->statBlock(), maeve->savedStatBlock());
 }
 
-void DemoDataTest::monstersInXmlHavePowers()
+// A monster for each way in which a dungeon master comes by a stat block.
+void DemoDataTest::layouts_data()
 {
-    for (const QString &group : {u"Slagback"_s, u"Cairn Warden"_s}) {
-        const Creature *monster = theMonsters->findGroup(group);
-        QVERIFY(monster && monster->fileName().endsWith(u".monster"));
-        QCOMPARE(monster->powers().size(), 4);
-        for (const Power &power : monster->powers())
-            QVERIFY2(!power.details.isEmpty(), qPrintable(power.name));
-    }
+    QTest::addColumn<QString>("pattern");
+    QTest::addColumn<int>("monsters");
+    QTest::newRow("old style") << u"^m .+\\(standard; at-will\\)( ✦ .+)?$"_s << 5;
+    QTest::newRow("bullets as letters") << u"^m .+\\) F "_s << 1;
+    QTest::newRow("new style") << u"^Standard Actions\n(. )?[A-Z].+ • At-Will\nAttack: "_s << 3;
+    QTest::newRow("new style, other bullets") << u"^m .+ [✦*] At-Will\nAttack: "_s << 2;
+    QTest::newRow("dotted") << u"^Level .+ • XP "_s << 3;
+    QTest::newRow("wrapped lines") << u"^m .+\\(standard;$"_s << 1;
+    QTest::newRow("minion") << u"Level \\d Minion "_s << 3;
+    QTest::newRow("elite leader") << u"^Level \\d Elite .+\\(Leader\\)$"_s << 1;
+    QTest::newRow("solo") << u"Level \\d Solo "_s << 1;
+    QTest::newRow("trap") << u"^Trap: "_s << 1;
+    QTest::newRow("hazard") << u"^Hazard: "_s << 1;
+    QTest::newRow("XML") << u"^<Monster "_s << 2;
+}
+
+void DemoDataTest::layouts()
+{
+    QFETCH(QString, pattern);
+    QFETCH(int, monsters);
+    const QRegularExpression layout(pattern, QRegularExpression::MultilineOption);
+    int found = 0;
+    for (int i = 0; i < theMonsters->count(); ++i)
+        found += theMonsters->at(i)->statBlock().contains(layout);
+    QCOMPARE(found, monsters);
 }
 
 void DemoDataTest::portraitsAreAllUsedAndDrawnHere()
@@ -222,6 +260,34 @@ void DemoDataTest::checkMonster(const Creature &monster)
         QVERIFY(qAbs(defence - data.level - 12) <= 4);
     const QString rank = roleOf(monster).rank;
     QCOMPARE(monster.initAP(), rank == u"Solo" ? 2 : rank == u"Elite" ? 1 : 0);
+}
+
+void DemoDataTest::checkPowers(const Creature &monster)
+{
+    constexpr int TextIcon = 14;
+    constexpr int FirstAction = 5;
+    const bool isTrap = monster.data().disabled;
+    const QList<Power> powers = monster.powers();
+    QVERIFY(powers.size() >= 3);
+    QVERIFY(std::ranges::is_sorted(powers, {}, &Power::section));
+    // Icons 3, 5, 7 and 9 are those of the basic attacks, usages from 4 on recharge.
+    QVERIFY(std::ranges::any_of(
+        powers, [](const Power &p) { return p.icon % 2 == 1 && p.icon >= 3 && p.icon <= 9; }));
+    QCOMPARE(std::ranges::any_of(powers, [](const Power &p) { return p.usageKind >= 4; }),
+             !isTrap && roleOf(monster).rank != u"Minion");
+    // Only a trap opens with a text of its own.
+    QCOMPARE(monster.data().unplacedText.isEmpty(), !isTrap);
+    static const QRegularExpression leftover(u"[•✦*](?! <b>)|\\bF\\b"_s);
+    for (const Power &power : powers) {
+        QVERIFY(!power.details.isEmpty());
+        checkAttacks(power.details.join(u'\n'), monster.level());
+        if (isTrap)
+            continue;
+        QVERIFY(!power.name.isEmpty() && power.icon != TextIcon);
+        QVERIFY2(power.section < FirstAction || power.usageKind > 0, qPrintable(power.name));
+        const QStringList texts = power.details + QStringList {power.name, power.keywords};
+        QVERIFY2(texts.filter(leftover).isEmpty(), qPrintable(power.name));
+    }
 }
 
 void DemoDataTest::checkCharacter(const Creature &character)
