@@ -14,6 +14,7 @@
 
 #include "eventlistmodel.h"
 #include "mainwindow.h"
+#include "switchboard.h"
 #include "text.h"
 
 namespace {
@@ -115,6 +116,8 @@ void Tour::next()
 void Tour::savePicture(const QString &name)
 {
     QWidget *shown = shownWindow();
+    // The panels follow on their next tick.
+    Q_EMIT switchBoard()->doRefreshTimer();
     QPixmap picture = shown->grab();
     if (QWidget *menu = QApplication::activePopupWidget())
         QPainter(&picture).drawPixmap(shown->mapFromGlobal(menu->pos()), menu->grab());
