@@ -275,8 +275,10 @@ void DemoDataTest::checkPowers(const Creature &monster)
         powers, [](const Power &p) { return p.icon % 2 == 1 && p.icon >= 3 && p.icon <= 9; }));
     QCOMPARE(std::ranges::any_of(powers, [](const Power &p) { return p.usageKind >= 4; }),
              !isTrap && roleOf(monster).rank != u"Minion");
-    // Only a trap opens with a text of its own.
+    // A trap opens with a text that no panel shows, and with a warning that they show.
+    constexpr int WarningSection = 2;
     QCOMPARE(monster.data().unplacedText.isEmpty(), !isTrap);
+    QCOMPARE(powers.first().section == WarningSection, isTrap);
     static const QRegularExpression leftover(u"[•✦*](?! <b>)|\\bF\\b"_s);
     for (const Power &power : powers) {
         QVERIFY(!power.details.isEmpty());
