@@ -78,16 +78,16 @@ QWidget *ShortRestDialog::grantRow()
 QGroupBox *ShortRestDialog::buildRow(Creature *creature)
 {
     const QString name = creature->displayName();
-    const auto box = [&](const char *objectName, int max) {
-        QSpinBox *spin = spinBox(max, 0, 0, true);
+    const auto box = [&](const char *objectName, int max, bool selected) {
+        QSpinBox *spin = spinBox(max, 0, 0, selected);
         spin->setObjectName(QLatin1String(objectName) + u':' + name);
         connect(spin, &QSpinBox::valueChanged, this, &ShortRestDialog::onRestValueChanged);
         return spin;
     };
     const Row row {.creature = creature,
                    .wasStable = creature->isStable(),
-                   .surgeBox = box("surgeBox", qMax(0, creature->currHS())),
-                   .hpBox = box("hpBox", MaxExtraHP),
+                   .surgeBox = box("surgeBox", qMax(0, creature->currHS()), true),
+                   .hpBox = box("hpBox", MaxExtraHP, false),
                    .surgesLabel = namedLabel("surgesLabel", creature, SurgesDigits),
                    .hpLabel = namedLabel("hpLabel", creature, HPDigits),
                    .apLabel = namedLabel("apLabel", creature, APDigits),
