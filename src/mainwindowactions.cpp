@@ -408,6 +408,9 @@ void MainWindow::restoreLayout()
 {
     // A scaled or small screen may have less room, and its frame must stay within reach.
     resize(DefaultSize.boundedTo(screen()->availableSize() * 0.9));
+    // Between two panels the list then needs all the width there is.
+    if (size() != DefaultSize)
+        setWindowState(Qt::WindowMaximized);
     breakToolBars();
     const QSettings settings;
     restoreGeometry(settings.value(QStringLiteral("mainWindow/geometry")).toByteArray());
