@@ -4,9 +4,11 @@
 
 #include <QPixmap>
 #include <QPointer>
+#include <QWidget>
 
 #include "creature.h"
 #include "panelrows.h"
+#include "smallwidgets.h"
 #include "windowsanddialogs.h"
 
 class QFrame;
@@ -15,7 +17,6 @@ class QHBoxLayout;
 class QLabel;
 class QToolButton;
 class QVBoxLayout;
-class ResizableScrollArea;
 
 // However many updates come in, the widgets change on the refresh tick alone. That spares work, and
 // no click deletes the label that handles it. Creatures aren't owned and may go at any time.
