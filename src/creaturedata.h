@@ -70,7 +70,7 @@ struct CreatureData {
     Ability intelligence;
     Ability charisma;
     QList<Power> powers;
-    int currentPower = 0; // while parsing: index of the power inserted last
+    int currentPower = 0; // index of the power that was read last
 
     // `group` for a monster, `name` for a character: what the library sorts and finds by.
     const QString &keyName() const { return isMonster ? group : name; }

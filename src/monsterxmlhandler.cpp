@@ -295,6 +295,7 @@ void MonsterXmlHandler::onEnd()
         addTo(m_roleName, QStringLiteral("(Leader)"), " "_L1);
     addTo(record.role, m_roleName, " "_L1);
     finishPower();
+    sortPowers(record);
 }
 
 // --- statistics ---
@@ -438,7 +439,7 @@ void MonsterXmlHandler::finishPower()
             m_power.keywords = QStringLiteral("(%1)").arg(m_powerKeywords);
         if (!m_usageText.isEmpty())
             m_power.keywords += u" \u2022 "_s + m_usageText;
-        insertPower(m_record, std::move(m_power));
+        addPower(m_record, std::move(m_power));
     }
     m_power = Power();
     m_isBasic = false;

@@ -4,10 +4,6 @@
 #include <array>
 
 namespace {
-// No creature comes near it. Each power moves those behind it, so the work of a file made of
-// nothing else would have no bound.
-constexpr qsizetype maxPowers = 1000;
-
 // By icon; the empty ones still get their image tag.
 constexpr std::array iconImages = {
     "",
@@ -39,7 +35,7 @@ void addToUnplaced(QString &unplaced, const Power &power)
 }
 } // namespace
 
-void insertPower(CreatureData &record, Power power)
+void addPower(CreatureData &record, Power power)
 {
     if (power.section == PowerSection::TrapOpening) {
         addToUnplaced(record.unplacedText, power);
@@ -49,20 +45,21 @@ void insertPower(CreatureData &record, Power power)
         power.icon = PowerIcon::None;
     else if (power.section == PowerSection::None)
         power.section = PowerSection::Traits;
-    QList<Power> &powers = record.powers;
-    if (power.icon == PowerIcon::Secondary && power.keywords.isEmpty()) {
-        if (record.currentPower >= 0 && record.currentPower < powers.size())
-            powers[record.currentPower].details << power.name << power.details;
+    if (power.icon != PowerIcon::Secondary || !power.keywords.isEmpty())
+        record.powers.append(std::move(power));
+    else if (!record.powers.isEmpty())
+        record.powers.last().details << power.name << power.details;
+}
+
+void sortPowers(CreatureData &record)
+{
+    if (record.powers.isEmpty())
         return;
-    }
-    if (powers.size() >= maxPowers)
-        return;
-    // The list is in order of sections, since nothing else adds to it.
-    const auto place =
-        std::upper_bound(powers.cbegin(), powers.cend(), power.section,
-                         [](int section, const Power &other) { return section < other.section; });
-    record.currentPower = int(place - powers.cbegin());
-    powers.insert(record.currentPower, std::move(power));
+    const int lastAdded = record.powers.constLast().section;
+    std::ranges::stable_sort(record.powers, {}, &Power::section);
+    const auto behind =
+        std::ranges::upper_bound(std::as_const(record.powers), lastAdded, {}, &Power::section);
+    record.currentPower = int(behind - record.powers.cbegin()) - 1;
 }
 
 QString powerHeaderHtml(const Power &power, bool crossedOut)

@@ -6,11 +6,14 @@
 
 #include "creaturedata.h"
 
-// Puts a power that was read into the record: sorted by section, in source order within one. What
-// stands in a trap's opening text goes into unplacedText instead, and a secondary attack without
-// keywords into the details of the power inserted last. A record that is full to absurdity takes no
-// more.
-void insertPower(CreatureData &record, Power power);
+// Puts a power that was read behind those of the record. What stands in a trap's opening text goes
+// into unplacedText instead, and a secondary attack without keywords into the details of the power
+// added last. When all are read, sortPowers() has to follow.
+void addPower(CreatureData &record, Power power);
+
+// Sorts the powers by section, in source order within one, and notes where the one added last came
+// to stand. Once for all of them: an insertion in place would move those behind it each time.
+void sortPowers(CreatureData &record);
 
 // The line above a power's details. A power that is used is struck through if it can be spent at
 // all; `crossedOut` asks for the opposite, to show what a change of its use would look like.

@@ -1,6 +1,7 @@
 #include "statblockparser.h"
 
 #include "creaturefile.h"
+#include "powertext.h"
 #include "statblockassembler.h"
 #include "statblockpowers.h"
 #include "statblocktext.h"
@@ -74,6 +75,7 @@ bool endsName(const StatBlockLine &line, int index, int lastRole)
     case TokenKind::Fortitude:
     case TokenKind::Speed:
     case TokenKind::Perception:
+    case TokenKind::Bloodied:
         return line.kindAt(index + 1) == TokenKind::Number;
     case TokenKind::Action:
         return line.kindAt(index + 1) == TokenKind::Points;
@@ -511,6 +513,7 @@ bool StatBlockParser::parse(CreatureData &record, const QString &text, bool isMo
     Reader reader(record, text, dataFolder);
     if (!reader.read())
         return false;
+    sortPowers(record);
     const QString *signs[] = {&record.portraitFile, &record.name, &record.charClass, &record.group,
                               &record.type,         &record.race, &record.role,      &record.speed};
     return std::count_if(std::begin(signs), std::end(signs),

@@ -166,7 +166,7 @@ void StatBlockPowers::readPower(bool isTrait)
     readRemainder(power);
     readDetails(power, isTrait);
     settleIcon(power, isTrait, hasLetter);
-    insertPower(m_record, std::move(power));
+    addPower(m_record, std::move(power));
 }
 
 bool StatBlockPowers::readIconLetter(Power &power)
@@ -462,7 +462,7 @@ void StatBlockPowers::readText()
         m_lines.advance();
     } while (m_lines.lineKind() == POWER_DETAIL
              && m_lines.section() != PowerSection::Countermeasures);
-    insertPower(m_record, std::move(power));
+    addPower(m_record, std::move(power));
 }
 
 QString StatBlockPowers::paragraph()

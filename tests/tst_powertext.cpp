@@ -31,14 +31,12 @@ static Power power(const QString &name, int section, int icon = 0, const QString
 void PowerTextTest::sortsBySection()
 {
     CreatureData record;
-    const QList<std::pair<QString, int>> inserted = {{u"a"_s, 5}, {u"b"_s, 0}, {u"c"_s, 11},
-                                                     {u"d"_s, 5}, {u"e"_s, 2}, {u"f"_s, 4}};
-    const int places[] = {0, 0, 2, 2, 0, 2};
-    int next = 0;
-    for (const auto &[name, section] : inserted) {
-        insertPower(record, power(name, section, 7));
-        QCOMPARE(record.currentPower, places[next++]);
-    }
+    const QList<std::pair<QString, int>> added = {{u"a"_s, 5}, {u"b"_s, 0}, {u"c"_s, 11},
+                                                  {u"d"_s, 5}, {u"e"_s, 2}, {u"f"_s, 4}};
+    for (const auto &[name, section] : added)
+        addPower(record, power(name, section, 7));
+    sortPowers(record);
+    QCOMPARE(record.currentPower, 2);
     QString order;
     for (const Power &each : record.powers)
         order += each.name + QString::number(each.section) + u' ';
@@ -50,10 +48,10 @@ void PowerTextTest::sortsBySection()
 void PowerTextTest::keepsAnOpeningTextApart()
 {
     CreatureData record;
-    insertPower(record, power(u"Pit"_s, 1, 14, {u"It is deep."_s, u" And wet."_s}));
+    addPower(record, power(u"Pit"_s, 1, 14, {u"It is deep."_s, u" And wet."_s}));
     Power second = power(u"Lid"_s, 1);
     second.keywords = u"thin"_s;
-    insertPower(record, second);
+    addPower(record, second);
     QCOMPARE(record.unplacedText,
              u"<i>Pit<br>It is deep. And wet.<i><br><i>Lid &bull; thin<br><i>"_s);
     QVERIFY(record.powers.isEmpty());
@@ -62,17 +60,20 @@ void PowerTextTest::keepsAnOpeningTextApart()
 void PowerTextTest::mergesASecondaryAttack()
 {
     CreatureData record;
-    insertPower(record, power(u"Lost"_s, 5, 13));
+    addPower(record, power(u"Lost"_s, 5, 13));
     QVERIFY(record.powers.isEmpty());
-    insertPower(record, power(u"Late"_s, 9, 4));
-    insertPower(record, power(u"Bite"_s, 5, 4, {u"1d6"_s}));
-    insertPower(record, power(u"Secondary"_s, 9, 13, {u"Prone."_s}));
+    addPower(record, power(u"Late"_s, 9, 4));
+    addPower(record, power(u"Bite"_s, 5, 4, {u"1d6"_s}));
+    addPower(record, power(u"Secondary"_s, 9, 13, {u"Prone."_s}));
     QCOMPARE(record.powers.size(), 2);
-    QCOMPARE(record.powers[0].details, (QStringList {u"1d6"_s, u"Secondary"_s, u"Prone."_s}));
+    QCOMPARE(record.powers[1].details, (QStringList {u"1d6"_s, u"Secondary"_s, u"Prone."_s}));
     Power own = power(u"Own"_s, 5, 13);
     own.keywords = u"fire"_s;
-    insertPower(record, own);
+    addPower(record, own);
+    sortPowers(record);
     QCOMPARE(record.powers.size(), 3);
+    QCOMPARE(record.powers[1].name, u"Own"_s);
+    QCOMPARE(record.currentPower, 1);
 }
 
 void PowerTextTest::showsAHeader()
