@@ -237,6 +237,8 @@ void StatBlockAssembler::joinContinuations(int kind)
 int StatBlockAssembler::settleUnknown(int state)
 {
     if (m_trapMode) {
+        if (isDoubleHeading())
+            return settleHeader();
         if (isInitiativeLine())
             return HEADER_LINE;
         if (m_section == PowerSection::TrapOpening && !hasName())
@@ -259,17 +261,20 @@ int StatBlockAssembler::settleName()
 
 int StatBlockAssembler::settleHeader()
 {
-    if (m_trapMode) {
-        if (m_section == PowerSection::Countermeasures && m_line.endsInFullStop())
-            return POWER_DETAIL;
-        // Two headings of one attack.
-        if (isOnly(m_line, TokenKind::Trigger) && hasAhead(0)
-            && isOnly(ahead(0), TokenKind::Attack))
-            m_pending.pop_front();
-    }
+    if (m_trapMode && m_section == PowerSection::Countermeasures && m_line.endsInFullStop())
+        return POWER_DETAIL;
+    if (isDoubleHeading())
+        m_pending.pop_front();
     if (m_line.shape() == StatBlockLine::OnlyOpens)
         joinBracket();
     return POWER_HEADER;
+}
+
+// Two headings of one attack of a trap, on a line each.
+bool StatBlockAssembler::isDoubleHeading()
+{
+    return m_trapMode && isOnly(m_line, TokenKind::Trigger) && hasAhead(0)
+        && isOnly(ahead(0), TokenKind::Attack);
 }
 
 // A trap states its initiative among its powers, on one line or on two.

@@ -54,6 +54,7 @@ private:
     int settleUnknown(int state);
     int settleName();
     int settleHeader();
+    bool isDoubleHeading();
     bool isInitiativeLine();
     void joinBracket();
     bool hasName() const;

@@ -101,6 +101,7 @@ void StatBlocksTest::titles_data()
     };
     row("Marsh Hag (Young) Level 3 Elite Lurker", "Marsh Hag", "Young", "Elite Lurker", false);
     row("Iron Will\nFanatic Level 3 Soldier", "Iron Will Fanatic", "", "Soldier", false);
+    row("Hand (Bloodied Form)\nLevel 3 Brute", "Hand", "Bloodied Form", "Brute", false);
     row("Huge Old Brute\nLevel 3 Brute (Leader)", "Huge Old Brute", "", "Brute (Leader)", false);
     row("Mother’s Kettle\nXP 100", "Mother’s Kettle", "", "", false);
     row("Dart Trap Level 3 Blaster", "Dart Trap", "", "Blaster", true);
@@ -175,6 +176,8 @@ void StatBlocksTest::readsPowers_data()
     row("trap: two headings of one attack",
         trap + u"Initiative +3\nTrigger\nAttack\nThe stair tips."_s,
         "9/0/0 Trigger||The stair tips.");
+    row("trap: the two headings in lower case",
+        trap + u"Initiative +3\ntrigger\nattack\nIt tips."_s, "9/0/0 trigger||It tips.");
     row("trap: no comma at a countermeasure's end",
         trap + u"Countermeasures\nJump\nA DC 15 Athletics check"_s,
         "10/3/0 Jump||A DC 15 Athletics check.");
