@@ -59,8 +59,8 @@ bool StatBlockAssembler::readLine()
         token = m_scanner.next();
     if (token.kind == TokenKind::End)
         return false;
-    // Blanks and capitals belong to a path.
-    const bool isPath = token.kind == TokenKind::Portrait;
+    // Blanks and capitals belong to a path. The text's first line is a name.
+    const bool isPath = token.kind == TokenKind::Portrait && !m_line.isEmpty();
     m_scanner.setTrapMode(m_trapMode && !isPath);
     QVarLengthArray<Token, 64> tokens;
     while (token.kind != TokenKind::End) {

@@ -102,6 +102,7 @@ void StatBlocksTest::titles_data()
     row("Marsh Hag (Young) Level 3 Elite Lurker", "Marsh Hag", "Young", "Elite Lurker", false);
     row("Iron Will\nFanatic Level 3 Soldier", "Iron Will Fanatic", "", "Soldier", false);
     row("Hand (Bloodied Form)\nLevel 3 Brute", "Hand", "Bloodied Form", "Brute", false);
+    row("Portrait Ghoul Level 3 Brute", "Portrait Ghoul", "", "Brute", false);
     row("Huge Old Brute\nLevel 3 Brute (Leader)", "Huge Old Brute", "", "Brute (Leader)", false);
     row("Mother’s Kettle\nXP 100", "Mother’s Kettle", "", "", false);
     row("Dart Trap Level 3 Blaster", "Dart Trap", "", "Blaster", true);
@@ -264,6 +265,7 @@ void StatBlocksTest::longTextsTakeLinearTime_data()
     row("sections", trap + u"Attack\nIt hits.\n"_s, "Countermeasures ");
     row("lines in brackets", trap, "Bite ( * x (\n");
     row("brackets", header, "Bite (\n");
+    row("powers", header, "Free Actions\nBite\nIt bites.\nTraits\nBite\nIt bites.\n");
     row("success", header + u"Traits\n"_s, "Success ( ");
     row("senses", header, "darkvision ");
     row("marks", trap + u"F XP 9\n"_s, "> * ");
