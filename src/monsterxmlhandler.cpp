@@ -19,33 +19,33 @@ void addTo(QString &text, const QString &more, QLatin1StringView separator)
     text += more;
 }
 
-// For an icon or a section that a text doesn't name.
-constexpr int None = -1;
-
 struct Named {
     QLatin1StringView name;
     int number;
 };
 
-const Named icons[] = {{"Melee"_L1, 4}, {"Weapon"_L1, 1}, {"Ranged"_L1, 6},
-                       {"Area"_L1, 8},  {"Close"_L1, 10}, {"Aura"_L1, 11}};
+const Named icons[] = {
+    {"Melee"_L1, PowerIcon::Melee},   {"Weapon"_L1, PowerIcon::Weapon},
+    {"Ranged"_L1, PowerIcon::Ranged}, {"Area"_L1, PowerIcon::Area},
+    {"Close"_L1, PowerIcon::Close},   {"Aura"_L1, PowerIcon::Aura},
+};
 
 // The first word that an action holds decides.
 const Named sections[] = {
-    {"standard"_L1, 5},  {"move"_L1, 6},     {"minor"_L1, 7}, {"free"_L1, 8}, {"opportunity"_L1, 9},
-    {"interrupt"_L1, 9}, {"reaction"_L1, 9}, {"trait"_L1, 4}, {"aura"_L1, 4},
+    {"standard"_L1, PowerSection::Standard},     {"move"_L1, PowerSection::Move},
+    {"minor"_L1, PowerSection::Minor},           {"free"_L1, PowerSection::Free},
+    {"opportunity"_L1, PowerSection::Triggered}, {"interrupt"_L1, PowerSection::Triggered},
+    {"reaction"_L1, PowerSection::Triggered},    {"trait"_L1, PowerSection::Traits},
+    {"aura"_L1, PowerSection::Traits},
 };
-constexpr int TraitSection = 4;
-constexpr int TriggeredSection = 9;
-constexpr int OtherSection = 11;
-constexpr int AuraIcon = 11;
 // The icon of a basic attack stands before each of these.
-constexpr int iconsWithBasic[] = {4, 6, 8, 10};
+constexpr int iconsWithBasic[] = {PowerIcon::Melee, PowerIcon::Ranged, PowerIcon::Area,
+                                  PowerIcon::Close};
 
 // Actions of a whole section of their own need no word for it in their paragraphs.
 bool namesItsAction(int section)
 {
-    return section >= 5 && section <= 7;
+    return section >= PowerSection::Standard && section <= PowerSection::Minor;
 }
 
 int iconOf(const QString &type)
@@ -54,7 +54,7 @@ int iconOf(const QString &type)
         if (type == icon.name)
             return icon.number;
     }
-    return None;
+    return PowerIcon::None;
 }
 
 int sectionOf(const QString &action)
@@ -63,7 +63,7 @@ int sectionOf(const QString &action)
         if (action.contains(section.name, Qt::CaseInsensitive))
             return section.number;
     }
-    return OtherSection;
+    return PowerSection::Other;
 }
 
 QString ordinal(int number)
@@ -158,20 +158,20 @@ const MonsterXmlHandler::Row MonsterXmlHandler::monsterRows[] = {
     {u"Powers/MonsterTrait/Name/",
      [](auto &h, auto &text) {
          h.m_power.name = text;
-         h.m_power.section = TraitSection;
+         h.m_power.section = PowerSection::Traits;
      }},
     {u"Powers/MonsterTrait/Details/", [](auto &h, auto &text) { h.m_power.details << text; }},
     {u"Powers/MonsterTrait/Range/FinalValue",
      [](auto &h, auto &text) {
          if (text.toInt() > 0) {
-             h.m_power.icon = AuraIcon;
+             h.m_power.icon = PowerIcon::Aura;
              h.m_usageText = QStringLiteral("<b>Aura %1</b>").arg(text.toInt());
          }
      }},
     {u"=Powers/MonsterTrait/#end", [](auto &h, auto &) { h.finishPower(); }},
     {u"Powers/MonsterPower/Type/",
      [](auto &h, auto &text) {
-         if (const int icon = iconOf(text); icon != None)
+         if (const int icon = iconOf(text); icon != PowerIcon::None)
              h.m_power.icon = icon;
      }},
     {u"Powers/MonsterTrait/Keywords/ObjectReference/ReferencedObject/Name/",
@@ -395,12 +395,12 @@ void MonsterXmlHandler::takeUsage(const QString &text)
 
 void MonsterXmlHandler::takeUsageDetails(const QString &text)
 {
-    if (m_power.usageKind == 4) {
+    if (text == "2/Encounter"_L1) {
+        m_power.usageKind = 3;
+    } else if (m_power.usageKind == 4) {
         takeRecharge(text);
         return;
     }
-    if (text == "2/Encounter"_L1)
-        m_power.usageKind = 3;
     addTo(m_usageText, text, " "_L1);
 }
 
@@ -420,7 +420,7 @@ void MonsterXmlHandler::takeRecharge(const QString &text)
 
 void MonsterXmlHandler::takeTrigger(const QString &text)
 {
-    m_power.section = TriggeredSection;
+    m_power.section = PowerSection::Triggered;
     m_power.details << QStringLiteral("<i>Trigger:</i> ") + text;
 }
 

@@ -17,11 +17,13 @@ bool hasBearableAttributes(const QByteArray &bytes)
 {
     qint64 pairs = 0;
     qint64 inElement = 0;
-    for (qsizetype i = 0; i + 1 < bytes.size(); ++i) {
-        if (bytes[i] == '<')
+    bool afterEquals = false; // but for blanks, or the zeros of two bytes a character
+    for (const char c : bytes) {
+        if (c == '<')
             inElement = 0;
-        else if (bytes[i] == '=')
+        else if (afterEquals && (c == '"' || c == '\''))
             pairs += ++inElement;
+        afterEquals = c == '=' || (afterEquals && c >= '\0' && c <= ' ');
     }
     return pairs <= maxAttributePairs;
 }

@@ -211,6 +211,7 @@ void XmlImportTest::readsUsage()
                           {u"Recharge 6"_s, u""_s, 9, recharge + six},
                           {u"Recharge"_s, u" 6 "_s, 9, recharge + six},
                           {u"Recharge"_s, u"at dawn"_s, 4, recharge + u" at dawn"_s},
+                          {u"Recharge"_s, u"2/Encounter"_s, 3, recharge + u" 2/Encounter"_s},
                           {u"Recharge 1"_s, u""_s, 4, recharge + rechargeImages(1)},
                           {u"Recharge 7"_s, u""_s, 10, recharge}};
     for (const Case &each : cases) {
