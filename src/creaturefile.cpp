@@ -650,9 +650,10 @@ void Creature::revert(const Monsters *monsters, const Characters *characters)
         return;
     const bool isMonster = hasMonsterFile();
     setModified(false);
-    // A saved text that can't be read comes back as it was loaded: invalid, but not lost.
+    // A saved text that can't be read is nothing to go back to.
     CreatureData data;
-    parseText(isMonster, m_savedStatBlock.toUtf8(), data, QString());
+    if (!parseText(isMonster, m_savedStatBlock.toUtf8(), data, QString()))
+        return;
     validate(data, isMonster, m_fileName);
     makeUnique(data, isMonster, monsters, characters, this);
     assign(data);

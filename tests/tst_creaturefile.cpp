@@ -338,6 +338,13 @@ void TestCreatureFile::revertGoesBack()
     QCOMPARE(creature.statBlock(), knight);
     QCOMPARE(creature.currHP(), 3);
 
+    // A saved text that can't be read leaves what there is.
+    creature.setSavedStatBlock(u"gibberish"_s);
+    creature.rename(u"Arianna"_s);
+    creature.revert(nullptr, nullptr);
+    QVERIFY(!creature.isModified());
+    QCOMPARE(creature.name(), "Arianna");
+
     creature.setNew(true);
     creature.setStatBlock(u"half a text"_s);
     creature.revert(nullptr, nullptr);
