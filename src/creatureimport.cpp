@@ -28,8 +28,15 @@ void Creature::refreshIfLinked()
         return;
     const bool wasModified = m_isModified;
     refreshFromImport(m_data.importFile);
-    if (wasModified || !m_isModified || !save())
+    if (wasModified || !m_isModified)
         return;
+    // The history hasn't heard of the change yet, though the file has it.
+    const CreatureVitality shadow = shadowVitality();
+    const QString nameBefore = m_nameBefore;
+    if (!save())
+        return;
+    setShadowVitality(shadow);
+    m_nameBefore = nameBefore;
     setNew(false);
     setModified(false);
 }

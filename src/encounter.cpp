@@ -55,15 +55,16 @@ QString nameInLog(const Creature *creature, const QString &name)
 
 void logOutsideChanges(Creature *creature, History *history, ObjectStream *stream)
 {
-    const CreatureVitality vitality = creature->liveVitality();
-    if (!(vitality == creature->shadowVitality()))
-        history->doEvent(new SetVitalityEvent(vitality, stream));
-    // Without a name before, no log names the creature.
+    // First, since a record names its creature as it is called by now, and whoever reads the log
+    // must know of that name. Without a name before, no log names the creature.
     const QString before = creature->nameBefore();
     if (!before.isEmpty() && before != creature->name()) {
         history->doEvent(new RenameCreatureEvent(nameInLog(creature, before),
                                                  nameInLog(creature, creature->name()), stream));
     }
+    const CreatureVitality vitality = creature->liveVitality();
+    if (!(vitality == creature->shadowVitality()))
+        history->doEvent(new SetVitalityEvent(vitality, stream));
 }
 
 } // namespace

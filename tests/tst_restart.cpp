@@ -43,6 +43,7 @@ private Q_SLOTS:
     void steppedBackEndComesBackApplied();
     void newEventCutsTheTailForGood();
     void fightSurvivesALostFile();
+    void linkedHeroComesBack();
 
 private:
     void fight();
@@ -153,6 +154,50 @@ void RestartTest::fightSurvivesALostFile()
     for (const Creature *creature : theEncounter->creatures())
         missing += creature->isMissing();
     QCOMPARE(missing, 2);
+}
+
+// The file of a character builder changes between two rests, its name at last. Each start reads the
+// file of the last rest, and the log must tell what held before.
+void RestartTest::linkedHeroComesBack()
+{
+    m_fight = std::make_unique<FightFixture>();
+    const TestDataFolder &folder = m_fight->folder;
+    const auto builderFile = [&folder](const QString &name, int hitPoints) {
+        folder.write(QStringLiteral("Characters/odo.dnd4e"),
+                     QStringLiteral("<D20Character><Details><name>%1</name><Level> 3 </Level>"
+                                    "</Details><StatBlock><Stat value=\" %2 \">"
+                                    "<alias name=\"Hit Points\"/></Stat></StatBlock>"
+                                    "</D20Character>")
+                         .arg(name, QString::number(hitPoints)));
+    };
+    folder.addCharacter(QStringLiteral("Aria"));
+    folder.addMonster(QStringLiteral("Rat"));
+    folder.write(QStringLiteral("Characters/odo.txt"),
+                 QStringLiteral("name=Odo\nimport=odo.dnd4e\nlinked=yes\nclass=Monk\nlevel=3\n"
+                                "hit-points=30\nhs-resources=6\n"));
+    m_fight->open();
+    m_fight->setParty();
+    const auto restAndFight = [&](const QString &name, int hitPoints, int damage) {
+        builderFile(name, hitPoints);
+        m_fight->action("extendedRest")->trigger();
+        const Creature *odo = theEncounter->at(1);
+        QCOMPARE(odo->name(), name);
+        QCOMPARE(odo->currHP(), hitPoints);
+        QVERIFY(!odo->isModified());
+        QVERIFY(folder.read(QStringLiteral("Characters/odo.txt"))
+                    .contains(QStringLiteral("hit-points=%1\r\n").arg(hitPoints).toUtf8()));
+        hit(1, damage);
+        const QStringList shown = fightAsShown();
+        const QStringList texts = historyTexts();
+        restart();
+        QCOMPARE(fightAsShown(), shown);
+        QCOMPARE(historyTexts(), texts);
+        QCOMPARE(theEncounter->at(1)->currHP(), hitPoints - damage);
+    };
+    restAndFight(QStringLiteral("Odo"), 48, 7);
+    restAndFight(QStringLiteral("Odo"), 52, 9);
+    restAndFight(QStringLiteral("Odo Oak"), 56, 11);
+    QVERIFY(!theEncounter->at(1)->isModified());
 }
 
 MORVANE_TEST_MAIN(QApplication, RestartTest)
