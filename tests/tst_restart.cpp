@@ -1,6 +1,9 @@
-// links: morvane_ui
+// links: morvane_ui morvane_reports
 // The fight after the end of the program: everything comes back from the data folder alone.
+#include <QJsonObject>
+
 #include "fightfixture.h"
+#include "fightreport.h"
 #include "testhome.h"
 
 namespace {
@@ -187,10 +190,12 @@ void RestartTest::linkedHeroComesBack()
         QVERIFY(folder.read(QStringLiteral("Characters/odo.txt"))
                     .contains(QStringLiteral("hit-points=%1\r\n").arg(hitPoints).toUtf8()));
         hit(1, damage);
-        const QStringList shown = fightAsShown();
+        m_fight->hpBox()->setValue(damage);
+        m_fight->action("setTempHP")->trigger();
+        const QJsonObject report = fightReport(true);
         const QStringList texts = historyTexts();
         restart();
-        QCOMPARE(fightAsShown(), shown);
+        QCOMPARE(fightReport(true), report);
         QCOMPARE(historyTexts(), texts);
         QCOMPARE(theEncounter->at(1)->currHP(), hitPoints - damage);
     };
