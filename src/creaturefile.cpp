@@ -383,6 +383,7 @@ QString withPortraitInXml(const QString &text, const QString &portrait)
     return text.left(head + 1) + QStringLiteral("\n  ") + element + text.mid(head + 1);
 }
 
+// The line of a stat block would be passed over, and the picture gone with the next start.
 QString withPortraitInKeyForm(const QString &text, const QString &portrait)
 {
     QStringList lines = text.split(u'\n');

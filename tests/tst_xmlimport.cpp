@@ -76,6 +76,7 @@ private Q_SLOTS:
     void cleanup();
     void buildsPaths();
     void refusesBombs();
+    void takesLargeFiles();
     void readsFiles();
     void readsUsage();
     void readsActionsAndTypes();
@@ -173,6 +174,27 @@ void XmlImportTest::refusesBombs()
         QCOMPARE(data.statBlock.size(), bytes.size());
     }
     QVERIFY(timer.elapsed() < 60000);
+}
+
+// What keeps bombs away must not keep out the file of a hero with everything.
+void XmlImportTest::takesLargeFiles()
+{
+    const QString rule =
+        u"<RulesElement name=\"Feat\" type=\"Feat\" internal-id=\"F\" url=\"http://x/?a=b\" "
+        u"charelem=\"1\" legality=\"legal\"><specific name=\"Text\"> a = b </specific>"
+        u"</RulesElement>\n"_s;
+    CreatureData data;
+    const QString more = rule.repeated(15000) + u"<p>"_s + QString(30000, u'=') + u"</p>"_s;
+    QVERIFY(StatBlockHandler::parse(heroFile(u"Odo"_s, 40, more).toUtf8(), data, {}));
+    QCOMPARE(data.maxHP, 40);
+
+    const QString power =
+        u"<MonsterPower><Name>Bite</Name><Attacks><MonsterAttack><Hit><Description>%1"
+        u"</Description></Hit></MonsterAttack></Attacks></MonsterPower>"_s.arg(QString(1000, u'x'));
+    const QString rat = u"<Monster><Name>Rat</Name><Powers>%1</Powers><Level>4</Level></Monster>"_s;
+    MonsterXmlHandler::parse(rat.arg(power.repeated(300)).toUtf8(), data, {});
+    QCOMPARE(data.level, 4);
+    QCOMPARE(data.powers.size(), 300);
 }
 
 // Each file has the record that it must give beside it.
