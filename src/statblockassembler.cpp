@@ -253,10 +253,13 @@ int StatBlockAssembler::settleUnknown(int state)
     return settleDetail(POWER_DETAIL);
 }
 
-// A header if it begins with a name at all, so that no power goes without one.
+// A header if it begins with a name at all, in lower case too, so that no power goes without one.
 int StatBlockAssembler::settleName()
 {
-    return nameEnd(m_line, 0, 1).end > 0 ? settleHeader() : settleDetail(POWER_DETAIL);
+    const Token &first = m_line.first();
+    const bool isName = first.isCapitalised()
+        || (TokenKind::isWord(first.kind) && !TokenKind::isUsageWord(first.kind));
+    return isName ? settleHeader() : settleDetail(POWER_DETAIL);
 }
 
 int StatBlockAssembler::settleHeader()

@@ -158,6 +158,9 @@ void StatBlocksTest::readsPowers_data()
         "4/3/0 Bite||+4 vs. AC; 1d6 damage.");
     row("name in lower case", header + u"r spit acid (minor; at-will)\nRanged 5."_s,
         "7/5/1 spit acid|(minor; at-will)|Ranged 5.");
+    row("name in lower case below a heading",
+        header + u"Minor Actions\nspit acid • At-Will\nRanged 5."_s,
+        "7/5/1 spit acid| &bull; <b>At-Will</b>|Ranged 5.");
     row("weapons", header + u"Stick (weapon) • At-Will\nHit.\nStone (sling) • At-Will\nHit."_s,
         "4/3/1 Stick|(weapon) &bull; <b>At-Will</b>|Hit.\n"
         "4/5/1 Stone|(sling) &bull; <b>At-Will</b>|Hit.");
