@@ -7,7 +7,10 @@
 #include <QScrollBar>
 #include <QToolButton>
 
+#include <algorithm>
+
 #include "dynlabel.h"
+#include "headframe.h"
 #include "mainwindow.h"
 #include "panelstyle.h"
 #include "powerlabel.h"
@@ -127,15 +130,10 @@ void CreatureDisplay::createHead()
     m_healthLabel = headLabel();
     m_actionsLabel = headLabel();
     m_actionsLabel->setWordWrap(true);
-    auto *frame = new QFrame;
-    frame->setFrameStyle(int(QFrame::WinPanel) | int(QFrame::Raised));
-    frame->setLineWidth(2);
-    frame->setFixedHeight(PortraitSize);
-    QVBoxLayout *lines = vBox(m_nameLabel, m_subLabel, m_typeLabel, m_levelLabel);
-    lines->setContentsMargins(6, 2, 6, 2);
-    lines->setSpacing(0);
-    frame->setLayout(lines);
-    m_grid->addWidget(frame, 0, 1);
+    m_lines = new HeadFrame(PortraitSize);
+    for (QLabel *line : {m_nameLabel, m_subLabel, m_typeLabel, m_levelLabel})
+        m_lines->addLine(line);
+    m_grid->addWidget(m_lines, 0, 1);
 
     addGroup(1, tr("Defenses"), m_defensesLabel);
     addGroup(2, tr("Health"), m_healthLabel);
@@ -185,7 +183,9 @@ void CreatureDisplay::setText(QLabel *target, const QString &html)
 {
     if (!target)
         return;
-    target->setText(readableColours(html, target->palette()));
+    const QString shown = readableColours(html, target->palette());
+    m_lines->setLine(target, shown);
+    target->setText(shown);
     // A line that is cut can be read in full.
     target->setToolTip(html);
 }
@@ -198,6 +198,7 @@ void CreatureDisplay::rebuildHead()
         for (QLabel *cleared : {m_nameLabel, m_subLabel, m_typeLabel, m_levelLabel, m_defensesLabel,
                                 m_healthLabel, m_actionsLabel, m_effectsLabel})
             setText(cleared, QString());
+        m_lines->fitLines();
         return;
     }
     setText(m_nameLabel, tr("<b>%1</b>").arg(creature->displayName().toHtmlEscaped()));
@@ -208,6 +209,7 @@ void CreatureDisplay::rebuildHead()
     setText(m_healthLabel, creature->healthText(m_editing));
     setText(m_actionsLabel, creature->speedLine(m_editing));
     setText(m_effectsLabel, panelConditions(creature, QStringLiteral("; ")));
+    m_lines->fitLines();
     for (QLabel *wrapped : {m_actionsLabel, m_effectsLabel})
         fitGroup(wrapped);
 }
@@ -423,7 +425,12 @@ void CreatureDisplay::onRefreshTimer()
         return;
     m_dirty = false;
     QScrollBar *bar = m_scrollArea->verticalScrollBar();
-    const bool same = m_creatures.isEmpty() && m_shown == m_creature;
+    const QList<Creature *> creatures = shownCreatures();
+    const bool same = m_shown == m_creature
+        && std::equal(m_blocks.cbegin(), m_blocks.cend(), creatures.cbegin(), creatures.cend(),
+                      [](const Block &block, const Creature *creature) {
+                          return block.creature == creature;
+                      });
     const int position = bar->value();
     m_shown = m_creature;
     rebuildHead();

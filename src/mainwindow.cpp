@@ -274,6 +274,8 @@ bool MainWindow::eventFilter(QObject *watched, QEvent *event)
         return static_cast<QShortcutEvent *>(event)->isAmbiguous();
     // The button in a dock's title closes it without its toggle.
     if (event->type() == QEvent::Close) {
+        m_currentDockOff |= watched == m_currentDock;
+        m_selectedDockOff |= watched == m_selectedDock;
         m_historyDockOff |= watched == m_historyDock;
         m_effectsDockOff |= watched == m_effectsDock;
     }

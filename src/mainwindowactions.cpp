@@ -35,7 +35,9 @@ constexpr int MaxHPInBox = 500;
 constexpr int HistoryStretch = 100;
 constexpr int PageMargin = 8;
 constexpr QSize DefaultSize(1400, 860);
-constexpr int DockWidth = 310;
+// Between two docks the initiative list shows all its columns in a window of the default size, even
+// on a small screen.
+constexpr int DockWidth = 290;
 // Heights of a panel and of the list below it.
 constexpr int PanelShare = 620;
 constexpr int ListShare = 120;

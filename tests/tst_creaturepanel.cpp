@@ -57,7 +57,8 @@ private:
     static void tick() { Q_EMIT switchBoard()->doRefreshTimer(); }
     static QString text(const QWidget *panel, const char *label)
     {
-        return plainText(panel->findChild<QLabel *>(QLatin1String(label))->text());
+        // The line itself is cut where the panel is too narrow for it.
+        return plainText(panel->findChild<QLabel *>(QLatin1String(label))->toolTip());
     }
     static QScrollBar *scrollBar(const QWidget *panel)
     {

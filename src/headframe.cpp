@@ -1,0 +1,92 @@
+#include "headframe.h"
+
+#include <QEvent>
+#include <QLabel>
+#include <QTextCursor>
+#include <QTextDocument>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr QMargins Margins(6, 2, 6, 2);
+
+// Keeps the formats of what stays.
+QString elided(const QString &html, const QFont &font, int width)
+{
+    QTextDocument document;
+    document.setDocumentMargin(0);
+    document.setDefaultFont(font);
+    document.setHtml(html);
+    if (document.idealWidth() <= width)
+        return html;
+    QTextCursor end(&document);
+    end.movePosition(QTextCursor::End);
+    end.insertText(QStringLiteral("\u2026"));
+    end.movePosition(QTextCursor::PreviousCharacter);
+    while (document.idealWidth() > width && !end.atStart())
+        end.deletePreviousChar();
+    return document.toHtml();
+}
+
+} // namespace
+
+HeadFrame::HeadFrame(int height, QWidget *parent) : QFrame(parent)
+{
+    setFrameStyle(int(QFrame::WinPanel) | int(QFrame::Raised));
+    setLineWidth(2);
+    setFixedHeight(height);
+    auto *box = new QVBoxLayout(this);
+    box->setContentsMargins(Margins);
+    box->setSpacing(0);
+}
+
+void HeadFrame::addLine(QLabel *line)
+{
+    layout()->addWidget(line);
+    m_lines.append({line, QString()});
+}
+
+void HeadFrame::setLine(const QLabel *line, const QString &html)
+{
+    for (Line &known : m_lines) {
+        if (known.label == line)
+            known.html = html;
+    }
+}
+
+void HeadFrame::fitLines()
+{
+    const QRect inside = contentsRect().marginsRemoved(Margins);
+    int room = inside.height();
+    for (const Line &line : std::as_const(m_lines))
+        room -= line.label->fontMetrics().height();
+    for (auto line = m_lines.crbegin(); line != m_lines.crend(); ++line) {
+        QLabel *label = line->label;
+        label->setText(line->html);
+        label->setWordWrap(true);
+        const int more = label->heightForWidth(inside.width()) - label->fontMetrics().height();
+        if (more <= 0 || line->html.isEmpty())
+            continue;
+        if (more <= room) {
+            room -= more;
+            continue;
+        }
+        label->setWordWrap(false);
+        label->setText(elided(line->html, label->font(), inside.width()));
+    }
+}
+
+void HeadFrame::resizeEvent(QResizeEvent *event)
+{
+    QFrame::resizeEvent(event);
+    fitLines();
+}
+
+void HeadFrame::changeEvent(QEvent *event)
+{
+    QFrame::changeEvent(event);
+    if (event->type() == QEvent::FontChange)
+        fitLines();
+}
+
+#include "moc_headframe.cpp"
