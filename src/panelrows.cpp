@@ -71,6 +71,10 @@ QString headerHtml(const Power &power, bool crossedOut)
     return powerHeaderHtml(power, crossedOut).remove(QLatin1String("<img src=''> "));
 }
 
+// No creature comes near it. Each row becomes a widget, and a file of nothing but powers would
+// build them for minutes; the stat block's own text still shows all.
+constexpr qsizetype maxRows = 1000;
+
 class RowBuilder {
 public:
     RowBuilder(const Creature *creature, bool editing)
@@ -86,6 +90,10 @@ public:
             addConditions();
         addPowers();
         addClosing();
+        if (m_rows.size() > maxRows) {
+            m_rows.resize(maxRows);
+            add(PowerText, QStringLiteral("&hellip;"));
+        }
         return m_rows;
     }
 

@@ -262,6 +262,13 @@ void CreaturePanelTest::fieldsOfAFileAreShownAsTheyStand()
     for (const PanelRow &row : panelRows(&shown, false))
         found += int(QString(row.left + row.right).count(foreign.toHtmlEscaped()));
     QCOMPARE(found, 16 + 1); // the sixteen fields, and the alias
+    // More than a panel can hold ends in a row that says so.
+    Power power;
+    power.name = foreign;
+    data.powers.fill(power, 5000);
+    shown.assign(data);
+    QCOMPARE(panelRows(&shown, true).size(), 1001);
+    QCOMPARE(panelRows(&shown, true).last().left, QStringLiteral("&hellip;"));
 }
 
 void CreaturePanelTest::headFollowsTheCreature()
