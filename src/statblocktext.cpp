@@ -5,7 +5,8 @@ namespace {
 bool isBlankBetween(int before, int after)
 {
     const auto isTight = [](int kind) {
-        return kind == TokenKind::Apostrophe || kind == TokenKind::Symbol;
+        return kind == TokenKind::Apostrophe || kind == TokenKind::Symbol
+            || kind == TokenKind::WhiteSpace;
     };
     const bool clings = TokenKind::isIn(after, TokenKind::Comma, TokenKind::FullStop)
         || after == TokenKind::CloseBracket || isTight(after);

@@ -158,6 +158,9 @@ void StatBlocksTest::readsPowers_data()
         "4/3/0 Bite||+4 vs. AC; 1d6 damage.");
     row("name in lower case", header + u"r spit acid (minor; at-will)\nRanged 5."_s,
         "7/5/1 spit acid|(minor; at-will)|Ranged 5.");
+    row("a sentence begins with the word portrait",
+        header + u"m Stare (standard; at-will)\nIt stares.\nPortrait of a lord, it is."_s,
+        "5/3/1 Stare|(standard; at-will)|It stares.|Portrait of a lord, it is.");
     row("name in lower case below a heading",
         header + u"Minor Actions\nspit acid • At-Will\nRanged 5."_s,
         "7/5/1 spit acid| &bull; <b>At-Will</b>|Ranged 5.");
