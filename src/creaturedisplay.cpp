@@ -177,6 +177,8 @@ void CreatureDisplay::fitHead(int height)
         room -= group->height() + m_grid->verticalSpacing();
         group->setVisible(room >= 0);
     }
+    // Texts that wrap need another height in another width.
+    markDirty();
 }
 
 void CreatureDisplay::setText(QLabel *target, const QString &html)
@@ -286,6 +288,7 @@ void CreatureDisplay::rebuildBody()
 {
     m_creatures.removeAll(nullptr);
     const QList<Creature *> creatures = shownCreatures();
+    m_body->setUpdatesEnabled(false);
     for (int i = 0; i < creatures.size(); ++i) {
         Creature *creature = creatures.at(i);
         const QString style = styleFor(PanelRowStyle::Name, creature);
@@ -309,6 +312,7 @@ void CreatureDisplay::rebuildBody()
         removeLater(m_bodyLayout, m_blocks.takeLast().widget);
     m_bodyLayout->activate();
     m_scrollArea->fitWidget();
+    m_body->setUpdatesEnabled(true);
 }
 
 // Most changes touch a few rows. What stands before and behind them stays: a row under the mouse

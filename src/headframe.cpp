@@ -65,10 +65,9 @@ void HeadFrame::fitLines()
         label->setText(line->html);
         label->setWordWrap(true);
         const int more = label->heightForWidth(inside.width()) - label->fontMetrics().height();
-        if (more <= 0 || line->html.isEmpty())
-            continue;
-        if (more <= room) {
-            room -= more;
+        const bool wordsFit = label->minimumSizeHint().width() <= inside.width();
+        if (line->html.isEmpty() || (wordsFit && more <= room)) {
+            room -= qMax(0, more);
             continue;
         }
         label->setWordWrap(false);

@@ -51,11 +51,15 @@ void ResizableScrollArea::fitWidget()
         return;
     }
     const QSize room = maximumViewportSize();
-    int width = room.width();
+    int width = room.width() - verticalScrollBar()->sizeHint().width();
     int height = heightFor(content, width);
-    if (height > room.height()) {
-        width -= verticalScrollBar()->sizeHint().width();
-        height = heightFor(content, width);
+    // The width of the bar doesn't halve a long text, whose layout costs time.
+    if (height <= 2 * room.height()) {
+        const int heightWithoutBar = heightFor(content, room.width());
+        if (heightWithoutBar <= room.height()) {
+            width = room.width();
+            height = heightWithoutBar;
+        }
     }
     // Rather a horizontal scroll bar than a form that is cut off.
     content->resize(qMax(width, content->minimumSizeHint().width()), height);

@@ -5,6 +5,7 @@
 #include <QLineEdit>
 #include <QPointer>
 #include <QScrollBar>
+#include <QTextDocument>
 
 #include "creaturewidget.h"
 #include "datatable.h"
@@ -36,6 +37,7 @@ private Q_SLOTS:
     void rowsStandInOrder();
     void fieldsOfAFileAreShownAsTheyStand();
     void headFollowsTheCreature();
+    void linesOfTheHeadFitTheirBox();
     void severalCreaturesStandBelowEachOther();
     void clickTicksAPower();
     void powersRestWhileADialogRuns();
@@ -303,6 +305,37 @@ void CreaturePanelTest::headFollowsTheCreature()
         QCOMPARE(text(selected(), label), QString());
     QCOMPARE(picture(), image("no-icon.png"));
     QVERIFY(labels<QLabel>(selected()).isEmpty());
+}
+
+void CreaturePanelTest::linesOfTheHeadFitTheirBox()
+{
+    CreatureData data = creature(Rat1)->data();
+    data.type = QStringLiteral("Medium natural animate (undead, water)");
+    data.role = QStringLiteral("Elite Brute (Leader)");
+    creature(Rat1)->assign(data);
+    CreatureWidget panel(true);
+    panel.setCreature(creature(Rat1));
+    panel.show();
+    tick();
+    for (const int width : {220, 290, 600}) {
+        panel.resize(width, 700);
+        QCoreApplication::processEvents();
+        bool cut = false;
+        for (const char *name : {"nameLabel", "subLabel", "typeLabel", "levelLabel"}) {
+            const auto *label = panel.findChild<QLabel *>(QLatin1String(name));
+            QTextDocument document;
+            document.setDocumentMargin(0);
+            document.setDefaultFont(label->font());
+            document.setHtml(label->text());
+            if (label->wordWrap())
+                document.setTextWidth(label->width());
+            QVERIFY(document.idealWidth() <= label->width());
+            QVERIFY(document.size().height() <= label->height() + 1);
+            QVERIFY(label->parentWidget()->contentsRect().contains(label->geometry()));
+            cut |= label->text().contains(u'\u2026');
+        }
+        QCOMPARE(cut, width == 220);
+    }
 }
 
 void CreaturePanelTest::severalCreaturesStandBelowEachOther()
