@@ -1,6 +1,7 @@
 #include "chapters.h"
 
 #include <QApplication>
+#include <QRegularExpression>
 #include <memory>
 
 #include "coreobjects.h"
@@ -48,6 +49,27 @@ QStringList effectsOf(const Creature &creature)
     for (const Effect *effect : creature.effects())
         texts << effect->fullText();
     return texts;
+}
+
+bool isUsed(const QString &owner, const QString &power)
+{
+    for (const Power &each : creature(owner).powers()) {
+        if (each.name == power)
+            return each.isUsed();
+    }
+    qFatal("tour: no power \"%s\"", qPrintable(power));
+}
+
+// The die of the latest recharge of the power. 0 where none was rolled.
+int rechargeRoll(const QString &power)
+{
+    static const QRegularExpression form(QStringLiteral("^Recharge (\\d): .* - (.*)$"));
+    for (int i = theHistory->eventCount() - 1; i >= 0; --i) {
+        const QRegularExpressionMatch match = form.match(theHistory->eventText(i));
+        if (match.hasMatch() && match.captured(2) == power)
+            return match.captured(1).toInt();
+    }
+    return 0;
 }
 
 // Whatever is asked on the way is answered as the dice say.
@@ -283,6 +305,36 @@ void aliases(Tour &tour)
     tour.step([&tour] {
         tour.expect(creature(Hound).playersName() == QStringLiteral("Grey Wolf (A)"),
                     QStringLiteral("an alias"));
+    });
+}
+
+void powers(Tour &tour)
+{
+    const QString bite = QStringLiteral("Cinder Bite"); // at-will
+    const QString flame = QStringLiteral("Running Flame"); // recharge on 5 and 6
+    const QString cough = QStringLiteral("Cough of Ash"); // encounter
+    passTurnsTo(tour, Hound);
+    tour.step(QStringLiteral("powers-ticked"), [&tour, bite, flame, cough] {
+        for (const QString &name : {cough, flame, bite})
+            tour.clickPower(name);
+    });
+    tour.step([&tour, bite, flame, cough] {
+        for (const QString &name : {bite, flame, cough})
+            tour.expect(isUsed(Hound, name), QStringLiteral("%1 ticked off").arg(name));
+        tour.press(Qt::Key_N, Control);
+    });
+    passTurnsTo(tour, Hound);
+    tour.step(QStringLiteral("powers-back"), [&tour, bite, flame, cough] {
+        tour.expect(!isUsed(Hound, bite) && isUsed(Hound, cough),
+                    QStringLiteral("the at-will power back, and the encounter power spent"));
+        const int roll = rechargeRoll(flame);
+        tour.expect(roll >= 1 && isUsed(Hound, flame) == (roll < 5),
+                    QStringLiteral("a recharge on 5 and 6, not on %1").arg(roll));
+    });
+    // The DM's word counts here as well.
+    tour.step([&tour, cough] { tour.clickPower(cough); });
+    tour.step([&tour, cough] {
+        tour.expect(!isUsed(Hound, cough), QStringLiteral("the tick taken away"));
     });
 }
 

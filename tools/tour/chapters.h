@@ -15,6 +15,8 @@ void fight(Tour &tour);
 void conditions(Tour &tour);
 void savingThrows(Tour &tour);
 void aliases(Tour &tour);
+// Powers ticked off in the current creature's panel, and what its next turn gives back.
+void powers(Tour &tour);
 // Turns that are delayed and readied.
 void waiting(Tour &tour);
 void dying(Tour &tour);

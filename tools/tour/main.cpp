@@ -90,7 +90,7 @@ int main(int argc, char **argv)
     int number = 1;
     QStringList summary;
     bool succeeded = play(folder, number, summary, pickTheParty, loadAndStart, fight, conditions,
-                          savingThrows, aliases, waiting, dying);
+                          savingThrows, aliases, powers, waiting, dying);
     succeeded = succeeded && play(folder, number, summary, stopAndRest, throughTheHistory);
     if (succeeded)
         std::printf("The tour is over: %d pictures in %s\n", number - 1, qPrintable(folder));

@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QMenu>
 #include <QPainter>
+#include <QScrollArea>
 #include <QTableView>
 #include <QTest>
 #include <QTimer>
@@ -14,6 +15,7 @@
 
 #include "eventlistmodel.h"
 #include "mainwindow.h"
+#include "powerlabel.h"
 #include "switchboard.h"
 #include "text.h"
 
@@ -187,6 +189,25 @@ void Tour::clickEvent(int index)
         }
     }
     fail(QStringLiteral("no history"));
+}
+
+void Tour::clickPower(const QString &name)
+{
+    Q_EMIT switchBoard()->doRefreshTimer(); // the panel follows on its next tick
+    const auto *dock = m_window->findChild<QWidget *>(QStringLiteral("currentWidget"));
+    const auto areas = dock->findChildren<QScrollArea *>();
+    for (QScrollArea *area : areas) {
+        const auto labels = area->findChildren<PowerLabel *>();
+        for (PowerLabel *label : labels) {
+            if (label->isVisible()
+                && label->text().contains(QStringLiteral("<b>%1</b>").arg(name))) {
+                area->ensureWidgetVisible(label);
+                QTest::mouseClick(label, Qt::LeftButton);
+                return;
+            }
+        }
+    }
+    fail(QStringLiteral("no power \"%1\"").arg(name));
 }
 
 void Tour::clickCell(QTableView *table, const QModelIndex &index, Qt::MouseButton button)

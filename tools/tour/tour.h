@@ -42,6 +42,8 @@ public:
     void clickEntry(const QString &text);
     // A line of the history.
     void clickEvent(int index);
+    // The headline of a power in the current creature's panel.
+    void clickPower(const QString &name);
     // The fields of a form, by their object names.
     void enter(const QString &field, const QString &text);
     void choose(const QString &field, const QString &text);
