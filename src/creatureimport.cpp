@@ -17,8 +17,11 @@ bool Creature::refreshFromImport(const QString &path)
     if (data.name != m_data.name)
         makeUnique(data, false, nullptr, theCharacters, this);
     data.statBlock = textOf(data);
+    // A file that brings nothing new is no reason to check all creatures for outside changes.
+    const bool isChanged = data.statBlock != m_data.statBlock;
     assign(data);
-    statBlockChanged();
+    if (isChanged)
+        statBlockChanged();
     return true;
 }
 

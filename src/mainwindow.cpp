@@ -595,7 +595,14 @@ void MainWindow::onShortRest()
 void MainWindow::onExtendedRest()
 {
     // No creatures stand for the whole party.
-    appendEvent<ExtendedRestEvent>(QList<Creature *>());
+    if (!appendEvent<ExtendedRestEvent>(QList<Creature *>()))
+        return;
+    // A session often ends with the rest, and the next start looks for a linked character under the
+    // name that its file brought: the log hears of it now, not with the next command.
+    const CreatureList &party = theEncounter->creatures();
+    if (std::any_of(party.begin(), party.end(),
+                    [](const Creature *hero) { return hero->name() != hero->nameBefore(); }))
+        theEncounter->checkVitality(theHistory);
 }
 
 // --- history ---

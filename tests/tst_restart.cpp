@@ -203,6 +203,21 @@ void RestartTest::linkedHeroComesBack()
     restAndFight(QStringLiteral("Odo"), 52, 9);
     restAndFight(QStringLiteral("Odo Oak"), 56, 11);
     QVERIFY(!theEncounter->at(1)->isModified());
+
+    // The evening ends with the rest.
+    builderFile(QStringLiteral("Odo Ash"), 60);
+    m_fight->action("extendedRest")->trigger();
+    const QStringList rested = fightAsShown();
+    restart();
+    QCOMPARE(fightAsShown(), rested);
+    QVERIFY(!theEncounter->at(1)->isMissing());
+
+    // A file that is as it was puts nothing into the log but the rest.
+    hit(1, 1);
+    const int events = theHistory->eventCount();
+    m_fight->action("extendedRest")->trigger();
+    hit(1, 1);
+    QCOMPARE(theHistory->eventCount(), events + 2);
 }
 
 MORVANE_TEST_MAIN(QApplication, RestartTest)
