@@ -1,6 +1,7 @@
 #include "eventlistmodel.h"
 
 #include <QColor>
+#include <QEvent>
 #include <QTableView>
 
 #include "coreobjects.h"
@@ -19,6 +20,7 @@ void EventListModel::setView(QTableView *view)
     m_view = view;
     view->setSelectionMode(QAbstractItemView::NoSelection);
     connect(view, &QAbstractItemView::clicked, this, &EventListModel::onInitListClicked);
+    view->viewport()->installEventFilter(this);
 }
 
 void EventListModel::attachHistory()
@@ -38,11 +40,24 @@ void EventListModel::onHistoryChanged()
 {
     syncRows();
     drawAnew();
+    showPosition();
+}
+
+void EventListModel::showPosition()
+{
     if (!m_view || !m_history)
         return;
     // Rows that were only just added have no place before this.
     m_view->doItemsLayout();
     m_view->scrollTo(index(m_history->position(), 0), QAbstractItemView::EnsureVisible);
+}
+
+// The log is replayed before the window is shown, when the view has no size to scroll by.
+bool EventListModel::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Resize)
+        QMetaObject::invokeMethod(this, &EventListModel::showPosition, Qt::QueuedConnection);
+    return QAbstractTableModel::eventFilter(watched, event);
 }
 
 void EventListModel::syncRows()

@@ -28,9 +28,13 @@ public Q_SLOTS:
     void onHistoryChanged();
     void onInitListClicked(const QModelIndex &index);
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     void syncRows();
     void drawAnew();
+    void showPosition();
 
     QPointer<History> m_history;
     QPointer<QTableView> m_view;

@@ -6,7 +6,6 @@
 
 namespace {
 
-using StatBlockClassifier::Context;
 using StatBlockClassifier::Result;
 
 // "DC 15:", with or without the skill in front.

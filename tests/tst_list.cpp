@@ -735,6 +735,11 @@ void TestList::showsTheLatestEvent()
     QVERIFY(!place.isEmpty() && list->viewport()->height() < 50 * place.height());
     QVERIFY(list->viewport()->rect().contains(place.center()));
     QVERIFY(place.bottom() <= list->viewport()->rect().bottom());
+
+    // Whoever makes the window smaller still sees where the fight stands.
+    m_fixture->window().resize(m_fixture->window().width(), 400);
+    QTRY_VERIFY(list->viewport()->rect().contains(
+        list->visualRect(list->model()->index(theHistory->position(), 0)).center()));
 }
 
 // --- drawing ---
