@@ -125,7 +125,6 @@ private:
     QGroupBox *buildComment();
     QGroupBox *buildResistance();
     QGroupBox *buildEnd();
-    QWidget *buildButtons();
     void addAttribute(QGridLayout *grid, Attribute attribute, const QString &text, int row,
                       int column, int span = 1);
     QPushButton *attributeButton(const QString &objectName, const QString &text);

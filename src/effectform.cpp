@@ -161,7 +161,7 @@ QWidget *EffectDialog::buildForm()
     grid->addWidget(buildComment(), 4, 0, 1, 5);
     grid->addWidget(buildResistance(), 4, 5, 1, 5);
     grid->addWidget(buildEnd(), 5, 0, 1, 5);
-    grid->addWidget(buildButtons(), 6, 0, 1, Columns);
+    grid->addWidget(okCancelRow(), 6, 0, 1, Columns);
     return wrap(grid);
 }
 
@@ -421,20 +421,6 @@ QGroupBox *EffectDialog::buildEnd()
     m_endBox->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     m_endBox->setMinimumContentsLength(NameCharacters);
     return group(QStringLiteral("endGroup"), tr("End Condition"), m_endBox);
-}
-
-QWidget *EffectDialog::buildButtons()
-{
-    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
-    QPushButton *ok = buttons->button(QDialogButtonBox::Ok);
-    ok->setObjectName(QStringLiteral("okButton"));
-    ok->setDefault(true);
-    QPushButton *cancel = buttons->button(QDialogButtonBox::Cancel);
-    cancel->setObjectName(QStringLiteral("cancelButton"));
-    cancel->setAutoDefault(true);
-    connect(buttons, &QDialogButtonBox::accepted, this, [this] { accept(); });
-    connect(buttons, &QDialogButtonBox::rejected, this, [this] { reject(); });
-    return buttons;
 }
 
 void EffectDialog::connectForm()

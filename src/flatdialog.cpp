@@ -138,6 +138,20 @@ QDialogButtonBox *FlatDialog::buttonRow(const QList<Button> &buttons)
     return box;
 }
 
+QDialogButtonBox *FlatDialog::okCancelRow()
+{
+    auto *box = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    QPushButton *ok = box->button(QDialogButtonBox::Ok);
+    ok->setObjectName(QStringLiteral("okButton"));
+    ok->setDefault(true);
+    QPushButton *cancel = box->button(QDialogButtonBox::Cancel);
+    cancel->setObjectName(QStringLiteral("cancelButton"));
+    cancel->setAutoDefault(true);
+    connect(box, &QDialogButtonBox::accepted, this, [this] { accept(); });
+    connect(box, &QDialogButtonBox::rejected, this, [this] { reject(); });
+    return box;
+}
+
 int FlatDialog::resultOf(const QAbstractButton *button)
 {
     return button->property(ResultProperty).toInt();

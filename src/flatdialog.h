@@ -44,6 +44,8 @@ protected:
     // is its text without blanks, in lower camel case, and "Button".
     static QDialogButtonBox *buttonRow(const QList<Button> &buttons);
     static int resultOf(const QAbstractButton *button);
+    // "okButton", the default, accepts, and "cancelButton" rejects.
+    QDialogButtonBox *okCancelRow();
     // The panel of the current creature shows this one while the dialog asks about it, null nobody;
     // and its own again.
     static void showInPanel(Creature *creature);

@@ -295,17 +295,7 @@ QWidget *InitiativeDialog::buildForm()
     if (m_monsters.hasEntries())
         monsters = groupBox(tr("Monsters"), QStringLiteral("monstersBox"), m_monsters, 2);
 
-    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
-    QPushButton *ok = buttons->button(QDialogButtonBox::Ok);
-    ok->setObjectName(QStringLiteral("okButton"));
-    ok->setDefault(true);
-    QPushButton *cancel = buttons->button(QDialogButtonBox::Cancel);
-    cancel->setObjectName(QStringLiteral("cancelButton"));
-    cancel->setAutoDefault(true);
-    connect(buttons, &QDialogButtonBox::accepted, this, [this] { accept(); });
-    connect(buttons, &QDialogButtonBox::rejected, this, [this] { reject(); });
-
-    QVBoxLayout *box = vBox(characters, expandBox, monsters, buttons);
+    QVBoxLayout *box = vBox(characters, expandBox, monsters, okCancelRow());
     box->setSpacing(10);
     return wrap(box);
 }

@@ -55,7 +55,7 @@ ShortRestDialog::ShortRestDialog(QWidget *parent) : FlatDialog(term(Term::ShortR
     for (Creature *creature : theEncounter->creatures())
         if (!creature->isMonster() && !creature->isDead())
             form->addWidget(buildRow(creature));
-    form->addWidget(buttons());
+    form->addWidget(okCancelRow());
     setContent(wrap(form));
     if (m_rows.isEmpty())
         setFocusProxy(m_grantBox);
@@ -124,20 +124,6 @@ QLabel *ShortRestDialog::namedLabel(const char *name, const Creature *creature, 
     made->setObjectName(QLatin1String(name) + u':' + creature->displayName());
     made->setMinimumWidth(digits * fontMetrics().horizontalAdvance(u'0'));
     return made;
-}
-
-QWidget *ShortRestDialog::buttons()
-{
-    auto *box = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
-    QPushButton *ok = box->button(QDialogButtonBox::Ok);
-    ok->setObjectName(QStringLiteral("okButton"));
-    ok->setDefault(true);
-    QPushButton *cancel = box->button(QDialogButtonBox::Cancel);
-    cancel->setObjectName(QStringLiteral("cancelButton"));
-    cancel->setAutoDefault(true);
-    connect(box, &QDialogButtonBox::accepted, this, [this] { accept(); });
-    connect(box, &QDialogButtonBox::rejected, this, [this] { reject(); });
-    return box;
 }
 
 void ShortRestDialog::showStatus(const Row &row)

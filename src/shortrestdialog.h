@@ -44,7 +44,6 @@ private:
     QWidget *grantRow();
     QGroupBox *buildRow(Creature *creature);
     QLabel *namedLabel(const char *name, const Creature *creature, int digits);
-    QWidget *buttons();
     void showStatus(const Row &row);
 
     QCheckBox *m_grantBox = nullptr;

@@ -90,12 +90,7 @@ void SavingThrowsTest::init()
 {
     failOnWarnings();
     m_fight = std::make_unique<FightFixture>();
-    m_fight->folder.addCharacter(QStringLiteral("Aria"));
-    m_fight->folder.addCharacter(QStringLiteral("Bram"));
-    m_fight->folder.addMonster(QStringLiteral("Rat"));
-    m_fight->open();
-    m_fight->setParty();
-    m_fight->addMonster(QStringLiteral("Rat"), QStringLiteral("A"));
+    m_fight->openWithThree();
     m_fight->start({30, 10, 20});
     m_aria = theEncounter->at(0);
     m_rat = theEncounter->at(1);

@@ -41,12 +41,7 @@ void TurnOrderTest::init()
 {
     failOnWarnings();
     m_fight = std::make_unique<FightFixture>();
-    m_fight->folder.addCharacter(QStringLiteral("Aria"));
-    m_fight->folder.addCharacter(QStringLiteral("Bram"));
-    m_fight->folder.addMonster(QStringLiteral("Rat"));
-    m_fight->open();
-    m_fight->setParty();
-    m_fight->addMonster(QStringLiteral("Rat"), QStringLiteral("A"));
+    m_fight->openWithThree();
     m_aria = theEncounter->at(0);
     m_bram = theEncounter->at(1);
     m_rat = theEncounter->at(2);

@@ -182,6 +182,16 @@ public:
         const CreatureList list(QList<Creature *> {theMonsters->ensureTemplate(name, id, true)});
         appendEvent<AddMonsterEvent>(list, false, QList<CreatureItem>());
     }
+    // The characters Aria and Bram and the monster Rat (A), in this order.
+    void openWithThree()
+    {
+        folder.addCharacter(QStringLiteral("Aria"));
+        folder.addCharacter(QStringLiteral("Bram"));
+        folder.addMonster(QStringLiteral("Rat"));
+        open();
+        setParty();
+        addMonster(QStringLiteral("Rat"), QStringLiteral("A"));
+    }
     void start(const QList<int> &rolls) const
     {
         Answer answer(rollInitiative(rolls));
