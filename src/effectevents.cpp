@@ -8,6 +8,7 @@
 #include "saturated.h"
 #include "streamrecords.h"
 #include "terms.h"
+#include "text.h"
 
 namespace {
 
@@ -332,16 +333,17 @@ Power *PowerUsageChangedEvent::power() const
 QString PowerUsageChangedEvent::text() const
 {
     const QString name = displayNameOf(m_creature);
+    const QString powerName = plainText(m_powerName); // which is rich text in a stat block
     if (m_usage == 0)
-        return tr("%1: Used %2").arg(name, m_powerName);
+        return tr("%1: Used %2").arg(name, powerName);
     if (m_usage == 1)
-        return tr("%1: Unused %2").arg(name, m_powerName);
+        return tr("%1: Unused %2").arg(name, powerName);
     if (!isRechargeRoll())
         return QString();
     const Power *found = power();
     const int limit = found ? found->rechargeLimit() : 2;
     const QString form = die() < limit ? tr("Recharge %1: %2 - %3") : tr("Recharge %1: %2 + %3");
-    return form.arg(QString::number(die()), name, m_powerName);
+    return form.arg(QString::number(die()), name, powerName);
 }
 
 void PowerUsageChangedEvent::redo()

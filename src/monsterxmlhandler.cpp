@@ -66,6 +66,12 @@ int sectionOf(const QString &action)
     return PowerSection::Other;
 }
 
+// A power's texts become rich text, in which a "<" of the file would begin a tag.
+QString powerHtml(QString text)
+{
+    return text.replace(u'&', "&amp;"_L1).replace(u'<', "&lt;"_L1).replace(u'>', "&gt;"_L1);
+}
+
 QString ordinal(int number)
 {
     constexpr const char *words[] = {"First", "Second",  "Third",  "Fourth", "Fifth",
@@ -75,6 +81,7 @@ QString ordinal(int number)
     return QString::number(number) + QStringLiteral("'th");
 }
 
+const QStringView powersPath = u"Powers/";
 const QStringView attacksPath = u"Powers/MonsterPower/Attacks/MonsterAttack/";
 
 } // namespace
@@ -222,28 +229,25 @@ const MonsterXmlHandler::Row MonsterXmlHandler::attackRows[] = {
 
 MonsterXmlHandler::Action MonsterXmlHandler::actionFor(QStringView path, QStringView key)
 {
-    static const QHash<QStringView, Action> actions = [] {
-        QHash<QStringView, Action> result;
-        for (const Row &row : monsterRows)
-            result.insert(row.path.mid(row.path.startsWith(u'=') ? 1 : 0), row.take);
-        return result;
-    }();
-    // Those that must not stand deeper in a document.
-    static const QHash<QStringView, bool> isWhole = [] {
-        QHash<QStringView, bool> result;
+    struct Entry {
+        Action take = nullptr;
+        bool isWhole = false; // must not stand deeper in a document
+    };
+    static const QHash<QStringView, Entry> entries = [] {
+        QHash<QStringView, Entry> result;
         for (const Row &row : monsterRows) {
-            if (row.path.startsWith(u'='))
-                result.insert(row.path.mid(1), true);
+            const bool isWhole = row.path.startsWith(u'=');
+            result.insert(row.path.mid(isWhole ? 1 : 0), {row.take, isWhole});
         }
         return result;
     }();
-    const Action action = actions.value(key);
+    const Entry entry = entries.value(key);
     const QStringView root = path.chopped(key.size());
     // The one path that is taken under any root whose name ends so.
     const bool anyRoot = key == u"Senses/ObjectReference/ReferencedObject/Name/";
     if (!anyRoot && !root.endsWith(u"Monster/"))
         return nullptr;
-    return isWhole.contains(key) && root != u"/Monster/" ? nullptr : action;
+    return entry.isWhole && root != u"/Monster/" ? nullptr : entry.take;
 }
 
 // --- reading ---
@@ -270,15 +274,16 @@ bool MonsterXmlHandler::value(const QString &path, const QString &text)
     if (place < 0)
         return true;
     const QStringView key = QStringView(path).mid(place + root.size());
+    const QString taken = key.startsWith(powersPath) ? powerHtml(trimmed) : trimmed;
     if (key.startsWith(attacksPath)) {
         enterAttack(key);
         const auto *row =
             std::find_if(std::begin(attackRows), std::end(attackRows),
                          [&path](const Row &each) { return path.endsWith(each.path); });
         if (row != std::end(attackRows))
-            row->take(*this, trimmed);
+            row->take(*this, taken);
     } else if (const Action take = actionFor(path, key)) {
-        take(*this, trimmed);
+        take(*this, taken);
     }
     return true;
 }

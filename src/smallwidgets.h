@@ -33,7 +33,6 @@ class ResizableScrollArea : public QScrollArea {
 public:
     explicit ResizableScrollArea(QWidget *parent = nullptr);
 
-    bool isFixed() const { return m_fixed; }
     void setFixed(bool fixed);
     // Brings the widget to the size that it should have now.
     void fitWidget();

@@ -20,7 +20,6 @@ public:
     // What next(false) will give.
     Token peek();
 
-    bool isTrapMode() const { return m_trapMode; }
     // From the next token on, one that was only looked at included.
     void setTrapMode(bool on);
 

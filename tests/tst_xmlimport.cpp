@@ -81,6 +81,7 @@ private Q_SLOTS:
     void readsUsage();
     void readsActionsAndTypes();
     void countsFailedSaves();
+    void escapesAPowersTexts();
     void keepsABrokenMonster();
     void loadsAMonster();
     void takesTheLastClass();
@@ -279,6 +280,12 @@ void XmlImportTest::countsFailedSaves()
                              "Eighth", "Ninth", "Tenth", "11'th", "12'th", "First"})
         expected << u"<i>%1 Failed Saving Throw:</i> x"_s.arg(QLatin1String(each));
     QCOMPARE(power.details, expected);
+}
+
+void XmlImportTest::escapesAPowersTexts()
+{
+    const Power power = powerOf(u"<Trigger>HP &lt; 5 &amp; up</Trigger>"_s);
+    QCOMPARE(power.details, QStringList {u"<i>Trigger:</i> HP &lt; 5 &amp; up"_s});
 }
 
 void XmlImportTest::keepsABrokenMonster()
