@@ -40,11 +40,11 @@ void CreatureTableView::scrollToRow(int row)
 
 void CreatureTableView::keyPressEvent(QKeyEvent *event)
 {
-    // The toolkit asks for a selection only when its current cell can move, which has nothing to do
-    // with the rows that are selected.
+    // None of the toolkit's own keys: they select all rows, search for typed letters, and move a
+    // current cell that has nothing to do with the rows that are selected.
     const bool vertical = event->key() == Qt::Key_Up || event->key() == Qt::Key_Down;
-    if (!vertical || !selectionModel() || !selectionModel()->hasSelection()) {
-        QTableView::keyPressEvent(event);
+    if (!vertical || !selectionModel()) {
+        event->ignore();
         return;
     }
     const int row = selectByKey(*event);

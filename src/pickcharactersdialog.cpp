@@ -113,6 +113,8 @@ QWidget *PickCharactersDialog::buildChoice(Choice &choice)
     choice.box->setChecked(choice.present);
     choice.box->setEnabled(!m_running || !choice.present);
     connect(choice.box, &QCheckBox::toggled, this, &PickCharactersDialog::onChecked);
+    const auto show = [clicked = QPointer<Creature>(choice.character)] { showInPanel(clicked); };
+    connect(choice.box, &QCheckBox::clicked, this, show);
 
     auto *portrait = new ClickableLabel(QString(), choice.box);
     portrait->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
@@ -124,6 +126,8 @@ QWidget *PickCharactersDialog::buildChoice(Choice &choice)
             .arg(character->name().toHtmlEscaped(), character->headerLine().toHtmlEscaped()),
         choice.box);
     name->setTextFormat(Qt::RichText);
+    for (const ClickableLabel *label : {portrait, name})
+        connect(label, &ClickableLabel::clicked, this, show);
     QWidget *cell = hWidget(false, true, choice.box, portrait, name);
     cell->layout()->setSpacing(8);
     cell->setEnabled(choice.box->isEnabledTo(cell));

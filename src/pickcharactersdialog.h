@@ -23,6 +23,7 @@ public:
     CreatureList selectedCharacters() const;
 
     int widgetCount() const override { return 1; } // as high as there is room
+    void onFinished() override { returnPanel(); }
     void accept() override;
 
 private Q_SLOTS:

@@ -1,7 +1,6 @@
 #include "picktable.h"
 
 #include <QHeaderView>
-#include <QTableView>
 
 namespace {
 
@@ -9,6 +8,21 @@ constexpr int RowHeight = 24;
 constexpr int WidestColumn = 320; // pixels, so that one long name doesn't push out the rest
 
 } // namespace
+
+void PickTable::keyboardSearch(const QString &search)
+{
+    const int rows = model() ? model()->rowCount() : 0;
+    // -1, for none, starts at the first row.
+    const int start = currentIndex().row() + 1;
+    for (int i = 0; i < rows; ++i) {
+        const QModelIndex index = model()->index((start + i) % rows, 0);
+        if (isRowHidden(index.row())
+            || !index.data().toString().startsWith(search, Qt::CaseInsensitive))
+            continue;
+        setCurrentIndex(index);
+        return;
+    }
+}
 
 void setUpPickTable(QTableView *view, QAbstractItemModel *model)
 {
@@ -37,3 +51,5 @@ void clearPick(QTableView *view)
     view->clearSelection();
     view->setCurrentIndex(QModelIndex());
 }
+
+#include "moc_picktable.cpp"

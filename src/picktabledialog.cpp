@@ -5,12 +5,13 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QTableView>
+#include <QScopedValueRollback>
 
 #include "eventsignaler.h"
+#include "picktable.h"
 
 PickTableDialog::PickTableDialog(const QString &title, QWidget *parent)
-    : FlatDialog(title, parent), m_table(new QTableView), m_filter(new QLineEdit)
+    : FlatDialog(title, parent), m_table(new PickTable), m_filter(new QLineEdit)
 {
     m_filter->setObjectName(QStringLiteral("filterEdit"));
     m_filter->setPlaceholderText(tr("Enter filter text"));
@@ -58,13 +59,17 @@ void PickTableDialog::accept()
 
 void PickTableDialog::keyPressEvent(QKeyEvent *event)
 {
-    // From the fields beside the table too.
-    if (event->key() == Qt::Key_Up || event->key() == Qt::Key_Down) {
+    if (event->key() != Qt::Key_Up && event->key() != Qt::Key_Down) {
+        FlatDialog::keyPressEvent(event);
+        return;
+    }
+    // From the fields beside the table too. At the edge of the list the table gives the key back.
+    if (!m_isInTable) {
+        const QScopedValueRollback guard(m_isInTable, true);
         m_table->setFocus();
         QCoreApplication::sendEvent(m_table, event);
-    } else {
-        FlatDialog::keyPressEvent(event);
     }
+    event->accept();
 }
 
 int PickTableDialog::selectedRow() const

@@ -44,4 +44,6 @@ private:
     QTableView *m_table;
     QLineEdit *m_filter;
     QDialogButtonBox *m_buttons = nullptr;
+    // A key is on its way into the table.
+    bool m_isInTable = false;
 };

@@ -9,18 +9,16 @@ namespace {
 constexpr int BloodiedBelow = 51; // percent: from here down the bar is red
 constexpr int SmallestText = 8; // pixels
 
-// White, the colour, black. Only a part of it lies within the bar, in the light end, so that black
-// text on the bar stays readable.
+// White, the colour, black. It is longer than the bar is thick, so that only its light end lies in
+// the bar and black text there stays readable.
 QLinearGradient barGradient(const QRect &bar, const QColor &colour, bool grey,
                             Qt::Orientation orientation)
 {
     const bool horizontal = orientation == Qt::Horizontal;
     const int thickness = horizontal ? bar.height() : bar.width();
     const int length = (grey ? 3 : 6) * thickness;
-    const int start = grey ? 0 : -length / 4;
     const QPoint direction = horizontal ? QPoint(0, 1) : QPoint(1, 0);
-    QLinearGradient gradient(bar.topLeft() + direction * start,
-                             bar.topLeft() + direction * (start + length));
+    QLinearGradient gradient(bar.topLeft(), bar.topLeft() + direction * length);
     gradient.setColorAt(0, Qt::white);
     gradient.setColorAt(0.7, colour);
     gradient.setColorAt(1, Qt::black);

@@ -104,7 +104,7 @@ QGroupBox *ShortRestDialog::buildRow(Creature *creature)
     auto *line = new QHBoxLayout;
     line->addWidget(label(tr("<b>HS</b>")));
     line->addWidget(row.surgeBox);
-    line->addWidget(value, 0, Qt::AlignLeft | Qt::AlignVCenter);
+    line->addWidget(value, 0, Qt::AlignTop);
     line->addWidget(row.hpBox);
     line->addWidget(row.totalLabel);
     line->addSpacing(StatusGap);

@@ -3,6 +3,7 @@
 #include <QAbstractItemModelTester>
 #include <QHeaderView>
 #include <QMenu>
+#include <QPainter>
 #include <QRandomGenerator>
 #include <QScrollBar>
 #include <QSettings>
@@ -403,6 +404,9 @@ void TestList::selectsByKey_data()
     add("up at the start", {0, 2}, Qt::Key_Up, {}, {0, 2});
     add("down without a selection", {}, Qt::Key_Down, {}, {});
     add("escape", {3, 5}, Qt::Key_Escape, {}, {});
+    // While the action of that key is off.
+    add("select all", {}, Qt::Key_A, Qt::ControlModifier, {});
+    add("page", {3}, Qt::Key_PageDown, {}, {3});
 }
 
 void TestList::selectsByKey()
@@ -774,6 +778,15 @@ void TestList::fillsTheBar()
     const QRect bar = ProgressBarPainter::barRect(QRect(0, 0, 109, 24));
     QCOMPARE(bar, QRect(5, 5, 100, 15));
     QTEST(ProgressBarPainter::filledRect(bar, percent, Qt::Horizontal), "filled");
+    // The gradient begins white at the top of the bar and darkens.
+    QImage image(109, 24, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    ProgressBarPainter().drawBar(&painter, image.rect(), 100, false);
+    painter.end();
+    const auto lightness = [&image](int y) { return image.pixelColor(50, y).lightness(); };
+    QVERIFY(lightness(bar.top() + 1) > 245);
+    QVERIFY(lightness(bar.bottom() - 2) < lightness(bar.top() + 1) - 10);
 }
 
 MORVANE_TEST_MAIN(QApplication, TestList)

@@ -65,6 +65,15 @@ void clickName(QTableView &table, const QString &name)
                       table.visualRect(found.first()).center());
 }
 
+bool showsInPanel(const char *name)
+{
+    const auto *dock = theMainWindow->findChild<QWidget *>(QStringLiteral("currentWidget"));
+    const QList<QLabel *> labels = dock->findChildren<QLabel *>();
+    return std::any_of(labels.begin(), labels.end(), [name](const QLabel *label) {
+        return label->text().contains(QLatin1String(name));
+    });
+}
+
 } // namespace
 
 class TestPickDialogs : public QObject {
@@ -212,6 +221,22 @@ void TestPickDialogs::picksAnEncounterByKeys()
         QTRY_COMPARE(shownNames(*table), QStringLiteral("Rat Den"));
         key(Qt::Key_Down);
         QCOMPARE(QApplication::focusWidget(), table);
+        // Beyond either edge, and to the row that the filter hides.
+        for (const Qt::Key edge : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Up, Qt::Key_Up, Qt::Key_M})
+            key(edge);
+        QCOMPARE(table->currentIndex().data().toString(), QStringLiteral("Rat Den"));
+        auto *filter = dialog.findChild<QLineEdit *>(QStringLiteral("filterEdit"));
+        filter->setFocus();
+        QTest::keyClicks(filter, QStringLiteral("xyz"));
+        QTRY_COMPARE(shownNames(*table), QString());
+        key(Qt::Key_Down);
+        key(Qt::Key_Up);
+        key(Qt::Key_R);
+        QVERIFY(!table->selectionModel()->hasSelection());
+        filter->setText(QStringLiteral("rat"));
+        QTRY_COMPARE(shownNames(*table), QStringLiteral("Rat Den"));
+        table->setFocus();
+        key(Qt::Key_R);
         key(Qt::Key_Return);
     });
     QCOMPARE(dialog.exec(), int(PickEncounterDialog::Set));
@@ -314,7 +339,9 @@ void TestPickDialogs::picksTheParty()
                          box(dialog, "Aria")->click();
                          QCOMPARE(buttons(dialog), QStringLiteral("Select, Select All*, Cancel*"));
                          QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+                         QTRY_VERIFY(showsInPanel("Aria"));
                          box(dialog, "Borin")->click();
+                         QTRY_VERIFY(showsInPanel("Borin"));
                          QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
                      }),
                  1);
