@@ -278,6 +278,10 @@ void enterFolder(LoadedLibrary &library, const QString &path, LoadProgress &prog
         progress.hide();
         showUnknownEvent();
     }
+    if (const QString text = theHistory->damageText(); !text.isEmpty()) {
+        progress.hide();
+        showMessage(translated("History File Damaged"), text);
+    }
     progress.step();
     rememberFolder();
     progress.step();

@@ -40,7 +40,7 @@ void Event::endWriting(ObjectStream *stream, int endTag)
 void Event::endReading(ObjectStream *stream, int endTag)
 {
     // Without an end tag the record covers all that the search for it passed.
-    stream->readTo(endTag);
+    m_isWhole = stream->readTo(endTag);
     m_size = stream->finishRecord();
 }
 
@@ -251,6 +251,17 @@ constexpr bool isInOrder()
 }
 static_assert(isInOrder());
 
+// In front of a type that tells none, so that the next event takes its place: behind it nobody
+// would read that event. Or to the end of the data.
+void seekType(ObjectStream *stream, int offset)
+{
+    stream->seek(offset);
+    StreamField field = stream->peekField();
+    for (; field.tag != 0 && field.tag != ID_EVENT_TYPE; field = stream->peekField())
+        offset += stream->readField().consumed;
+    stream->seek(offset);
+}
+
 } // namespace
 
 Event *readEvent(ObjectStream *stream, bool *ok)
@@ -260,11 +271,14 @@ Event *readEvent(ObjectStream *stream, bool *ok)
     const int type = stream->readInt(ID_EVENT_TYPE);
     if (type >= 1 && type <= int(readers.size()))
         return readers[std::size_t(type) - 1].read(stream);
-    // Behind the type of an event that nobody knows, or that tells none: what follows is lost.
-    if (stream->position() != start)
-        stream->markDamaged();
+    if (stream->position() == start)
+        return nullptr;
+    // What follows is lost.
+    stream->markDamaged();
     if (type != 0)
         *ok = false;
+    else
+        seekType(stream, start);
     return nullptr;
 }
 

@@ -83,6 +83,8 @@ public:
     // Bytes of its record in the log.
     int size() const { return m_size; }
     int type() const { return m_type; }
+    // False for one whose record has no end in the log.
+    bool isWhole() const { return m_isWhole; }
 
 protected:
     explicit Event(EventType::Code type) : m_type(type) { }
@@ -96,6 +98,7 @@ protected:
     EventType::Code m_type;
     int m_size = 0;
     bool m_visible = false;
+    bool m_isWhole = true;
     TrackerMember m_tracker {__LINE__, "event"};
 };
 

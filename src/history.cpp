@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QPointer>
 #include <QRegularExpression>
 
@@ -34,20 +35,42 @@ QString backupPath(const QString &root, const QString &prefix, QString date)
         + QStringLiteral(".log");
 }
 
-// Keeps a copy of a log that is about to lose bytes that nobody could read. True as well when there
-// is no file to keep.
-bool keepDamagedLog(const QString &root, const QString &path)
+// Whether both files begin with the same bytes.
+bool beginAlike(const QString &path, const QString &other, qint64 count)
 {
-    if (!QFile::exists(path))
-        return true;
-    if (!makeHistoryFolder(root))
+    QFile one(path);
+    QFile two(other);
+    if (!one.open(QIODevice::ReadOnly) || !two.open(QIODevice::ReadOnly))
         return false;
+    constexpr qint64 Chunk = 1024 * 1024;
+    while (count > 0) {
+        const QByteArray bytes = one.read(qMin(count, Chunk));
+        if (bytes.isEmpty() || bytes != two.read(bytes.size()))
+            return false;
+        count -= bytes.size();
+    }
+    return true;
+}
+
+// Keeps a copy of a log of which nobody could read some of the first `count` bytes. The path of the
+// copy, which may be one of an earlier start; null when there is none.
+QString copyDamagedLog(const QString &root, const QString &path, qint64 count)
+{
+    if (!makeHistoryFolder(root))
+        return {};
     const QString prefix = QStringLiteral("history_damaged_");
+    const QDir folder(root + QDir::separator() + FolderName);
+    const QFileInfoList copies =
+        folder.entryInfoList({prefix + QStringLiteral("*.log")}, QDir::Files);
+    for (const QFileInfo &copy : copies) {
+        if (copy.size() >= count && beginAlike(path, copy.filePath(), count))
+            return copy.filePath();
+    }
     const QString date = currentDateTimeText();
     QString copy = backupPath(root, prefix, date);
     for (int number = 2; QFile::exists(copy); ++number)
         copy = backupPath(root, prefix, date + u'_' + QString::number(number));
-    return QFile::copy(path, copy);
+    return QFile::copy(path, copy) ? copy : QString();
 }
 
 } // namespace
@@ -86,10 +109,22 @@ ObjectStream *History::getStream(bool silent)
                                   tr("Unable to create History file: %1").arg(historyPath()));
         return nullptr;
     }
+    if (device->size() > ObjectStream::LargestLog) {
+        if (!silent)
+            windows().showMessage(
+                tr("History File too Large"),
+                tr("The history file, <b>%1</b>, is larger than the %2 bytes that can be read. "
+                   "Nothing will be written to it. Move it out of the way to begin a new one.")
+                    .arg(historyPath().toHtmlEscaped())
+                    .arg(ObjectStream::LargestLog));
+        return nullptr;
+    }
     auto stream = std::make_unique<ObjectStream>(device.release());
     // The data folder may have changed by the time of the first write.
-    stream->setDamageGuard(
-        [root = dataRoot, path = historyPath()] { return keepDamagedLog(root, path); });
+    stream->setDamageGuard([this, root = dataRoot, path = historyPath()] {
+        const qint64 count = m_damage ? m_damage.end : QFileInfo(path).size();
+        return !QFile::exists(path) || !copyDamagedLog(root, path, count).isNull();
+    });
     if (stream->readHeader(silent))
         m_stream = std::move(stream);
     return m_stream.get();
@@ -157,7 +192,11 @@ bool History::load()
     if (dataRoot.isEmpty() || !QFile::exists(historyPath()) || !getStream())
         return true;
     windows().hideForReplay();
+    const qint64 firstEvent = m_stream->position();
     const bool known = replay();
+    // An unknown event isn't damage for certain, and has a message of its own.
+    if (known)
+        findDamage(firstEvent);
     tellChanged();
     windows().showAfterReplay();
     return known;
@@ -178,12 +217,63 @@ bool History::replay()
         if (!event)
             break;
         doEvent(event, true);
+        if (!event->isWhole()) {
+            // The next event would be read as the rest of this one.
+            takeBackLast();
+            removeBehindPosition();
+            break;
+        }
         if (sinceBreath.elapsed() >= BreathEvery) {
             QCoreApplication::processEvents();
             sinceBreath.restart();
         }
     }
     return known;
+}
+
+void History::findDamage(qint64 firstEvent)
+{
+    if (!m_stream)
+        return;
+    qint64 stop = firstEvent;
+    if (!m_events.isEmpty())
+        stop = m_events.last().offset + m_events.last().event->size();
+    const auto source = [this](qint64 offset, qint64 count) {
+        return m_stream->bytesAt(offset, count);
+    };
+    QList<LogSpan> spans;
+    if (m_stream->isDamaged()) {
+        spans.reserve(m_events.size());
+        for (const Entry &entry : std::as_const(m_events))
+            spans.append({entry.offset, entry.event->size()});
+    }
+    m_damage = findLogDamage(source, m_stream->fileSize(), spans, stop);
+    const QString path = historyPath();
+    if (!m_damage || m_readOnly)
+        return;
+    if (QFile::exists(path))
+        m_damage.copy = copyDamagedLog(dataRoot, path, m_damage.end);
+    m_stream->cutTailOnWrite();
+}
+
+QString History::damageText() const
+{
+    if (!m_damage)
+        return {};
+    QString text = tr("The history file, <b>%1</b>, is damaged: %2 of its %3 bytes can't be used.")
+                       .arg(historyPath().toHtmlEscaped())
+                       .arg(m_damage.lostBytes)
+                       .arg(m_damage.fileSize);
+    text += m_damage.lostEvents == 0
+        ? tr("<p>What they held can't be told.")
+        : tr("<p>Events among them that are still whole, but are missing from the fight: %1.")
+              .arg(m_damage.lostEvents);
+    if (!m_damage.copy.isEmpty())
+        text += tr("<p>The file as it was is kept: <b>%1</b>").arg(m_damage.copy.toHtmlEscaped());
+    else if (!m_readOnly)
+        text += tr("<p>It could not be copied into the 'Morvane Data/History' folder, so nothing "
+                   "will be written to it until it can.");
+    return text;
 }
 
 // --- the events ---
@@ -271,6 +361,7 @@ void History::clear()
     m_position = -1;
     removeBehindPosition();
     closeStream();
+    m_damage = {};
     tellChanged();
 }
 

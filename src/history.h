@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 
+#include "logdamage.h"
 #include "memorytracker.h"
 
 class Event;
@@ -42,8 +43,13 @@ public:
     // Moves the log into the "History" folder. False, with a message, when that fails; everything
     // is then as it was.
     bool backupLog();
-    // Reads and applies the log of the data folder. False if an unknown event stopped it.
+    // Reads and applies the log of the data folder. False if an unknown event stopped it. A record
+    // without its end at the end of the data is no event.
     bool load();
+    // What the last load() could not use, with a copy of the file in the "History" folder.
+    const LogDamage &damage() const { return m_damage; }
+    // Rich text that tells the user of it, empty without damage.
+    QString damageText() const;
 
     int eventCount() const { return int(m_events.size()); }
     // Null out of range.
@@ -81,6 +87,7 @@ private:
     void takeBackLast();
     void removeBehindPosition();
     bool replay();
+    void findDamage(qint64 firstEvent);
     void syncSoon();
     void tellChanged();
 
@@ -88,6 +95,7 @@ private:
     int m_position = -1;
     std::unique_ptr<ObjectStream> m_stream;
     DeviceFactory m_makeDevice;
+    LogDamage m_damage;
     QTimer m_syncTimer;
     bool m_readOnly = false;
     TrackerMember m_tracker {__LINE__, "history"};

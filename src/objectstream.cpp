@@ -27,7 +27,6 @@ constexpr QByteArrayView EndMarker("\0\0", TagSize);
 constexpr int FieldHead = TagSize + 1;
 constexpr int LongestHead = FieldHead + int(sizeof(quint32));
 
-constexpr qint64 LargestLog = 256 * 1024 * 1024;
 constexpr qint64 ReadAhead = 256 * 1024;
 
 constexpr int SupportedMajor = 1;
@@ -143,9 +142,15 @@ void ObjectStream::truncate()
 {
     cutHere();
     writeOut();
-    if (auto *file = qobject_cast<QFile *>(m_device.get()); file && m_dirtyFrom < 0)
-        file->resize(m_size + TagSize);
+    if (m_dirtyFrom < 0)
+        cutFile();
     seek(m_position);
+}
+
+void ObjectStream::cutFile()
+{
+    if (auto *file = qobject_cast<QFile *>(m_device.get()))
+        file->resize(m_size + TagSize);
 }
 
 // Ends the data at the position, in memory; the device follows with the next writeOut().
@@ -181,6 +186,10 @@ void ObjectStream::writeOut()
     }
     m_guard = nullptr;
     setBehind(!writeDirty());
+    if (m_cutsTail && !m_behind) {
+        cutFile();
+        m_cutsTail = false;
+    }
 }
 
 // Every byte that reaches the device leaves data that end where they ended before, or hold all that
@@ -306,6 +315,11 @@ void ObjectStream::load(qint64 end)
             return;
         }
     }
+}
+
+QByteArray ObjectStream::bytesAt(qint64 offset, qint64 count)
+{
+    return m_device->seek(offset) ? m_device->read(count) : QByteArray();
 }
 
 ObjectStream::FieldView ObjectStream::takeField()

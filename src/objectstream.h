@@ -25,11 +25,14 @@ struct StreamField {
 // told when the device falls behind and when it has caught up.
 //
 // The bytes of the device are held in memory as far as they have been read or written, so that
-// searching and stepping cost no calls. A log larger than 256 MB counts as cut there.
+// searching and stepping cost no calls.
 class ObjectStream : public QObject {
     Q_OBJECT
 
 public:
+    // Bytes of a log that can still be written to: offsets are int. Its size must be asked first.
+    static constexpr qint64 LargestLog = 2'000'000'000;
+
     // Takes over the open device; the destructor closes and deletes it. On one that isn't writable
     // nothing is ever written, and what is written to the stream stays in memory.
     explicit ObjectStream(QIODevice *device);
@@ -87,6 +90,11 @@ public:
     const QString &version() const { return m_version; }
     const QString &created() const { return m_created; }
 
+    // Bytes of the log, without keeping them; fewer at the end of the file. For a log to which
+    // nothing was written yet.
+    QByteArray bytesAt(qint64 offset, qint64 count);
+    qint64 fileSize() const { return m_device->size(); }
+
     // Called before the first write, if that destroys bytes of a log that didn't read clean to its
     // end. Set by the history, which keeps a copy of the file. While it answers false, nothing is
     // written.
@@ -94,6 +102,9 @@ public:
     void setDamageGuard(DamageGuard guard) { m_guard = std::move(guard); }
     // The reader met something that it could not make sense of.
     void markDamaged() { m_damaged = true; }
+    bool isDamaged() const { return m_damaged; }
+    // What lies behind the data is damage of which there is a copy: the first write cuts it off.
+    void cutTailOnWrite() { m_damaged = m_cutsTail = true; }
 
     // For debugging: the name of a tag, or its number. Nothing in the program calls it.
     static QString tagName(int tag);
@@ -112,6 +123,7 @@ private:
     FieldView search(int tag);
     bool endStandsAt(int offset);
     void cutHere();
+    void cutFile();
     void writeOut();
     bool writeDirty();
     bool writeFresh();
@@ -140,6 +152,7 @@ private:
     bool m_inRecord = false;
     bool m_metEnd = false; // a reader came to the end marker
     bool m_damaged = false;
+    bool m_cutsTail = false;
     bool m_behind = false;
     bool m_toldBehind = false;
     TrackerMember m_tracker {__LINE__, "objectstream"};

@@ -1,15 +1,21 @@
 // Logs with every kind of damage: whatever they hold, they load, go back to the start and forward
 // again.
 #include <QBuffer>
+#include <QDir>
 #include <QFile>
 #include <QGuiApplication>
 
+#include <algorithm>
+#include <random>
+
 #include "creature.h"
+#include "datatable.h"
 #include "effect.h"
 #include "effectevents.h"
 #include "encounter.h"
 #include "history.h"
 #include "objectstream.h"
+#include "paths.h"
 #include "rosterevents.h"
 #include "testfight.h"
 #include "testhome.h"
@@ -98,6 +104,49 @@ void fightOnce()
     add<RemoveCreaturesEvent>(rat);
 }
 
+void damageAria()
+{
+    if (theHistory->getStream())
+        add<DamageEvent>(nullptr, TestFight::creature(QStringLiteral("Aria")), 1);
+}
+
+// One to three things that disks, copies and other programs do to a file.
+QByteArray mutated(QByteArray log, std::mt19937 &random)
+{
+    const auto upTo = [&](qsizetype most) {
+        return std::uniform_int_distribution<qsizetype>(0, qMax<qsizetype>(most, 0))(random);
+    };
+    for (qsizetype times = 1 + upTo(2); times > 0 && !log.isEmpty(); --times) {
+        const qsizetype at = upTo(log.size() - 1);
+        const qsizetype count = upTo(qMin<qsizetype>(log.size() - at, upTo(1) ? 20 : 600));
+        switch (upTo(7)) {
+        case 0:
+        case 1:
+            log[at] = char(log.at(at) ^ (1 << upTo(7)));
+            break;
+        case 2:
+            log[at] = char(upTo(255));
+            break;
+        case 3:
+            log.replace(at, count, QByteArray(count, '\0'));
+            break;
+        case 4:
+            std::generate_n(log.begin() + at, count, [&] { return char(upTo(255)); });
+            break;
+        case 5:
+            log.remove(at, count);
+            break;
+        case 6:
+            log.insert(upTo(log.size()), log.mid(at, count));
+            break;
+        default:
+            log.truncate(at);
+            break;
+        }
+    }
+    return log;
+}
+
 } // namespace
 
 class TestDamagedLog : public QObject {
@@ -108,9 +157,10 @@ private Q_SLOTS:
     void init();
     void cleanupTestCase();
 
-    void everyTruncation();
-    void everyFlippedBit_data();
-    void everyFlippedBit();
+    void mutatedLogs();
+    void tellsWhatIsLost_data();
+    void tellsWhatIsLost();
+    void tooLargeIsRefused();
     void recordsWithoutFields();
     void sizesAreNotBelieved_data();
     void sizesAreNotBelieved();
@@ -120,6 +170,13 @@ private Q_SLOTS:
 
 private:
     void load(const QByteArray &log);
+    // From the file, where it is written on.
+    bool start(const QByteArray &log);
+    QByteArray file() const { return m_fight->folder().read(QStringLiteral("history.log")); }
+    // Of the events.
+    static QList<int> types();
+    // Where the events of the undamaged log end.
+    QList<qsizetype> m_ends;
     // False when the way back doesn't end at the start.
     bool walk() const;
 
@@ -136,7 +193,9 @@ void TestDamagedLog::initTestCase()
     m_header.chop(2); // the end marker
     fightOnce();
     QCOMPARE(theHistory->eventCount(), 50);
-    m_log = m_fight->folder().read(QStringLiteral("history.log"));
+    m_log = file();
+    for (int i = 0; i < theHistory->eventCount(); ++i)
+        m_ends << theHistory->eventOffset(i) + theHistory->eventAt(i)->size();
 }
 
 void TestDamagedLog::init()
@@ -178,35 +237,145 @@ bool TestDamagedLog::walk() const
     return true;
 }
 
-void TestDamagedLog::everyTruncation()
+bool TestDamagedLog::start(const QByteArray &log)
 {
-    for (qsizetype size = m_log.size(); size >= 0; --size) {
-        load(m_log.first(size));
-        QVERIFY2(walk(), qPrintable(QString::number(size)));
-    }
-    load(m_log);
-    QCOMPARE(theHistory->eventCount(), 50);
+    m_fight->forget();
+    QFile file(historyPath());
+    if (!file.open(QIODevice::WriteOnly) || file.write(log) != log.size())
+        return false;
+    file.close();
+    theHistory->setDeviceFactory({});
+    return theHistory->load();
 }
 
-void TestDamagedLog::everyFlippedBit_data()
+QList<int> TestDamagedLog::types()
 {
-    QTest::addColumn<int>("bit");
-    for (int bit = 0; bit < 8; ++bit)
-        QTest::addRow("bit %d", bit) << bit;
+    QList<int> result;
+    for (int i = 0; i < theHistory->eventCount(); ++i)
+        result << theHistory->eventAt(i)->type();
+    return result;
 }
 
-void TestDamagedLog::everyFlippedBit()
+// Whatever happened to a log: the events ahead of it are there, and so is the next command at the
+// next start.
+void TestDamagedLog::mutatedLogs()
 {
-    QFETCH(const int, bit);
-    for (qsizetype i = 0; i < m_log.size(); ++i) {
-        QByteArray log = m_log;
-        log[i] = char(log.at(i) ^ (1 << bit));
-        load(log);
-        QVERIFY2(walk(), qPrintable(QStringLiteral("byte %1").arg(i)));
+    std::mt19937 random(RandomTest::seed());
+    const int count = RandomTest::count(3000);
+    for (int i = 0; i < count; ++i) {
+        const QByteArray log = mutated(m_log, random);
+        const auto same = std::mismatch(m_log.cbegin(), m_log.cend(), log.cbegin(), log.cend());
+        const qsizetype intact = same.first - m_log.cbegin();
+        const auto ahead = std::upper_bound(m_ends.cbegin(), m_ends.cend(), intact);
+        const std::string place =
+            "--seed " + std::to_string(RandomTest::seed()) + ", log " + std::to_string(i);
+        const char *const where = place.c_str();
+
+        const bool known = start(log);
+        QList<int> expected = types();
+        QVERIFY2(expected.size() >= ahead - m_ends.cbegin(), where);
+        for (auto end = m_ends.cbegin(); end != ahead; ++end) {
+            const int index = int(end - m_ends.cbegin());
+            QVERIFY2(theHistory->eventOffset(index) + theHistory->eventAt(index)->size() == *end,
+                     where);
+        }
+        QVERIFY2(walk(), where);
+        damageAria();
+        // Behind an unknown event nothing is found again.
+        if (known)
+            expected = types();
+        start(file());
+        QVERIFY2(types() == expected, where);
+        QDir(m_fight->folder().file(QStringLiteral("History"))).removeRecursively();
     }
     // Nothing of all that has rubbed off.
     load(m_log);
     QCOMPARE(theHistory->eventCount(), 50);
+}
+
+void TestDamagedLog::tellsWhatIsLost_data()
+{
+    addColumns<QByteArray, int, int, int>({"log", "events", "lost", "bytes"});
+    const auto row = [&](const char *name, const QByteArray &log, int events, int lost,
+                         qsizetype bytes) {
+        QTest::newRow(name) << log << events << lost << int(bytes);
+    };
+    const QByteArray old = m_log.sliced(m_ends.at(20) + 1);
+    const QByteArray clean = m_log.first(m_ends.at(20)) + QByteArray(2, '\0');
+    QByteArray junk(300, '\x99');
+    // From the middle of event 20 into event 30.
+    const qsizetype hole = m_ends.at(19) + 8;
+    const qsizetype holeEnd = m_ends.at(29) + 5;
+    const qsizetype behind = m_log.size() - 2 - m_ends.at(19);
+    QByteArray zeroed = m_log;
+    zeroed.replace(hole, holeEnd - hole, QByteArray(holeEnd - hole, '\0'));
+    QByteArray filled = m_log;
+    filled.replace(hole, holeEnd - hole, QByteArray(holeEnd - hole, '\xfe'));
+    QByteArray swallowing = m_log;
+    swallowing[m_ends.at(4) - 3] = '\0';
+
+    row("clean", m_log, 50, 0, 0);
+    row("old records behind the end", clean + old, 21, 0, 0);
+    row("killed write", m_log.first(m_ends.at(20)) + "\x2c\x01\xff" + old, 21, 0, 0);
+    row("cut short", m_log.first(m_ends.at(20) - 4), 20, 0, 0);
+    row("zeroes in the middle", zeroed, 20, 19, behind);
+    row("junk in the middle", filled, 20, 19, behind);
+    row("junk in the middle, old records behind the end",
+        m_log.first(m_ends.at(9)) + junk + m_log.sliced(m_ends.at(9), m_ends.at(20) - m_ends.at(9))
+            + QByteArray(2, '\0') + old,
+        10, 11, 300 + m_ends.at(20) - m_ends.at(9));
+    row("zeroes to the end", m_log + QByteArray(4096, '\0'), 50, 0, 4096 + 2);
+    row("junk at the end", m_log.chopped(2) + junk, 50, 0, 300);
+    row("an end lost", swallowing, 4, 45, m_log.size() - 2 - m_ends.at(3));
+}
+
+// What is behind the damage is told and kept in one copy, until the next command takes its place.
+void TestDamagedLog::tellsWhatIsLost()
+{
+    const auto [log, events, lost, bytes] =
+        fetch<QByteArray, int, int, int>({"log", "events", "lost", "bytes"});
+    QDir copies(m_fight->folder().file(QStringLiteral("History")));
+    copies.removeRecursively();
+    for (int starts = 0; starts < 2; ++starts) {
+        start(log);
+        QCOMPARE(theHistory->eventCount(), events);
+        QCOMPARE(int(theHistory->damage().lostBytes), bytes);
+        QCOMPARE(theHistory->damage().lostEvents, lost);
+        QCOMPARE(theHistory->damageText().isEmpty(), bytes == 0);
+        QCOMPARE(theHistory->damageText().contains(
+                     QStringLiteral("missing from the fight: %1.").arg(lost)),
+                 lost > 0);
+        QCOMPARE(file(), log);
+    }
+    damageAria();
+    copies.refresh();
+    const QStringList names = copies.entryList(QDir::Files);
+    QVERIFY(names.size() <= 1);
+    if (bytes > 0) {
+        QCOMPARE(theHistory->damage().copy, copies.filePath(names.value(0)));
+        QCOMPARE(m_fight->folder().read(QStringLiteral("History/") + names.value(0)), log);
+    }
+    start(file());
+    QCOMPARE(theHistory->eventCount(), events + 1);
+    QVERIFY(theHistory->damageText().isEmpty());
+}
+
+void TestDamagedLog::tooLargeIsRefused()
+{
+    start(m_log);
+    const auto shown = [this] { return m_fight->windows().shown.size(); };
+    const qsizetype before = shown();
+    for (const qint64 size : {ObjectStream::LargestLog, ObjectStream::LargestLog + 1}) {
+        theHistory->clear();
+        QVERIFY(QFile::resize(historyPath(), size));
+        const bool fits = size <= ObjectStream::LargestLog;
+        QVERIFY(theHistory->load());
+        QCOMPARE(theHistory->eventCount(), fits ? 50 : 0);
+        QCOMPARE(shown() - before, fits ? 0 : 1);
+        if (!fits)
+            QVERIFY(!theHistory->getStream());
+        QCOMPARE(QFileInfo(historyPath()).size(), size);
+    }
 }
 
 // Each kind of event in the middle of a fight, with nothing in its record but its type.
@@ -219,7 +388,8 @@ void TestDamagedLog::recordsWithoutFields()
             + QByteArray::fromHex("000000") + QByteArray(2, '\0');
         for (const QByteArray &before : {m_header, fight}) {
             load(before + record);
-            QCOMPARE(theHistory->eventAt(theHistory->eventCount() - 1)->type(), type);
+            // It is done and taken back, as its end is missing.
+            QCOMPARE(theHistory->eventCount(), before == fight ? 50 : 0);
             QVERIFY2(walk(), qPrintable(QString::number(type)));
         }
     }

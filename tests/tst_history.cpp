@@ -463,18 +463,22 @@ void HistoryTest::damagedLogIsCopied()
     play(Three);
     m_history->clear();
     const QByteArray before = log().chopped(cut) + tail;
-    for (int copies = 1; copies <= 2; ++copies) {
-        writeLog(before);
+    QList<QByteArray> kept;
+    // The same log is kept once; another copy within the same second takes another name.
+    for (const char *version : {"Beta", "Beta", "Gama"}) {
+        const QByteArray damaged = QByteArray(before).replace("Beta", version);
+        writeLog(damaged);
         m_history->load();
-        QCOMPARE(log(), before);
+        QCOMPARE(log(), damaged);
         play(Three);
-        // A second copy within the same second takes another name.
-        QCOMPARE(backups().size(), copied ? copies : 0);
+        if (copied && !kept.contains(damaged))
+            kept << damaged;
+        QCOMPARE(backups().size(), kept.size());
         m_history->clear();
     }
     for (const QString &name : backups()) {
         QVERIFY(name.startsWith(u"history_damaged_20"_s));
-        QCOMPARE(m_folder->read(u"History/"_s + name), before);
+        QVERIFY(kept.removeOne(m_folder->read(u"History/"_s + name)));
     }
     QVERIFY(m_windows->shown.isEmpty());
 }

@@ -27,6 +27,7 @@ public:
     void forget();
 
     const TestDataFolder &folder() const { return m_folder; }
+    ScriptedWindows &windows() { return m_windows; }
     // The creature of a display name; a monster's clone is made if need be.
     static Creature *creature(const QString &displayName);
     static QList<Creature *> creatures(const QStringList &displayNames);

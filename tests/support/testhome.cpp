@@ -1,7 +1,12 @@
 #include "testhome.h"
 
+#include <QDate>
 #include <QDir>
 #include <QRegularExpression>
+
+#include <algorithm>
+#include <optional>
+#include <string_view>
 
 #include "dice.h"
 #include "terms.h"
@@ -23,4 +28,39 @@ void failOnWarnings()
 {
     // All but what the offscreen platform says of each window.
     QTest::failOnWarning(QRegularExpression(QStringLiteral("^(?!This plugin does not support)")));
+}
+
+namespace {
+
+struct Option {
+    std::string_view name;
+    std::optional<int> value;
+};
+
+Option seedOption {"--seed", {}};
+Option countOption {"--count", {}};
+
+} // namespace
+
+void RandomTest::takeArguments(int &argc, char **argv)
+{
+    for (Option *option : {&seedOption, &countOption}) {
+        char **end = argv + argc;
+        char **found = std::find(argv, end, option->name);
+        if (end - found < 2)
+            continue;
+        option->value = QByteArray(found[1]).toInt();
+        std::copy(found + 2, end + 1, found);
+        argc -= 2;
+    }
+}
+
+unsigned int RandomTest::seed()
+{
+    return unsigned(seedOption.value.value_or(int(QDate::currentDate().toJulianDay())));
+}
+
+int RandomTest::count(int byDefault)
+{
+    return countOption.value.value_or(byDefault);
 }
