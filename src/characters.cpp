@@ -157,10 +157,9 @@ QList<Creature *> Characters::all() const
 
 void Characters::resetForEncounter()
 {
-    for (Creature *creature : m_entries.list()) {
-        creature->extendedRest(true);
-        creature->syncShadows();
-    }
+    const PortraitSearch search;
+    for (Creature *creature : m_entries.list())
+        creature->resetForEncounter();
     m_deleted.removeUnless([](const Creature &creature) { return creature.isDeleted(); });
     m_standIns.clear(std::make_shared<ChangeCounters>());
     m_retired.clear();

@@ -27,7 +27,8 @@ public:
     CoreObjects &operator=(const CoreObjects &) = delete;
 };
 
-// The creature of a display name as events and files write it: "Group (Name)" is a monster, any
-// other text a character. Empty gives null. With `create` false a name that nobody has gives null;
-// with `create` true a stand-in with isMissing() set.
+// The creature of a display name as events and files write it: a character of the whole name, else
+// the monster of "Group (Name)", the name being what the last brackets hold that stand behind the
+// group of a template, or all behind the first " (". Empty gives null. With `create` false a name
+// that nobody has gives null; with `create` true a stand-in with isMissing() set.
 Creature *findCreature(const QString &displayName, bool create);

@@ -121,6 +121,11 @@ public:
     void refreshIfLinked();
     // The file at `path` holds what was saved, but for a portrait that was given here.
     bool importIsCurrent(const QString &path) const;
+    // Hit points, surges, surge value, initiative and action points become those that the text
+    // states; the history hears of it with the next command. Nothing for a text that can't be read.
+    void takeNumbersOfText();
+    // As after a load of its text: no trace of any fight, and the numbers that the text states.
+    void resetForEncounter();
 
     const QString &fileName() const { return m_fileName; }
     void setFileName(const QString &fileName) { m_fileName = fileName; }
@@ -200,6 +205,8 @@ public:
     void heal(int hp, int surgesUsed);
     void shortRest(int hp, int surgesUsed, bool addActionPoint);
     void extendedRest(bool clearEffects);
+    // Nothing of a fight is left on it, but for effects and spent powers.
+    bool isRested() const { return m_state == restedState(); }
     void stopEncounter();
     // Only raises.
     void setTempHP(int amount);
@@ -216,6 +223,8 @@ public:
     CreatureVitality shadowVitality();
     // Live fields, to which an open dialog's preview stays added; rebuilds the text of the record.
     void setVitality(const CreatureVitality &vitality);
+    // The same without the text, which stays as its file has it.
+    void setVitalityNumbers(const CreatureVitality &vitality);
     void setShadowVitality(const CreatureVitality &vitality);
     // The shadows take the live numbers, as after a load or a save.
     void syncShadows() { setShadowVitality(liveVitality()); }
@@ -270,6 +279,7 @@ Q_SIGNALS:
     void doCreatureEffectsChanged(Creature *creature);
 
 private:
+    CreatureState restedState() const;
     // A change by preview, which may bring a creature down or up again.
     void changeHP(int change);
     void replaceRestAP(int points);

@@ -12,7 +12,9 @@
 #include <variant>
 
 #include "characters.h"
+#include "coreobjects.h"
 #include "creature.h"
+#include "encounter.h"
 #include "keyvalue.h"
 #include "libraryfolder.h"
 #include "monsters.h"
@@ -659,6 +661,38 @@ void Creature::revert(const Monsters *monsters, const Characters *characters)
     makeUnique(data, isMonster, monsters, characters, this);
     assign(data);
     statBlockChanged();
+}
+
+void Creature::takeNumbersOfText()
+{
+    CreatureData data;
+    if (isInvalid() || !parseText(hasMonsterFile(), m_data.statBlock.toUtf8(), data, QString()))
+        return;
+    CreatureVitality vitality = liveVitality();
+    vitality.initBonus = data.initBonus;
+    vitality.maxHP = data.maxHP;
+    vitality.maxHS = data.maxHS;
+    vitality.hsValue = data.hsValue;
+    vitality.initAP = data.initAP;
+    if (vitality == liveVitality())
+        return;
+    setVitalityNumbers(vitality);
+    if (theEncounter)
+        theEncounter->markVitalityStale();
+}
+
+void Creature::resetForEncounter()
+{
+    clearRestAdditions();
+    takeNumbersOfText();
+    for (Power &power : m_data.powers)
+        power.usageState = 0;
+    m_hidden = false;
+    m_alias.clear();
+    m_aliasMode = 0;
+    m_initRoll = m_initRandom = 0;
+    extendedRest(true);
+    syncShadows();
 }
 
 QString Creature::generateText() const

@@ -124,14 +124,21 @@ void Creature::shortRest(int hp, int surgesUsed, bool addActionPoint)
     notifyUpdated();
 }
 
+// All but the record starts anew. The shadows of the current values go along: the log knows of the
+// rest.
+CreatureState Creature::restedState() const
+{
+    CreatureState state;
+    state.currHP = state.baseCurrHP = maxHP();
+    state.currHS = state.baseCurrHS = maxHS();
+    state.currAP = state.baseCurrAP = initAP();
+    state.apUsedInEncounter = 0;
+    return state;
+}
+
 void Creature::extendedRest(bool clearEffects)
 {
-    // All else starts anew, the shadows of the current values included.
-    m_state = {};
-    m_state.currHP = maxHP();
-    m_state.currHS = maxHS();
-    m_state.currAP = initAP();
-    m_state.apUsedInEncounter = 0;
+    m_state = restedState();
     if (clearEffects && !m_effects.isEmpty()) {
         m_effects.clear();
         Q_EMIT doCreatureEffectsChanged(this);
@@ -281,6 +288,16 @@ void Creature::setVitality(const CreatureVitality &vitality)
     const bool isTextStale = initBonus() != vitality.initBonus || maxHP() != vitality.maxHP
         || maxHS() != vitality.maxHS || hsValue() != vitality.hsValue
         || initAP() != vitality.initAP;
+    setVitalityNumbers(vitality);
+    // A text that still tells the same stays as its author laid it out.
+    if (isTextStale)
+        updateText();
+    statBlockChanged();
+    notifyUpdated();
+}
+
+void Creature::setVitalityNumbers(const CreatureVitality &vitality)
+{
     m_data.initBonus = vitality.initBonus;
     m_data.maxHP = vitality.maxHP;
     m_state.currHP = saturatedSum(vitality.currHP, m_restHP);
@@ -289,10 +306,6 @@ void Creature::setVitality(const CreatureVitality &vitality)
     m_data.hsValue = vitality.hsValue;
     m_data.initAP = vitality.initAP;
     m_state.currAP = saturatedSum(vitality.currAP, m_restAP);
-    // A text that still tells the same stays as its author laid it out.
-    if (isTextStale)
-        updateText();
-    statBlockChanged();
     notifyUpdated();
 }
 

@@ -5,6 +5,7 @@
 #include "coreobjects.h"
 #include "creature.h"
 #include "effectevents.h"
+#include "history.h"
 #include "objectstream.h"
 #include "rosterevents.h"
 #include "turnevents.h"
@@ -115,6 +116,14 @@ QList<CreatureVitality> liveVitality(const CreatureList &creatures)
     return result;
 }
 
+void setVitality(Creature *creature, const CreatureVitality &vitality)
+{
+    if (theHistory && theHistory->isReplaying())
+        creature->setVitalityNumbers(vitality);
+    else
+        creature->setVitality(vitality);
+}
+
 void applyVitality(const QList<CreatureVitality> &vitality)
 {
     for (const CreatureVitality &each : vitality) {
@@ -122,7 +131,7 @@ void applyVitality(const QList<CreatureVitality> &vitality)
             continue;
         // Numbers that stand already are no reason to check all creatures for outside changes.
         if (!(each == each.creature->liveVitality()))
-            each.creature->setVitality(each);
+            setVitality(each.creature, each);
         each.creature->setShadowVitality(each);
     }
 }

@@ -153,6 +153,8 @@ QList<Creature *> withoutNull(const QList<Creature *> &creatures);
 
 QList<CreatureVitality> liveVitality(const CreatureList &creatures);
 // Live fields and shadows, so that it doesn't count as a change made outside the history.
+// Writes the eight live numbers. A replay leaves the text of the creature as its file has it.
+void setVitality(Creature *creature, const CreatureVitality &vitality);
 void applyVitality(const QList<CreatureVitality> &vitality);
 // What undo puts back: the numbers, and what the history knew of them.
 struct VitalityBefore {

@@ -1,15 +1,18 @@
 #include "history.h"
 
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QPointer>
 #include <QRegularExpression>
+#include <QScopedValueRollback>
 
 #include "event.h"
 #include "objectstream.h"
+#include "outsidechanges.h"
 #include "paths.h"
 #include "switchboard.h"
 #include "version.h"
@@ -191,9 +194,11 @@ bool History::load()
     clear();
     if (dataRoot.isEmpty() || !QFile::exists(historyPath()) || !getStream())
         return true;
+    const QDateTime lastWritten = QFileInfo(historyPath()).lastModified();
     windows().hideForReplay();
     const qint64 firstEvent = m_stream->position();
     const bool known = replay();
+    takeEditedFiles(lastWritten);
     // An unknown event isn't damage for certain, and has a message of its own.
     if (known)
         findDamage(firstEvent);
@@ -212,6 +217,7 @@ bool History::replay()
     QElapsedTimer sinceBreath;
     sinceBreath.start();
     bool known = true;
+    const QScopedValueRollback replaying(m_isReplaying, true);
     while (stream) {
         Event *event = readEvent(stream, &known);
         if (!event)

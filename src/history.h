@@ -60,6 +60,8 @@ public:
     int eventOffset(int index) const;
     // Index of the last event that is applied; -1 for none.
     int position() const { return m_position; }
+    // The events of the log are being read and applied.
+    bool isReplaying() const { return m_isReplaying; }
     // The latest visible events of the running encounter, newest first.
     QList<Event *> recentVisibleEvents(int maxCount) const;
 
@@ -98,5 +100,6 @@ private:
     LogDamage m_damage;
     QTimer m_syncTimer;
     bool m_readOnly = false;
+    bool m_isReplaying = false;
     TrackerMember m_tracker {__LINE__, "history"};
 };

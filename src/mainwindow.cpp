@@ -19,6 +19,7 @@
 #include "creaturewidget.h"
 #include "datafolder.h"
 #include "effectlistmodel.h"
+#include "encountercommands.h"
 #include "eventlistmodel.h"
 #include "flatdialog.h"
 #include "initiativedialog.h"
@@ -476,15 +477,19 @@ void MainWindow::addEncounter(const PreparedEncounter &encounter, bool hidden)
     QList<CreatureItem> oldItems;
     if (newcomers.isEmpty() || !rollNewcomers(newcomers, oldItems))
         return;
-    if (appendEvent<AddMonstersEvent>(encounter.name(), newcomers, hidden, oldItems))
-        applyMarks(encounter, newcomers, hidden);
+    if (!appendEvent<AddMonstersEvent>(encounter.name(), newcomers, hidden, oldItems))
+        return;
+    makeFresh(newcomers);
+    applyMarks(encounter, newcomers, hidden);
 }
 
 void MainWindow::replaceEncounter(const PreparedEncounter &encounter, bool hidden)
 {
     const CreatureList monsters = encounter.creatures();
-    if (appendEvent<SetEncounterEvent>(encounter.entry(), monsters, hidden))
-        applyMarks(encounter, monsters, hidden);
+    if (!appendEvent<SetEncounterEvent>(encounter.entry(), monsters, hidden))
+        return;
+    makeFresh(monsters);
+    applyMarks(encounter, monsters, hidden);
 }
 
 void MainWindow::onAddMonster()
@@ -506,7 +511,10 @@ void MainWindow::onAddMonster()
     QList<CreatureItem> oldItems;
     if (!rollNewcomers(newcomer, oldItems))
         return;
-    if (appendEvent<AddMonsterEvent>(newcomer, hidden, oldItems) && !alias.isEmpty())
+    if (!appendEvent<AddMonsterEvent>(newcomer, hidden, oldItems))
+        return;
+    makeFresh(newcomer);
+    if (!alias.isEmpty())
         appendEvent<SetAliasEvent>(monster, true, alias);
 }
 
@@ -594,15 +602,7 @@ void MainWindow::onShortRest()
 
 void MainWindow::onExtendedRest()
 {
-    // No creatures stand for the whole party.
-    if (!appendEvent<ExtendedRestEvent>(QList<Creature *>()))
-        return;
-    // A session often ends with the rest, and the next start looks for a linked character under the
-    // name that its file brought: the log hears of it now, not with the next command.
-    const CreatureList &party = theEncounter->creatures();
-    if (std::any_of(party.begin(), party.end(),
-                    [](const Creature *hero) { return hero->name() != hero->nameBefore(); }))
-        theEncounter->checkVitality(theHistory);
+    takeExtendedRest();
 }
 
 // --- history ---

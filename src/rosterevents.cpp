@@ -40,13 +40,18 @@ void restoreHidden(CreatureList all, CreatureList hidden)
     hidden.setHidden(true);
 }
 
-// The own name in a display name: of "Group (Name)" the part in brackets.
-QString ownName(const QString &displayName)
+// The name that the creature has of its own in such a display name: all of a character's, and of a
+// monster's "Group (Name)" the part in brackets.
+QString ownName(const Creature &creature, const QString &displayName)
 {
-    const qsizetype bracket = displayName.indexOf(QStringLiteral(" ("));
-    if (bracket < 0)
+    if (!creature.isMonster())
         return displayName;
-    QString name = displayName.mid(bracket + 2);
+    const QString group = creature.group() + QStringLiteral(" (");
+    const bool hasGroup = displayName.startsWith(group, Qt::CaseInsensitive);
+    const qsizetype bracket = displayName.indexOf(QStringLiteral(" ("));
+    if (!hasGroup && bracket < 0)
+        return displayName;
+    QString name = displayName.mid(hasGroup ? group.size() : bracket + 2);
     if (name.endsWith(u')'))
         name.chop(1);
     return name;
@@ -75,7 +80,7 @@ void AddCreaturesEvent::read(int eventType, ObjectStream *stream)
 {
     const QString name = stream->readString(ID_ADD_CREATURE_EVENT_NAME);
     const bool hidden = stream->readInt(ID_ADD_CREATURE_EVENT_HIDDEN) != 0;
-    const QList<CreatureItem> items = readItemList(stream);
+    const QList<CreatureItem> items = readItemListIfNext(stream);
     m_newVitality = readVitalityList(stream);
     endReading(stream, ID_ADD_CREATURE_EVENT_END);
     const CreatureList list(items);
@@ -471,7 +476,7 @@ void RenameCreatureEvent::redo()
     if (!renamed || !theEncounter->contains(renamed))
         return;
     if (a && !b)
-        a->setName(ownName(m_newName));
+        a->setName(ownName(*a, m_newName));
     else if (a && a->isMissing() && a->isMonster() == b->isMonster() && !theEncounter->contains(b))
         merge(a, b);
     m_previousName = renamed->nameBefore();
@@ -497,7 +502,7 @@ void RenameCreatureEvent::undo()
     Creature *b = findCreature(m_newName, false);
     if (!b || findCreature(m_oldName, false) || !theEncounter->contains(b))
         return;
-    b->setName(ownName(m_oldName));
+    b->setName(ownName(*b, m_oldName));
     if (!m_previousName.isEmpty())
         b->setNameBefore(m_previousName);
 }

@@ -30,6 +30,14 @@ QList<Item> readItems(ObjectStream *stream, int count, Read read, IsUsable isUsa
     return result;
 }
 
+template <typename Item, typename Read, typename IsUsable>
+QList<Item> readList(ObjectStream *stream, int sizeTag, int endTag, Read read, IsUsable isUsable)
+{
+    QList<Item> result = readItems<Item>(stream, readCount(stream, sizeTag), read, isUsable);
+    stream->readTo(endTag);
+    return result;
+}
+
 // Empty when the list isn't the next thing in the record.
 template <typename Item, typename Read, typename IsUsable>
 QList<Item> readListIfNext(ObjectStream *stream, int sizeTag, int endTag, Read read,
@@ -37,9 +45,7 @@ QList<Item> readListIfNext(ObjectStream *stream, int sizeTag, int endTag, Read r
 {
     if (!stream->nextIs(sizeTag))
         return {};
-    QList<Item> result = readItems<Item>(stream, readCount(stream, sizeTag), read, isUsable);
-    stream->readTo(endTag);
-    return result;
+    return readList<Item>(stream, sizeTag, endTag, read, isUsable);
 }
 
 struct VitalityField {
@@ -171,6 +177,12 @@ void writeItemList(ObjectStream *stream, const QList<CreatureItem> &items)
 
 QList<CreatureItem> readItemList(ObjectStream *stream)
 {
+    return readList<CreatureItem>(stream, ID_CREATURE_ITEM_LIST_SIZE, ID_CREATURE_ITEM_LIST_END,
+                                  readItem, hasCreature);
+}
+
+QList<CreatureItem> readItemListIfNext(ObjectStream *stream)
+{
     return readListIfNext<CreatureItem>(stream, ID_CREATURE_ITEM_LIST_SIZE,
                                         ID_CREATURE_ITEM_LIST_END, readItem, hasCreature);
 }
@@ -189,9 +201,9 @@ void writeInitList(ObjectStream *stream, const QList<CreatureInit> &list)
 
 QList<CreatureInit> readInitList(ObjectStream *stream)
 {
-    return readListIfNext<CreatureInit>(
-        stream, ID_CREATURE_INIT_LIST_SIZE, ID_CREATURE_INIT_LIST_END, readInit,
-        [](const CreatureInit &init) { return !init.name.isEmpty(); });
+    return readList<CreatureInit>(stream, ID_CREATURE_INIT_LIST_SIZE, ID_CREATURE_INIT_LIST_END,
+                                  readInit,
+                                  [](const CreatureInit &init) { return !init.name.isEmpty(); });
 }
 
 void writeRested(ObjectStream *stream, const QList<RestedCreature> &rested)

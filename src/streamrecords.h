@@ -13,8 +13,9 @@ struct CreatureInit;
 
 // A creature is written by its display name, null by an empty one. Reading makes a stand-in for a
 // name that nobody has. Lists come back without nulls; a size that the bytes left can't hold counts
-// as 0. The lists of vitality, items and initiative come back empty when they aren't the next thing
-// in the record, as in old logs.
+// as 0. Like any field, a list is searched forward for, so that fields of a later version in front
+// of it are passed over. The vitality list, and the item list of readItemListIfNext(), come back
+// empty when they aren't the next thing in the record, as in old logs.
 
 void writeCreature(ObjectStream *stream, const Creature *creature);
 Creature *readCreature(ObjectStream *stream);
@@ -29,6 +30,7 @@ QList<CreatureVitality> readVitalityList(ObjectStream *stream);
 
 void writeItemList(ObjectStream *stream, const QList<CreatureItem> &items);
 QList<CreatureItem> readItemList(ObjectStream *stream);
+QList<CreatureItem> readItemListIfNext(ObjectStream *stream);
 
 void writeInitList(ObjectStream *stream, const QList<CreatureInit> &list);
 QList<CreatureInit> readInitList(ObjectStream *stream);

@@ -7,6 +7,7 @@
 #include "creaturelistmodel.h"
 #include "effect.h"
 #include "effectevents.h"
+#include "encountercommands.h"
 #include "initiativedialog.h"
 #include "jumpindialog.h"
 #include "mainwindow.h"
@@ -76,13 +77,8 @@ void MainWindow::startEncounter()
 
 void MainWindow::stopEncounter()
 {
-    const QList<Creature *> creatures = everyone();
-    for (Creature *creature : creatures)
-        creature->removeEffectsAtEndOfEncounter();
-    ObjectStream *stream = streamForEvent();
-    if (!stream)
+    if (!endEncounter())
         return;
-    theHistory->doEvent(new StopEncounterEvent(stream, false));
     const CreatureList monsters = theEncounter->monsters();
     if (!monsters.isEmpty())
         appendEvent<RemoveCreaturesEvent>(monsters.list());
@@ -229,7 +225,11 @@ void MainWindow::removeCreatures(const QList<Creature *> &creatures)
         return;
     QList<Creature *> others = creatures;
     Creature *current = theEncounter->current();
-    const bool passesTurn = creatures.size() < theEncounter->count() && others.removeOne(current);
+    const bool removesAll = creatures.size() >= theEncounter->count();
+    // Nobody is left to pass the turn to: the fight is over, also for those who leave.
+    if (removesAll && theEncounter->isRunning() && !endEncounter())
+        return;
+    const bool passesTurn = !removesAll && others.removeOne(current);
     if (!others.isEmpty())
         appendEvent<RemoveCreaturesEvent>(others);
     // The turn passes on first, and only then the creature leaves.

@@ -15,6 +15,8 @@ int surgeValue(const Creature *creature)
     return creature ? creature->hsValue() : 0;
 }
 
+} // namespace
+
 QList<Creature *> livingCharacters()
 {
     QList<Creature *> result;
@@ -24,8 +26,6 @@ QList<Creature *> livingCharacters()
     }
     return result;
 }
-
-} // namespace
 
 // --- DamageEvent and its subclass ---
 
@@ -492,10 +492,8 @@ QString ExtendedRestEvent::text() const
 
 void ExtendedRestEvent::redo()
 {
-    for (Creature *target : std::as_const(m_targets)) {
-        target->refreshIfLinked();
+    for (Creature *target : std::as_const(m_targets))
         target->extendedRest(false);
-    }
     windows().refreshCharacterList();
 }
 
@@ -558,7 +556,7 @@ QString SetVitalityEvent::text() const
 void SetVitalityEvent::redo()
 {
     if (Creature *creature = m_newValues.creature) {
-        creature->setVitality(m_newValues);
+        setVitality(creature, m_newValues);
         creature->setShadowVitality(m_newValues);
     }
 }
@@ -566,7 +564,7 @@ void SetVitalityEvent::redo()
 void SetVitalityEvent::undo()
 {
     if (Creature *creature = m_newValues.creature) {
-        creature->setVitality(m_oldLive);
+        setVitality(creature, m_oldLive);
         creature->setShadowVitality(m_oldShadow);
     }
 }

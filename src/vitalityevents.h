@@ -203,6 +203,9 @@ private:
     QList<RestedCreature> m_rested;
 };
 
+// Those of the encounter, whom an extended rest without a list means.
+QList<Creature *> livingCharacters();
+
 class ExtendedRestEvent : public ChangeStateEvent {
     Q_OBJECT
 

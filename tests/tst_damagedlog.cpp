@@ -420,7 +420,6 @@ void TestDamagedLog::sizesAreNotBelieved()
 void TestDamagedLog::missingListsCostNoOtherEvent_data()
 {
     QTest::addColumn<QByteArray>("record");
-    QTest::newRow("start") << QByteArray("2c01 04 01000000  3601 00");
     QTest::newRow("add monster") << QByteArray(
         "2c01 04 1c000000  ff01 01 78  0002 04 00000000  fe01 00");
     QTest::newRow("extended rest") << QByteArray("2c01 04 1a000000  e001 00");
@@ -445,6 +444,18 @@ void TestDamagedLog::unknownFieldsAreSkipped()
     QCOMPARE(theHistory->eventCount(), 1);
     QCOMPARE(theHistory->eventText(0), QStringLiteral("* Delayed: Aria *"));
     QCOMPARE(theHistory->eventAt(0)->size(), int(QByteArray::fromHex(delay).size()));
+    // In front of the lists of an encounter and of initiative too.
+    const QByteArray set = "2c01 04 1b000000  8d00 01 66 8e00 01 44 8f00 00 9000 04 01000000"
+                           "9100 04 64000000 8c00 00  e803 02 abcd  c900 04 01000000"
+                           "6700 07 5261742028 3129 6800 00 a100 04 07000000 a200 04 09000000"
+                           "a000 00 c800 00  f501 04 00000000 f401 00";
+    const QByteArray start = "2c01 04 01000000  e803 00  2102 04 00000000 1c02 00  e903 00"
+                             "2102 04 01000000 1d02 03 526174 1e02 04 07000000 1f02 04 09000000"
+                             "2002 00 1c02 00  3601 00";
+    load(m_header + QByteArray::fromHex(set + start + "0000"));
+    QCOMPARE(theHistory->eventCount(), 2);
+    QCOMPARE(theEncounter->count(), 1);
+    QCOMPARE(theEncounter->at(0)->initRoll(), 7);
 }
 
 MORVANE_TEST_MAIN(QGuiApplication, TestDamagedLog)

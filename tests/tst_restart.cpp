@@ -2,8 +2,11 @@
 // The fight after the end of the program: everything comes back from the data folder alone.
 #include <QJsonObject>
 
+#include "effectevents.h"
 #include "fightfixture.h"
 #include "fightreport.h"
+#include "pickencounterdialog.h"
+#include "power.h"
 #include "testhome.h"
 
 namespace {
@@ -47,11 +50,16 @@ private Q_SLOTS:
     void newEventCutsTheTailForGood();
     void fightSurvivesALostFile();
     void linkedHeroComesBack();
+    void editedFileCountsForTheNextCommand();
+    void namesHoldBrackets();
+    void monstersComeBackFresh();
+    void clearedHistoryLeavesNothing();
 
 private:
     void fight();
     void hit(int row, int damage);
     void restart();
+    void loadEncounter(const QString &button);
 
     std::unique_ptr<FightFixture> m_fight;
 };
@@ -212,12 +220,134 @@ void RestartTest::linkedHeroComesBack()
     QCOMPARE(fightAsShown(), rested);
     QVERIFY(!theEncounter->at(1)->isMissing());
 
+    // A level gained between two evenings is taken with the next rest, and not by the start.
+    builderFile(QStringLiteral("Odo Elm"), 90);
+    const QMap<QString, QByteArray> files = folder.files();
+    restart();
+    QCOMPARE(fightAsShown(), rested);
+    QCOMPARE(folder.files(), files);
+    builderFile(QStringLiteral("Odo Ash"), 60);
+
     // A file that is as it was puts nothing into the log but the rest.
     hit(1, 1);
     const int events = theHistory->eventCount();
     m_fight->action("extendedRest")->trigger();
     hit(1, 1);
     QCOMPARE(theHistory->eventCount(), events + 2);
+}
+
+void RestartTest::editedFileCountsForTheNextCommand()
+{
+    const QString file = QStringLiteral("Characters/aria.txt");
+    const QByteArray text = m_fight->folder.read(file);
+    const Creature *aria = theCharacters->find(QStringLiteral("Aria"));
+    const int hp = aria->currHP();
+    m_fight->close();
+    QByteArray edited = text;
+    edited.replace("hit-points=30", "hit-points=38");
+    QVERIFY(edited != text);
+    m_fight->folder.write(file, QString::fromUtf8(edited).remove(u'\r'));
+    m_fight->open();
+    aria = theCharacters->find(QStringLiteral("Aria"));
+    QCOMPARE(aria->maxHP(), 38);
+    QCOMPARE(aria->currHP(), hp);
+    QVERIFY(!aria->isModified());
+    QCOMPARE(m_fight->folder.read(file), edited);
+    const int events = theHistory->eventCount();
+    hit(1, 1);
+    QCOMPARE(historyTexts().mid(events, 1), QStringList(QStringLiteral("Changed Aria: Max HP 38")));
+    QCOMPARE(theHistory->eventCount(), events + 2);
+    // The log knows of it now, and is newer than the file.
+    const QStringList shown = fightAsShown();
+    restart();
+    QCOMPARE(fightAsShown(), shown);
+    m_fight->action("stepBack")->trigger();
+    m_fight->action("stepBack")->trigger();
+    QCOMPARE(theCharacters->find(QStringLiteral("Aria"))->maxHP(), 30);
+}
+
+void RestartTest::namesHoldBrackets()
+{
+    m_fight = std::make_unique<FightFixture>();
+    m_fight->folder.addCharacter(QStringLiteral("Sir Bob (Paladin)"));
+    for (const char *group : {"Rat", "Rat (swarm)", "Rat (swarm) (big)"})
+        m_fight->folder.addMonster(QString::fromLatin1(group));
+    m_fight->open();
+    m_fight->setParty();
+    m_fight->addMonster(QStringLiteral("Rat (swarm)"), QStringLiteral("1"));
+    m_fight->addMonster(QStringLiteral("Rat (swarm) (big)"), QStringLiteral("2"));
+    m_fight->addMonster(QStringLiteral("Rat"), QStringLiteral("a (b)"));
+    m_fight->start({25, 15, 20, 10});
+    hit(0, 3);
+    const QStringList shown = fightAsShown();
+    restart();
+    QCOMPARE(fightAsShown(), shown);
+    for (const Creature *creature : theEncounter->creatures())
+        QVERIFY(!creature->isMissing());
+}
+
+void RestartTest::loadEncounter(const QString &button)
+{
+    Answer answer(inFlatDialog<PickEncounterDialog>([button](PickEncounterDialog &dialog) {
+        auto *table = dialog.findChild<QTableView *>();
+        for (int row = 0; row < table->model()->rowCount(); ++row) {
+            if (table->model()->index(row, 0).data() == QStringLiteral("Den"))
+                table->selectRow(row);
+        }
+        buttonWithText(dialog, button)->click();
+    }));
+    m_fight->action("loadEncounter")->trigger();
+    QVERIFY(answer.wasAnswered);
+}
+
+void RestartTest::monstersComeBackFresh()
+{
+    m_fight = std::make_unique<FightFixture>();
+    m_fight->folder.addCharacter(QStringLiteral("Aria"));
+    m_fight->folder.write(QStringLiteral("Monsters/rat.txt"),
+                          QStringLiteral("Rat\nLevel 1 Brute\nSmall natural beast\nXP 100\n"
+                                         "Initiative +2\nHP 20\nAC 15; Fortitude 14, Reflex 13, "
+                                         "Will 12\nSpeed 6\nm Bite (standard; encounter)\n"
+                                         "+4 vs AC; 1d6 damage.\n"));
+    m_fight->folder.write(QStringLiteral("Encounters/den.txt"),
+                          QStringLiteral("name=Den\ndescription=\nRat=1,2\n"));
+    m_fight->open();
+    m_fight->setParty();
+    loadEncounter(QStringLiteral("Add"));
+    // The first time adds the arrival and nothing else.
+    QCOMPARE(FightFixture::eventClasses(), QStringList({"SetParty", "AddMonsters"}));
+    m_fight->start({25, 15, 20});
+    Creature *rat = findCreature(QStringLiteral("Rat (1)"), false);
+    QVERIFY(rat && !rat->powers().isEmpty());
+    appendEvent<EffectEvent>(nullptr, QList<Creature *> {rat}, QString(), 0, 9);
+    appendEvent<PowerUsageChangedEvent>(rat, rat->powerAt(0), 0);
+    QVERIFY(rat->powerAt(0)->isUsed());
+    hit(theEncounter->indexOf(rat), 50);
+    m_fight->action("startStop")->trigger();
+    QVERIFY(!theEncounter->isRunning());
+    const int events = theHistory->eventCount();
+    loadEncounter(QStringLiteral("Add"));
+    QCOMPARE(FightFixture::eventClasses(events),
+             QStringList({"AddMonsters", "ExtendedRest", "RemoveOnGoing", "PowerUsageChanged"}));
+    QVERIFY(!rat->isDead() && rat->effects().isEmpty() && !rat->powerAt(0)->isUsed());
+    const QJsonObject report = fightReport(true);
+    restart();
+    QCOMPARE(fightReport(true), report);
+}
+
+void RestartTest::clearedHistoryLeavesNothing()
+{
+    Creature *bram = theCharacters->find(QStringLiteral("Bram"));
+    appendEvent<SetAliasEvent>(bram, true, QStringLiteral("The Fox"));
+    appendEvent<ShowHideEvent>(bram, true);
+    Answer answer(inMessage(QStringLiteral("Clear History")));
+    m_fight->action("newHistory")->trigger();
+    QVERIFY(answer.wasAnswered);
+    const QJsonObject report = fightReport(true);
+    restart();
+    QCOMPARE(fightReport(true).value(QStringLiteral("creatures")),
+             report.value(QStringLiteral("creatures")));
+    QCOMPARE(theEncounter->count(), 0);
 }
 
 MORVANE_TEST_MAIN(QApplication, RestartTest)

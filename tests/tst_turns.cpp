@@ -132,7 +132,7 @@ void TurnsTest::removing_data()
     QTest::newRow("current and others")
         << QList<int> {0, 1} << QStringList {"RemoveCreatures", "NextTurn", "RemoveCurrent"}
         << QStringList {"Bram"};
-    QTest::newRow("all") << QList<int> {0, 1, 2} << QStringList {"RemoveCreatures"}
+    QTest::newRow("all") << QList<int> {0, 1, 2} << QStringList {"StopEncounter", "RemoveCreatures"}
                          << QStringList();
     QTest::newRow("none") << QList<int>() << QStringList()
                           << QStringList {"Aria", "Rat (A)", "Bram"};

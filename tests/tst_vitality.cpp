@@ -287,7 +287,6 @@ void TestVitality::extendedRestReadiesAnew()
     aria->extendedRest(false);
     QVERIFY(!aria->hasBeenInCombat());
     QVERIFY(aria->isHidden());
-    aria->syncShadows();
     QVERIFY(aria->state() == rested);
 }
 

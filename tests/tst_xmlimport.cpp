@@ -13,6 +13,8 @@
 #include "creature.h"
 #include "creaturefile.h"
 #include "creaturereport.h"
+#include "encounter.h"
+#include "encountercommands.h"
 #include "history.h"
 #include "monsters.h"
 #include "monsterxmlhandler.h"
@@ -399,7 +401,8 @@ void XmlImportTest::followsItsFile()
     Creature *odo = addLinkedHero();
     m_folder->write(u"Characters/odo.dnd4e"_s, u"\uFEFF"_s + heroFile(u"Odo"_s, 48));
     const auto saved = [this] { return m_folder->read(u"Characters/odo.txt"_s); };
-    theHistory->doEvent(new ExtendedRestEvent({odo}, theHistory->getStream()));
+    theEncounter->setOrder(CreatureList(QList<Creature *> {odo}));
+    QVERIFY(takeExtendedRest());
     QCOMPARE(odo->currHP(), 48);
     QVERIFY(!odo->isModified());
     QVERIFY(saved().contains("hit-points=48\r\nhs-value=12\r\n"));
