@@ -6,6 +6,7 @@
 #include "coreobjects.h"
 #include "creature.h"
 #include "encounter.h"
+#include "outcome.h"
 #include "saturated.h"
 
 namespace {
@@ -105,7 +106,7 @@ void Creature::takeDamage(int amount, const Creature *attacker)
 void Creature::heal(int hp, int surgesUsed)
 {
     m_state.healCount = saturatedSum(healCount(), 1);
-    m_state.currHP = std::min(saturatedSum(std::max(currHP(), 0), hp), maxHP());
+    m_state.currHP = std::min(healedHP(currHP(), hp), maxHP());
     m_state.currHS = std::max(0, std::min(saturatedDifference(currHS(), surgesUsed), maxHS()));
     if (currHP() > 0)
         m_state.stable = true;

@@ -11,6 +11,7 @@
 #include "disablecombobox.h"
 #include "effect.h"
 #include "encounter.h"
+#include "outcome.h"
 #include "saturated.h"
 
 EffectDialog::EffectDialog(const QList<Creature *> &selected, QWidget *parent)
@@ -469,18 +470,21 @@ void EffectDialog::previewTarget(Creature *target, Creature *origin, int action)
     int newTemp = saturatedDifference(temp, absorbed);
     int newHP = saturatedDifference(hp, saturatedDifference(damage(), absorbed));
     const int heal = healingFor(target);
-    if (heal != 0)
-        newHP = saturatedSum(std::max(newHP, 0), heal); // counts from 0
+    if (heal != 0 || surgeChange() != 0)
+        newHP = healedHP(newHP, heal);
     int newSurges = saturatedSum(surges, surgeChange());
 
     const bool isOrigin = target == origin;
-    const bool spendsSurge = (action == SecondWind && isOrigin) || action == AdministerFirstAid;
+    const bool spendsSurge = (action == SecondWind && isOrigin)
+        || (action == AdministerFirstAid && target == targets().constFirst());
     if (spendsSurge && newSurges > 0) {
         --newSurges;
-        newHP = saturatedSum(newHP, target->hsValue());
+        newHP = healedHP(newHP, target->hsValue());
     }
-    if (action == GainHealingSurge && isOrigin)
+    if (action == GainHealingSurge && isOrigin) {
         newSurges = saturatedSum(newSurges, 1);
+        newHP = healedHP(newHP, 0);
+    }
     newTemp = std::max(newTemp, tempHP());
     target->setRestAdditions(saturatedDifference(newHP, hp), saturatedDifference(newTemp, temp),
                              saturatedDifference(newSurges, surges));
@@ -490,10 +494,11 @@ void EffectDialog::previewTarget(Creature *target, Creature *origin, int action)
 
 void EffectDialog::previewOrigin(Creature *origin, int action)
 {
+    const int hp = origin->currHP();
     if (action == SecondWind && origin->currHS() > 0)
-        origin->setRestAdditions(origin->hsValue(), 0, -1);
+        origin->setRestAdditions(saturatedDifference(healedHP(hp, origin->hsValue()), hp), 0, -1);
     else if (action == GainHealingSurge)
-        origin->setRestAdditions(0, 0, 1);
+        origin->setRestAdditions(saturatedDifference(healedHP(hp, 0), hp), 0, 1);
     else if (action == UseActionPoint)
         origin->setRestAP(-1);
 }

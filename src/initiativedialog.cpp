@@ -183,12 +183,13 @@ void InitiativeData::fillMembers(QGridLayout *grid, Entry &entry)
     }
 }
 
-QSpinBox *InitiativeData::rollBox(int &roll, const QString &name)
+// A roll beyond the box stays what it is until the DM changes the box, which shows the nearest
+// value.
+QSpinBox *InitiativeData::rollBox(int roll, const QString &name)
 {
-    // What the DM sees is what counts: a roll beyond the box is brought into it.
-    roll = qBound(LowestRoll, roll, HighestRoll);
-    QSpinBox *box = spinBox(HighestRoll, LowestRoll, roll, false);
-    box->setValue(roll);
+    const int shown = qBound(LowestRoll, roll, HighestRoll);
+    QSpinBox *box = spinBox(HighestRoll, LowestRoll, shown, false);
+    box->setValue(shown);
     box->setObjectName(QStringLiteral("initiative:") + name);
     box->setAccessibleName(name);
     connect(box, &QSpinBox::valueChanged, this, &InitiativeData::onInitValueChanged);

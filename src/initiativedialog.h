@@ -61,7 +61,7 @@ private Q_SLOTS:
 private:
     void addCharacter(Creature *creature, int roll);
     void addMonster(Creature *creature, int roll);
-    QSpinBox *rollBox(int &roll, const QString &name);
+    QSpinBox *rollBox(int roll, const QString &name);
     QLabel *heading(const Entry &entry);
     void addGroupHeading(QGridLayout *grid, Entry &entry, const QString &text,
                          const QString &toolTip);

@@ -139,6 +139,8 @@ private Q_SLOTS:
     void pairsSignAndAmount();
     void togglesAttributes();
     void previewsTheOrigin();
+    void previewsTheDying_data();
+    void previewsTheDying();
     void forgetsThePreview_data();
     void forgetsThePreview();
     void previewNeverLeavesTheScreen();
@@ -364,6 +366,47 @@ void TestEffectDialog::previewsTheOrigin()
     enter(form, QStringLiteral("originBox=Borin;actionBox=6")); // hers ends
     QCOMPARE(numbers(aria), QStringLiteral("10+0 hp, 1 hs, 1 ap"));
     QCOMPARE(numbers(QStringLiteral("Borin")), QStringLiteral("28+0 hp, 8 hs, 1 ap"));
+}
+
+// A preview is what comes of it: healing counts from 0 hit points, and first aid is for one.
+void TestEffectDialog::previewsTheDying_data()
+{
+    QTest::addColumn<QString>("dying");
+    QTest::addColumn<QString>("target");
+    QTest::addColumn<QString>("fields");
+    const auto row = [](const char *name, const char *dying, const char *target,
+                        const char *fields) {
+        QTest::newRow(name) << QString::fromLatin1(dying) << QString::fromLatin1(target)
+                            << QString::fromLatin1(fields);
+    };
+    row("first aid", "Cleo", "Cleo", "originBox=Borin;actionBox=5");
+    row("second wind", "Aria", "Aria", "actionBox=3");
+    row("second wind of the origin", "Aria", "Borin", "originBox=Aria (current);actionBox=3");
+    row("gained surge", "Cleo", "Borin", "originBox=Cleo;actionBox=6");
+    row("surge added", "Cleo", "Cleo", "surgeBox=1");
+}
+
+void TestEffectDialog::previewsTheDying()
+{
+    QFETCH(QString, dying);
+    QFETCH(QString, target);
+    QFETCH(QString, fields);
+    start();
+    befall(QStringLiteral("spend %1 2;hit %1 %2")
+               .arg(dying)
+               .arg(creature(dying)->maxHP() + creature(dying)->maxHP() / 4));
+    QVERIFY(creature(dying)->isDying());
+    select(target);
+    QString shown;
+    Answer answer(inFlatDialog<EffectDialog>([&](EffectDialog &form) {
+        enter(form, fields);
+        shown = numbers(dying);
+        form.accept();
+    }));
+    m_fight->window().onAddConditionOrEffect();
+    QVERIFY(answer.wasAnswered);
+    QCOMPARE(numbers(dying), shown);
+    QVERIFY(creature(dying)->currHP() >= 0);
 }
 
 void TestEffectDialog::forgetsThePreview_data()

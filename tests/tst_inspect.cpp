@@ -352,6 +352,13 @@ void InspectTest::leavesNoTrace_data()
     QTest::newRow("no heading") << QByteArray("rubbish") << true;
     QTest::newRow("heading cut short") << header.left(20) << true;
     QTest::newRow("too new") << tooNew + QByteArray(2, '\0') << true;
+    // The party, Odo among them, and a rest.
+    QTest::newRow("rest")
+        << header
+            + QByteArray::fromHex(
+                "2c01041e000000ff01034f646f00020400000000c90004010000006700034f646f68"
+                "0000a1000400000000a2000400000000a00000c80000fe01002c01041a000000e00100")
+        << true;
     QTest::newRow("unknown event") << header + eventTypeField(999) << true;
     QTest::newRow("record cut short") << header + eventTypeField(4) << true;
 }
@@ -363,10 +370,21 @@ void InspectTest::leavesNoTrace()
         writeLog(log);
     if (!complete)
         QVERIFY(QDir(m_folder->file(u"Encounters"_s)).removeRecursively());
+    // A hero whose builder's file has changed and tells of a picture elsewhere.
+    m_folder->write(u"stray.xpm"_s,
+                    u"/* XPM */ static char*x[]={\"1 1 1 1\",\"a c #f00\",\"a\"};"_s);
+    m_folder->write(u"Characters/odo.dnd4e"_s,
+                    QStringLiteral("<D20Character><Details><name>Odo</name><Level>3</Level>"
+                                   "<Portrait>%1</Portrait></Details></D20Character>")
+                        .arg(m_folder->file(u"stray.xpm"_s)));
+    m_folder->write(
+        u"Characters/odo.txt"_s,
+        u"name=Odo\nimport=odo.dnd4e\nlinked=yes\nclass=Monk\nlevel=2\nhit-points=30\n"_s);
     const QStringList before = traces(m_folder->path());
 
     const Run told = fight();
     QCOMPARE(told.exitCode, 0);
+    QCOMPARE(inspect({u"creature"_s, m_folder->file(u"Characters/odo.dnd4e"_s)}).exitCode, 0);
     QCOMPARE(told.object()[u"header"].isObject(),
              log.size() > 40); // a whole heading
     QCOMPARE(fight({u"--at"_s, u"-1"_s}).exitCode, 0);
