@@ -2,6 +2,7 @@
 #include <QFile>
 
 #include <ctime>
+#include <malloc.h>
 
 #include "benchdata.h"
 #include "history.h"
@@ -39,6 +40,37 @@ void replay(benchmark::State &state)
             state.SkipWithError("the log was not replayed in full");
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+// Of the heap, in bytes.
+double memoryUsed()
+{
+    const auto info = mallinfo2();
+    return double(info.uordblks + info.hblkhd);
+}
+
+// A log of years, with what it costs in memory as a multiple of its size.
+void openLargeLog(benchmark::State &state)
+{
+    constexpr qint64 Size = 50'000'000;
+    const BenchFolder folder(8);
+    {
+        Fight fight(folder);
+        fight.start();
+        while (theHistory->getStream()->position() < Size)
+            fight.playOne();
+    }
+    for (auto _ : state) {
+        const Fight fight(folder);
+        const double before = memoryUsed();
+        const double start = secondsUsed();
+        theHistory->load();
+        state.SetIterationTime(secondsUsed() - start);
+        state.counters["memory"] = (memoryUsed() - before) / double(Size);
+        if (theHistory->getStream()->position() < Size)
+            state.SkipWithError("the log was not replayed in full");
+    }
+    state.SetBytesProcessed(state.iterations() * Size);
 }
 
 void readLogPlainly(benchmark::State &state)
@@ -104,6 +136,7 @@ void stepBackForward(benchmark::State &state)
 
 BENCHMARK(replay)->Arg(1000)->Arg(10000)->Arg(100000)->UseManualTime()->Unit(
     benchmark::kMillisecond);
+BENCHMARK(openLargeLog)->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(readLogPlainly)->Arg(100000)->Unit(benchmark::kMillisecond);
 // As many as a long evening has, so that neither is measured on a growing file of gigabytes.
 BENCHMARK(writePlainly)->Iterations(20000)->Unit(benchmark::kMicrosecond);

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 #include "characters.h"
 #include "coreobjects.h"
@@ -170,12 +171,23 @@ public:
     void step() override
     {
         ++m_value;
+        if (std::exchange(m_isWithinStep, false))
+            m_dialog.setRange(0, m_fileCount + StepsBesidesFiles);
         if (m_isHidden || m_sinceShown.elapsed() < ProgressInterval)
             return;
-        if (m_sinceStart.elapsed() > ProgressDelay)
-            m_dialog.setMinimumDuration(0);
-        m_dialog.setValue(m_value);
-        m_sinceShown.restart();
+        show(m_value);
+    }
+    // How far a step has come that takes long by itself: the bar shows that step alone until the
+    // next one.
+    void moveWithinStep(qint64 done, qint64 total)
+    {
+        constexpr int Whole = 1000;
+        if (m_isHidden || total <= 0)
+            return;
+        m_isWithinStep = true;
+        m_dialog.setRange(0, Whole);
+        // Never the last value, which would reset the dialog.
+        show(int(qMin<qint64>(done * Whole / total, Whole - 1)));
     }
     bool wasCancelled() const override { return m_dialog.wasCanceled(); }
 
@@ -194,11 +206,20 @@ public:
     }
 
 private:
+    void show(int value)
+    {
+        if (m_sinceStart.elapsed() > ProgressDelay)
+            m_dialog.setMinimumDuration(0);
+        m_dialog.setValue(value);
+        m_sinceShown.restart();
+    }
+
     QProgressDialog m_dialog;
     int m_fileCount;
     QPushButton *m_button; // the dialog's
     int m_value = 0;
     bool m_isHidden = false;
+    bool m_isWithinStep = false;
     QElapsedTimer m_sinceShown;
     QElapsedTimer m_sinceStart;
 };
@@ -274,7 +295,8 @@ void enterFolder(LoadedLibrary &library, const QString &path, LoadProgress &prog
     progress.forbidCancel();
     takeOver(library, path);
     progress.setLabel(translated("Loading history..."));
-    if (!theHistory->load()) {
+    const auto tell = [&](qint64 done, qint64 total) { progress.moveWithinStep(done, total); };
+    if (!theHistory->load(tell)) {
         progress.hide();
         showUnknownEvent();
     }

@@ -189,7 +189,7 @@ bool History::backupLog()
     return true;
 }
 
-bool History::load()
+bool History::load(const LoadProgress &tell)
 {
     clear();
     if (dataRoot.isEmpty() || !QFile::exists(historyPath()) || !getStream())
@@ -197,7 +197,7 @@ bool History::load()
     const QDateTime lastWritten = QFileInfo(historyPath()).lastModified();
     windows().hideForReplay();
     const qint64 firstEvent = m_stream->position();
-    const bool known = replay();
+    const bool known = replay(tell);
     takeEditedFiles(lastWritten);
     // An unknown event isn't damage for certain, and has a message of its own.
     if (known)
@@ -208,7 +208,7 @@ bool History::load()
 }
 
 // False at an unknown event.
-bool History::replay()
+bool History::replay(const LoadProgress &tell)
 {
     // Often enough for a progress dialog to move, and seldom enough to cost nothing.
     constexpr qint64 BreathEvery = 40; // milliseconds
@@ -231,6 +231,8 @@ bool History::replay()
         }
         if (sinceBreath.elapsed() >= BreathEvery) {
             QCoreApplication::processEvents();
+            if (tell && stream)
+                tell(stream->position(), stream->size());
             sinceBreath.restart();
         }
     }
@@ -272,7 +274,8 @@ QString History::damageText() const
                        .arg(m_damage.fileSize);
     text += m_damage.lostEvents == 0
         ? tr("<p>What they held can't be told.")
-        : tr("<p>Events among them that are still whole, but are missing from the fight: %1.")
+        : tr("<p>Events that can still be read behind the damage, but are missing from the "
+             "fight: %1.")
               .arg(m_damage.lostEvents);
     if (!m_damage.copy.isEmpty())
         text += tr("<p>The file as it was is kept: <b>%1</b>").arg(m_damage.copy.toHtmlEscaped());

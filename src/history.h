@@ -45,7 +45,9 @@ public:
     bool backupLog();
     // Reads and applies the log of the data folder. False if an unknown event stopped it. A record
     // without its end at the end of the data is no event.
-    bool load();
+    // `tell` hears now and then how many bytes of how many are behind, and may run the event loop.
+    using LoadProgress = std::function<void(qint64 done, qint64 total)>;
+    bool load(const LoadProgress &tell = {});
     // What the last load() could not use, with a copy of the file in the "History" folder.
     const LogDamage &damage() const { return m_damage; }
     // Rich text that tells the user of it, empty without damage.
@@ -88,7 +90,7 @@ private:
     void applyNext();
     void takeBackLast();
     void removeBehindPosition();
-    bool replay();
+    bool replay(const LoadProgress &tell);
     void findDamage(qint64 firstEvent);
     void syncSoon();
     void tellChanged();
