@@ -7,74 +7,22 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QPointer>
-#include <QRegularExpression>
 #include <QScopedValueRollback>
+#include <utility>
 
 #include "event.h"
+#include "historyfolder.h"
 #include "objectstream.h"
 #include "outsidechanges.h"
 #include "paths.h"
+#include "safefile.h"
 #include "switchboard.h"
 #include "version.h"
 #include "windowinterface.h"
 
 namespace {
 
-constexpr QLatin1String FolderName("History");
-
-bool makeHistoryFolder(const QString &root)
-{
-    const QDir parent(root);
-    return QDir(parent.filePath(FolderName)).exists() || parent.mkdir(FolderName);
-}
-
-// In the "History" folder of that data folder, for the log of that date. The date comes out of a
-// file and names another, so it must not lead out of the folder.
-QString backupPath(const QString &root, const QString &prefix, QString date)
-{
-    static const QRegularExpression unfit(QStringLiteral("[/\\\\\\x00-\\x1f]"));
-    date.replace(unfit, QStringLiteral("_"));
-    return root + QDir::separator() + FolderName + QDir::separator() + prefix + date
-        + QStringLiteral(".log");
-}
-
-// Whether both files begin with the same bytes.
-bool beginAlike(const QString &path, const QString &other, qint64 count)
-{
-    QFile one(path);
-    QFile two(other);
-    if (!one.open(QIODevice::ReadOnly) || !two.open(QIODevice::ReadOnly))
-        return false;
-    constexpr qint64 Chunk = 1024 * 1024;
-    while (count > 0) {
-        const QByteArray bytes = one.read(qMin(count, Chunk));
-        if (bytes.isEmpty() || bytes != two.read(bytes.size()))
-            return false;
-        count -= bytes.size();
-    }
-    return true;
-}
-
-// Keeps a copy of a log of which nobody could read some of the first `count` bytes. The path of the
-// copy, which may be one of an earlier start; null when there is none.
-QString copyDamagedLog(const QString &root, const QString &path, qint64 count)
-{
-    if (!makeHistoryFolder(root))
-        return {};
-    const QString prefix = QStringLiteral("history_damaged_");
-    const QDir folder(root + QDir::separator() + FolderName);
-    const QFileInfoList copies =
-        folder.entryInfoList({prefix + QStringLiteral("*.log")}, QDir::Files);
-    for (const QFileInfo &copy : copies) {
-        if (copy.size() >= count && beginAlike(path, copy.filePath(), count))
-            return copy.filePath();
-    }
-    const QString date = currentDateTimeText();
-    QString copy = backupPath(root, prefix, date);
-    for (int number = 2; QFile::exists(copy); ++number)
-        copy = backupPath(root, prefix, date + u'_' + QString::number(number));
-    return QFile::copy(path, copy) ? copy : QString();
-}
+constexpr QLatin1String LogName("history.log");
 
 } // namespace
 
@@ -91,6 +39,7 @@ History::History(QObject *parent) : QObject(parent)
     connect(&m_syncTimer, &QTimer::timeout, this, [this] {
         if (m_stream)
             m_stream->sync();
+        guardLog();
     });
 }
 
@@ -103,8 +52,12 @@ History::~History()
 
 ObjectStream *History::getStream(bool silent)
 {
-    if (m_stream)
+    if (m_stream) {
+        // Ahead of the first write of a command.
+        if (std::exchange(m_isGuardDue, false))
+            guardLog();
         return m_stream.get();
+    }
     std::unique_ptr<QIODevice> device = openLog();
     if (!device) {
         if (!silent)
@@ -130,6 +83,7 @@ ObjectStream *History::getStream(bool silent)
     });
     if (stream->readHeader(silent))
         m_stream = std::move(stream);
+    m_root = dataRoot;
     return m_stream.get();
 }
 
@@ -138,6 +92,10 @@ std::unique_ptr<QIODevice> History::openLog() const
 {
     if (m_makeDevice)
         return std::unique_ptr<QIODevice>(m_makeDevice(historyPath()));
+    // A pipe would keep the program waiting, and what is written to a device is gone.
+    const QFileInfo info(historyPath());
+    if (info.exists() && !info.isFile())
+        return nullptr;
     auto file = std::make_unique<QFile>(historyPath());
     const QIODevice::OpenMode mode = m_readOnly ? QIODevice::ReadOnly : QIODevice::ReadWrite;
     if (!file->open(mode | QIODevice::Unbuffered))
@@ -150,9 +108,82 @@ void History::closeStream()
     if (!m_stream)
         return;
     m_syncTimer.stop();
+    guardLog();
     m_stream->flush();
     m_stream->sync();
     m_stream.reset();
+    m_isForeignTold = false;
+}
+
+bool History::writeWaiting()
+{
+    if (!m_stream || m_readOnly)
+        return true;
+    guardLog();
+    m_stream->flush();
+    m_stream->sync();
+    return !m_stream->isBehind();
+}
+
+bool History::saveLogAs(const QString &path)
+{
+    return m_stream && saveWhole(path, m_stream->wholeLog());
+}
+
+// What the program holds is the fight. A file that isn't as it was left belongs to somebody else:
+// it is kept beside, and the log written anew.
+void History::guardLog()
+{
+    m_isGuardDue = true;
+    if (!m_stream || m_readOnly || m_isReplaying || m_makeDevice)
+        return;
+    const QString path = m_root + QDir::separator() + LogName;
+    if (m_stream->standsAt(path))
+        return;
+    m_stream->detach();
+    QString copy;
+    const QFileInfo foreign(path);
+    bool isKept = true;
+    if (foreign.exists() && foreign.isFile() && foreign.size() > 0) {
+        copy = copyLog(m_root, QStringLiteral("history_foreign_"), path);
+        isKept = !copy.isNull();
+    } else if (foreign.exists() && !foreign.isFile()) {
+        isKept = false; // nothing that can be copied or replaced
+    }
+    const bool isRestored = isKept && restoreLog(path);
+    if (!m_isForeignTold)
+        tellForeign(path, copy, isRestored);
+    m_isForeignTold = !isRestored;
+}
+
+bool History::restoreLog(const QString &path)
+{
+    for (const char *folder : {"Characters", "Monsters", "Portraits", "Encounters"})
+        QDir().mkpath(m_root + QDir::separator() + QLatin1String(folder));
+    if (!saveWhole(path, m_stream->wholeLog()))
+        return false;
+    auto file = std::make_unique<QFile>(path);
+    if (!file->open(QIODevice::ReadWrite | QIODevice::Unbuffered))
+        return false;
+    m_stream->replaceDevice(file.release());
+    return true;
+}
+
+void History::tellForeign(const QString &path, const QString &copy, bool isRestored)
+{
+    QString text = tr("The history file, <b>%1</b>, was changed or removed by another program. "
+                      "Nothing of the fight is lost: Morvane keeps it in memory.")
+                       .arg(path.toHtmlEscaped());
+    text += isRestored
+        ? tr("<p>The file has been written anew.")
+        : tr("<p>The file can't be written anew at the moment. It will be as soon as the disk "
+             "takes it.");
+    if (!copy.isEmpty())
+        text += tr("<p>What stood there is kept: <b>%1</b>").arg(copy.toHtmlEscaped());
+    // A message runs a loop of its own, which must not begin in the middle of a command.
+    QMetaObject::invokeMethod(
+        this, [text] { windows().showMessage(tr("History File Changed"), text); },
+        Qt::QueuedConnection);
 }
 
 void History::syncSoon()
@@ -165,6 +196,7 @@ bool History::backupLog()
 {
     if (!m_stream)
         return true;
+    guardLog();
     const QString path = historyPath();
     if (!QFile::exists(path)) {
         closeStream();
@@ -178,7 +210,8 @@ bool History::backupLog()
     }
     // The copy is made with the log still open, so that a failure leaves everything as it was.
     m_stream->flush();
-    const QString backup = backupPath(dataRoot, QStringLiteral("history_"), m_stream->created());
+    const QString backup =
+        freeHistoryPath(dataRoot, QStringLiteral("history_"), m_stream->created());
     if (m_stream->isBehind() || !QFile::copy(path, backup)) {
         windows().showMessage(tr("Cannot Create History Backup"),
                               tr("Unable to create History backup file: %1").arg(backup));
@@ -202,6 +235,7 @@ bool History::load(const LoadProgress &tell)
     // An unknown event isn't damage for certain, and has a message of its own.
     if (known)
         findDamage(firstEvent);
+    m_isGuardDue = true;
     tellChanged();
     windows().showAfterReplay();
     return known;

@@ -53,6 +53,11 @@ public:
     // Rich text that tells the user of it, empty without damage.
     QString damageText() const;
 
+    // Writes what the disk didn't take so far. False while some of it still waits in memory.
+    bool writeWaiting();
+    // Writes the log as it should be to another file. False when that fails, or no log is open.
+    bool saveLogAs(const QString &path);
+
     int eventCount() const { return int(m_events.size()); }
     // Null out of range.
     Event *eventAt(int index) const;
@@ -87,6 +92,9 @@ private:
 
     std::unique_ptr<QIODevice> openLog() const;
     void closeStream();
+    void guardLog();
+    bool restoreLog(const QString &path);
+    void tellForeign(const QString &path, const QString &copy, bool isRestored);
     void applyNext();
     void takeBackLast();
     void removeBehindPosition();
@@ -101,6 +109,11 @@ private:
     DeviceFactory m_makeDevice;
     LogDamage m_damage;
     QTimer m_syncTimer;
+    QString m_root; // the data folder of the open log
+    // The next command looks first whether the file is still the log.
+    bool m_isGuardDue = false;
+    // The user knows that the file isn't the log, and it couldn't be mended yet.
+    bool m_isForeignTold = false;
     bool m_readOnly = false;
     bool m_isReplaying = false;
     TrackerMember m_tracker {__LINE__, "history"};

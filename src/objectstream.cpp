@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <limits>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
 
@@ -67,7 +68,8 @@ bool writeAt(int handle, qint64 offset, QByteArrayView bytes)
 } // namespace
 
 ObjectStream::ObjectStream(QIODevice *device)
-    : m_device(device), m_handle(handleOf(device)), m_size(int(qMin(device->size(), LargestLog)))
+    : m_device(device), m_handle(handleOf(device)), m_size(int(qMin(device->size(), LargestLog))),
+      m_deviceSize(device->size())
 {
 }
 
@@ -151,6 +153,7 @@ void ObjectStream::cutFile()
 {
     if (auto *file = qobject_cast<QFile *>(m_device.get()))
         file->resize(m_size + TagSize);
+    m_deviceSize = m_device->size();
 }
 
 // Ends the data at the position, in memory; the device follows with the next writeOut().
@@ -179,6 +182,11 @@ void ObjectStream::writeOut()
 {
     if (m_dirtyFrom < 0 || !m_device->isWritable())
         return;
+    if (m_detached) {
+        setBehind(true);
+        return;
+    }
+    const bool wasBehind = m_behind;
     const bool destroysUnread = m_damaged || (!m_metEnd && !m_endAtDirty);
     if (m_guard && destroysUnread && !m_guard()) {
         setBehind(true);
@@ -186,6 +194,8 @@ void ObjectStream::writeOut()
     }
     m_guard = nullptr;
     setBehind(!writeDirty());
+    if (wasBehind && !m_behind)
+        m_deviceSize = m_device->size(); // parts of a record may have got further than it did
     if (m_cutsTail && !m_behind) {
         cutFile();
         m_cutsTail = false;
@@ -231,10 +241,60 @@ bool ObjectStream::writeFresh()
 
 bool ObjectStream::put(qint64 offset, QByteArrayView bytes)
 {
+    m_deviceSize = qMax(m_deviceSize, offset + bytes.size());
     // Without seeks a file takes a record in two thirds of the time.
     if (m_handle >= 0)
         return writeAt(m_handle, offset, bytes);
     return m_device->seek(offset) && m_device->write(bytes.data(), bytes.size()) == bytes.size();
+}
+
+bool ObjectStream::standsAt(const QString &path) const
+{
+    if (m_detached)
+        return false;
+    if (m_handle < 0)
+        return true;
+    struct stat open = {};
+    struct stat there = {};
+    if (fstat(m_handle, &open) != 0 || stat(QFile::encodeName(path).constData(), &there) != 0
+        || open.st_dev != there.st_dev || open.st_ino != there.st_ino)
+        return false;
+    // A disk that refuses writes holds any part of the last ones.
+    if (m_behind || m_dirtyFrom >= 0)
+        return true;
+    constexpr qint64 LastBytes = 512;
+    const qint64 end = qMin<qint64>(m_size, m_data.size());
+    const qint64 start = qMax<qint64>(0, end - LastBytes);
+    QByteArray last(end - start, Qt::Uninitialized);
+    return there.st_size == m_deviceSize
+        && pread(m_handle, last.data(), size_t(last.size()), start) == last.size()
+        && last == QByteArrayView(m_data).sliced(start, last.size());
+}
+
+QByteArray ObjectStream::wholeLog() const
+{
+    return m_data.first(qMin<qsizetype>(m_size, m_data.size())) + EndMarker.toByteArray();
+}
+
+void ObjectStream::detach()
+{
+    m_detached = true;
+    // Whoever detaches it tells why.
+    const bool wasTold = std::exchange(m_toldBehind, true);
+    setBehind(true);
+    m_toldBehind = wasTold;
+}
+
+void ObjectStream::replaceDevice(QIODevice *device)
+{
+    m_device.reset(device);
+    m_handle = handleOf(device);
+    m_deviceSize = device->size();
+    m_dirtyFrom = m_unsyncedFrom = -1;
+    m_damaged = m_cutsTail = m_detached = false;
+    m_guard = nullptr;
+    m_metEnd = true;
+    setBehind(false);
 }
 
 void ObjectStream::flush()

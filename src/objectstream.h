@@ -90,6 +90,17 @@ public:
     const QString &version() const { return m_version; }
     const QString &created() const { return m_created; }
 
+    // Whether the file at the path is the one that is written to, as long as it was left, with the
+    // same last bytes. True for a device that is no file.
+    bool standsAt(const QString &path) const;
+    // All that the log has to hold, its end marker included.
+    QByteArray wholeLog() const;
+    // Nothing reaches the device any more, which isn't the log: the stream is behind until it gets
+    // another one.
+    void detach();
+    // Takes over an open device that holds wholeLog().
+    void replaceDevice(QIODevice *device);
+
     // Bytes of the log, without keeping them; fewer at the end of the file. For a log to which
     // nothing was written yet.
     QByteArray bytesAt(qint64 offset, qint64 count);
@@ -153,6 +164,8 @@ private:
     bool m_metEnd = false; // a reader came to the end marker
     bool m_damaged = false;
     bool m_cutsTail = false;
+    bool m_detached = false;
+    qint64 m_deviceSize; // as far as was written or found
     bool m_behind = false;
     bool m_toldBehind = false;
     TrackerMember m_tracker {__LINE__, "objectstream"};

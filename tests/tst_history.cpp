@@ -1,6 +1,7 @@
 #include <QDir>
 #include <QFile>
 #include <QSignalSpy>
+#include <functional>
 #include <memory>
 
 #include "datatable.h"
@@ -42,6 +43,9 @@ private Q_SLOTS:
 
     void backupMovesTheLog();
     void backupThatFailsLeavesEverything();
+    void foreignChangesCostNothing_data();
+    void foreignChangesCostNothing();
+    void waitsForItsPlace();
     void backupNeverLeavesItsFolder();
     void damagedLogIsCopied_data();
     void damagedLogIsCopied();
@@ -417,19 +421,102 @@ void HistoryTest::backupThatFailsLeavesEverything()
                             "directory: %1%2History")
                  .arg(displayRoot, QDir::separator()));
 
-    QFile::remove(m_folder->file(u"History"_s));
-    QDir(m_folder->path()).mkdir(u"History"_s);
-    const QString backup = u"%1%2History%2history_%3.log"_s.arg(dataRoot, QDir::separator(),
-                                                                m_history->getStream()->created());
-    QVERIFY(QFile::copy(historyPath(), backup));
-    QVERIFY(!m_history->backupLog());
-    QCOMPARE(m_windows->shown,
-             QStringList({QStringLiteral("Cannot Create History Backup|Unable to create History "
-                                         "backup file: %1")
-                              .arg(backup)}));
-
     play({u"other"_s});
     QCOMPARE(LoggedEvent::readLog(log()), Three.first(2) + QStringList({u"other"_s}));
+
+    // A log that was copied back gets another name the second time.
+    QFile::remove(m_folder->file(u"History"_s));
+    const QString name = u"history_%1"_s.arg(m_history->getStream()->created());
+    QVERIFY(m_history->backupLog());
+    QVERIFY(QFile::copy(m_folder->file(u"History/%1.log"_s.arg(name)), historyPath()));
+    QVERIFY(m_history->load());
+    QVERIFY(m_history->backupLog());
+    QCOMPARE(backups(), QStringList({name + u".log"_s, name + u"_2.log"_s}));
+    QCOMPARE(m_windows->shown, QStringList());
+}
+
+void HistoryTest::foreignChangesCostNothing_data()
+{
+    using Change = std::function<void(const TestDataFolder &)>;
+    addColumns<Change, bool>({"change", "kept"});
+    const auto file = [](auto work) {
+        return [work](const TestDataFolder &) {
+            QFile log(historyPath());
+            QVERIFY(log.open(QIODevice::ReadWrite));
+            work(log);
+        };
+    };
+    const auto zero = [](QFile &log, qint64 from) {
+        log.seek(from);
+        log.write(QByteArray(log.size() - from, '\0'));
+    };
+    QTest::newRow("deleted") << Change([](const TestDataFolder &) { QFile::remove(historyPath()); })
+                             << false;
+    QTest::newRow("replaced") << Change([](const TestDataFolder &folder) {
+        folder.write(u"other.log"_s, u"restored by a sync"_s);
+        QFile::remove(historyPath());
+        QVERIFY(QFile::rename(folder.file(u"other.log"_s), historyPath()));
+    }) << true;
+    QTest::newRow("cut") << Change(file([](QFile &log) { log.resize(log.size() - 9); })) << true;
+    QTest::newRow("longer") << Change(file([](QFile &log) { log.resize(log.size() + 9); })) << true;
+    QTest::newRow("emptied") << Change(file([](QFile &log) { log.resize(0); })) << false;
+    QTest::newRow("zeroed") << Change(file([zero](QFile &log) { zero(log, 0); })) << true;
+    QTest::newRow("end zeroed") << Change(file([zero](QFile &log) { zero(log, log.size() - 20); }))
+                                << true;
+    QTest::newRow("folder removed") << Change([](const TestDataFolder &folder) {
+        QVERIFY(QDir(folder.path()).removeRecursively());
+    }) << false;
+}
+
+void HistoryTest::foreignChangesCostNothing()
+{
+    auto [change, kept] =
+        fetch<std::function<void(const TestDataFolder &)>, bool>({"change", "kept"});
+    for (const bool beforeCommand : {true, false}) {
+        m_history = std::make_unique<History>();
+        QFile::remove(historyPath());
+        QDir(m_folder->file(u"History"_s)).removeRecursively();
+        m_windows->shown.clear();
+        play(Three);
+        if (beforeCommand)
+            QCoreApplication::processEvents(); // the command is over
+        change(*m_folder);
+        if (beforeCommand)
+            play({u"four"_s, u"five"_s});
+        const QStringList texts =
+            Three + (beforeCommand ? QStringList {u"four"_s, u"five"_s} : QStringList());
+        // Once, however many commands follow.
+        QTRY_COMPARE(m_windows->shown.size(), 1);
+        QVERIFY(m_windows->shown.first().startsWith(u"History File Changed|"));
+        play({u"last"_s});
+        QCoreApplication::processEvents();
+        QCOMPARE(m_windows->shown.size(), 1);
+        QCOMPARE(LoggedEvent::readLog(log()), texts + QStringList({u"last"_s}));
+        QCOMPARE(backups().size(), kept ? 1 : 0);
+        QVERIFY(!m_windows->logBehind);
+    }
+    QVERIFY(QDir(m_folder->file(u"Monsters"_s)).exists());
+}
+
+void HistoryTest::waitsForItsPlace()
+{
+    play(Three);
+    QCoreApplication::processEvents();
+    QFile::remove(historyPath());
+    QVERIFY(QDir(m_folder->path()).mkdir(u"history.log"_s));
+    play({u"four"_s});
+    QTRY_COMPARE(m_windows->shown.size(), 1);
+    QVERIFY(m_windows->logBehind);
+    QVERIFY(!m_history->writeWaiting());
+    const QString elsewhere = m_folder->file(u"elsewhere.log"_s);
+    QVERIFY(m_history->saveLogAs(elsewhere));
+    QCOMPARE(LoggedEvent::readLog(m_folder->read(u"elsewhere.log"_s)),
+             Three + QStringList(u"four"_s));
+    QVERIFY(QDir(m_folder->path()).rmdir(u"history.log"_s));
+    QVERIFY(m_history->writeWaiting());
+    QVERIFY(!m_windows->logBehind);
+    QCOMPARE(m_windows->shown.size(), 1);
+    QCOMPARE(LoggedEvent::readLog(log()), Three + QStringList(u"four"_s));
 }
 
 // The date in the header is foreign text, and part of a file's name.
