@@ -341,6 +341,26 @@ void updateTitle()
                                                        : translated("Morvane - %1").arg(folder));
 }
 
+// --- a log that the disk didn't take ---
+
+bool saveLogElsewhere()
+{
+    QFileDialog dialog(theMainWindow, translated("Save History File"));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setNameFilter(translated("History files (*.log)"));
+    dialog.setDefaultSuffix(QStringLiteral("log"));
+    dialog.selectFile(QStringLiteral("history.log"));
+    if (!dialog.exec() || dialog.selectedFiles().isEmpty())
+        return false;
+    const QString path = dialog.selectedFiles().constFirst();
+    if (theHistory->saveLogAs(path))
+        return true;
+    showMessage(
+        translated("Cannot Save History File"),
+        translated("Unable to save the history file as <b>%1</b>.").arg(path.toHtmlEscaped()));
+    return false;
+}
+
 // --- unsaved work ---
 
 bool isUnsaved(const ChangeCounters &counters)
@@ -445,7 +465,8 @@ bool setDataFolder(QString &path, QString &display)
     if (!confirmUnsavedWork(
             translated("You need to save all changes before setting the 'Morvane Data' "
                        "folder."),
-            translated("Save Changes and Continue")))
+            translated("Save Changes and Continue"))
+        || !confirmLogWritten())
         return false;
     Q_EMIT switchBoard()->doDisableWidgetDisplay();
     const bool isLoaded = loadFolder(library, path, display);
@@ -488,6 +509,27 @@ bool confirmUnsavedWork(const QString &message, const QString &continueText)
     if (monsters.count || encounters.count) {
         theMonsters->saveAll();
         theEncounters->saveAll();
+    }
+    return true;
+}
+
+bool confirmLogWritten()
+{
+    enum Choice { TryAgain, SaveElsewhere, Leave };
+    while (theHistory && !theHistory->writeWaiting()) {
+        MessageDialog dialog;
+        const int choice = dialog.choose(
+            translated("History Not Written"),
+            translated("The last events of the fight could not be written to the history file, "
+                       "<b>%1</b>. Is the disk full or unplugged?<p>If you leave without, those "
+                       "events are lost.")
+                .arg(historyPath().toHtmlEscaped()),
+            {translated("Try Again"), translated("Save Elsewhere..."),
+             translated("Leave Without")});
+        if (choice == Leave || (choice == SaveElsewhere && saveLogElsewhere()))
+            return true;
+        if (choice < 0)
+            return false;
     }
     return true;
 }

@@ -15,6 +15,10 @@ bool setDataFolder(QString &path, QString &display);
 // Offers to save the library's unsaved work. True means go on.
 bool confirmUnsavedWork(const QString &message, const QString &continueText);
 
+// Writes what of the log still waits in memory, and asks what to do where the disk doesn't take it:
+// try again, save the log elsewhere, or leave without. True means go on.
+bool confirmLogWritten();
+
 bool hasAllDataFolders(const QDir &dir);
 bool hasNoDataFolders(const QDir &dir);
 // Where the program is installed, above "bin". Empty when there is nothing above.

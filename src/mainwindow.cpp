@@ -332,7 +332,8 @@ void MainWindow::toggleEffectsWindow()
 void MainWindow::closeEvent(QCloseEvent *event)
 {
     if (!confirmUnsavedWork(tr("Do you want to save all changes and then quit the application?"),
-                            tr("Save Changes and Quit"))) {
+                            tr("Save Changes and Quit"))
+        || !confirmLogWritten()) {
         event->ignore();
         return;
     }

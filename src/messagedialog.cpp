@@ -77,6 +77,16 @@ int MessageDialog::askFolder(const QString &title, const QString &text, const QS
     return m_clicked == select ? 2 : 1;
 }
 
+int MessageDialog::choose(const QString &title, const QString &text, const QStringList &buttons)
+{
+    build(alertIcon(), title, text);
+    QDialogButtonBox *box = addButtons(buttons.constFirst(), true);
+    QList<QAbstractButton *> choices {box->button(QDialogButtonBox::Ok)};
+    for (const QString &more : buttons.mid(1))
+        choices << box->addButton(more, QDialogButtonBox::AcceptRole);
+    return exec() == Accepted ? int(choices.indexOf(m_clicked)) : -1;
+}
+
 void MessageDialog::hint(const QString &key, const QString &title, const QString &text)
 {
     runHint(key, infoIcon(), title, text, {}, false);

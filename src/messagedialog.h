@@ -26,6 +26,8 @@ public:
     // 2 for "Select Folder...", 1 for `okText`, 0 for Cancel.
     int askFolder(const QString &title, const QString &text, const QString &okText,
                   const QString &icon);
+    // Index of the button that was pressed, -1 for Cancel; the first is the default.
+    int choose(const QString &title, const QString &text, const QStringList &buttons);
     // `key` of the settings is false once the user asked not to see the message again. hint() then
     // does nothing, and askHint() answers true unasked.
     void hint(const QString &key, const QString &title, const QString &text);

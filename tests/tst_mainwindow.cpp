@@ -9,6 +9,7 @@
 #include <QToolBar>
 
 #include "fightfixture.h"
+#include "paths.h"
 #include "testhome.h"
 #include "vitalityevents.h"
 
@@ -44,6 +45,7 @@ private Q_SLOTS:
     void clearingAsksFirst();
     void truncatingAsksFirst();
     void statusBarTellsRoundAndEncounter();
+    void closingAsksForAnUnwrittenLog();
     void closingOffersToSave();
     void closingEndsTheDialog();
     void layoutIsRemembered();
@@ -520,6 +522,41 @@ void MainWindowTest::statusBarTellsRoundAndEncounter()
     QVERIFY(behind->isVisible());
     m_fight->window().setLogBehind(false);
     QVERIFY(!behind->isVisible());
+}
+
+// A folder in the place of the log stands for a disk that takes nothing.
+void MainWindowTest::closingAsksForAnUnwrittenLog()
+{
+    start();
+    QCoreApplication::processEvents();
+    const QString path = historyPath();
+    QVERIFY(QFile::remove(path) && QDir().mkpath(path));
+    {
+        Answer told(inMessage(QStringLiteral("OK")));
+        m_fight->click(0);
+        type(QStringLiteral("3"));
+        m_fight->action("hit")->trigger();
+        QTRY_VERIFY(told.wasAnswered);
+    }
+    const int events = theHistory->eventCount();
+    const auto close = [this](const QString &button) {
+        Answer answer(inMessage(button));
+        const bool closed = m_fight->window().close();
+        return answer.wasAnswered && closed;
+    };
+    QVERIFY(!close(QStringLiteral("Cancel")));
+    QVERIFY(m_fight->window().isVisible());
+    {
+        // Choosing another folder asks as well.
+        Answer answer(inMessage(QStringLiteral("Cancel")));
+        m_fight->window().onSetRoot();
+        QVERIFY(answer.wasAnswered);
+    }
+    QVERIFY(QDir().rmdir(path));
+    QVERIFY(m_fight->window().close()); // it can be written again: nothing to ask
+    m_fight->close();
+    m_fight->open();
+    QCOMPARE(theHistory->eventCount(), events);
 }
 
 void MainWindowTest::closingOffersToSave()
