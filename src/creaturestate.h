@@ -9,7 +9,7 @@
 
 class Creature;
 
-// The whole live state that an event restores when it is undone.
+// The whole live state that an event restores when it is undone. CreatureSnapshots packs each field.
 struct CreatureState {
     int currHP = 0;
     int tempHP = 0;

@@ -1,5 +1,6 @@
 #include "event.h"
 
+#include <algorithm>
 #include <array>
 
 #include "coreobjects.h"
@@ -53,20 +54,13 @@ void ChangeStateEvent::init(Creature *source, Creature *target)
 void ChangeStateEvent::init(Creature *source, const QList<Creature *> &targets)
 {
     m_source = source;
-    m_targets = withoutNull(targets);
-    m_states.clear();
-    m_states.reserve(m_targets.size());
-    m_visible = isCharacter(source);
-    for (const Creature *target : std::as_const(m_targets)) {
-        m_states << target->state();
-        m_visible = m_visible || isCharacter(target);
-    }
+    m_targets = CreatureSnapshots(withoutNull(targets));
+    m_visible = isCharacter(source) || std::any_of(m_targets.begin(), m_targets.end(), isCharacter);
 }
 
 void ChangeStateEvent::undo()
 {
-    for (qsizetype i = 0; i < m_targets.size(); ++i)
-        m_targets.at(i)->restoreState(m_states.at(i));
+    m_targets.restore();
 }
 
 QString ChangeStateEvent::sourcePrefix() const

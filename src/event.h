@@ -5,7 +5,7 @@
 #include <QObject>
 
 #include "creaturelist.h"
-#include "creaturestate.h"
+#include "creaturesnapshots.h"
 #include "encounter.h"
 #include "memorytracker.h"
 
@@ -118,14 +118,13 @@ protected:
     virtual void init(Creature *source, const QList<Creature *> &targets);
 
     // Null when no creature was given.
-    Creature *firstTarget() const { return m_targets.value(0); }
+    Creature *firstTarget() const { return m_targets.first(); }
     // "Name -> ", or empty without a source.
     QString sourcePrefix() const;
-    QString targetNames() const { return displayNames(m_targets); }
+    QString targetNames() const { return displayNames(m_targets.creatures()); }
 
     Creature *m_source = nullptr;
-    QList<Creature *> m_targets;
-    QList<CreatureState> m_states;
+    CreatureSnapshots m_targets;
 };
 
 // The order of the encounter and the position in it, for events that change both.

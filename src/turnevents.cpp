@@ -157,7 +157,7 @@ QString StopEncounterEvent::text() const
 
 void StopEncounterEvent::redo()
 {
-    for (Creature *target : std::as_const(m_targets))
+    for (Creature *target : m_targets)
         target->stopEncounter();
     theEncounter->setPosition({theEncounter->round(), -1, theEncounter->fallen()});
     windows().refreshEncounterActions();

@@ -70,7 +70,7 @@ QString DamageEvent::text() const
 
 void DamageEvent::redo()
 {
-    for (Creature *target : std::as_const(m_targets))
+    for (Creature *target : m_targets)
         target->takeDamage(m_damage, m_source);
 }
 
@@ -154,7 +154,7 @@ QString HealEvent::text() const
 
 void HealEvent::redo()
 {
-    for (Creature *target : std::as_const(m_targets))
+    for (Creature *target : m_targets)
         target->heal(m_hp, m_surges);
 }
 
@@ -196,7 +196,7 @@ QString AdministerFirstAidEvent::text() const
 void AdministerFirstAidEvent::redo()
 {
     HealEvent::redo();
-    for (Creature *target : std::as_const(m_targets))
+    for (Creature *target : m_targets)
         target->setSecondWindUsed(true);
 }
 
@@ -232,7 +232,7 @@ void SecondWindEvent::redo()
     HealEvent::redo();
     if (m_effect)
         firstTarget()->addEffect(m_effect.get());
-    for (Creature *target : std::as_const(m_targets))
+    for (Creature *target : m_targets)
         target->setSecondWindUsed(true);
 }
 
@@ -289,11 +289,13 @@ QString SetTempHPEvent::text() const
 
 void SetTempHPEvent::redo()
 {
-    m_states.clear();
-    for (Creature *target : std::as_const(m_targets)) {
-        m_states << target->state();
+    const QList<Creature *> targets = m_targets.creatures();
+    QList<CreatureState> states;
+    for (Creature *target : targets) {
+        states << target->state();
         target->setTempHP(m_amount);
     }
+    m_targets = CreatureSnapshots(targets, states);
 }
 
 // --- UseActionPointEvent ---
@@ -322,7 +324,7 @@ QString UseActionPointEvent::text() const
 
 void UseActionPointEvent::redo()
 {
-    for (Creature *target : std::as_const(m_targets))
+    for (Creature *target : m_targets)
         target->useActionPoint(1);
 }
 
@@ -358,7 +360,7 @@ QString UseSecondWindEvent::text() const
 
 void UseSecondWindEvent::redo()
 {
-    for (Creature *target : std::as_const(m_targets))
+    for (Creature *target : m_targets)
         target->setSecondWindUsed(m_change != 1);
 }
 
@@ -389,7 +391,7 @@ QString StabilizeEvent::text() const
 
 void StabilizeEvent::redo()
 {
-    for (Creature *target : std::as_const(m_targets))
+    for (Creature *target : m_targets)
         target->setStable(true);
 }
 
@@ -421,7 +423,7 @@ void FailedDeathSavingThrowEvent::redo()
 {
     // Counted from the snapshot, so that every redo gives the same number.
     if (Creature *target = firstTarget())
-        target->setFailedDeathSaves(m_states.first().failedDeathSaves + 1);
+        target->setFailedDeathSaves(m_targets.states().first().failedDeathSaves + 1);
 }
 
 // --- ShortRestEvent ---
@@ -492,7 +494,7 @@ QString ExtendedRestEvent::text() const
 
 void ExtendedRestEvent::redo()
 {
-    for (Creature *target : std::as_const(m_targets))
+    for (Creature *target : m_targets)
         target->extendedRest(false);
     windows().refreshCharacterList();
 }

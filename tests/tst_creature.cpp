@@ -2,9 +2,12 @@
 #include <QGuiApplication>
 #include <QSignalSpy>
 
+#include <limits>
+
 #include "coreobjects.h"
 #include "creaturelist.h"
 #include "creatures.h"
+#include "creaturesnapshots.h"
 #include "effect.h"
 #include "encounter.h"
 #include "testhome.h"
@@ -26,6 +29,7 @@ private Q_SLOTS:
     void listSortsByGroupAndNumber();
     void listTakesAnyIndex();
     void listsByKind();
+    void snapshotsKeepEachField();
 };
 
 void TestCreature::recordLeavesTheFightAlone()
@@ -263,6 +267,24 @@ void TestCreature::listsByKind()
     QVERIFY(rat->isHidden() && bren->isHidden());
     list.removeKind(false);
     QCOMPARE(list.list(), QList<Creature *> {rat.get()});
+}
+
+void TestCreature::snapshotsKeepEachField()
+{
+    constexpr int least = std::numeric_limits<int>::min();
+    constexpr int most = std::numeric_limits<int>::max();
+    const CreatureState odd {least, most, -1,           64, -65, 1,  2, false, true,
+                             true,  3,    u"Zoë (1)"_s, 4,  5,   -6, 7, 8,     127};
+    const auto aria = makeCharacter(u"Aria"_s);
+    const auto bren = makeCharacter(u"Bren"_s);
+    aria->restoreState(odd);
+    const CreatureSnapshots snapshots({aria.get(), bren.get()});
+    const QList<CreatureState> before {odd, bren->state()};
+    aria->restoreState(bren->state());
+    bren->restoreState(odd);
+    QCOMPARE(snapshots.states(), before);
+    snapshots.restore();
+    QVERIFY(aria->state() == before.first() && bren->state() == before.last());
 }
 
 MORVANE_TEST_MAIN(QGuiApplication, TestCreature)

@@ -261,7 +261,7 @@ QList<int> TestDamagedLog::types()
 void TestDamagedLog::mutatedLogs()
 {
     std::mt19937 random(RandomTest::seed());
-    const int count = RandomTest::count(3000);
+    const int count = RandomTest::count(1500);
     for (int i = 0; i < count; ++i) {
         const QByteArray log = mutated(m_log, random);
         const auto same = std::mismatch(m_log.cbegin(), m_log.cend(), log.cbegin(), log.cend());
