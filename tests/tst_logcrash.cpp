@@ -1,6 +1,7 @@
 // What the log holds when the program dies at any byte, and when the disk is full at any byte.
 
 #include <QBuffer>
+#include <QRandomGenerator>
 
 #include "creaturelist.h"
 #include "effectevents.h"
@@ -32,6 +33,7 @@ public:
 
     void command(const QString &text);
     void stepBack(int count);
+    void truncate();
     History &history() { return m_history; }
     ObjectStream *stream() { return m_history.getStream(); }
     const QStringList &events() const { return m_events; }
@@ -65,6 +67,13 @@ void Fight::stepBack(int count)
 {
     for (int i = 0; i < count; ++i)
         m_history.stepBack();
+}
+
+void Fight::truncate()
+{
+    m_events.resize(m_history.position() + 1);
+    m_history.truncate();
+    states << State {m_events, disk.writes.size(), true};
 }
 
 void Fight::playHundredEvents()
@@ -141,12 +150,12 @@ QString firstBrokenKill(const RecordedDisk &disk, const QList<Fight::State> &sta
 
 bool isPrefix(const QStringList &part, const QStringList &whole)
 {
-    return part.size() <= whole.size() && whole.first(part.size()) == part;
+    return part.size() <= whole.size() && std::equal(part.begin(), part.end(), whole.begin());
 }
 
 bool isPrefixOfSomeState(const QStringList &part, const QList<Fight::State> &states)
 {
-    return std::any_of(states.begin(), states.end(),
+    return std::any_of(states.rbegin(), states.rend(),
                        [&part](const Fight::State &state) { return isPrefix(part, state.log); });
 }
 
@@ -161,6 +170,7 @@ private Q_SLOTS:
     void killAtAnyByteOfARealFight();
     void killBetweenWritesOfAnAppendLeavesACleanLog();
     void fullDiskStopsNoFight();
+    void diskThatTearsWritesAtRandom();
     void whatWaitsIsWrittenAtTheEnd();
     void stepsBackWhileTheDiskIsFull();
 };
@@ -264,6 +274,46 @@ void LogCrashTest::fullDiskStopsNoFight()
                                             fight.states));
         }
     }
+}
+
+// A quarter of all writes ends early. Whatever moment the program is killed at, the disk holds a
+// part of the fight, and all of it whenever the program thinks so.
+void LogCrashTest::diskThatTearsWritesAtRandom()
+{
+    QRandomGenerator random(RandomTest::seed());
+    const auto failed = qScopeGuard([] {
+        if (QTest::currentTestFailed())
+            qInfo("--seed %u", RandomTest::seed());
+    });
+    ScriptedWindows windows;
+    Fight fight;
+    fight.disk.tear = [&random](qint64 size) {
+        return random.bounded(4) > 0 ? size : random.bounded(int(size));
+    };
+    QByteArray image;
+    qsizetype seen = 0;
+    for (int i = 0; i < RandomTest::count(300); ++i) {
+        fight.command(QString::number(i) + u':' + QString(random.bounded(400), u'x'));
+        if (random.bounded(5) == 0)
+            fight.stepBack(random.bounded(6));
+        if (random.bounded(20) == 0)
+            fight.truncate();
+        for (; seen < fight.disk.writes.size(); ++seen) {
+            const DiskWrite &write = fight.disk.writes.at(seen);
+            QByteArray killed = image;
+            placeBytes(killed, write.offset,
+                       write.bytes.first(random.bounded(int(write.bytes.size()) + 1)));
+            placeBytes(image, write.offset, write.bytes);
+            if (random.bounded(3) == 0)
+                QVERIFY(isPrefixOfSomeState(LoggedEvent::readLog(killed), fight.states));
+        }
+        if (!fight.stream()->isBehind())
+            QCOMPARE(LoggedEvent::readLog(fight.disk.bytes), fight.events());
+    }
+    QTRY_COMPARE(windows.shown.size(), 1);
+    fight.disk.tear = nullptr;
+    fight.history().clear();
+    QCOMPARE(LoggedEvent::readLog(fight.disk.bytes), fight.events());
 }
 
 void LogCrashTest::whatWaitsIsWrittenAtTheEnd()

@@ -2,25 +2,20 @@
 
 #include <cstring>
 
-namespace {
-
-// As a file does it: a gap before the bytes is filled with zeros.
-void place(QByteArray &image, qint64 offset, QByteArrayView bytes)
+void placeBytes(QByteArray &image, qint64 offset, QByteArrayView bytes)
 {
     if (image.size() < offset + bytes.size())
         image.append(QByteArray(offset + bytes.size() - image.size(), '\0'));
     memcpy(image.data() + offset, bytes.data(), size_t(bytes.size()));
 }
 
-} // namespace
-
 QByteArray RecordedDisk::afterKill(qsizetype whole, qsizetype part) const
 {
     QByteArray image;
     for (qsizetype i = 0; i < whole; ++i)
-        place(image, writes[i].offset, writes[i].bytes);
+        placeBytes(image, writes[i].offset, writes[i].bytes);
     if (part > 0)
-        place(image, writes[whole].offset, QByteArrayView(writes[whole].bytes).first(part));
+        placeBytes(image, writes[whole].offset, QByteArrayView(writes[whole].bytes).first(part));
     return image;
 }
 
@@ -40,10 +35,11 @@ qint64 RecordingDevice::readData(char *data, qint64 maxSize)
 qint64 RecordingDevice::writeData(const char *data, qint64 size)
 {
     const qint64 room = m_disk->capacity < 0 ? size : qMax(qint64(0), m_disk->capacity - pos());
-    const QByteArray bytes(data, qMin(size, room));
+    const qint64 arriving = m_disk->tear ? m_disk->tear(size) : size;
+    const QByteArray bytes(data, qMin(arriving, room));
     if (bytes.isEmpty() && size > 0)
         return -1;
     m_disk->writes.append({pos(), bytes});
-    place(m_disk->bytes, pos(), bytes);
+    placeBytes(m_disk->bytes, pos(), bytes);
     return bytes.size();
 }
