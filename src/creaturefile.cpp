@@ -129,6 +129,59 @@ bool storeLine(CreatureData &data, const KeyValue &line)
     return false;
 }
 
+// A hero's powers and the texts that the key form has no keys for come from the stat block that its
+// file once was, kept in one line.
+constexpr QLatin1StringView StatBlockKey("stat-block");
+
+constexpr QString CreatureData::*textsWithoutKey[] = {
+    &CreatureData::resist,       &CreatureData::immune,      &CreatureData::detect,
+    &CreatureData::regeneration, &CreatureData::vulnerable,  &CreatureData::savingThrows,
+    &CreatureData::skills,       &CreatureData::equipment,   &CreatureData::description,
+    &CreatureData::trailerText,  &CreatureData::unplacedText};
+
+QString asOneLine(QString text)
+{
+    return text.replace(u'\\', "\\\\"_L1).replace(u'\n', "\\n"_L1);
+}
+
+QString asManyLines(const QString &line)
+{
+    QString text;
+    for (qsizetype i = 0; i < line.size(); ++i) {
+        const bool isEscape = line.at(i) == u'\\' && i + 1 < line.size();
+        if (isEscape)
+            ++i;
+        text += isEscape && line.at(i) == u'n' ? QChar(u'\n') : line.at(i);
+    }
+    return text;
+}
+
+void takeKeptStatBlock(CreatureData &data, const QString &line)
+{
+    CreatureData kept;
+    kept.isMonster = data.isMonster;
+    StatBlockParser::parse(kept, asManyLines(line), data.isMonster, QString());
+    data.powers = kept.powers;
+    for (const auto text : textsWithoutKey)
+        data.*text = kept.*text;
+}
+
+// The line that keeps the stat block of the text so far; empty where it never was one with powers.
+QString keptStatBlockLine(const CreatureData &data)
+{
+    if (data.powers.isEmpty() || data.statBlock.isEmpty())
+        return QString();
+    const QString key = StatBlockKey + u'=';
+    if (data.statBlock.startsWith("name="_L1)) {
+        const qsizetype start = data.statBlock.indexOf(u'\n' + key);
+        if (start < 0)
+            return QString();
+        const qsizetype end = data.statBlock.indexOf(u'\n', start + 1);
+        return data.statBlock.mid(start + 1, end < 0 ? -1 : end - start - 1) + u'\n';
+    }
+    return key + asOneLine(data.statBlock) + u'\n';
+}
+
 QByteArrayView upToNul(QByteArrayView bytes)
 {
     const qsizetype end = bytes.indexOf('\0');
@@ -141,11 +194,14 @@ bool scanKeyForm(const QByteArray &bytes, CreatureData &data)
     CreatureData result;
     result.isMonster = data.isMonster;
     int signs = 0;
+    QString keptStatBlock;
     for (const QByteArray &line : toLF(bytes).split('\n')) {
         KeyValue parts;
         if (!parseKeyValue(line, Escapes::Keep, parts))
             return false;
-        if (storeLine(result, parts))
+        if (!data.isMonster && parts.key == StatBlockKey)
+            keptStatBlock = parts.value;
+        else if (storeLine(result, parts))
             ++signs;
     }
     if (signs <= 3 || result.keyName().isEmpty())
@@ -153,6 +209,8 @@ bool scanKeyForm(const QByteArray &bytes, CreatureData &data)
     result.statBlock = QString::fromUtf8(upToNul(bytes));
     for (const auto ability : abilities)
         (result.*ability).modifier = NoModifier;
+    if (!keptStatBlock.isEmpty())
+        takeKeptStatBlock(result, keptStatBlock);
     data = result;
     return true;
 }
@@ -207,7 +265,7 @@ QString characterText(const CreatureData &data)
         + optionalLine("cha"_L1, data.charisma.score);
     text +=
         optionalLine("alignment"_L1, data.alignment) + optionalLine("languages"_L1, data.languages);
-    return text;
+    return text + keptStatBlockLine(data);
 }
 
 // --- the starter stat block of a monster ---

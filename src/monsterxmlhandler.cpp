@@ -5,7 +5,6 @@
 
 #include "creaturefile.h"
 #include "powertext.h"
-#include "saturated.h"
 #include "text.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -418,21 +417,29 @@ void MonsterXmlHandler::takeRecharge(const QString &text)
         addTo(m_usageText, text, " "_L1);
         return;
     }
-    if (n > 1)
-        m_power.usageKind = saturatedSum(n, 3);
+    // No die shows more than 6: such a power doesn't come back by one.
+    if (n > 1 && n <= 6)
+        m_power.usageKind = n + 3;
     m_usageText += rechargeImages(n);
 }
 
 void MonsterXmlHandler::takeTrigger(const QString &text)
 {
     m_power.section = PowerSection::Triggered;
-    m_power.details << QStringLiteral("<i>Trigger:</i> ") + text;
+    addToHead(m_headSize, QStringLiteral("<i>Trigger:</i> ") + text);
 }
 
 void MonsterXmlHandler::takeRequirement(const QString &text)
 {
-    m_power.details.prepend(QStringLiteral("<i>Requirement:</i> ") + text);
-    ++m_insertAt;
+    addToHead(0, QStringLiteral("<i>Requirement:</i> ") + text);
+}
+
+// Requirements and triggers stand ahead of all attacks, wherever the file has them.
+void MonsterXmlHandler::addToHead(int place, const QString &paragraph)
+{
+    m_power.details.insert(place, paragraph);
+    ++m_headSize;
+    ++m_attackAt;
 }
 
 void MonsterXmlHandler::finishPower()
@@ -451,7 +458,7 @@ void MonsterXmlHandler::finishPower()
     m_actionName.clear();
     m_powerKeywords.clear();
     m_usageText.clear();
-    m_insertAt = 0;
+    m_headSize = m_attackAt = 0;
     m_attack = Attack();
     m_outerAttacks.clear();
 }
@@ -508,7 +515,7 @@ void MonsterXmlHandler::finishAttack()
 {
     paragraphs() << m_attack.held;
     if (!m_attack.line.isEmpty()) {
-        const qsizetype place = isInnerAttack() ? 0 : m_insertAt;
+        const qsizetype place = isInnerAttack() ? 0 : m_attackAt;
         paragraphs().insert(place, entryParagraph(m_attack.name, m_attack.line, true));
     }
     if (isInnerAttack()) {
@@ -516,7 +523,7 @@ void MonsterXmlHandler::finishAttack()
         m_attack = m_outerAttacks.takeLast();
         m_attack.held << inner;
     } else {
-        m_insertAt = 0;
+        m_attackAt = int(m_power.details.size());
         m_attack = Attack();
     }
 }

@@ -53,6 +53,7 @@ private:
     void takeRecharge(const QString &text);
     void takeTrigger(const QString &text);
     void takeRequirement(const QString &text);
+    void addToHead(int place, const QString &paragraph);
     void finishPower();
 
     bool isInnerAttack() const { return !m_outerAttacks.isEmpty(); }
@@ -80,7 +81,8 @@ private:
     QString m_actionName; // told once, with the first paragraph that has room for it
     QString m_powerKeywords;
     QString m_usageText;
-    int m_insertAt = 0; // where the line of an attack goes
+    int m_headSize = 0; // paragraphs ahead of the attacks
+    int m_attackAt = 0; // where the paragraphs of the current attack begin
     Attack m_attack;
     QList<Attack> m_outerAttacks; // those around m_attack, outermost first
 };

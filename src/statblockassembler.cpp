@@ -188,6 +188,8 @@ int StatBlockAssembler::settle(int kind, int state)
 {
     if (isPowerHeader(kind))
         return settleHeader();
+    if (kind == UNKNOWN_LINE && dropHeaderMarks())
+        return settleHeader();
     // A trait whose name is one word reads as a sentence, and would end the header for good.
     if (kind == POWER_DETAIL && isHeader(state) && m_headerFirst && hasName())
         return settleDetail(HEADER_TRAIT);
@@ -251,6 +253,20 @@ int StatBlockAssembler::settleUnknown(int state)
     if (!isPowerHeader(state) && hasName())
         return settleHeader();
     return settleDetail(POWER_DETAIL);
+}
+
+// The letter in a bracket is the power's icon and stays.
+bool StatBlockAssembler::dropHeaderMarks()
+{
+    const int marks = headerMarks(m_line);
+    if (marks == 0)
+        return false;
+    const Token letter = marks == 3 ? m_line.at(1) : Token();
+    for (int i = 0; i < marks; ++i)
+        m_line.removeFirst();
+    if (TokenKind::isIconLetter(letter.kind))
+        m_line.insert(0, letter);
+    return true;
 }
 
 // A header if it begins with a name at all, in lower case too, so that no power goes without one.

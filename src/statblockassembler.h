@@ -53,6 +53,7 @@ private:
     void joinContinuations(int kind);
     int settleUnknown(int state);
     int settleName();
+    bool dropHeaderMarks();
     int settleHeader();
     bool isDoubleHeading();
     bool isInitiativeLine();

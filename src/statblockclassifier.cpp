@@ -261,6 +261,29 @@ StatBlockClassifier::NameEnd StatBlockClassifier::nameEnd(const StatBlockLine &l
     return {end, end - start >= minTokens && mayFollowName(line, end)};
 }
 
+int StatBlockClassifier::headerMarks(const StatBlockLine &line)
+{
+    const auto isMark = [](int kind) {
+        return TokenKind::isBulletOrStar(kind) || kind == TokenKind::Symbol;
+    };
+    const bool isBracketed =
+        (line.kindAt(0) == TokenKind::OpenBracket && TokenKind::isWord(line.kindAt(1))
+         && line.kindAt(2) == TokenKind::CloseBracket)
+        || (line.kindAt(0) == TokenKind::Symbol && line.at(1).text.size() == 1
+            && TokenKind::isWord(line.kindAt(1)) && line.kindAt(2) == TokenKind::Symbol);
+    int marks = isBracketed ? 3 : 0;
+    while (!isBracketed && isMark(line.kindAt(marks)))
+        ++marks;
+    if (marks == 0)
+        return 0;
+    // What follows the name has to say that it is one: behind such a mark stands any text.
+    const NameEnd name = nameEnd(line, marks, 1);
+    const int next = line.kindAt(name.end);
+    const bool tellsUsage = next == TokenKind::OpenBracket || TokenKind::isUsageWord(next)
+        || TokenKind::isBulletOrStar(next);
+    return name.isHeader && tellsUsage ? marks : 0;
+}
+
 LineKind::Code StatBlockClassifier::trapActionKind(const StatBlockLine &line)
 {
     const int second = line.kindAt(1);

@@ -363,7 +363,8 @@ void Reader::readClause(QString &field, int start)
 bool Reader::clauseRunsOn()
 {
     return m_lines.kindAhead(0, HEADER_LINE) == UNKNOWN_LINE
-        && !m_lines.ahead(0).first().isCapitalised();
+        && !m_lines.ahead(0).first().isCapitalised()
+        && StatBlockClassifier::headerMarks(m_lines.ahead(0)) == 0;
 }
 
 // A run of roles, with the bracket that may tell of a leader.

@@ -22,6 +22,7 @@ private Q_SLOTS:
     void keepsBadTextAsInvalidCreature_data();
     void keepsBadTextAsInvalidCreature();
     void characterTextReadsBack();
+    void heroKeepsThePowersOfItsStatBlock();
     void starterTextOfMonster();
     void loadReadiesTheCreature();
     void savesWholeFileWithCRLF();
@@ -205,6 +206,30 @@ void TestCreatureFile::characterTextReadsBack()
     QCOMPARE(textOf(data), text);
     data.languages = u"Elven\nname=Mallory"_s;
     QVERIFY(textOf(data).endsWith(u"languages=Elven name=Mallory\n"_s));
+}
+
+// The key form has no powers: a hero that was pasted as a stat block keeps it beside its fields.
+void TestCreatureFile::heroKeepsThePowersOfItsStatBlock()
+{
+    const TestDataFolder folder;
+    folder.write(u"Characters/odo.txt"_s,
+                 u"name Odo\nLevel 3 Skirmisher\nMedium natural humanoid\nInitiative +4\nHP 30\n"
+                 "AC 18; Fortitude 15, Reflex 16, Will 14\nSpeed 6\nResist 5 fire\n"
+                 "m Staff \\ Blow (standard; at-will)\n+6 vs AC; 1d8 damage.\n"_s);
+    Creature odo;
+    QVERIFY(odo.load(u"odo.txt"_s, false, folder.path(), nullptr, nullptr));
+    const QList<Power> powers = odo.powers();
+    QCOMPARE(powers.size(), 1);
+    for (const QString &race : {u"Elf"_s, u"Dwarf"_s}) {
+        odo.setField(&CreatureData::race, race);
+        QVERIFY(odo.save());
+        Creature again;
+        QVERIFY(again.load(u"odo.txt"_s, false, folder.path(), nullptr, nullptr));
+        QCOMPARE(again.powers(), powers);
+        QCOMPARE(again.race(), race);
+        QCOMPARE(again.data().resist, u"5 fire"_s);
+        QCOMPARE(textOf(again.data()), again.statBlock());
+    }
 }
 
 void TestCreatureFile::starterTextOfMonster()

@@ -83,6 +83,7 @@ private Q_SLOTS:
     void readsUsage();
     void readsActionsAndTypes();
     void countsFailedSaves();
+    void keepsTheOrderOfAttacks();
     void escapesAPowersTexts();
     void keepsABrokenMonster();
     void loadsAMonster();
@@ -238,7 +239,7 @@ void XmlImportTest::readsUsage()
                           {u"Recharge"_s, u"at dawn"_s, 4, recharge + u" at dawn"_s},
                           {u"Recharge"_s, u"2/Encounter"_s, 3, recharge + u" 2/Encounter"_s},
                           {u"Recharge 1"_s, u""_s, 4, recharge + rechargeImages(1)},
-                          {u"Recharge 7"_s, u""_s, 10, recharge}};
+                          {u"Recharge 7"_s, u""_s, 4, recharge}};
     for (const Case &each : cases) {
         const Power power = powerOf(
             u"<Usage>%1</Usage><UsageDetails>%2</UsageDetails>"_s.arg(each.usage, each.details));
@@ -282,6 +283,24 @@ void XmlImportTest::countsFailedSaves()
                              "Eighth", "Ninth", "Tenth", "11'th", "12'th", "First"})
         expected << u"<i>%1 Failed Saving Throw:</i> x"_s.arg(QLatin1String(each));
     QCOMPARE(power.details, expected);
+}
+
+// Two attacks side by side, and what stands ahead of both wherever the file has it.
+void XmlImportTest::keepsTheOrderOfAttacks()
+{
+    const QString attack = u"<MonsterAttack><Name>%1</Name><Range>%2</Range><Hit><Name>Hit</Name>"
+                           "<Description>%3</Description></Hit></MonsterAttack>"_s;
+    const QString attacks = u"<Attacks>%1%2</Attacks>"_s.arg(
+        attack.arg(u"Claw"_s, u"one"_s, u"a"_s), attack.arg(u"Bite"_s, u"two"_s, u"b"_s));
+    const QString trigger = u"<Trigger>now</Trigger>"_s;
+    const QString requirement = u"<Requirements>wet</Requirements>"_s;
+    const QStringList expected {u"<i>Requirement:</i> wet"_s, u"<i>Trigger:</i> now"_s,
+                                u"<i>Claw:</i> one"_s,        u"<i>Hit:</i> a"_s,
+                                u"<i>Bite:</i> two"_s,        u"<i>Hit:</i> b"_s};
+    for (const QString &text :
+         {QString(trigger + requirement + attacks), QString(attacks + trigger + requirement),
+          QString(requirement + attacks + trigger)})
+        QCOMPARE(powerOf(text).details, expected);
 }
 
 void XmlImportTest::escapesAPowersTexts()
