@@ -1,6 +1,6 @@
-// A DM who presses whatever the window offers, for thousands of commands: whatever came of it, a
-// fresh start gives the same fight again, and so do stepping back to the start and forward to the
-// end.
+// A DM who presses whatever the window offers, for thousands of commands, and edits files of heroes
+// between two evenings: whatever came of it, a fresh start gives the same fight again, and so do
+// stepping back to the start and forward to the end. "--seed N --count M" plays M others from N on.
 // links: morvane_ui morvane_reports
 #include <QCheckBox>
 #include <QComboBox>
@@ -11,10 +11,12 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
+#include <QRegularExpression>
 
 #include <random>
 
 #include "dice.h"
+#include "effect.h"
 #include "encounter.h"
 #include "fightfixture.h"
 #include "fightreport.h"
@@ -132,6 +134,10 @@ void copyDemoData(const TestDataFolder &folder)
         if (!name.startsWith(u"Portraits"))
             QVERIFY(QFile::copy(demo.filePath(name), folder.file(name)));
     }
+    // Shares monsters with one of the others.
+    folder.write(QStringLiteral("Encounters/toll.txt"),
+                 QStringLiteral("name=Toll\ndescription=\nBogwick Snatcher=A,B\n"
+                                "Bogwick Dartling=1,2\nalias#B=Reeve\nhidden#A=true\n"));
 }
 
 // The creatures of the report that `known` holds too: those that only undone and overwritten events
@@ -187,12 +193,14 @@ QStringList differences(const QJsonValue &actual, const QJsonValue &expected,
 }
 
 // What the encounter is between two fights; stepping back over a start forgets the last round of
-// the fight before, which nobody sees then.
+// the fight before and who fell in it, which nobody sees then.
 QJsonObject encounterOf(const QJsonObject &report)
 {
     QJsonObject encounter = report.value(EncounterKey).toObject();
-    if (encounter.value(QStringLiteral("currentIndex")).toInt() < 0)
+    if (encounter.value(QStringLiteral("currentIndex")).toInt() < 0) {
         encounter.remove(QStringLiteral("round"));
+        encounter.remove(QStringLiteral("fallen"));
+    }
     return encounter;
 }
 
@@ -207,9 +215,42 @@ QStringList fightDifferences(const QJsonObject &actual, const QJsonObject &expec
     return differences(comparable(actual), comparable(expected));
 }
 
-void checkEmpty(const QStringList &changes)
+void checkEmpty(const char *when, const QStringList &changes)
 {
-    QVERIFY2(changes.isEmpty(), qPrintable(changes.join(u'\n')));
+    QVERIFY2(changes.isEmpty(), qPrintable(when + u'\n' + changes.join(u'\n')));
+}
+
+// A number of a hero's file, and its name in the report.
+struct Number {
+    const char *key;
+    const char *reported;
+};
+
+constexpr Number numbers[] = {{"hit-points", "maxHP"},
+                              {"hs-resources", "maxHS"},
+                              {"hs-value", "hsValue"},
+                              {"initiative", "initBonus"},
+                              {"ap-resources", "initAP"}};
+
+// Without those numbers of the heroes whose names begin so: taking back a party leaves them as the
+// log had them, whatever the files say by now.
+QJsonObject withoutNumbers(QJsonObject creatures, const QStringList &heroes)
+{
+    const QString base = QStringLiteral("base");
+    for (const QString &name : creatures.keys()) {
+        const auto begins = [&name](const QString &hero) { return name.startsWith(hero); };
+        if (std::none_of(heroes.begin(), heroes.end(), begins))
+            continue;
+        QJsonObject live = creatures[name].toObject();
+        QJsonObject shadow = live[base].toObject();
+        for (const Number &number : numbers) {
+            live.remove(QLatin1String(number.reported));
+            shadow.remove(QLatin1String(number.reported));
+        }
+        live.insert(base, shadow);
+        creatures.insert(name, live);
+    }
+    return creatures;
 }
 
 } // namespace
@@ -225,21 +266,36 @@ private Q_SLOTS:
     void replaysAndSteps();
 
 private:
-    void command(FightFixture &fixture, Chance &chance);
-    void select(const FightFixture &fixture, Chance &chance);
-    void openContextMenu(const FightFixture &fixture, Chance &chance);
+    void command(Chance &chance);
+    bool trigger(const char *name, Chance &chance);
+    void select(Chance &chance);
+    void openContextMenu(Chance &chance);
     void checkNoPreview();
-    void compareWithFreshStart(FightFixture &fixture);
-    void stepThrough(const FightFixture &fixture);
+    void checkArrivals(const QList<Creature *> &before);
+    void checkDeparted(const QList<Creature *> &before);
+    void restart();
+    void compareWithFreshStart(bool savesHeroes);
+    void levelUpInBuilder(Chance &chance);
+    void editHero(Chance &chance);
+    void stepThrough();
 
+    FightFixture *m_fight = nullptr;
     QJsonObject m_atFirst;
+    QStringList m_edited;
+    int m_clearedEvents = 0;
 };
 
 void TestRandomTurns::replaysAndSteps_data()
 {
     QTest::addColumn<unsigned int>("seed");
-    for (const unsigned int seed : {4u, 11u, 38u})
-        QTest::addRow("%u", seed) << seed;
+    const int count = RandomTest::count(0);
+    QList<unsigned int> seeds {RandomTest::seed()};
+    for (int i = 1; i < count; ++i)
+        seeds << seeds.last() + 1;
+    if (count == 0)
+        seeds << 11 << 101;
+    for (const unsigned int seed : std::as_const(seeds))
+        QTest::addRow("--seed %u", seed) << seed;
 }
 
 void TestRandomTurns::replaysAndSteps()
@@ -250,63 +306,96 @@ void TestRandomTurns::replaysAndSteps()
     Chance chance(seed);
     Dice::seed(seed);
     FightFixture fixture;
+    m_fight = &fixture;
+    m_edited = QStringList {QStringLiteral("Maeve")};
+    m_clearedEvents = 0;
     copyDemoData(fixture.folder);
     fixture.open();
-    m_atFirst = fightReport(true);
     for (int batch = 0; batch < batches; ++batch) {
-        {
-            RandomAnswers answers(chance);
-            for (int i = 0; i < commands; ++i) {
-                command(fixture, chance);
-                checkNoPreview();
-                if (QTest::currentTestFailed())
-                    return;
-            }
+        for (int i = 0; i < commands; ++i) {
+            command(chance);
+            if (QTest::currentTestFailed())
+                return;
         }
-        compareWithFreshStart(fixture);
+        levelUpInBuilder(chance);
+        compareWithFreshStart(chance.percent(50));
         if (!QTest::currentTestFailed())
-            stepThrough(fixture);
+            editHero(chance);
+        if (!QTest::currentTestFailed())
+            stepThrough();
         if (QTest::currentTestFailed())
             return;
     }
-    QVERIFY(theHistory->eventCount() > batches * commands / 2);
+    QVERIFY(m_clearedEvents + theHistory->eventCount() > batches * commands / 2);
 }
 
-void TestRandomTurns::command(FightFixture &fixture, Chance &chance)
+void TestRandomTurns::command(Chance &chance)
 {
     // What a fight is made of comes more often than what ends it.
     static constexpr const char *names[] = {
-        "nextTurn",   "nextTurn",       "nextTurn",    "nextTurn",     "conditions",
-        "conditions", "conditions",     "conditions",  "hit",          "hit",
-        "heal",       "surge",          "setTempHP",   "showHide",     "setAlias",
-        "delay",      "ready",          "jumpIn",      "jumpIn",       "upInitiative",
-        "remove",     "downInitiative", "shortRest",   "extendedRest", "loadEncounter",
-        "addMonster", "stepBack",       "stepForward", "startStop",    "pickParty"};
+        "nextTurn",      "nextTurn",       "nextTurn",    "nextTurn",     "conditions",
+        "conditions",    "conditions",     "conditions",  "hit",          "hit",
+        "heal",          "surge",          "setTempHP",   "showHide",     "setAlias",
+        "delay",         "ready",          "jumpIn",      "jumpIn",       "upInitiative",
+        "remove",        "downInitiative", "shortRest",   "extendedRest", "loadEncounter",
+        "addMonster",    "stepBack",       "stepForward", "startStop",    "pickParty",
+        "loadEncounter", "removeAll",      "newHistory"};
     const char *name = names[chance.upTo(int(std::size(names)) - 1)];
     const bool running = theEncounter->isRunning();
     if (running && qstrcmp(name, "startStop") == 0 && chance.percent(70))
         return;
-    select(fixture, chance);
-    fixture.hpBox()->setValue(chance.upTo(12));
-    if (chance.percent(5))
-        openContextMenu(fixture, chance);
-    else
-        fixture.action(name)->trigger(); // does nothing while it is disabled
-    QCoreApplication::processEvents();
+    const QList<Creature *> before = theEncounter->creatures().list();
+    const int events = theHistory->eventCount();
+    if (!trigger(name, chance))
+        return;
+    checkNoPreview();
+    if (qstrcmp(name, "newHistory") == 0) {
+        if (theHistory->eventCount() > 0)
+            return;
+        m_clearedEvents += events;
+        QCOMPARE(theEncounter->count(), 0);
+        compareWithFreshStart(true);
+    } else if (qstrcmp(name, "loadEncounter") == 0 || qstrcmp(name, "addMonster") == 0) {
+        checkArrivals(before);
+    } else if (running && name == QByteArrayView("removeAll")) {
+        checkDeparted(before);
+    }
 }
 
-void TestRandomTurns::select(const FightFixture &fixture, Chance &chance)
+// False for a command that comes more seldom than its turn.
+bool TestRandomTurns::trigger(const char *name, Chance &chance)
 {
-    const int rows = fixture.table()->model()->rowCount();
+    const bool removesAll = qstrcmp(name, "removeAll") == 0;
+    if ((removesAll || qstrcmp(name, "newHistory") == 0) && chance.percent(80))
+        return false;
+    RandomAnswers answers(chance);
+    select(chance);
+    const int rows = m_fight->table()->model()->rowCount();
+    if (removesAll && rows > 0) {
+        m_fight->click(0);
+        m_fight->click(rows - 1, Qt::ShiftModifier);
+    }
+    m_fight->hpBox()->setValue(chance.upTo(12));
+    if (!removesAll && chance.percent(5))
+        openContextMenu(chance);
+    else
+        m_fight->action(removesAll ? "remove" : name)->trigger(); // nothing while it is disabled
+    QCoreApplication::processEvents();
+    return true;
+}
+
+void TestRandomTurns::select(Chance &chance)
+{
+    const int rows = m_fight->table()->model()->rowCount();
     if (rows == 0 || chance.percent(20))
         return;
     for (int i = chance.upTo(2); i >= 0; --i)
-        fixture.click(chance.upTo(rows - 1), i == 0 ? Qt::NoModifier : Qt::ControlModifier);
+        m_fight->click(chance.upTo(rows - 1), i == 0 ? Qt::NoModifier : Qt::ControlModifier);
 }
 
-void TestRandomTurns::openContextMenu(const FightFixture &fixture, Chance &chance)
+void TestRandomTurns::openContextMenu(Chance &chance)
 {
-    const QTableView *table = fixture.table();
+    const QTableView *table = m_fight->table();
     const int row = chance.upTo(qMax(0, table->model()->rowCount() - 1));
     const QRect cell = table->visualRect(table->model()->index(row, 5));
     if (cell.isValid() && table->viewport()->rect().contains(cell.center()))
@@ -324,32 +413,137 @@ void TestRandomTurns::checkNoPreview()
     }
 }
 
-void TestRandomTurns::compareWithFreshStart(FightFixture &fixture)
+// Whatever a monster went through before, it comes as new.
+void TestRandomTurns::checkArrivals(const QList<Creature *> &before)
 {
-    // The events behind the position would come back; a fight goes on from where it stands.
-    while (fixture.action("stepForward")->isEnabled())
-        fixture.window().onStepForward();
-    const QJsonObject before = fightReport(true);
-    fixture.close();
-    fixture.open();
-    const QJsonObject after = fightReport(true);
-    checkEmpty(fightDifferences(before, after));
+    for (const Creature *creature : theEncounter->creatures()) {
+        if (!creature->isMonster() || before.contains(creature))
+            continue;
+        QVERIFY2(creature->isRested() && creature->effectCount() == 0,
+                 qPrintable(creature->displayName()));
+        for (const Power &power : creature->powers())
+            QVERIFY2(!power.isUsed(), qPrintable(creature->displayName()));
+    }
 }
 
-void TestRandomTurns::stepThrough(const FightFixture &fixture)
+// The fight is over, and over for those who left.
+void TestRandomTurns::checkDeparted(const QList<Creature *> &before)
+{
+    if (theEncounter->count() > 0)
+        return;
+    QVERIFY(!theEncounter->isRunning());
+    for (const Creature *creature : before) {
+        QCOMPARE(creature->tempHP(), 0);
+        for (const Effect *effect : creature->effects())
+            QVERIFY(!effect->endsAtEndOfEncounter());
+    }
+}
+
+// As on the next evening. `m_atFirst` becomes what a start without the log gives.
+void TestRandomTurns::restart()
+{
+    const QString log = m_fight->folder.file(QStringLiteral("history.log"));
+    const QString aside = log + QStringLiteral(".aside");
+    m_fight->close();
+    const bool hasLog = QFile::rename(log, aside);
+    m_fight->open();
+    m_atFirst = fightReport(true);
+    m_fight->close();
+    QFile::remove(log);
+    if (hasLog)
+        QVERIFY(QFile::rename(aside, log));
+    m_fight->open();
+}
+
+// What stepping through the history wrote into the text of a hero is saved on demand, as the end of
+// the program offers.
+void TestRandomTurns::compareWithFreshStart(bool savesHeroes)
+{
+    if (savesHeroes)
+        theCharacters->saveAll();
+    // The events behind the position would come back; a fight goes on from where it stands.
+    while (m_fight->action("stepForward")->isEnabled())
+        m_fight->window().onStepForward();
+    const QJsonObject before = fightReport(true);
+    restart();
+    checkEmpty("fresh start", fightDifferences(before, fightReport(true)));
+}
+
+// Counts for the next extended rest, and for nothing before it.
+void TestRandomTurns::levelUpInBuilder(Chance &chance)
+{
+    if (chance.percent(40))
+        return;
+    const QString file = QStringLiteral("Characters/maeve-ashdown.dnd4e");
+    QString text = QString::fromUtf8(m_fight->folder.read(file));
+    static const QRegularExpression hitPoints(
+        QStringLiteral("\\d+(?=\"><alias name=\"Hit Points\")"));
+    static const QRegularExpression name(QStringLiteral("<name>[^<]*"));
+    text.replace(hitPoints, QString::number(30 + chance.upTo(30)));
+    if (chance.percent(40))
+        text.replace(name, QStringLiteral("<name>Maeve %1").arg(chance.upTo(3)));
+    m_fight->folder.write(file, text.remove(u'\r'));
+}
+
+// A hero of the fight comes back with other numbers, of which the next command tells the log.
+void TestRandomTurns::editHero(Chance &chance)
+{
+    const Creature *hero = chance.anyOf(theEncounter->creatures().filtered(2).list());
+    if (!hero || hero->fileName().isEmpty())
+        return;
+    const QString name = hero->displayName();
+    const QString path = QStringLiteral("Characters/") + hero->fileName();
+    QJsonObject expected = fightReport(true);
+    QJsonObject creatures = expected.value(Creatures).toObject();
+    QJsonObject report = creatures.value(name).toObject();
+    QString text = QString::fromUtf8(m_fight->folder.read(path)).remove(u'\r');
+    for (const Number &number : numbers) {
+        const int value = 1 + chance.upTo(50);
+        const QRegularExpression line(
+            QStringLiteral("(?<=\\n%1=)-?\\d+").arg(QLatin1String(number.key)));
+        if (!text.contains(line) || chance.percent(50))
+            continue;
+        text.replace(line, QString::number(value));
+        report.insert(QLatin1String(number.reported), value);
+    }
+    m_edited << name;
+    m_fight->close();
+    const QFileInfo log(m_fight->folder.file(QStringLiteral("history.log")));
+    m_fight->folder.write(path, text);
+    QFile file(m_fight->folder.file(path));
+    QVERIFY(file.open(QIODevice::ReadWrite)
+            && file.setFileTime(log.lastModified().addMSecs(2), QFile::FileModificationTime));
+    file.close();
+    restart();
+    const QJsonObject after = fightReport(true);
+    // Half of the maximum decides who is dead.
+    const QString status = QStringLiteral("status");
+    report.insert(status, after[Creatures][name][status]);
+    creatures.insert(name, report);
+    expected.insert(Creatures, creatures);
+    checkEmpty("edited file", fightDifferences(after, expected));
+    QVERIFY(streamForEvent());
+    compareWithFreshStart(false);
+}
+
+void TestRandomTurns::stepThrough()
 {
     const QJsonObject end = fightReport(true);
-    while (fixture.action("stepBack")->isEnabled())
-        fixture.window().onStepBack();
+    while (m_fight->action("stepBack")->isEnabled())
+        m_fight->window().onStepBack();
     QCOMPARE(theHistory->position(), -1);
     const QJsonObject start = fightReport(true);
-    const QStringList changes =
-        differences(creaturesOf(start, m_atFirst), creaturesOf(m_atFirst, m_atFirst));
-    checkEmpty(changes);
+    QVERIFY(creaturesOf(start, m_atFirst).size() >= 5);
+    // A hero may have another name by now.
+    const auto comparable = [this](const QJsonObject &report, const QJsonObject &known) {
+        return withoutNumbers(creaturesOf(report, known), m_edited);
+    };
+    checkEmpty("first event",
+               differences(comparable(start, m_atFirst), comparable(m_atFirst, start)));
     QCOMPARE(theEncounter->count(), 0);
-    while (fixture.action("stepForward")->isEnabled())
-        fixture.window().onStepForward();
-    checkEmpty(fightDifferences(fightReport(true), end));
+    while (m_fight->action("stepForward")->isEnabled())
+        m_fight->window().onStepForward();
+    checkEmpty("last event", fightDifferences(fightReport(true), end));
 }
 
 MORVANE_TEST_MAIN(QApplication, TestRandomTurns)
