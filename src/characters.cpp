@@ -159,7 +159,8 @@ void Characters::resetForEncounter()
 {
     const PortraitSearch search;
     for (Creature *creature : m_entries.list())
-        creature->resetForEncounter();
+        creature->resetForEncounter(nullptr, this);
+    m_entries.sort();
     m_deleted.removeUnless([](const Creature &creature) { return creature.isDeleted(); });
     m_standIns.clear(std::make_shared<ChangeCounters>());
     m_retired.clear();

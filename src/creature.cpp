@@ -24,6 +24,7 @@ void Creature::assign(const CreatureData &data)
 {
     const bool hasNewName = data.name != m_data.name || data.group != m_data.group;
     m_data = data;
+    m_ownText.clear();
     if (hasNewName)
         noteNameChange();
     upperFirst(m_data.senses);
@@ -91,6 +92,7 @@ void Creature::setGroup(const QString &group)
 void Creature::setStatBlock(const QString &text)
 {
     m_data.statBlock = text;
+    m_ownText.clear();
     statBlockChanged();
     notifyUpdated();
 }
@@ -107,8 +109,10 @@ void Creature::statBlockChanged()
 // stays as it was pasted.
 void Creature::updateText()
 {
-    if (!isMonster())
-        m_data.statBlock = generateText();
+    if (isMonster())
+        return;
+    m_data.statBlock = generateText();
+    m_ownText.clear();
 }
 
 // --- flags of the managers ---

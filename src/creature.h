@@ -124,8 +124,9 @@ public:
     // Hit points, surges, surge value, initiative and action points become those that the text
     // states; the history hears of it with the next command. Nothing for a text that can't be read.
     void takeNumbersOfText();
-    // As after a load of its text: no trace of any fight, and the numbers that the text states.
-    void resetForEncounter();
+    // As after a load of its text: no trace of any fight, and what the text states. The collections
+    // are asked for taken names.
+    void resetForEncounter(const Monsters *monsters, const Characters *characters);
 
     const QString &fileName() const { return m_fileName; }
     void setFileName(const QString &fileName) { m_fileName = fileName; }
@@ -280,6 +281,8 @@ Q_SIGNALS:
 
 private:
     CreatureState restedState() const;
+    // The record becomes what `text` states. False, and nothing changed, when it can't be read.
+    bool readText(const QString &text, const Monsters *monsters, const Characters *characters);
     // A change by preview, which may bring a creature down or up again.
     void changeHP(int change);
     void replaceRestAP(int points);
@@ -297,6 +300,7 @@ private:
     // Live field of an editor: tells listeners only of a change.
     void setValue(int &field, int value);
     void updateText();
+    const QString &ownText() const { return m_ownText.isNull() ? m_data.statBlock : m_ownText; }
     void noteFieldChange();
     QString dyingText() const;
     QString turnStateText() const;
@@ -317,6 +321,8 @@ private:
     bool m_isDeleted = false;
     QString m_fileName;
     QString m_savedStatBlock;
+    // The text as it was before the history wrote other numbers into it; null if it hasn't.
+    QString m_ownText;
     QString m_nameBefore;
     int m_baseMaxHP = 0;
     int m_baseHsValue = 0;

@@ -695,6 +695,7 @@ bool Creature::save()
         return false;
     m_fileName = fileName;
     m_savedStatBlock = m_data.statBlock;
+    m_ownText.clear();
     m_nameBefore = m_data.name;
     syncShadows();
     return true;
@@ -709,16 +710,22 @@ void Creature::revert(const Monsters *monsters, const Characters *characters)
     }
     if (!m_isModified)
         return;
-    const bool isMonster = hasMonsterFile();
     setModified(false);
     // A saved text that can't be read is nothing to go back to.
+    if (readText(m_savedStatBlock, monsters, characters))
+        statBlockChanged();
+}
+
+bool Creature::readText(const QString &text, const Monsters *monsters, const Characters *characters)
+{
+    const bool isMonster = hasMonsterFile();
     CreatureData data;
-    if (!parseText(isMonster, m_savedStatBlock.toUtf8(), data, QString()))
-        return;
+    if (!parseText(isMonster, text.toUtf8(), data, QString()))
+        return false;
     validate(data, isMonster, m_fileName);
     makeUnique(data, isMonster, monsters, characters, this);
     assign(data);
-    statBlockChanged();
+    return true;
 }
 
 void Creature::takeNumbersOfText()
@@ -739,12 +746,14 @@ void Creature::takeNumbersOfText()
         theEncounter->markVitalityStale();
 }
 
-void Creature::resetForEncounter()
+void Creature::resetForEncounter(const Monsters *monsters, const Characters *characters)
 {
     clearRestAdditions();
-    takeNumbersOfText();
-    for (Power &power : m_data.powers)
-        power.usageState = 0;
+    // Steps through the history leave another name, other numbers and used powers in the record,
+    // and some of it in the text.
+    if (!isInvalid() && readText(ownText(), monsters, characters))
+        statBlockChanged();
+    m_nameBefore = m_data.name;
     m_hidden = false;
     m_alias.clear();
     m_aliasMode = 0;
@@ -770,6 +779,7 @@ void Creature::setPortrait(const QString &path)
     resolvePortrait(m_data.portraitFile, QString());
     m_data.statBlock = m_data.isMonster ? withPortraitInText(m_data.statBlock, m_data.portraitFile)
                                         : generateText();
+    m_ownText.clear();
     statBlockChanged();
     notifyUpdated();
 }

@@ -150,8 +150,8 @@ void Creature::extendedRest(bool clearEffects)
 void Creature::stopEncounter()
 {
     // Stays dead, now that its failed saves are cleared.
-    if (!isMonster() && isDead())
-        m_state.currHP = std::min(currHP(), deathThreshold(maxHP()));
+    if (!isMonster() && isDead() && currHP() > deathThreshold(maxHP()))
+        m_state.currHP = m_state.baseCurrHP = deathThreshold(maxHP());
     m_state.apUsedInEncounter = 0;
     m_state.tempHP = 0;
     m_state.failedDeathSaves = 0;
@@ -291,8 +291,11 @@ void Creature::setVitality(const CreatureVitality &vitality)
         || initAP() != vitality.initAP;
     setVitalityNumbers(vitality);
     // A text that still tells the same stays as its author laid it out.
-    if (isTextStale)
+    if (isTextStale) {
+        const QString text = ownText();
         updateText();
+        m_ownText = text;
+    }
     statBlockChanged();
     notifyUpdated();
 }

@@ -271,6 +271,7 @@ private:
     void select(Chance &chance);
     void openContextMenu(Chance &chance);
     void checkNoPreview();
+    void checkNoOutsideChange();
     void checkArrivals(const QList<Creature *> &before);
     void checkDeparted(const QList<Creature *> &before);
     void restart();
@@ -326,7 +327,8 @@ void TestRandomTurns::replaysAndSteps()
         if (QTest::currentTestFailed())
             return;
     }
-    QVERIFY(m_clearedEvents + theHistory->eventCount() > batches * commands / 2);
+    const int written = m_clearedEvents + theHistory->eventCount();
+    QVERIFY2(written > batches * commands / 4, qPrintable(QString::number(written)));
 }
 
 void TestRandomTurns::command(Chance &chance)
@@ -349,12 +351,14 @@ void TestRandomTurns::command(Chance &chance)
     if (!trigger(name, chance))
         return;
     checkNoPreview();
+    if (!QTest::currentTestFailed())
+        checkNoOutsideChange();
     if (qstrcmp(name, "newHistory") == 0) {
         if (theHistory->eventCount() > 0)
             return;
         m_clearedEvents += events;
         QCOMPARE(theEncounter->count(), 0);
-        compareWithFreshStart(true);
+        compareWithFreshStart(chance.percent(50));
     } else if (qstrcmp(name, "loadEncounter") == 0 || qstrcmp(name, "addMonster") == 0) {
         checkArrivals(before);
     } else if (running && name == QByteArrayView("removeAll")) {
@@ -410,6 +414,18 @@ void TestRandomTurns::checkNoPreview()
         QCOMPARE(creature->restTempHP(), 0);
         QCOMPARE(creature->restHS(), 0);
         QCOMPARE(creature->restAP(), 0);
+    }
+}
+
+// Nothing but an edited file changes a creature outside the history.
+void TestRandomTurns::checkNoOutsideChange()
+{
+    for (Creature *creature : theEncounter->creatures()) {
+        const QString name = creature->displayName();
+        const auto begins = [&name](const QString &hero) { return name.startsWith(hero); };
+        QVERIFY2(std::any_of(m_edited.begin(), m_edited.end(), begins)
+                     || creature->liveVitality() == creature->shadowVitality(),
+                 qPrintable(name));
     }
 }
 

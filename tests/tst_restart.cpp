@@ -60,6 +60,7 @@ private:
     void hit(int row, int damage);
     void restart();
     void loadEncounter(const QString &button);
+    void clearHistory(const QString &button);
 
     std::unique_ptr<FightFixture> m_fight;
 };
@@ -234,6 +235,13 @@ void RestartTest::linkedHeroComesBack()
     m_fight->action("extendedRest")->trigger();
     hit(1, 1);
     QCOMPARE(theHistory->eventCount(), events + 2);
+
+    // Cleared while the name that a rest brought is taken back.
+    builderFile(QStringLiteral("Odo Fir"), 64);
+    m_fight->action("extendedRest")->trigger();
+    while (theHistory->canStepBack())
+        m_fight->action("stepBack")->trigger();
+    clearHistory(QStringLiteral("Continue"));
 }
 
 void RestartTest::editedFileCountsForTheNextCommand()
@@ -340,7 +348,13 @@ void RestartTest::clearedHistoryLeavesNothing()
     Creature *bram = theCharacters->find(QStringLiteral("Bram"));
     appendEvent<SetAliasEvent>(bram, true, QStringLiteral("The Fox"));
     appendEvent<ShowHideEvent>(bram, true);
-    Answer answer(inMessage(QStringLiteral("Clear History")));
+    clearHistory(QStringLiteral("Clear History"));
+}
+
+// What is left is what a fresh start gives.
+void RestartTest::clearHistory(const QString &button)
+{
+    Answer answer(inMessage(button));
     m_fight->action("newHistory")->trigger();
     QVERIFY(answer.wasAnswered);
     const QJsonObject report = fightReport(true);

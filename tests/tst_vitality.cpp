@@ -300,6 +300,15 @@ void TestVitality::endOfEncounter()
     QVERIFY(dead->isDead());
     QCOMPARE(dead->failedDeathSaves(), 0);
 
+    // Lowered by the rule, which isn't a change that the log has to be told of.
+    const auto bledOut = makeCharacter(u"Cleo"_s, 25);
+    bledOut->takeDamage(26, nullptr);
+    bledOut->setFailedDeathSaves(3);
+    bledOut->syncShadows();
+    bledOut->stopEncounter();
+    QCOMPARE(bledOut->currHP(), -12);
+    QVERIFY(bledOut->liveVitality() == bledOut->shadowVitality());
+
     const auto dying = makeCharacter(u"Bren"_s, 25);
     dying->takeDamage(30, nullptr);
     dying->setTempHP(4);
