@@ -632,7 +632,7 @@ QString adoptPortrait(const QString &chosenFile, const QString &dataFolder, Port
     const QString found = findPortrait(folder, name);
     if (!found.isEmpty())
         return found;
-    if (copy == PortraitCopy::Forbidden)
+    if (copy == PortraitCopy::Forbidden || dataReadOnly)
         return name;
     // A data folder that came without pictures has no place for them yet.
     return QDir().mkpath(folder) && QFile::copy(chosen, folder + u'/' + name) ? name : QString();
@@ -691,7 +691,8 @@ bool Creature::save()
     if (m_data.statBlock.isEmpty())
         return false;
     const QString fileName = m_fileName.isEmpty() ? newFileName(*this) : m_fileName;
-    if (!saveWhole(creaturePath(fileName, hasMonsterFile()), toCRLF(m_data.statBlock.toUtf8())))
+    if (dataReadOnly
+        || !saveWhole(creaturePath(fileName, hasMonsterFile()), toCRLF(m_data.statBlock.toUtf8())))
         return false;
     m_fileName = fileName;
     m_savedStatBlock = m_data.statBlock;

@@ -168,7 +168,7 @@ bool removeCreatureFile(const Creature &creature, bool isMonster)
     if (creature.fileName().isEmpty())
         return true;
     const QString path = creaturePath(creature.fileName(), isMonster);
-    return !QFile::exists(path) || QFile::remove(path);
+    return !QFile::exists(path) || (!dataReadOnly && QFile::remove(path));
 }
 
 void clearFlags(Creature &creature)

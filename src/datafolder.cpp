@@ -17,6 +17,7 @@
 #include "coreobjects.h"
 #include "encounter.h"
 #include "encounters.h"
+#include "folderaccess.h"
 #include "history.h"
 #include "mainwindow.h"
 #include "messagedialog.h"
@@ -270,7 +271,7 @@ void showUnknownEvent()
                     .arg(link));
 }
 
-void takeOver(LoadedLibrary &library, const QString &path)
+void takeOver(LoadedLibrary &library, const QString &path, FolderAccess &access)
 {
     theMainWindow->clearSelection();
     theEncounter->reset();
@@ -280,6 +281,14 @@ void takeOver(LoadedLibrary &library, const QString &path)
     theHistory->clear();
     dataRoot = path;
     displayRoot = path;
+    if (access.lock) {
+        // A folder that was only now made couldn't be locked before.
+        if (!access.isLookOnly())
+            access.lock->take();
+        theHistory->setLock(std::move(access.lock));
+    }
+    dataReadOnly = access.isLookOnly();
+    theMainWindow->setLookOnly(access.lookReason);
 }
 
 void rememberFolder()
@@ -290,10 +299,11 @@ void rememberFolder()
 }
 
 // From here nothing can be cancelled.
-void enterFolder(LoadedLibrary &library, const QString &path, LoadProgress &progress)
+void enterFolder(LoadedLibrary &library, const QString &path, FolderAccess &access,
+                 LoadProgress &progress)
 {
     progress.forbidCancel();
-    takeOver(library, path);
+    takeOver(library, path, access);
     progress.setLabel(translated("Loading history..."));
     const auto tell = [&](qint64 done, qint64 total) { progress.moveWithinStep(done, total); };
     if (!theHistory->load(tell)) {
@@ -312,33 +322,47 @@ void enterFolder(LoadedLibrary &library, const QString &path, LoadProgress &prog
     progress.finish();
 }
 
+LoadResult readFolder(LoadedLibrary &library, const QString &path, const QString &display,
+                      FolderAccess &access)
+{
+    LoadProgress progress(countFiles(path));
+    LoadResult result = LoadResult::Cancelled;
+    {
+        // Loading may copy a picture.
+        const QScopedValueRollback readOnly(dataReadOnly, access.isLookOnly());
+        result = library.load(path, display, progress);
+    }
+    if (result == LoadResult::Loaded)
+        enterFolder(library, path, access, progress);
+    else
+        progress.cancel();
+    return result;
+}
+
 // Asks for a folder until one can be loaded or the user has had enough.
 bool loadFolder(LoadedLibrary &library, QString &path, QString &display)
 {
     while (true) {
         if (path.isEmpty() && !chooseFolder(path, display))
             return false;
-        LoadProgress progress(countFiles(path));
-        switch (library.load(path, display, progress)) {
-        case LoadResult::Loaded:
-            enterFolder(library, path, progress);
-            return true;
-        case LoadResult::Cancelled:
-            progress.cancel();
-            return false;
-        case LoadResult::AskAgain:
-            progress.cancel();
-            path.clear();
-            break;
-        }
+        FolderAccess access;
+        LoadResult result = seekAccess(path, display, access);
+        if (result == LoadResult::Loaded)
+            result = readFolder(library, path, display, access);
+        if (result != LoadResult::AskAgain)
+            return result == LoadResult::Loaded;
+        path.clear();
     }
 }
 
 void updateTitle()
 {
     const QString folder = lastComponent(QDir::fromNativeSeparators(dataRoot));
-    theMainWindow->setWindowTitle(folder == FolderName ? translated("Morvane DM's Display")
-                                                       : translated("Morvane - %1").arg(folder));
+    QString title = folder == FolderName ? translated("Morvane DM's Display")
+                                         : translated("Morvane - %1").arg(folder);
+    if (dataReadOnly)
+        title += translated(" - Looking Only");
+    theMainWindow->setWindowTitle(title);
 }
 
 // --- a log that the disk didn't take ---

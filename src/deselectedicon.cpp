@@ -1,6 +1,7 @@
 #include "deselectedicon.h"
 
 #include "mainwindow.h"
+#include "paths.h"
 #include "windows.h"
 
 void DeselectedIcon::paint(QPainter *painter, const QStyleOptionViewItem &option,
@@ -8,7 +9,7 @@ void DeselectedIcon::paint(QPainter *painter, const QStyleOptionViewItem &option
 {
     QStyleOptionViewItem icon = option;
     icon.state.setFlag(QStyle::State_HasFocus, false);
-    if (theMainWindow && theMainWindow->activeDialog())
+    if (dataReadOnly || (theMainWindow && theMainWindow->activeDialog()))
         icon.state.setFlag(QStyle::State_Enabled, false);
     QStyledItemDelegate::paint(painter, icon, index);
 }

@@ -3,7 +3,8 @@
 
 #include <QStyledItemDelegate>
 
-// The icon looks disabled while a dialog stands in place of the initiative list.
+// The icon looks disabled while a dialog stands in place of the initiative list, or the fight is
+// only looked at.
 class DeselectedIcon : public QStyledItemDelegate {
     Q_OBJECT
 

@@ -83,6 +83,8 @@ void appendAction(const EffectDialog &form)
 
 void MainWindow::onAddConditionOrEffect()
 {
+    if (!theHistory->mayWrite())
+        return;
     EffectDialog form(selectedCreatures());
     if (!form.exec())
         return;

@@ -12,6 +12,7 @@
 
 #include "event.h"
 #include "historyfolder.h"
+#include "loglock.h"
 #include "objectstream.h"
 #include "outsidechanges.h"
 #include "paths.h"
@@ -51,6 +52,28 @@ History::~History()
 // --- the file ---
 
 ObjectStream *History::getStream(bool silent)
+{
+    if (dataReadOnly) {
+        if (!silent)
+            windows().tellReadOnly();
+        return nullptr;
+    }
+    return openStream(silent);
+}
+
+bool History::mayWrite() const
+{
+    if (dataReadOnly)
+        windows().tellReadOnly();
+    return !dataReadOnly;
+}
+
+void History::setLock(std::unique_ptr<LogLock> lock)
+{
+    m_lock = std::move(lock);
+}
+
+ObjectStream *History::openStream(bool silent)
 {
     if (m_stream) {
         // Ahead of the first write of a command.
@@ -96,8 +119,10 @@ std::unique_ptr<QIODevice> History::openLog() const
     const QFileInfo info(historyPath());
     if (info.exists() && !info.isFile())
         return nullptr;
+    if (!dataReadOnly && m_lock && m_lock->take() != LogLock::Result::Taken)
+        return nullptr;
     auto file = std::make_unique<QFile>(historyPath());
-    const QIODevice::OpenMode mode = m_readOnly ? QIODevice::ReadOnly : QIODevice::ReadWrite;
+    const QIODevice::OpenMode mode = dataReadOnly ? QIODevice::ReadOnly : QIODevice::ReadWrite;
     if (!file->open(mode | QIODevice::Unbuffered))
         return nullptr;
     return file;
@@ -117,7 +142,7 @@ void History::closeStream()
 
 bool History::writeWaiting()
 {
-    if (!m_stream || m_readOnly)
+    if (!m_stream || dataReadOnly)
         return true;
     guardLog();
     m_stream->flush();
@@ -135,7 +160,7 @@ bool History::saveLogAs(const QString &path)
 void History::guardLog()
 {
     m_isGuardDue = true;
-    if (!m_stream || m_readOnly || m_isReplaying || m_makeDevice)
+    if (!m_stream || dataReadOnly || m_isReplaying || m_makeDevice)
         return;
     const QString path = m_root + QDir::separator() + LogName;
     if (m_stream->standsAt(path))
@@ -162,6 +187,9 @@ bool History::restoreLog(const QString &path)
         QDir().mkpath(m_root + QDir::separator() + QLatin1String(folder));
     if (!saveWhole(path, m_stream->wholeLog()))
         return false;
+    // It went with the folder.
+    if (m_lock)
+        m_lock->renew();
     auto file = std::make_unique<QFile>(path);
     if (!file->open(QIODevice::ReadWrite | QIODevice::Unbuffered))
         return false;
@@ -194,6 +222,8 @@ void History::syncSoon()
 
 bool History::backupLog()
 {
+    if (!mayWrite())
+        return false;
     if (!m_stream)
         return true;
     guardLog();
@@ -225,7 +255,7 @@ bool History::backupLog()
 bool History::load(const LoadProgress &tell)
 {
     clear();
-    if (dataRoot.isEmpty() || !QFile::exists(historyPath()) || !getStream())
+    if (dataRoot.isEmpty() || !QFile::exists(historyPath()) || !openStream())
         return true;
     const QDateTime lastWritten = QFileInfo(historyPath()).lastModified();
     windows().hideForReplay();
@@ -291,7 +321,7 @@ void History::findDamage(qint64 firstEvent)
     }
     m_damage = findLogDamage(source, m_stream->fileSize(), spans, stop);
     const QString path = historyPath();
-    if (!m_damage || m_readOnly)
+    if (!m_damage || dataReadOnly)
         return;
     if (QFile::exists(path))
         m_damage.copy = copyDamagedLog(dataRoot, path, m_damage.end);
@@ -313,7 +343,7 @@ QString History::damageText() const
               .arg(m_damage.lostEvents);
     if (!m_damage.copy.isEmpty())
         text += tr("<p>The file as it was is kept: <b>%1</b>").arg(m_damage.copy.toHtmlEscaped());
-    else if (!m_readOnly)
+    else if (!dataReadOnly)
         text += tr("<p>It could not be copied into the 'Morvane Data/History' folder, so nothing "
                    "will be written to it until it can.");
     return text;
@@ -363,7 +393,7 @@ void History::applyNext()
         return;
     Event *event = m_events.at(++m_position).event;
     event->redo();
-    if (ObjectStream *stream = getStream())
+    if (ObjectStream *stream = openStream())
         event->skipForward(stream);
 }
 
@@ -375,7 +405,7 @@ void History::takeBackLast()
     Event *event = m_events.at(m_position).event;
     event->undo();
     --m_position;
-    if (ObjectStream *stream = getStream())
+    if (ObjectStream *stream = openStream())
         event->skipBack(stream);
 }
 
@@ -389,8 +419,8 @@ void History::removeBehindPosition()
 
 void History::truncate()
 {
-    if (canStepForward()) {
-        ObjectStream *stream = getStream();
+    if (canStepForward() && mayWrite()) {
+        ObjectStream *stream = openStream();
         removeBehindPosition();
         if (stream)
             stream->truncate();

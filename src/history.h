@@ -13,6 +13,7 @@
 #include "memorytracker.h"
 
 class Event;
+class LogLock;
 class ObjectStream;
 
 // Keeps the events in memory, their records in history.log and the state of the creatures in step
@@ -24,8 +25,9 @@ public:
     explicit History(QObject *parent = nullptr);
     ~History() override;
 
-    // The open log, opened if need be. Null when it can't be opened or is too new; the user has
-    // then been told, unless `silent`. Ask this before making an event, and make none on null.
+    // The open log, opened if need be. Null when it can't be opened, is too new or is only looked
+    // at (mayWrite()); the user has then been told, unless `silent`. Ask this before making an
+    // event, and make none on null.
     ObjectStream *getStream(bool silent = false);
     // The way in for every new event, which becomes the history's.
     void doEvent(Event *event, bool silent = false);
@@ -72,9 +74,15 @@ public:
     // The latest visible events of the running encounter, newest first.
     QList<Event *> recentVisibleEvents(int maxCount) const;
 
-    // For tools that only look: the log is opened for reading, and no file is made or changed.
-    // Before the log is opened.
-    void setReadOnly(bool readOnly) { m_readOnly = readOnly; }
+    // False with `dataReadOnly`, of which the user is then told in the status bar: the log is read,
+    // shown and stepped through, and no event is made.
+    bool mayWrite() const;
+    // The right to write to the log of `dataRoot`, given back when the next one comes or the
+    // history goes. Null, as in tools and tests, stands for a folder that nobody else writes to.
+    // With a lock that isn't taken yet, the log is opened for writing only once it can be. Before
+    // the log is opened.
+    void setLock(std::unique_ptr<LogLock> lock);
+    LogLock *lock() const { return m_lock.get(); }
     // For tests: another device in place of the file, open or null. The stream deletes it.
     using DeviceFactory = std::function<QIODevice *(const QString &path)>;
     void setDeviceFactory(DeviceFactory factory) { m_makeDevice = std::move(factory); }
@@ -90,6 +98,7 @@ private:
         int offset;
     };
 
+    ObjectStream *openStream(bool silent = false);
     std::unique_ptr<QIODevice> openLog() const;
     void closeStream();
     void guardLog();
@@ -105,6 +114,7 @@ private:
 
     QList<Entry> m_events;
     int m_position = -1;
+    std::unique_ptr<LogLock> m_lock; // given back behind the last write
     std::unique_ptr<ObjectStream> m_stream;
     DeviceFactory m_makeDevice;
     LogDamage m_damage;
@@ -114,7 +124,6 @@ private:
     bool m_isGuardDue = false;
     // The user knows that the file isn't the log, and it couldn't be mended yet.
     bool m_isForeignTold = false;
-    bool m_readOnly = false;
     bool m_isReplaying = false;
     TrackerMember m_tracker {__LINE__, "history"};
 };

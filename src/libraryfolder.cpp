@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFile>
 
+#include "paths.h"
 #include "text.h"
 #include "windowinterface.h"
 
@@ -45,7 +46,7 @@ LoadResult offerToCreate(const LibraryFolder &texts, const QString &folder,
     const LoadResult result =
         toResult(ask(QT_TRANSLATE_NOOP("LibraryFolder", "Directory not Found"), texts.notFound,
                      QT_TRANSLATE_NOOP("LibraryFolder", "Create"), displayFolder));
-    if (result == LoadResult::Loaded)
+    if (result == LoadResult::Loaded && !dataReadOnly)
         QDir().mkpath(folder);
     return result;
 }

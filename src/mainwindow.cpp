@@ -8,6 +8,7 @@
 #include <QSettings>
 #include <QSpinBox>
 #include <QStackedWidget>
+#include <QStatusBar>
 #include <QTimer>
 
 #include <algorithm>
@@ -23,8 +24,10 @@
 #include "eventlistmodel.h"
 #include "flatdialog.h"
 #include "initiativedialog.h"
+#include "lookonlybar.h"
 #include "messagedialog.h"
 #include "monsters.h"
+#include "paths.h"
 #include "pickcharactersdialog.h"
 #include "pickencounterdialog.h"
 #include "pickmonsterdialog.h"
@@ -535,7 +538,7 @@ void MainWindow::onSetAlias()
 
 void MainWindow::editAlias(const QList<Creature *> &creatures)
 {
-    if (creatures.isEmpty())
+    if (creatures.isEmpty() || !theHistory->mayWrite())
         return;
     SetAliasDialog dialog {CreatureList(creatures)};
     if (dialog.exec() != QDialog::Accepted)
@@ -666,6 +669,20 @@ void MainWindow::onSetRoot()
     setDataFolder(path, display);
 }
 
+void MainWindow::onTakeOver()
+{
+    QString path = dataRoot;
+    QString display = displayRoot;
+    if (!path.isEmpty())
+        setDataFolder(path, display);
+}
+
+void MainWindow::setLookOnly(const QString &reason)
+{
+    m_lookOnlyBar->setReason(reason);
+    updateActions();
+}
+
 void MainWindow::onAbout()
 {
     MessageDialog().showAbout(
@@ -726,6 +743,12 @@ void MainWindow::setEncounterText(const QString &html)
 void MainWindow::setLogBehind(bool behind)
 {
     m_logBehindLabel->setVisible(behind);
+}
+
+void MainWindow::tellReadOnly()
+{
+    constexpr int Shown = 5000; // milliseconds
+    statusBar()->showMessage(tr("Looking only: nothing can be changed here"), Shown);
 }
 
 // No window of the main window lists the library's characters; the pick dialog reads them anew.

@@ -19,6 +19,7 @@ class EffectListModel;
 class EventListModel;
 class FlatDialog;
 class InitiativeDialog;
+class LookOnlyBar;
 class PreparedEncounter;
 class QDockWidget;
 class QLabel;
@@ -70,6 +71,9 @@ public:
     // The dock of the effects shows those of this creature; null leaves it empty.
     void showEffectsOf(Creature *creature);
 
+    // Why the data folder is only looked at, as LogLock tells it; empty when it is written to.
+    void setLookOnly(const QString &reason);
+
     void focusHPBox();
     // -1 is up in the list, 1 down; the selection moves with its creatures.
     void moveInitiative(int delta);
@@ -95,6 +99,7 @@ public:
     void setRoundText(const QString &html) override;
     void setEncounterText(const QString &html) override;
     void setLogBehind(bool behind) override;
+    void tellReadOnly() override;
     void refreshCharacterList() override;
     void refreshTerms() override;
     void hideForReplay() override;
@@ -108,6 +113,8 @@ Q_SIGNALS:
 public Q_SLOTS:
     void onAbout();
     void onSetRoot();
+    // Reads the folder that was only looked at anew, to write to it.
+    void onTakeOver();
     void onNewHistory();
     void onTruncateHistory();
     void activateMainWindow();
@@ -216,6 +223,8 @@ private:
     void updateStartStopAction();
     void updateShowHideAction();
     void updateActions();
+    // Commands that make an event, or change the log, are open to the user.
+    bool canCommand() const;
     bool canSpendSurge() const;
 
     // --- turn cycle (turncommands.cpp) ---
@@ -271,6 +280,7 @@ private:
     QLabel *m_roundLabel = nullptr;
     QLabel *m_encounterLabel = nullptr;
     QLabel *m_logBehindLabel = nullptr;
+    LookOnlyBar *m_lookOnlyBar = nullptr;
     QTimer *m_refreshTimer = nullptr;
     QSet<int> m_selection;
     FlatDialog *m_activeDialog = nullptr;

@@ -24,6 +24,7 @@
 #include "encounter.h"
 #include "eventlistmodel.h"
 #include "history.h"
+#include "lookonlybar.h"
 #include "mainwindow.h"
 #include "smallwidgets.h"
 #include "switchboard.h"
@@ -284,6 +285,9 @@ void MainWindow::createStatusBar()
     m_encounterLabel = label(QString());
     m_encounterLabel->setObjectName(QStringLiteral("encounterLabel"));
     statusBar()->addWidget(m_roundLabel);
+    m_lookOnlyBar = new LookOnlyBar;
+    connect(m_lookOnlyBar, &LookOnlyBar::takeOverAsked, this, &MainWindow::onTakeOver);
+    statusBar()->addPermanentWidget(m_lookOnlyBar);
     statusBar()->addPermanentWidget(m_logBehindLabel);
     statusBar()->addPermanentWidget(m_encounterLabel);
 }

@@ -8,6 +8,7 @@
 #include "encounter.h"
 #include "history.h"
 #include "mainwindow.h"
+#include "paths.h"
 
 namespace {
 
@@ -35,6 +36,11 @@ void MainWindow::updateActions()
     updateJumpInAction();
 }
 
+bool MainWindow::canCommand() const
+{
+    return !m_activeDialog && !dataReadOnly;
+}
+
 void MainWindow::updateHistoryActions()
 {
     const bool free = !m_activeDialog;
@@ -42,13 +48,13 @@ void MainWindow::updateHistoryActions()
     const bool canStepForward = theHistory->canStepForward();
     m_actions.stepBack->setEnabled(free && canStepBack);
     m_actions.stepForward->setEnabled(free && canStepForward);
-    m_actions.newHistory->setEnabled(free && (canStepBack || canStepForward));
-    m_actions.truncateHistory->setEnabled(free && canStepForward);
+    m_actions.newHistory->setEnabled(canCommand() && (canStepBack || canStepForward));
+    m_actions.truncateHistory->setEnabled(canCommand() && canStepForward);
 }
 
 void MainWindow::updateEncounterActions()
 {
-    const bool free = !m_activeDialog;
+    const bool free = canCommand();
     const bool running = theEncounter->isRunning();
     updateStartStopAction();
     for (QAction *action : {m_actions.nextTurn, m_actions.delay, m_actions.ready})
@@ -67,7 +73,7 @@ void MainWindow::updateJumpInAction()
             return creature->isDelayed() || creature->isReadied();
         });
     setTextAndToolTip(m_actions.jumpIn, waiting > 1 ? tr("Jump In...") : tr("Jump In"));
-    m_actions.jumpIn->setEnabled(!m_activeDialog && waiting > 0);
+    m_actions.jumpIn->setEnabled(canCommand() && waiting > 0);
 }
 
 void MainWindow::updateStartStopAction()
@@ -87,14 +93,14 @@ void MainWindow::updateStartStopAction()
         action->setStatusTip(tr("Select a party in order to start the current encounter"));
     }
     setIconOnce(action, running ? m_icons.stop : m_icons.play);
-    action->setEnabled(!m_activeDialog && (running || hasParty));
+    action->setEnabled(canCommand() && (running || hasParty));
 }
 
 void MainWindow::updateRosterActions()
 {
-    for (QAction *action :
-         {m_actions.setRoot, m_actions.pickParty, m_actions.loadEncounter, m_actions.addMonster})
-        action->setEnabled(!m_activeDialog);
+    m_actions.setRoot->setEnabled(!m_activeDialog);
+    for (QAction *action : {m_actions.pickParty, m_actions.loadEncounter, m_actions.addMonster})
+        action->setEnabled(canCommand());
 }
 
 void MainWindow::updateHealthActions()
@@ -102,7 +108,7 @@ void MainWindow::updateHealthActions()
     const bool canSpend = canSpendSurge();
     if (!canSpend)
         m_surgeMode = false;
-    const bool usable = !m_activeDialog && selectedCreature(0);
+    const bool usable = canCommand() && selectedCreature(0);
     const bool hasAmount = m_hpBox->value() >= 1;
     updateShowHideAction();
     m_actions.hit->setEnabled(usable && hasAmount && !m_surgeMode);
@@ -110,7 +116,7 @@ void MainWindow::updateHealthActions()
     m_actions.setTempHP->setEnabled(usable && hasAmount);
     m_actions.surge->setEnabled(usable && canSpend);
     setIconOnce(m_actions.surge, m_surgeMode ? m_icons.surgeInUse : m_icons.surge);
-    m_actions.conditions->setEnabled(!m_activeDialog && (usable || theEncounter->isRunning()));
+    m_actions.conditions->setEnabled(canCommand() && (usable || theEncounter->isRunning()));
     m_actions.showHide->setEnabled(usable);
     m_actions.setAlias->setEnabled(usable);
     m_actions.remove->setEnabled(usable);

@@ -4,6 +4,7 @@
 
 QString dataRoot;
 QString displayRoot;
+bool dataReadOnly = false;
 
 namespace {
 

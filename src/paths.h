@@ -7,6 +7,8 @@
 // folder as told to the user. Both are null until a folder has been loaded.
 extern QString dataRoot;
 extern QString displayRoot;
+// The data folder is only looked at: nothing in it may be written, made or removed.
+extern bool dataReadOnly;
 
 // Each uses dataRoot when `root` is empty.
 QString encounterPath(const QString &fileName, const QString &root = QString());

@@ -249,7 +249,7 @@ bool PreparedEncounter::write()
         ? m_fileName
         : unusedFileName(encounterPath(QString()), fileStem(m_name, QStringLiteral("encounter")),
                          QStringLiteral("txt"));
-    if (!saveWhole(encounterPath(fileName), image(true)))
+    if (dataReadOnly || !saveWhole(encounterPath(fileName), image(true)))
         return false;
     m_fileName = fileName;
     m_savedImage = image(false);
@@ -261,7 +261,7 @@ bool PreparedEncounter::remove()
     if (m_fileName.isEmpty())
         return true;
     const QString path = encounterPath(m_fileName);
-    return !QFile::exists(path) || QFile::remove(path);
+    return !QFile::exists(path) || (!dataReadOnly && QFile::remove(path));
 }
 
 // --- level and IDs ---

@@ -27,6 +27,8 @@ public:
     virtual void setEncounterText(const QString &html) = 0;
     // The log on disk is behind the fight (a full disk), or has caught up again.
     virtual void setLogBehind(bool behind) = 0;
+    // A command was asked for that the folder, which is only looked at, doesn't allow.
+    virtual void tellReadOnly() = 0;
     virtual void refreshCharacterList() = 0;
     virtual void refreshTerms() = 0;
 
@@ -62,6 +64,7 @@ public:
     void setRoundText(const QString &) override { }
     void setEncounterText(const QString &) override { }
     void setLogBehind(bool) override { }
+    void tellReadOnly() override { }
     void refreshCharacterList() override { }
     void refreshTerms() override { }
     void advanceTurn() override { }

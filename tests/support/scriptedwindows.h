@@ -24,6 +24,7 @@ public:
     void setRoundText(const QString &html) override { roundText = html; }
     void setEncounterText(const QString &html) override { encounterText = html; }
     void setLogBehind(bool behind) override { logBehind = behind; }
+    void tellReadOnly() override { ++readOnlyTold; }
     void advanceTurn() override { ++turnsPassed; }
     void hideForReplay() override { ++hidden; }
     void showAfterReplay() override { --hidden; }
@@ -41,6 +42,7 @@ public:
     QString roundText;
     QString encounterText;
     bool logBehind = false;
+    int readOnlyTold = 0;
     int turnsPassed = 0;
     int hidden = 0;
     int party = 5;

@@ -85,7 +85,6 @@ int inspectFight(const QStringList &arguments)
     const Library library(QDir(parsed->folder).absolutePath());
     if (QFile::exists(historyPath()) && !QFile(historyPath()).open(QIODevice::ReadOnly))
         return refuse(QStringLiteral("cannot read ") + historyPath());
-    theHistory->setReadOnly(true);
     const bool known = theHistory->load();
     const int at = parsed->number.value_or(theHistory->position());
     if (at < -1 || at >= theHistory->eventCount())
@@ -126,6 +125,7 @@ int inspectEncounters(const QStringList &arguments)
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
+    dataReadOnly = true;
     setDefaultTerms();
     QStringList arguments = application.arguments().mid(1);
     if (arguments.isEmpty())

@@ -1,0 +1,57 @@
+#include "lookonlybar.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+
+#include "coreobjects.h"
+#include "history.h"
+#include "loglock.h"
+
+namespace {
+
+constexpr int LookInterval = 2000; // milliseconds
+
+} // namespace
+
+LookOnlyBar::LookOnlyBar(QWidget *parent)
+    : QWidget(parent), m_label(new QLabel), m_button(new QPushButton(tr("Take Over")))
+{
+    setObjectName(QStringLiteral("lookOnlyBar"));
+    m_label->setObjectName(QStringLiteral("lookOnlyLabel"));
+    m_label->setTextFormat(Qt::RichText);
+    m_button->setObjectName(QStringLiteral("takeOverButton"));
+    m_button->setFocusPolicy(Qt::NoFocus);
+    m_button->setToolTip(tr("Read the folder anew and go on with the fight here"));
+    auto *layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_label);
+    layout->addWidget(m_button);
+    m_timer.setInterval(LookInterval);
+    connect(&m_timer, &QTimer::timeout, this, &LookOnlyBar::look);
+    // Behind the click itself: the folder that is read brings this bar another state.
+    connect(m_button, &QPushButton::clicked, this, &LookOnlyBar::takeOverAsked,
+            Qt::QueuedConnection);
+    hide();
+}
+
+void LookOnlyBar::setReason(const QString &reason)
+{
+    m_label->setText(
+        tr("<font color=\"#c03030\"><b>Looking only:</b> %1</font>").arg(reason.toHtmlEscaped()));
+    setVisible(!reason.isEmpty());
+    if (reason.isEmpty()) {
+        m_timer.stop();
+    } else {
+        look();
+        m_timer.start();
+    }
+}
+
+void LookOnlyBar::look()
+{
+    LogLock *lock = theHistory ? theHistory->lock() : nullptr;
+    m_button->setEnabled(lock && !lock->isHeldElsewhere());
+}
+
+#include "moc_lookonlybar.cpp"
