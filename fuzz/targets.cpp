@@ -9,6 +9,7 @@
 #include "coreobjects.h"
 #include "creaturefile.h"
 #include "creaturelist.h"
+#include "creatureportrait.h"
 #include "encounter.h"
 #include "event.h"
 #include "history.h"

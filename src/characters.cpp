@@ -1,6 +1,7 @@
 #include "characters.h"
 
 #include "creaturefile.h"
+#include "creatureportrait.h"
 #include "libraryfolder.h"
 #include "paths.h"
 

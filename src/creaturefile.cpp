@@ -1,19 +1,13 @@
 #include "creaturefile.h"
 
 #include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QHash>
-#include <QImageReader>
-#include <QPixmapCache>
-#include <QSet>
 #include <algorithm>
-#include <functional>
 #include <variant>
 
 #include "characters.h"
 #include "coreobjects.h"
 #include "creature.h"
+#include "creatureportrait.h"
 #include "encounter.h"
 #include "keyvalue.h"
 #include "libraryfolder.h"
@@ -327,102 +321,6 @@ QString monsterText(const CreatureData &data)
     return text;
 }
 
-// --- portraits ---
-
-// No widget shows a portrait larger, on a screen of double density.
-constexpr int maxPortraitSize = 600;
-// Deeper than anyone sorts pictures; the bound keeps a strange folder from filling the stack.
-constexpr int maxPortraitDepth = 32;
-
-using PortraitVisitor = std::function<bool(const QString &name, const QString &relativePath)>;
-
-// Stops, with true, when the visitor says so. `seen` holds the folders that were entered, so that a
-// link back up is not followed in a circle.
-bool walkPortraits(const QDir &folder, const QString &prefix, int depth, QSet<QString> &seen,
-                   const PortraitVisitor &visit)
-{
-    const QString canonical = folder.canonicalPath();
-    if (depth > maxPortraitDepth || canonical.isEmpty() || seen.contains(canonical))
-        return false;
-    seen.insert(canonical);
-    const QFileInfoList entries = folder.entryInfoList();
-    for (const QFileInfo &entry : entries) {
-        const QString name = entry.fileName();
-        if (name.startsWith(u'.'))
-            continue;
-        const QString path = prefix + name;
-        if (entry.isDir()
-                ? walkPortraits(QDir(entry.filePath()), path + u'/', depth + 1, seen, visit)
-                : visit(name, path))
-            return true;
-    }
-    return false;
-}
-
-void walkPortraits(const QString &folder, const PortraitVisitor &visit)
-{
-    QSet<QString> seen;
-    walkPortraits(QDir(folder), QString(), 0, seen, visit);
-}
-
-// File name to the path that the walk finds first, for each folder.
-using PortraitIndex = QHash<QString, QString>;
-int runningSearches = 0;
-QHash<QString, PortraitIndex> &portraitIndexes()
-{
-    static QHash<QString, PortraitIndex> indexes;
-    return indexes;
-}
-
-const PortraitIndex &portraitIndex(const QString &folder)
-{
-    const auto known = portraitIndexes().constFind(folder);
-    if (known != portraitIndexes().constEnd())
-        return *known;
-    PortraitIndex &index = portraitIndexes()[folder];
-    walkPortraits(folder, [&index](const QString &name, const QString &path) {
-        if (!index.contains(name))
-            index.insert(name, path);
-        return false;
-    });
-    return index;
-}
-
-bool isPicture(const QString &path)
-{
-    if (!QFileInfo(path).isFile())
-        return false;
-    // By its name alone any text could pass for a picture.
-    QImageReader reader(path);
-    reader.setDecideFormatFromContent(true);
-    return reader.canRead();
-}
-
-QString bareName(const QString &path)
-{
-    return path.mid(qMax(path.lastIndexOf(u'/'), path.lastIndexOf(u'\\')) + 1);
-}
-
-QPixmap decodePortrait(const QString &path)
-{
-    const QFileInfo file(path);
-    if (!file.isFile())
-        return QPixmap();
-    // The clones of a monster share one picture.
-    const QString key = path + u'|' + QString::number(file.lastModified().toMSecsSinceEpoch());
-    QPixmap pixmap;
-    if (QPixmapCache::find(key, &pixmap))
-        return pixmap;
-    QImageReader reader(path);
-    reader.setAutoTransform(true);
-    const QSize size = reader.size();
-    if (size.width() > maxPortraitSize || size.height() > maxPortraitSize)
-        reader.setScaledSize(size.scaled(maxPortraitSize, maxPortraitSize, Qt::KeepAspectRatio));
-    pixmap = QPixmap::fromImage(reader.read());
-    QPixmapCache::insert(key, pixmap);
-    return pixmap;
-}
-
 // --- the portrait in a monster's text ---
 
 QString withPortraitInXml(const QString &text, const QString &portrait)
@@ -595,49 +493,6 @@ QString textOf(const CreatureData &data)
     return data.isMonster ? monsterText(data) : characterText(data);
 }
 
-// --- portraits ---
-
-void resolvePortrait(QString &path, const QString &dataFolder)
-{
-    if (path.isEmpty() || isPicture(portraitPath(path, dataFolder)))
-        return;
-    const QString found = findPortrait(portraitPath(QString(), dataFolder), bareName(path));
-    if (!found.isEmpty())
-        path = found;
-}
-
-QString findPortrait(const QString &folder, const QString &fileName)
-{
-    if (fileName.isEmpty())
-        return QString();
-    if (runningSearches > 0)
-        return portraitIndex(folder).value(fileName);
-    QString found;
-    walkPortraits(folder, [&](const QString &name, const QString &path) {
-        if (name == fileName)
-            found = path;
-        return !found.isEmpty();
-    });
-    return found;
-}
-
-QString adoptPortrait(const QString &chosenFile, const QString &dataFolder, PortraitCopy copy)
-{
-    const QString folder =
-        QDir::cleanPath(QDir(portraitPath(QString(), dataFolder)).absolutePath());
-    const QString chosen = QDir::cleanPath(QFileInfo(chosenFile).absoluteFilePath());
-    if (chosen.startsWith(folder + u'/'))
-        return chosen.mid(folder.size() + 1);
-    const QString name = QFileInfo(chosen).fileName();
-    const QString found = findPortrait(folder, name);
-    if (!found.isEmpty())
-        return found;
-    if (copy == PortraitCopy::Forbidden || dataReadOnly)
-        return name;
-    // A data folder that came without pictures has no place for them yet.
-    return QDir().mkpath(folder) && QFile::copy(chosen, folder + u'/' + name) ? name : QString();
-}
-
 QString withPortraitInText(const QString &text, const QString &portrait)
 {
     const QByteArray bytes = text.toUtf8();
@@ -649,17 +504,6 @@ QString withPortraitInText(const QString &text, const QString &portrait)
     return withPortraitInStatBlock(text, portrait);
 }
 
-PortraitSearch::PortraitSearch()
-{
-    ++runningSearches;
-}
-
-PortraitSearch::~PortraitSearch()
-{
-    if (--runningSearches == 0)
-        portraitIndexes().clear();
-}
-
 // --- the creature's own file ---
 
 bool Creature::load(const QString &fileName, bool isMonster, const QString &dataFolder,
@@ -668,12 +512,15 @@ bool Creature::load(const QString &fileName, bool isMonster, const QString &data
     if (fileName.startsWith(u'.') || isTemplateFile(fileName))
         return false;
     QByteArray bytes;
-    if (!readLibraryFile(creaturePath(fileName, isMonster, dataFolder), bytes))
+    const FileText text = readTextFile(creaturePath(fileName, isMonster, dataFolder), bytes);
+    if (text == FileText::None)
         return false;
     if (!isMonster && isForeignCharacterFile(fileName, bytes))
         return false;
     CreatureData data;
-    parseText(isMonster, bytes, data, dataFolder);
+    // Of a giant nothing is kept but its name, so that it can be seen and deleted.
+    if (text == FileText::Read)
+        parseText(isMonster, bytes, data, dataFolder);
     validate(data, isMonster, fileName);
     makeUnique(data, isMonster, monsters, characters);
     assign(data);
@@ -688,7 +535,9 @@ bool Creature::load(const QString &fileName, bool isMonster, const QString &data
 
 bool Creature::save()
 {
-    if (m_data.statBlock.isEmpty())
+    // A file that was too large to be read isn't written over either.
+    const bool isUnread = !m_fileName.isEmpty() && m_savedStatBlock.isEmpty();
+    if (m_data.statBlock.isEmpty() || isUnread)
         return false;
     const QString fileName = m_fileName.isEmpty() ? newFileName(*this) : m_fileName;
     if (dataReadOnly
@@ -772,28 +621,4 @@ bool Creature::isInvalid() const
 {
     const QString &key = hasMonsterFile() ? m_data.group : m_data.name;
     return key.contains(invalidName()) || key == m_fileName;
-}
-
-void Creature::setPortrait(const QString &path)
-{
-    m_data.portraitFile = path;
-    resolvePortrait(m_data.portraitFile, QString());
-    m_data.statBlock = m_data.isMonster ? withPortraitInText(m_data.statBlock, m_data.portraitFile)
-                                        : generateText();
-    m_ownText.clear();
-    statBlockChanged();
-    notifyUpdated();
-}
-
-const QPixmap &Creature::portrait() const
-{
-    if (!m_data.portrait.isNull())
-        return m_data.portrait;
-    if (m_decodedPortraitFile != m_data.portraitFile) {
-        m_decodedPortraitFile = m_data.portraitFile;
-        m_shownPortrait = m_data.portraitFile.isEmpty()
-            ? QPixmap()
-            : decodePortrait(portraitPath(m_data.portraitFile));
-    }
-    return m_shownPortrait;
 }

@@ -2,7 +2,7 @@
 #include "coreobjects.h"
 #include "creature.h"
 #include "creaturefile.h"
-#include "libraryfolder.h"
+#include "safefile.h"
 #include "statblockhandler.h"
 #include "text.h"
 
@@ -47,7 +47,7 @@ void Creature::refreshIfLinked()
 bool Creature::importIsCurrent(const QString &path) const
 {
     QByteArray bytes;
-    if (!readLibraryFile(path, bytes))
+    if (readTextFile(path, bytes) != FileText::Read)
         return false;
     QString text = QString::fromUtf8(toLF(bytes));
     if (!m_data.portraitFile.isEmpty())

@@ -122,6 +122,9 @@ bool copyTree(const QString &source, const QString &destParent, const QString &n
 
 bool copyEntry(const QFileInfo &entry, const QString &destination, int depth)
 {
+    // Links to folders and pipes are no part of what was installed.
+    if (entry.isDir() ? entry.isSymLink() : !entry.isFile())
+        return true;
     if (entry.isDir())
         return copyTree(entry.filePath(), destination, entry.fileName(), depth + 1);
     const QString copy = QDir(destination).filePath(entry.fileName());

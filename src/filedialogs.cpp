@@ -4,7 +4,7 @@
 #include <QDir>
 #include <QFileDialog>
 
-#include "creaturefile.h"
+#include "creatureportrait.h"
 #include "paths.h"
 
 namespace {

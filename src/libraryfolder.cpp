@@ -2,16 +2,12 @@
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QFile>
 
 #include "paths.h"
-#include "text.h"
 #include "windowinterface.h"
 
 namespace {
 
-// A text of the library has a few kilobytes; this only keeps a misplaced giant out of memory.
-constexpr qint64 maxFileBytes = 16 * 1024 * 1024;
 // Leaves room for a number and the extension in a file system's limit of 255 bytes.
 constexpr qsizetype maxStemLength = 70;
 
@@ -79,18 +75,6 @@ int libraryFileCount(const QString &folder)
 {
     const QDir dir(folder);
     return dir.exists() ? int(dir.count()) : 0;
-}
-
-bool readLibraryFile(const QString &path, QByteArray &bytes)
-{
-    // A pipe or device would keep the program waiting.
-    if (!QFileInfo(path).isFile())
-        return false;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly) || file.size() > maxFileBytes)
-        return false;
-    bytes = withoutByteOrderMark(file.readAll());
-    return !bytes.isEmpty();
 }
 
 QString fileStem(const QString &name, const QString &fallback)

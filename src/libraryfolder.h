@@ -1,8 +1,7 @@
-// What the collections share on disk: the walk through one folder of the data folder, the reading
-// of a text file, and the name of a new file.
+// What the collections share on disk: the walk through one folder of the data folder, and the name
+// of a new file.
 #pragma once
 
-#include <QByteArray>
 #include <QString>
 #include <functional>
 
@@ -24,10 +23,6 @@ LoadResult loadLibraryFolder(const LibraryFolder &texts, const QString &folder,
                              const std::function<bool(const QString &)> &loadFile);
 // Number of steps of the above, "." and ".." included; 0 when the folder doesn't exist.
 int libraryFileCount(const QString &folder);
-
-// The bytes of a regular file without a byte order mark. False when it can't be read, is empty or
-// is too large for a text of the library.
-bool readLibraryFile(const QString &path, QByteArray &bytes);
 
 // A file name made from a creature's or encounter's name, without extension; `fallback` when no
 // character of it is fit.

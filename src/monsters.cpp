@@ -2,6 +2,7 @@
 
 #include "coreobjects.h"
 #include "creaturefile.h"
+#include "creatureportrait.h"
 #include "encounters.h"
 #include "libraryfolder.h"
 #include "paths.h"

@@ -3,7 +3,7 @@
 #include <QHash>
 #include <algorithm>
 
-#include "creaturefile.h"
+#include "creatureportrait.h"
 #include "powertext.h"
 #include "text.h"
 

@@ -138,7 +138,7 @@ struct PreparedEncounter::Reading {
 bool PreparedEncounter::read(const QString &fileName, const QString &dataFolder)
 {
     QByteArray bytes;
-    if (!readLibraryFile(encounterPath(fileName, dataFolder), bytes) || !parse(bytes))
+    if (readTextFile(encounterPath(fileName, dataFolder), bytes) != FileText::Read || !parse(bytes))
         return false;
     m_fileName = fileName;
     return true;

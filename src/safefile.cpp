@@ -1,6 +1,17 @@
 #include "safefile.h"
 
+#include <QFileInfo>
 #include <QSaveFile>
+
+#include "text.h"
+
+namespace {
+
+// A text of the library has a few kilobytes; this only keeps a misplaced giant out of memory.
+constexpr qint64 maxFileBytes = 16 * 1024 * 1024;
+constexpr qint64 headBytes = 4096;
+
+} // namespace
 
 bool saveWhole(const QString &path, const QByteArray &content)
 {
@@ -13,4 +24,19 @@ bool saveWhole(const QString &path, const QByteArray &content)
         return false;
     }
     return file.commit();
+}
+
+FileText readTextFile(const QString &path, QByteArray &bytes)
+{
+    // A pipe or device would keep the program waiting.
+    if (!QFileInfo(path).isFile())
+        return FileText::None;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return FileText::None;
+    const bool isTooLarge = file.size() > maxFileBytes;
+    bytes = withoutByteOrderMark(isTooLarge ? file.read(headBytes) : file.readAll());
+    if (bytes.isEmpty())
+        return FileText::None;
+    return isTooLarge ? FileText::TooLarge : FileText::Read;
 }

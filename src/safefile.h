@@ -1,4 +1,4 @@
-// Writing a file of the library: the new content as a whole, or the old one as it was.
+// Reading and writing a text file of the data folder.
 #pragma once
 
 #include <QByteArray>
@@ -7,3 +7,9 @@
 // False when the file can't be opened, written in full or moved into place; the old file then
 // still stands.
 bool saveWhole(const QString &path, const QByteArray &content);
+
+// The bytes of a regular file, without a byte order mark. TooLarge: over 16 MB, of which the bytes
+// are the first few thousand. None: empty, unreadable, or no regular file; a pipe or device is
+// never opened.
+enum class FileText { None, Read, TooLarge };
+FileText readTextFile(const QString &path, QByteArray &bytes);

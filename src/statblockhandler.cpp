@@ -2,8 +2,8 @@
 
 #include <QFileInfo>
 
-#include "libraryfolder.h"
 #include "paths.h"
+#include "safefile.h"
 #include "saturated.h"
 #include "text.h"
 
@@ -190,5 +190,6 @@ bool readImport(const QString &path, CreatureData &record, const QString &dataFo
     QByteArray bytes;
     const QString file =
         QFileInfo(path).isRelative() ? creaturePath(path, false, dataFolder) : path;
-    return readLibraryFile(file, bytes) && StatBlockHandler::parse(toLF(bytes), record, dataFolder);
+    return readTextFile(file, bytes) == FileText::Read
+        && StatBlockHandler::parse(toLF(bytes), record, dataFolder);
 }

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "creaturedata.h"
-#include "creaturefile.h"
+#include "creatureportrait.h"
 #include "xmlhandler.h"
 
 class StatBlockHandler : public XmlHandler {

@@ -1,6 +1,6 @@
 #include "statblockparser.h"
 
-#include "creaturefile.h"
+#include "creatureportrait.h"
 #include "powertext.h"
 #include "statblockassembler.h"
 #include "statblockpowers.h"

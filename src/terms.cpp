@@ -1,12 +1,12 @@
 #include "terms.h"
 
 #include <QDir>
-#include <QFile>
 
 #include <array>
 
 #include "keyvalue.h"
 #include "paths.h"
+#include "safefile.h"
 #include "text.h"
 #include "windowinterface.h"
 
@@ -56,11 +56,11 @@ void loadTerms()
 {
     setDefaultTerms();
     defaultTerms = false;
-    QFile file(dataRoot + QDir::separator() + QStringLiteral("terms.txt"));
-    if (!file.open(QIODevice::ReadOnly))
+    QByteArray bytes;
+    if (readTextFile(dataRoot + QDir::separator() + QStringLiteral("terms.txt"), bytes)
+        != FileText::Read)
         return;
-    const QList<QByteArray> lines = toLF(file.readAll()).split('\n');
-    file.close();
+    const QList<QByteArray> lines = toLF(bytes).split('\n');
     for (const QByteArray &line : lines) {
         KeyValue entry;
         if (!parseKeyValue(line, Escapes::Resolve, entry))

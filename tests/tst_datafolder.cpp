@@ -3,6 +3,8 @@
 #include <QDir>
 #include <QFileDialog>
 
+#include <sys/stat.h>
+
 #include "fightfixture.h"
 #include "global.h"
 #include "messagelog.h"
@@ -190,11 +192,16 @@ void DataFolderTest::brokenTreesAreRefused()
     writeFile(dir.filePath(QStringLiteral("copy")), "file");
     QVERIFY(
         !copyFolderTree(dir.filePath(QStringLiteral("from")), dir.path(), QStringLiteral("copy")));
-    // A folder that holds itself.
+    // A folder that holds itself, and what would keep the program waiting.
     QVERIFY(QFile::link(dir.filePath(QStringLiteral("from")),
                         dir.filePath(QStringLiteral("from/circle"))));
+    const QByteArray pipe = QFile::encodeName(dir.filePath(QStringLiteral("from/pipe")));
+    QCOMPARE(mkfifo(pipe.constData(), 0600), 0);
     QVERIFY(
-        !copyFolderTree(dir.filePath(QStringLiteral("from")), dir.path(), QStringLiteral("other")));
+        copyFolderTree(dir.filePath(QStringLiteral("from")), dir.path(), QStringLiteral("other")));
+    QCOMPARE(QDir(dir.filePath(QStringLiteral("other")))
+                 .entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+             {QStringLiteral("a.txt")});
 }
 
 void DataFolderTest::storedFolderComesFirst()

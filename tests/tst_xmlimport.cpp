@@ -383,6 +383,11 @@ void XmlImportTest::takesAPortrait()
     QCOMPARE(read(u"file://"_s + outside + u".gone"_s), u"old.png"_s);
     QCOMPARE(read(u"file://file://"_s + outside), u"old.png"_s);
     QCOMPARE(QDir(m_folder->file(u"Portraits"_s)).entryList(QDir::Files), QStringList());
+    // An import could otherwise carry any file that can be read into the data folder.
+    const QString secret = m_folder->file(u"secret"_s);
+    m_folder->write(u"secret"_s, u"key"_s);
+    QCOMPARE(read(secret), u"old.png"_s);
+    QCOMPARE(QDir(m_folder->file(u"Portraits"_s)).entryList(QDir::Files), QStringList());
     QCOMPARE(read(u"file://"_s + outside), u"face.png"_s);
     QCOMPARE(QDir(m_folder->file(u"Portraits"_s)).entryList(QDir::Files), {u"face.png"_s});
     QCOMPARE(read(m_folder->file(u"Portraits/face.png"_s)), u"face.png"_s);

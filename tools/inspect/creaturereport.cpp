@@ -4,6 +4,7 @@
 #include <QJsonArray>
 
 #include "creaturefile.h"
+#include "creatureportrait.h"
 #include "statblockhandler.h"
 #include "text.h"
 
