@@ -99,7 +99,7 @@ CreatureSnapshots::CreatureSnapshots(const QList<Creature *> &creatures,
     Bytes bytes;
     for (const CreatureState &state : states)
         pack(bytes, state);
-    constexpr qsizetype Slot = sizeof(Creature *);
+    constexpr qsizetype Slot = sizeof(void *);
     m_block.reset(new Creature *[std::size_t(m_count + (bytes.size() + Slot - 1) / Slot)]);
     std::copy(creatures.cbegin(), creatures.cend(), m_block.get());
     std::memcpy(m_block.get() + m_count, bytes.constData(), std::size_t(bytes.size()));

@@ -9,7 +9,7 @@
 
 class Creature;
 
-// The whole live state that an event restores when it is undone. CreatureSnapshots packs each field.
+// The whole live state that an event restores when it is undone. CreatureSnapshots packs all of it.
 struct CreatureState {
     int currHP = 0;
     int tempHP = 0;

@@ -305,7 +305,7 @@ bool History::replay(const LoadProgress &tell)
 
 void History::findDamage(qint64 firstEvent)
 {
-    if (!m_stream)
+    if (!m_stream || m_stream->isBehind())
         return;
     qint64 stop = firstEvent;
     if (!m_events.isEmpty())

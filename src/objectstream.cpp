@@ -3,6 +3,7 @@
 #include <QDateTime>
 #include <QFile>
 #include <QMetaEnum>
+#include <QScopedValueRollback>
 #include <QtEndian>
 #include <algorithm>
 #include <cerrno>
@@ -510,6 +511,21 @@ bool ObjectStream::nextIs(int tag)
     return peekField().tag == tag;
 }
 
+bool ObjectStream::recordHolds(qint64 bytes)
+{
+    // A look ahead: what it meets counts when it is read.
+    const QScopedValueRollback position(m_position);
+    const QScopedValueRollback metEnd(m_metEnd);
+    const QScopedValueRollback damaged(m_damaged);
+    const qint64 end = m_position + bytes;
+    while (m_position < end) {
+        const int tag = parseField().tag;
+        if (tag == 0 || tag == ID_EVENT_TYPE)
+            return false;
+    }
+    return true;
+}
+
 void ObjectStream::seek(qint64 offset)
 {
     m_peeked.tag = 0;
@@ -533,6 +549,7 @@ bool ObjectStream::readHeader(bool silent)
             m_created.clear();
             seek(0);
             cutHere();
+            m_cutsTail = bool(m_guard);
         }
     }
     if (m_size == 0) {

@@ -66,6 +66,9 @@ public:
     StreamField peekField();
     bool nextIs(int tag);
 
+    // Whether so many bytes of fields lie ahead, before the next event begins.
+    bool recordHolds(qint64 bytes);
+
     // Clamped to 0 and the end of the data.
     void seek(qint64 offset);
     void skip(int delta) { seek(qint64(m_position) + delta); }

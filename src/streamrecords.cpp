@@ -13,8 +13,9 @@ constexpr int LeastItemSize = 3;
 int readCount(ObjectStream *stream, int tag)
 {
     const int count = stream->readInt(tag);
-    const int most = (stream->size() - stream->position()) / LeastItemSize;
-    return count < 0 || count > most ? 0 : count;
+    // By its own record, not by the file: or the same size would be believed once the log has
+    // grown.
+    return count > 0 && stream->recordHolds(qint64(count) * LeastItemSize) ? count : 0;
 }
 
 // Items that `read` gives; those that `isUsable` refuses are dropped.

@@ -326,6 +326,7 @@ void TestDamagedLog::tellsWhatIsLost_data()
         10, 11, 300 + m_ends.at(20) - m_ends.at(9));
     row("zeroes to the end", m_log + QByteArray(4096, '\0'), 50, 0, 4096 + 2);
     row("junk at the end", m_log.chopped(2) + junk, 50, 0, 300);
+    row("header lost", QByteArray(500, '\0'), 0, 0, 0);
     row("an end lost", swallowing, 4, 45, m_log.size() - 2 - m_ends.at(3));
 }
 
@@ -334,6 +335,7 @@ void TestDamagedLog::tellsWhatIsLost()
 {
     const auto [log, events, lost, bytes] =
         fetch<QByteArray, int, int, int>({"log", "events", "lost", "bytes"});
+    const bool isNew = !log.startsWith(m_header);
     QDir copies(m_fight->folder().file(QStringLiteral("History")));
     copies.removeRecursively();
     for (int starts = 0; starts < 2; ++starts) {
@@ -345,14 +347,15 @@ void TestDamagedLog::tellsWhatIsLost()
         QCOMPARE(theHistory->damageText().contains(
                      QStringLiteral("missing from the fight: %1.").arg(lost)),
                  lost > 0);
-        QCOMPARE(file(), log);
+        QVERIFY(file() == log || isNew);
     }
     damageAria();
     copies.refresh();
     const QStringList names = copies.entryList(QDir::Files);
     QVERIFY(names.size() <= 1);
-    if (bytes > 0) {
+    if (bytes > 0)
         QCOMPARE(theHistory->damage().copy, copies.filePath(names.value(0)));
+    if (bytes > 0 || isNew) {
         QCOMPARE(m_fight->folder().read(QStringLiteral("History/") + names.value(0)), log);
     }
     start(file());
