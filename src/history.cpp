@@ -8,10 +8,10 @@
 #include <QFileInfo>
 #include <QPointer>
 #include <QScopedValueRollback>
-#include <utility>
 
 #include "event.h"
 #include "historyfolder.h"
+#include "logguard.h"
 #include "loglock.h"
 #include "objectstream.h"
 #include "outsidechanges.h"
@@ -20,12 +20,6 @@
 #include "switchboard.h"
 #include "version.h"
 #include "windowinterface.h"
-
-namespace {
-
-constexpr QLatin1String LogName("history.log");
-
-} // namespace
 
 History::History(QObject *parent) : QObject(parent)
 {
@@ -40,7 +34,8 @@ History::History(QObject *parent) : QObject(parent)
     connect(&m_syncTimer, &QTimer::timeout, this, [this] {
         if (m_stream)
             m_stream->sync();
-        guardLog();
+        checkFile();
+        m_isCheckDue = true;
     });
 }
 
@@ -53,6 +48,9 @@ History::~History()
 
 ObjectStream *History::getStream(bool silent)
 {
+    // Ahead of the first write of a command.
+    if (m_isCheckDue)
+        checkFile();
     if (dataReadOnly) {
         if (!silent)
             windows().tellReadOnly();
@@ -75,12 +73,8 @@ void History::setLock(std::unique_ptr<LogLock> lock)
 
 ObjectStream *History::openStream(bool silent)
 {
-    if (m_stream) {
-        // Ahead of the first write of a command.
-        if (std::exchange(m_isGuardDue, false))
-            guardLog();
+    if (m_stream)
         return m_stream.get();
-    }
     std::unique_ptr<QIODevice> device = openLog();
     if (!device) {
         if (!silent)
@@ -106,7 +100,8 @@ ObjectStream *History::openStream(bool silent)
     });
     if (stream->readHeader(silent))
         m_stream = std::move(stream);
-    m_root = dataRoot;
+    if (m_stream && !m_makeDevice && !dataReadOnly)
+        m_logGuard = std::make_unique<LogGuard>(*m_stream, dataRoot);
     return m_stream.get();
 }
 
@@ -117,7 +112,7 @@ std::unique_ptr<QIODevice> History::openLog() const
         return std::unique_ptr<QIODevice>(m_makeDevice(historyPath()));
     // A pipe would keep the program waiting, and what is written to a device is gone.
     const QFileInfo info(historyPath());
-    if (info.exists() && !info.isFile())
+    if ((info.exists() || info.isSymLink()) && !info.isFile())
         return nullptr;
     if (!dataReadOnly && m_lock && m_lock->take() != LogLock::Result::Taken)
         return nullptr;
@@ -133,18 +128,24 @@ void History::closeStream()
     if (!m_stream)
         return;
     m_syncTimer.stop();
-    guardLog();
-    m_stream->flush();
-    m_stream->sync();
+    writeRest();
+    m_logGuard.reset();
     m_stream.reset();
-    m_isForeignTold = false;
 }
 
 bool History::writeWaiting()
 {
+    const bool isWritten = writeRest();
+    // The program may end before control is back in the event loop.
+    tellOfFile();
+    return isWritten;
+}
+
+bool History::writeRest()
+{
     if (!m_stream || dataReadOnly)
         return true;
-    guardLog();
+    checkFile();
     m_stream->flush();
     m_stream->sync();
     return !m_stream->isBehind();
@@ -155,68 +156,32 @@ bool History::saveLogAs(const QString &path)
     return m_stream && saveWhole(path, m_stream->wholeLog());
 }
 
-// What the program holds is the fight. A file that isn't as it was left belongs to somebody else:
-// it is kept beside, and the log written anew.
-void History::guardLog()
+void History::checkFile()
 {
-    m_isGuardDue = true;
-    if (!m_stream || dataReadOnly || m_isReplaying || m_makeDevice)
+    m_isCheckDue = false;
+    if (!m_logGuard || m_isReplaying)
         return;
-    const QString path = m_root + QDir::separator() + LogName;
-    if (m_stream->standsAt(path))
-        return;
-    m_stream->detach();
-    QString copy;
-    const QFileInfo foreign(path);
-    bool isKept = true;
-    if (foreign.exists() && foreign.isFile() && foreign.size() > 0) {
-        copy = copyLog(m_root, QStringLiteral("history_foreign_"), path);
-        isKept = !copy.isNull();
-    } else if (foreign.exists() && !foreign.isFile()) {
-        isKept = false; // nothing that can be copied or replaced
-    }
-    const bool isRestored = isKept && restoreLog(path);
-    if (!m_isForeignTold)
-        tellForeign(path, copy, isRestored);
-    m_isForeignTold = !isRestored;
-}
-
-bool History::restoreLog(const QString &path)
-{
-    for (const char *folder : {"Characters", "Monsters", "Portraits", "Encounters"})
-        QDir().mkpath(m_root + QDir::separator() + QLatin1String(folder));
-    if (!saveWhole(path, m_stream->wholeLog()))
-        return false;
-    // It went with the folder.
-    if (m_lock)
+    // The lock may have gone with the folder.
+    if (m_logGuard->check() && m_lock)
         m_lock->renew();
-    auto file = std::make_unique<QFile>(path);
-    if (!file->open(QIODevice::ReadWrite | QIODevice::Unbuffered))
-        return false;
-    m_stream->replaceDevice(file.release());
-    return true;
+    const QString text = m_logGuard->takeMessage();
+    if (text.isEmpty())
+        return;
+    m_untold << text;
+    // A message runs a loop of its own, which must not begin in the middle of a command.
+    QMetaObject::invokeMethod(this, &History::tellOfFile, Qt::QueuedConnection);
 }
 
-void History::tellForeign(const QString &path, const QString &copy, bool isRestored)
+void History::tellOfFile()
 {
-    QString text = tr("The history file, <b>%1</b>, was changed or removed by another program. "
-                      "Nothing of the fight is lost: Morvane keeps it in memory.")
-                       .arg(path.toHtmlEscaped());
-    text += isRestored
-        ? tr("<p>The file has been written anew.")
-        : tr("<p>The file can't be written anew at the moment. It will be as soon as the disk "
-             "takes it.");
-    if (!copy.isEmpty())
-        text += tr("<p>What stood there is kept: <b>%1</b>").arg(copy.toHtmlEscaped());
-    // A message runs a loop of its own, which must not begin in the middle of a command.
-    QMetaObject::invokeMethod(
-        this, [text] { windows().showMessage(tr("History File Changed"), text); },
-        Qt::QueuedConnection);
+    while (!m_untold.isEmpty())
+        windows().showMessage(tr("History File Changed"), m_untold.takeFirst());
 }
 
 void History::syncSoon()
 {
-    if (m_stream && m_stream->needsSync() && !m_syncTimer.isActive())
+    const bool isCommand = !m_isReplaying;
+    if (m_stream && (isCommand || m_stream->needsSync()) && !m_syncTimer.isActive())
         m_syncTimer.start();
 }
 
@@ -226,9 +191,9 @@ bool History::backupLog()
         return false;
     if (!m_stream)
         return true;
-    guardLog();
+    checkFile();
     const QString path = historyPath();
-    if (!QFile::exists(path)) {
+    if (!QFile::exists(path) && !m_stream->isBehind()) {
         closeStream();
         return true;
     }
@@ -265,7 +230,7 @@ bool History::load(const LoadProgress &tell)
     // An unknown event isn't damage for certain, and has a message of its own.
     if (known)
         findDamage(firstEvent);
-    m_isGuardDue = true;
+    m_isCheckDue = true;
     tellChanged();
     windows().showAfterReplay();
     return known;

@@ -13,6 +13,7 @@
 #include "memorytracker.h"
 
 class Event;
+class LogGuard;
 class LogLock;
 class ObjectStream;
 
@@ -101,9 +102,9 @@ private:
     ObjectStream *openStream(bool silent = false);
     std::unique_ptr<QIODevice> openLog() const;
     void closeStream();
-    void guardLog();
-    bool restoreLog(const QString &path);
-    void tellForeign(const QString &path, const QString &copy, bool isRestored);
+    bool writeRest();
+    void checkFile();
+    void tellOfFile();
     void applyNext();
     void takeBackLast();
     void removeBehindPosition();
@@ -119,11 +120,9 @@ private:
     DeviceFactory m_makeDevice;
     LogDamage m_damage;
     QTimer m_syncTimer;
-    QString m_root; // the data folder of the open log
-    // The next command looks first whether the file is still the log.
-    bool m_isGuardDue = false;
-    // The user knows that the file isn't the log, and it couldn't be mended yet.
-    bool m_isForeignTold = false;
+    std::unique_ptr<LogGuard> m_logGuard; // null without a file to guard
+    QStringList m_untold; // what the user has still to be told of the file
+    bool m_isCheckDue = false; // the next command looks first whether the file is still the log
     bool m_isReplaying = false;
     TrackerMember m_tracker {__LINE__, "history"};
 };

@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
+#include <filesystem>
 
 #include "version.h"
 
@@ -27,6 +28,35 @@ bool beginAlike(const QString &path, const QString &other, qint64 count)
     return true;
 }
 
+bool copyOrLink(const QString &path, const QString &copy)
+{
+    constexpr qint64 LargestCopy = 256 * 1024 * 1024;
+    if (QFileInfo(path).size() <= LargestCopy && QFile::copy(path, copy))
+        return true;
+    std::error_code error;
+    std::filesystem::create_hard_link(QFileInfo(path).canonicalFilePath().toStdString(),
+                                      copy.toStdString(), error);
+    return !error;
+}
+
+// `isCopy` tells whether a file of that prefix is a copy already.
+template <typename IsCopy, typename MakeCopy>
+QString keepLog(const QString &root, const QString &prefix, const QString &path, IsCopy isCopy,
+                MakeCopy makeCopy)
+{
+    if (!makeHistoryFolder(root))
+        return {};
+    const QDir folder(root + QDir::separator() + FolderName);
+    const QFileInfoList copies =
+        folder.entryInfoList({prefix + QStringLiteral("*.log")}, QDir::Files);
+    for (const QFileInfo &copy : copies) {
+        if (isCopy(copy))
+            return copy.filePath();
+    }
+    const QString copy = freeHistoryPath(root, prefix, currentDateTimeText());
+    return makeCopy(path, copy) ? copy : QString();
+}
+
 } // namespace
 
 bool makeHistoryFolder(const QString &root)
@@ -47,23 +77,20 @@ QString freeHistoryPath(const QString &root, const QString &prefix, const QStrin
     return path;
 }
 
-QString copyLog(const QString &root, const QString &prefix, const QString &path)
-{
-    if (!makeHistoryFolder(root))
-        return {};
-    const QString copy = freeHistoryPath(root, prefix, currentDateTimeText());
-    return QFile::copy(path, copy) ? copy : QString();
-}
-
 QString copyDamagedLog(const QString &root, const QString &path, qint64 count)
 {
-    const QString prefix = QStringLiteral("history_damaged_");
-    const QDir folder(root + QDir::separator() + FolderName);
-    const QFileInfoList copies =
-        folder.entryInfoList({prefix + QStringLiteral("*.log")}, QDir::Files);
-    for (const QFileInfo &copy : copies) {
-        if (copy.size() >= count && beginAlike(path, copy.filePath(), count))
-            return copy.filePath();
-    }
-    return copyLog(root, prefix, path);
+    const auto isCopy = [&](const QFileInfo &file) {
+        return file.size() >= count && beginAlike(path, file.filePath(), count);
+    };
+    const auto copy = [](const QString &from, const QString &to) { return QFile::copy(from, to); };
+    return keepLog(root, QStringLiteral("history_damaged_"), path, isCopy, copy);
+}
+
+QString keepForeignLog(const QString &root, const QString &path)
+{
+    const qint64 size = QFileInfo(path).size();
+    const auto isCopy = [&](const QFileInfo &file) {
+        return file.size() == size && beginAlike(path, file.filePath(), size);
+    };
+    return keepLog(root, QStringLiteral("history_foreign_"), path, isCopy, copyOrLink);
 }

@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <limits>
-#include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
 
@@ -243,37 +242,24 @@ bool ObjectStream::writeFresh()
 bool ObjectStream::put(qint64 offset, QByteArrayView bytes)
 {
     m_deviceSize = qMax(m_deviceSize, offset + bytes.size());
+    ++m_writeCount;
     // Without seeks a file takes a record in two thirds of the time.
     if (m_handle >= 0)
         return writeAt(m_handle, offset, bytes);
     return m_device->seek(offset) && m_device->write(bytes.data(), bytes.size()) == bytes.size();
 }
 
-bool ObjectStream::standsAt(const QString &path) const
+QByteArrayView ObjectStream::written() const
 {
-    if (m_detached)
-        return false;
-    if (m_handle < 0)
-        return true;
-    struct stat open = {};
-    struct stat there = {};
-    if (fstat(m_handle, &open) != 0 || stat(QFile::encodeName(path).constData(), &there) != 0
-        || open.st_dev != there.st_dev || open.st_ino != there.st_ino)
-        return false;
-    // A disk that refuses writes holds any part of the last ones.
-    if (m_behind || m_dirtyFrom >= 0)
-        return true;
-    constexpr qint64 LastBytes = 512;
-    const qint64 end = qMin<qint64>(m_size, m_data.size());
-    const qint64 start = qMax<qint64>(0, end - LastBytes);
-    QByteArray last(end - start, Qt::Uninitialized);
-    return there.st_size == m_deviceSize
-        && pread(m_handle, last.data(), size_t(last.size()), start) == last.size()
-        && last == QByteArrayView(m_data).sliced(start, last.size());
+    const qsizetype end = m_dirtyFrom < 0 ? m_size : m_dirtyFrom;
+    return QByteArrayView(m_data).first(qMin(end, m_data.size()));
 }
 
-QByteArray ObjectStream::wholeLog() const
+QByteArray ObjectStream::wholeLog()
 {
+    // Behind an end marker there is nothing that anybody could read.
+    if (!m_metEnd)
+        load(m_size);
     return m_data.first(qMin<qsizetype>(m_size, m_data.size())) + EndMarker.toByteArray();
 }
 
@@ -292,9 +278,7 @@ void ObjectStream::replaceDevice(QIODevice *device)
     m_handle = handleOf(device);
     m_deviceSize = device->size();
     m_dirtyFrom = m_unsyncedFrom = -1;
-    m_damaged = m_cutsTail = m_detached = false;
-    m_guard = nullptr;
-    m_metEnd = true;
+    m_detached = false;
     setBehind(false);
 }
 

@@ -93,14 +93,21 @@ public:
     const QString &version() const { return m_version; }
     const QString &created() const { return m_created; }
 
-    // Whether the file at the path is the one that is written to, as long as it was left, with the
-    // same last bytes. True for a device that is no file.
-    bool standsAt(const QString &path) const;
-    // All that the log has to hold, its end marker included.
-    QByteArray wholeLog() const;
+    // What tells a changed file from the one that was written. The bytes that the device holds for
+    // certain, from its start; good until the next read or write.
+    QByteArrayView written() const;
+    // -1 while nobody knows, since the device doesn't take everything.
+    qint64 writtenSize() const { return m_behind || m_dirtyFrom >= 0 ? -1 : m_deviceSize; }
+    // Grows with each write to the device.
+    int writeCount() const { return m_writeCount; }
+    // Of the file; -1 if the device is none.
+    int handle() const { return m_handle; }
+    // All that the log has to hold, its end marker included. Reads what wasn't read so far.
+    QByteArray wholeLog();
     // Nothing reaches the device any more, which isn't the log: the stream is behind until it gets
     // another one.
     void detach();
+    bool isDetached() const { return m_detached; }
     // Takes over an open device that holds wholeLog().
     void replaceDevice(QIODevice *device);
 
@@ -168,6 +175,7 @@ private:
     bool m_damaged = false;
     bool m_cutsTail = false;
     bool m_detached = false;
+    int m_writeCount = 0;
     qint64 m_deviceSize; // as far as was written or found
     bool m_behind = false;
     bool m_toldBehind = false;

@@ -36,7 +36,7 @@ QString portraitPath(const QString &name, const QString &root)
     return pathBelow(root, QStringLiteral("Portraits"), QDir::toNativeSeparators(native));
 }
 
-QString historyPath()
+QString historyPath(const QString &root)
 {
-    return dataRoot + QDir::separator() + QStringLiteral("history.log");
+    return (root.isEmpty() ? dataRoot : root) + QDir::separator() + QStringLiteral("history.log");
 }

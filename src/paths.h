@@ -15,5 +15,4 @@ QString encounterPath(const QString &fileName, const QString &root = QString());
 QString creaturePath(const QString &fileName, bool isMonster, const QString &root = QString());
 // `name` may hold sub-folders, with either kind of slash.
 QString portraitPath(const QString &name, const QString &root = QString());
-// dataRoot/history.log
-QString historyPath();
+QString historyPath(const QString &root = QString());

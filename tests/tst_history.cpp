@@ -4,6 +4,10 @@
 #include <QSignalSpy>
 #include <functional>
 #include <memory>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 #include "datatable.h"
 #include "history.h"
@@ -38,6 +42,7 @@ private Q_SLOTS:
     void loadAppliesTheWholeLog();
     void loadStopsAtAnUnknownEvent();
     void laterVersionIsRefused();
+    void logThatCannotBeOpened_data();
     void logThatCannotBeOpened();
     void readOnlyTouchesNothing_data();
     void readOnlyTouchesNothing();
@@ -46,7 +51,6 @@ private Q_SLOTS:
     void backupThatFailsLeavesEverything();
     void foreignChangesCostNothing_data();
     void foreignChangesCostNothing();
-    void waitsForItsPlace();
     void backupNeverLeavesItsFolder();
     void damagedLogIsCopied_data();
     void damagedLogIsCopied();
@@ -352,16 +356,68 @@ void HistoryTest::laterVersionIsRefused()
     QCOMPARE(log(), later);
 }
 
+// What nobody may open or replace as a log.
+void HistoryTest::logThatCannotBeOpened_data()
+{
+    QTest::addColumn<std::function<bool(const char *)>>("put");
+    const auto addRow = [](const char *name, std::function<bool(const char *)> put) {
+        QTest::newRow(name) << std::move(put);
+    };
+    addRow("folder", [](const char *path) { return mkdir(path, S_IRWXU) == 0; });
+    addRow("pipe", [](const char *path) { return mkfifo(path, S_IRWXU) == 0; });
+    addRow("device", [](const char *path) { return symlink("/dev/zero", path) == 0; });
+    addRow("lost link", [](const char *path) { return symlink("nowhere", path) == 0; });
+    addRow("socket", [](const char *path) {
+        const int handle = socket(AF_UNIX, SOCK_STREAM, 0);
+        sockaddr_un address {AF_UNIX, {}};
+        qstrncpy(address.sun_path, path, sizeof address.sun_path);
+        const bool bound =
+            bind(handle, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0;
+        close(handle);
+        return bound;
+    });
+}
+
 void HistoryTest::logThatCannotBeOpened()
 {
-    QVERIFY(QDir().mkdir(historyPath()));
+    QFETCH(const std::function<bool(const char *)>, put);
+    const QByteArray place = QFile::encodeName(historyPath());
+    const char *path = place.constData();
+    QVERIFY(put(path));
+    const QString refusal =
+        u"Cannot Create History File|Unable to create History file: %1"_s.arg(historyPath());
+    QVERIFY(m_history->load());
+    m_windows->shown.clear();
     QCOMPARE(m_history->getStream(), nullptr);
-    QCOMPARE(m_windows->shown,
-             QStringList({QStringLiteral("Cannot Create History File|Unable to create History "
-                                         "file: %1")
-                              .arg(historyPath())}));
+    QCOMPARE(m_windows->shown, QStringList({refusal}));
     QCOMPARE(m_history->getStream(true), nullptr);
     QCOMPARE(m_windows->shown.size(), 1);
+
+    // The same in the place of the running log: it waits until the place is free.
+    QCOMPARE(remove(path), 0);
+    m_windows->shown.clear();
+    play(Three);
+    QCoreApplication::processEvents();
+    QCOMPARE(remove(path), 0);
+    QVERIFY(put(path));
+    for (const QString &text : {u"four"_s, u"five"_s}) {
+        play({text});
+        QTRY_COMPARE(m_windows->shown.size(), 1);
+        QVERIFY(m_windows->shown.first().startsWith(u"History File Changed|"_s));
+        QVERIFY(m_windows->logBehind);
+    }
+    const QStringList fight = Three + QStringList({u"four"_s, u"five"_s});
+    QVERIFY(!m_history->writeWaiting());
+    QVERIFY(!m_history->backupLog());
+    QVERIFY(m_windows->shown.takeLast().startsWith(u"Cannot Create History Backup|"_s));
+    QVERIFY(m_history->saveLogAs(m_folder->file(u"elsewhere.log"_s)));
+    QCOMPARE(LoggedEvent::readLog(m_folder->read(u"elsewhere.log"_s)), fight);
+
+    QCOMPARE(remove(path), 0);
+    QVERIFY(m_history->writeWaiting());
+    QVERIFY(!m_windows->logBehind);
+    QCOMPARE(m_windows->shown.size(), 1);
+    QCOMPARE(LoggedEvent::readLog(log()), fight);
 }
 
 void HistoryTest::readOnlyTouchesNothing_data()
@@ -449,9 +505,9 @@ void HistoryTest::foreignChangesCostNothing_data()
             work(log);
         };
     };
-    const auto zero = [](QFile &log, qint64 from) {
+    const auto zero = [](QFile &log, qint64 from, qint64 count) {
         log.seek(from);
-        log.write(QByteArray(log.size() - from, '\0'));
+        log.write(QByteArray(count, '\0'));
     };
     QTest::newRow("deleted") << Change([](const TestDataFolder &) { QFile::remove(historyPath()); })
                              << false;
@@ -463,9 +519,12 @@ void HistoryTest::foreignChangesCostNothing_data()
     QTest::newRow("cut") << Change(file([](QFile &log) { log.resize(log.size() - 9); })) << true;
     QTest::newRow("longer") << Change(file([](QFile &log) { log.resize(log.size() + 9); })) << true;
     QTest::newRow("emptied") << Change(file([](QFile &log) { log.resize(0); })) << false;
-    QTest::newRow("zeroed") << Change(file([zero](QFile &log) { zero(log, 0); })) << true;
-    QTest::newRow("end zeroed") << Change(file([zero](QFile &log) { zero(log, log.size() - 20); }))
-                                << true;
+    QTest::newRow("zeroed") << Change(file([zero](QFile &log) { zero(log, 0, log.size()); }))
+                            << true;
+    QTest::newRow("end zeroed") << Change(file([zero](QFile &log) {
+        zero(log, log.size() - 20, 20);
+    })) << true;
+    QTest::newRow("start zeroed") << Change(file([zero](QFile &log) { zero(log, 0, 20); })) << true;
     QTest::newRow("folder removed") << Change([](const TestDataFolder &folder) {
         QVERIFY(QDir(folder.path()).removeRecursively());
     }) << false;
@@ -499,27 +558,6 @@ void HistoryTest::foreignChangesCostNothing()
         QVERIFY(!m_windows->logBehind);
     }
     QVERIFY(QDir(m_folder->file(u"Monsters"_s)).exists());
-}
-
-void HistoryTest::waitsForItsPlace()
-{
-    play(Three);
-    QCoreApplication::processEvents();
-    QFile::remove(historyPath());
-    QVERIFY(QDir(m_folder->path()).mkdir(u"history.log"_s));
-    play({u"four"_s});
-    QTRY_COMPARE(m_windows->shown.size(), 1);
-    QVERIFY(m_windows->logBehind);
-    QVERIFY(!m_history->writeWaiting());
-    const QString elsewhere = m_folder->file(u"elsewhere.log"_s);
-    QVERIFY(m_history->saveLogAs(elsewhere));
-    QCOMPARE(LoggedEvent::readLog(m_folder->read(u"elsewhere.log"_s)),
-             Three + QStringList(u"four"_s));
-    QVERIFY(QDir(m_folder->path()).rmdir(u"history.log"_s));
-    QVERIFY(m_history->writeWaiting());
-    QVERIFY(!m_windows->logBehind);
-    QCOMPARE(m_windows->shown.size(), 1);
-    QCOMPARE(LoggedEvent::readLog(log()), Three + QStringList(u"four"_s));
 }
 
 // The date in the header is foreign text, and part of a file's name.

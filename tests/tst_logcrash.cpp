@@ -1,6 +1,8 @@
 // What the log holds when the program dies at any byte, and when the disk is full at any byte.
 
 #include <QBuffer>
+#include <QDir>
+#include <QFile>
 #include <QRandomGenerator>
 
 #include "creaturelist.h"
@@ -9,9 +11,11 @@
 #include "history.h"
 #include "loggedevent.h"
 #include "objectstream.h"
+#include "paths.h"
 #include "recordingdevice.h"
 #include "rosterevents.h"
 #include "scriptedwindows.h"
+#include "testdata.h"
 #include "testfight.h"
 #include "testhome.h"
 #include "turnevents.h"
@@ -159,6 +163,55 @@ bool isPrefixOfSomeState(const QStringList &part, const QList<Fight::State> &sta
                        [&part](const Fight::State &state) { return isPrefix(part, state.log); });
 }
 
+// Deletes, replaces, cuts, lengthens, empties or overwrites the log. False if nothing is different
+// then.
+bool changeFile(const TestDataFolder &folder, QRandomGenerator &random, QList<QByteArray> &backups)
+{
+    const auto log = [&folder] { return folder.read(QStringLiteral("history.log")); };
+    const auto write = [](const QString &path, const QByteArray &bytes) {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        file.resize(bytes.size());
+        file.write(bytes);
+    };
+    const QByteArray before = log();
+    const qsizetype place = random.bounded(int(before.size()));
+    QByteArray bytes = before;
+    switch (random.bounded(9)) {
+    case 0:
+        return QFile::remove(historyPath());
+    case 1:
+        return QDir(folder.path()).removeRecursively();
+    case 2:
+        return QFile::rename(historyPath(), folder.file(QStringLiteral("moved.log")));
+    case 3: // a backup is restored, or a sync brings another file
+        bytes = random.bounded(2) ? backups.at(random.bounded(int(backups.size())))
+                                  : QByteArray(place, 'x');
+        write(folder.file(QStringLiteral("other.log")), bytes);
+        return rename(qPrintable(folder.file(QStringLiteral("other.log"))),
+                      qPrintable(historyPath()))
+            == 0;
+    case 4:
+        bytes = backups.at(random.bounded(int(backups.size())));
+        break;
+    case 5:
+        bytes.truncate(place);
+        break;
+    case 6:
+        bytes.append(QByteArray(1 + place, random.bounded(2) ? 'x' : '\0'));
+        break;
+    case 7:
+        bytes.fill('\0');
+        break;
+    default:
+        bytes.replace(place, before.size() - place, QByteArray(before.size() - place, '\0'));
+        bytes.replace(0, place / 2, before.first(place / 2));
+    }
+    backups << before;
+    write(historyPath(), bytes);
+    return bytes != before;
+}
+
 } // namespace
 
 class LogCrashTest : public QObject {
@@ -171,6 +224,7 @@ private Q_SLOTS:
     void killBetweenWritesOfAnAppendLeavesACleanLog();
     void fullDiskStopsNoFight();
     void diskThatTearsWritesAtRandom();
+    void fileThatOthersChangeAtRandom();
     void whatWaitsIsWrittenAtTheEnd();
     void stepsBackWhileTheDiskIsFull();
 };
@@ -314,6 +368,44 @@ void LogCrashTest::diskThatTearsWritesAtRandom()
     fight.disk.tear = nullptr;
     fight.history().clear();
     QCOMPARE(LoggedEvent::readLog(fight.disk.bytes), fight.events());
+}
+
+void LogCrashTest::fileThatOthersChangeAtRandom()
+{
+    QRandomGenerator random(RandomTest::seed());
+    const auto failed = qScopeGuard([] {
+        if (QTest::currentTestFailed())
+            qInfo("--seed %u", RandomTest::seed());
+    });
+    const TestDataFolder folder;
+    ScriptedWindows windows;
+    History history;
+    QStringList events;
+    const auto command = [&] {
+        events.resize(history.position() + 1);
+        events << QString::number(events.size()) + u':' + QString(random.bounded(3000), u'x');
+        history.doEvent(new LoggedEvent(events.last(), history.getStream()));
+    };
+    QList<QByteArray> backups;
+    for (int i = 0; i < RandomTest::count(200); ++i) {
+        command();
+        QCoreApplication::processEvents();
+        backups << folder.read(QStringLiteral("history.log"));
+        if (random.bounded(4) == 0)
+            history.stepBack();
+        if (random.bounded(3) > 0)
+            continue;
+        const bool isChanged = changeFile(folder, random, backups);
+        const QByteArray foreign = folder.read(QStringLiteral("history.log"));
+        command();
+        command();
+        QCoreApplication::processEvents();
+        QCOMPARE(windows.shown.size(), isChanged ? 1 : 0);
+        windows.shown.clear();
+        QCOMPARE(LoggedEvent::readLog(folder.read(QStringLiteral("history.log"))), events);
+        if (isChanged && !foreign.isEmpty())
+            QVERIFY(folder.files().values().contains(foreign));
+    }
 }
 
 void LogCrashTest::whatWaitsIsWrittenAtTheEnd()
