@@ -120,7 +120,8 @@ LogLock::Result LogLock::attempt(int patience)
         if (isNoLock(path))
             return isInTheWay(path);
     }
-    if (m_file->tryLock(patience) || (removeLeftOver() && m_file->tryLock(0))) {
+    // Who only looks removes nothing but what the toolkit knows to be dead, and makes no files.
+    if (m_file->tryLock(patience) || (patience > 0 && removeLeftOver() && m_file->tryLock(0))) {
         m_folder = realPath(QFileInfo(fileName()).path());
         return Result::Taken;
     }

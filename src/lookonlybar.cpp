@@ -37,8 +37,8 @@ LookOnlyBar::LookOnlyBar(QWidget *parent)
 
 void LookOnlyBar::setReason(const QString &reason)
 {
-    m_label->setText(
-        tr("<font color=\"#c03030\"><b>Looking only:</b> %1</font>").arg(reason.toHtmlEscaped()));
+    m_isHeld = false;
+    showReason(reason);
     setVisible(!reason.isEmpty());
     if (reason.isEmpty()) {
         m_timer.stop();
@@ -51,7 +51,21 @@ void LookOnlyBar::setReason(const QString &reason)
 void LookOnlyBar::look()
 {
     LogLock *lock = theHistory ? theHistory->lock() : nullptr;
-    m_button->setEnabled(lock && !lock->isHeldElsewhere());
+    if (!lock)
+        return;
+    const bool wasHeld = m_isHeld;
+    m_isHeld = lock->isHeldElsewhere();
+    m_button->setEnabled(!m_isHeld);
+    if (m_isHeld)
+        showReason(lock->obstacle()); // it may be another by now
+    else if (wasHeld)
+        showReason(tr("no longer in use elsewhere"));
+}
+
+void LookOnlyBar::showReason(const QString &reason)
+{
+    const QString text = tr("<font color=\"#c03030\"><b>Looking only:</b> %1</font>");
+    m_label->setText(text.arg(reason.toHtmlEscaped()));
 }
 
 #include "moc_lookonlybar.cpp"

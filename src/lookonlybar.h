@@ -23,8 +23,10 @@ Q_SIGNALS:
 
 private:
     void look();
+    void showReason(const QString &reason);
 
     QTimer m_timer;
     QLabel *m_label;
     QPushButton *m_button;
+    bool m_isHeld = false; // by somebody else, when it was last looked at
 };

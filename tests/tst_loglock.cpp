@@ -275,8 +275,8 @@ void LogLockTest::foundFiles()
     {
         LogLock lock(m_fight->folder.path());
         const bool isTaken = result == int(LogLock::Result::Taken);
-        QCOMPARE(lock.isHeldElsewhere(), result == int(LogLock::Result::HeldElsewhere));
         QCOMPARE(int(lock.take()), result);
+        QCOMPARE(lock.isHeldElsewhere(), result == int(LogLock::Result::HeldElsewhere));
         QCOMPARE(lock.isTaken(), isTaken);
         QCOMPARE(lock.obstacle().isEmpty(), isTaken);
         QCOMPARE(lock.isHolderOutOfSight(), result == int(LogLock::Result::HeldElsewhere));
@@ -381,6 +381,7 @@ void LogLockTest::killedProgramIsFollowed()
     first.killHard();
     QVERIFY(QFile::exists(lockPath()));
     QTRY_VERIFY(takeOver()->isEnabled());
+    QVERIFY(label()->text().contains(u"no longer in use"_s));
     QTest::mouseClick(takeOver(), Qt::LeftButton);
     QTRY_VERIFY(!dataReadOnly);
     QCOMPARE(theHistory->eventCount(), first.events);
