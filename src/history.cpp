@@ -49,8 +49,10 @@ History::~History()
 ObjectStream *History::getStream(bool silent)
 {
     // Ahead of the first write of a command.
-    if (m_isCheckDue)
+    if (m_isCheckDue) {
         checkFile();
+        m_syncTimer.start(); // the next command is due even if this one writes nothing
+    }
     if (dataReadOnly) {
         if (!silent)
             windows().tellReadOnly();
