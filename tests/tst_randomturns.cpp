@@ -217,7 +217,8 @@ QStringList fightDifferences(const QJsonObject &actual, const QJsonObject &expec
 
 void checkEmpty(const char *when, const QStringList &changes)
 {
-    QVERIFY2(changes.isEmpty(), qPrintable(when + u'\n' + changes.join(u'\n')));
+    QVERIFY2(changes.isEmpty(),
+             qPrintable(QString::fromLatin1(when) + u'\n' + changes.join(u'\n')));
 }
 
 // A number of a hero's file, and its name in the report.
