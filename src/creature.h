@@ -122,7 +122,8 @@ public:
     // The file at `path` holds what was saved, but for a portrait that was given here.
     bool importIsCurrent(const QString &path) const;
     // Hit points, surges, surge value, initiative and action points become those that the text
-    // states; the history hears of it with the next command. Nothing for a text that can't be read.
+    // states, which is again as it was before the history wrote into it; the history hears of it
+    // with the next command. Nothing for a text that can't be read.
     void takeNumbersOfText();
     // As after a load of its text: no trace of any fight, and what the text states. The collections
     // are asked for taken names.

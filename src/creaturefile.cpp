@@ -5,10 +5,8 @@
 #include <variant>
 
 #include "characters.h"
-#include "coreobjects.h"
 #include "creature.h"
 #include "creatureportrait.h"
-#include "encounter.h"
 #include "keyvalue.h"
 #include "libraryfolder.h"
 #include "monsters.h"
@@ -581,7 +579,7 @@ bool Creature::readText(const QString &text, const Monsters *monsters, const Cha
 void Creature::takeNumbersOfText()
 {
     CreatureData data;
-    if (isInvalid() || !parseText(hasMonsterFile(), m_data.statBlock.toUtf8(), data, QString()))
+    if (isInvalid() || !parseText(hasMonsterFile(), ownText().toUtf8(), data, QString()))
         return;
     CreatureVitality vitality = liveVitality();
     vitality.initBonus = data.initBonus;
@@ -592,8 +590,9 @@ void Creature::takeNumbersOfText()
     if (vitality == liveVitality())
         return;
     setVitalityNumbers(vitality);
-    if (theEncounter)
-        theEncounter->markVitalityStale();
+    m_data.statBlock = ownText();
+    m_ownText.clear();
+    statBlockChanged();
 }
 
 void Creature::resetForEncounter(const Monsters *monsters, const Characters *characters)

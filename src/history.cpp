@@ -14,7 +14,6 @@
 #include "logguard.h"
 #include "loglock.h"
 #include "objectstream.h"
-#include "outsidechanges.h"
 #include "paths.h"
 #include "safefile.h"
 #include "switchboard.h"
@@ -228,7 +227,7 @@ bool History::load(const LoadProgress &tell)
     windows().hideForReplay();
     const qint64 firstEvent = m_stream->position();
     const bool known = replay(tell);
-    takeEditedFiles(lastWritten);
+    m_editedFiles.find(lastWritten);
     // An unknown event isn't damage for certain, and has a message of its own.
     if (known)
         findDamage(firstEvent);
@@ -322,6 +321,8 @@ void History::doEvent(Event *event, bool silent)
 {
     if (!event)
         return;
+    if (!m_isReplaying)
+        m_editedFiles.forget();
     removeBehindPosition();
     m_events.append({event, m_stream ? m_stream->position() : -1});
     applyNext();
@@ -333,12 +334,14 @@ void History::doEvent(Event *event, bool silent)
 void History::stepBack()
 {
     takeBackLast();
+    m_editedFiles.takeNumbers();
     tellChanged();
 }
 
 void History::stepForward(bool silent)
 {
     applyNext();
+    m_editedFiles.takeNumbers();
     if (!silent)
         tellChanged();
 }
@@ -350,6 +353,7 @@ void History::moveTo(int index)
         applyNext();
     while (m_position > index && canStepBack())
         takeBackLast();
+    m_editedFiles.takeNumbers();
     Q_EMIT doEnableWidgetDisplay();
 }
 
@@ -401,6 +405,7 @@ void History::clear()
     m_position = -1;
     removeBehindPosition();
     closeStream();
+    m_editedFiles.forget();
     m_damage = {};
     tellChanged();
 }

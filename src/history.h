@@ -11,6 +11,7 @@
 
 #include "logdamage.h"
 #include "memorytracker.h"
+#include "outsidechanges.h"
 
 class Event;
 class LogGuard;
@@ -119,6 +120,7 @@ private:
     std::unique_ptr<ObjectStream> m_stream;
     DeviceFactory m_makeDevice;
     LogDamage m_damage;
+    EditedFiles m_editedFiles; // until the next event
     QTimer m_syncTimer;
     std::unique_ptr<LogGuard> m_logGuard; // null without a file to guard
     QStringList m_untold; // what the user has still to be told of the file

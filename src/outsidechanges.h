@@ -1,8 +1,24 @@
 // What changed outside the history, in the files of the library.
 #pragma once
 
+#include <QList>
+#include <QPointer>
+
+#include "creature.h"
+
 class QDateTime;
 
-// After a replay: each character whose file was written after the log takes the numbers that its
-// text states, in place of those that the log knew. The next command logs the difference.
-void takeEditedFiles(const QDateTime &logWritten);
+// The characters whose files were written after the log. Their numbers are those that their texts
+// state, in place of those that the log knew; the next command logs the difference.
+class EditedFiles {
+public:
+    // After a replay of a log that was last written at that time.
+    void find(const QDateTime &logWritten);
+    // Again the numbers of the texts, after a step that brought back those of the log.
+    void takeNumbers() const;
+    // The log knows of them by now.
+    void forget() { m_characters.clear(); }
+
+private:
+    QList<QPointer<Creature>> m_characters;
+};

@@ -295,7 +295,7 @@ void TestRandomTurns::replaysAndSteps_data()
     for (int i = 1; i < count; ++i)
         seeds << seeds.last() + 1;
     if (count == 0)
-        seeds << 11 << 101;
+        seeds << 101;
     for (const unsigned int seed : std::as_const(seeds))
         QTest::addRow("--seed %u", seed) << seed;
 }
@@ -539,6 +539,8 @@ void TestRandomTurns::editHero(Chance &chance)
     creatures.insert(name, report);
     expected.insert(Creatures, creatures);
     checkEmpty("edited file", fightDifferences(after, expected));
+    if (chance.percent(50))
+        stepThrough();
     QVERIFY(streamForEvent());
     compareWithFreshStart(false);
 }

@@ -261,6 +261,15 @@ void RestartTest::editedFileCountsForTheNextCommand()
     QCOMPARE(aria->currHP(), hp);
     QVERIFY(!aria->isModified());
     QCOMPARE(m_fight->folder.read(file), edited);
+    // Nor does looking through the history take it away again.
+    const QString statBlock = aria->statBlock();
+    while (theHistory->canStepBack())
+        m_fight->action("stepBack")->trigger();
+    while (theHistory->canStepForward())
+        m_fight->action("stepForward")->trigger();
+    QCOMPARE(aria->maxHP(), 38);
+    QCOMPARE(aria->statBlock(), statBlock);
+    QVERIFY(!aria->isModified());
     const int events = theHistory->eventCount();
     hit(1, 1);
     QCOMPARE(historyTexts().mid(events, 1), QStringList(QStringLiteral("Changed Aria: Max HP 38")));

@@ -53,6 +53,9 @@ void RandomTest::takeArguments(int &argc, char **argv)
         std::copy(found + 2, end + 1, found);
         argc -= 2;
     }
+    // A longer run than that of the suite may take its time.
+    if (countOption.value)
+        qputenv("QTEST_FUNCTION_TIMEOUT", "100000000");
 }
 
 unsigned int RandomTest::seed()
