@@ -92,9 +92,9 @@ bool LogLock::isStillOurs() const
 // The toolkit would remove what lies there under the name by now, which may be the lock of another.
 void LogLock::abandon()
 {
-    static QList<QLockFile *> abandoned; // for good
+    static auto *const abandoned = new QList<QLockFile *>; // for good
     const QString name = fileName();
-    abandoned << m_file.release();
+    abandoned->append(m_file.release());
     m_file = makeFile(name);
 }
 
