@@ -329,6 +329,14 @@ void LogLockTest::lockThatWentIsNotAnothers()
         writeFile(lockPath(), another);
     }
     QCOMPARE(m_fight->folder.read(u"history.log.lock"_s), another);
+    // One that nobody may read names no holder.
+    QCOMPARE(chmod(QFile::encodeName(m_fight->folder.path()).constData(), 0777), 0);
+    QCOMPARE(chmod(QFile::encodeName(lockPath()).constData(), 0), 0);
+    const PlainUser user;
+    LogLock lock(m_fight->folder.path());
+    QCOMPARE(lock.take(), LogLock::Result::HeldElsewhere);
+    QCOMPARE(lock.obstacle(), u"in use by another program"_s);
+    QVERIFY(lock.isHolderOutOfSight());
 }
 
 void LogLockTest::firstFightStaysByteForByte()
