@@ -107,10 +107,11 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), m_refreshTimer(ne
 
     setWindowTitle(tr("Morvane DM's Display"));
     updateActions();
-    restoreLayout();
-    connectSignals();
+    // Ahead of a layout that may bring the tool bar back in a window of its own.
     setTabOrder(m_hpBox, m_table);
     setTabOrder(m_table, m_hpBox);
+    restoreLayout();
+    connectSignals();
     m_refreshTimer->start(RefreshInterval);
 }
 
