@@ -333,6 +333,7 @@ void History::doEvent(Event *event, bool silent)
 
 void History::stepBack()
 {
+    m_editedFiles.putNumbersBack();
     takeBackLast();
     m_editedFiles.takeNumbers();
     tellChanged();
@@ -340,6 +341,7 @@ void History::stepBack()
 
 void History::stepForward(bool silent)
 {
+    m_editedFiles.putNumbersBack();
     applyNext();
     m_editedFiles.takeNumbers();
     if (!silent)
@@ -349,6 +351,7 @@ void History::stepForward(bool silent)
 void History::moveTo(int index)
 {
     Q_EMIT doDisableWidgetDisplay();
+    m_editedFiles.putNumbersBack();
     while (m_position < index && canStepForward())
         applyNext();
     while (m_position > index && canStepBack())

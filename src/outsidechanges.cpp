@@ -16,15 +16,31 @@ void EditedFiles::find(const QDateTime &logWritten)
             continue;
         const QFileInfo file(creaturePath(character->fileName(), false));
         if (file.exists() && file.lastModified() > logWritten)
-            m_characters << character;
+            m_characters << Edited {character, {}};
     }
     takeNumbers();
 }
 
-void EditedFiles::takeNumbers() const
+void EditedFiles::putNumbersBack() const
 {
-    for (const QPointer<Creature> &character : m_characters) {
-        if (character)
-            character->takeNumbersOfText();
+    for (const Edited &edited : m_characters) {
+        if (!edited.character)
+            continue;
+        CreatureVitality vitality = edited.logged;
+        const CreatureVitality live = edited.character->liveVitality();
+        vitality.currHP = live.currHP;
+        vitality.currHS = live.currHS;
+        vitality.currAP = live.currAP;
+        edited.character->setVitalityNumbers(vitality);
+    }
+}
+
+void EditedFiles::takeNumbers()
+{
+    for (Edited &edited : m_characters) {
+        if (!edited.character)
+            continue;
+        edited.logged = edited.character->liveVitality();
+        edited.character->takeNumbersOfText();
     }
 }

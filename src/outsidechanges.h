@@ -14,11 +14,17 @@ class EditedFiles {
 public:
     // After a replay of a log that was last written at that time.
     void find(const QDateTime &logWritten);
-    // Again the numbers of the texts, after a step that brought back those of the log.
-    void takeNumbers() const;
+    // Around each step through the history: what an event does hangs on the numbers of the log.
+    void putNumbersBack() const;
+    void takeNumbers();
     // The log knows of them by now.
     void forget() { m_characters.clear(); }
 
 private:
-    QList<QPointer<Creature>> m_characters;
+    struct Edited {
+        QPointer<Creature> character;
+        CreatureVitality logged;
+    };
+
+    QList<Edited> m_characters;
 };
