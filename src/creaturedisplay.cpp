@@ -18,6 +18,7 @@
 #include "rowlabel.h"
 #include "smallwidgets.h"
 #include "switchboard.h"
+#include "text.h"
 #include "windows.h"
 
 namespace {
@@ -185,11 +186,11 @@ void CreatureDisplay::setText(QLabel *target, const QString &html)
 {
     if (!target)
         return;
-    const QString shown = readableColours(html, target->palette());
+    const QString shown = readableColours(shortenedHtml(html, LongestLine), target->palette());
     m_lines->setLine(target, shown);
     target->setText(shown);
-    // A line that is cut can be read in full.
-    target->setToolTip(html);
+    // A line that is cut can be read in full; as a paragraph, so that it is taken for rich text.
+    target->setToolTip(html.isEmpty() ? html : QStringLiteral("<p>%1</p>").arg(html));
 }
 
 void CreatureDisplay::rebuildHead()
@@ -203,10 +204,10 @@ void CreatureDisplay::rebuildHead()
         m_lines->fitLines();
         return;
     }
-    setText(m_nameLabel, tr("<b>%1</b>").arg(creature->displayName().toHtmlEscaped()));
+    setText(m_nameLabel, tr("<b>%1</b>").arg(asHtml(creature->displayName())));
     setText(m_subLabel, subText(creature));
     setText(m_levelLabel, panelLevelText(creature));
-    setText(m_typeLabel, creature->typeAndRace().toHtmlEscaped());
+    setText(m_typeLabel, asHtml(creature->typeAndRace()));
     setText(m_defensesLabel, creature->defencesText(false));
     setText(m_healthLabel, creature->healthText(m_editing));
     setText(m_actionsLabel, creature->speedLine(m_editing));
@@ -231,10 +232,10 @@ void CreatureDisplay::fitGroup(const QLabel *content)
 QString CreatureDisplay::subText(const Creature *creature) const
 {
     if (m_editing)
-        return creature->description().toHtmlEscaped();
+        return asHtml(creature->description());
     QStringList parts;
     if (const QString state = creature->statusText(); !state.isEmpty())
-        parts << state.toHtmlEscaped();
+        parts << asHtml(state);
     if (!creature->initiativeText(false, 0).isEmpty())
         parts << creature->initiativeText(false, 2);
     return parts.join(QStringLiteral("; "));

@@ -60,9 +60,9 @@ QString CreatureLibrary::uniqueKey(const QString &key, const Creature *except) c
     index(); // may forget the numbers
     const QString stem = key.toCaseFolded();
     int number = except ? 2 : m_nextNumbers.value(stem, 2);
-    QString candidate = QStringLiteral("%1 %2").arg(key).arg(number);
+    QString candidate = QStringLiteral("%1 %2").arg(key, QString::number(number));
     while (find(candidate, except))
-        candidate = QStringLiteral("%1 %2").arg(key).arg(++number);
+        candidate = QStringLiteral("%1 %2").arg(key, QString::number(++number));
     if (!except)
         m_nextNumbers.insert(stem, number);
     return candidate;

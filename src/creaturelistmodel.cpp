@@ -24,6 +24,7 @@
 #include "richtextdelegate.h"
 #include "switchboard.h"
 #include "terms.h"
+#include "text.h"
 #include "windows.h"
 
 namespace {
@@ -106,12 +107,6 @@ QString hitPointsText(const Creature *creature)
     if (now == most)
         return QString::number(now);
     return QStringLiteral("%1/%2").arg(now).arg(most);
-}
-
-// An ampersand of a name is no key of a menu.
-QString withoutMnemonic(QString text)
-{
-    return text.replace(u'&', QStringLiteral("&&"));
 }
 
 void markByCurrent(const QList<Creature *> &targets)
@@ -402,8 +397,9 @@ void CreatureListModel::openContextMenu(const QPoint &globalPosition)
     QList<Entry> entries {
         {tr("Conditions and Effects..."), [] { theMainWindow->onAddConditionOrEffect(); }}};
     if (current)
-        entries << Entry {tr("%1 by %2").arg(term(Term::Marked), current->displayName()),
-                          [&] { markByCurrent(selected); }};
+        entries << Entry {
+            tr("%1 by %2").arg(term(Term::Marked), shortened(current->displayName(), LongestName)),
+            [&] { markByCurrent(selected); }};
     entries << QList<Entry> {
         {tr("Remove Selected"), [&] { theMainWindow->removeCreatures(selected); }},
         {tr("Initiative Up"), [] { theMainWindow->moveInitiative(-1); }},
@@ -416,7 +412,7 @@ void CreatureListModel::openContextMenu(const QPoint &globalPosition)
     QMenu menu;
     menu.setObjectName(QStringLiteral("contextMenu"));
     for (const Entry &entry : std::as_const(entries))
-        menu.addAction(withoutMnemonic(entry.text));
+        menu.addAction(withLiteralAmpersands(entry.text));
     // After the menu's own loop has ended: most entries run one of their own.
     const qsizetype chosen = menu.actions().indexOf(menu.exec(globalPosition));
     if (chosen >= 0)
@@ -615,7 +611,7 @@ QVariant CreatureListModel::displayText(const Creature *creature, int column) co
     case EffectsColumn:
         return effectsText(creature);
     case DescriptionColumn:
-        return creature->description();
+        return shortened(creature->description());
     default:
         return {};
     }
@@ -658,7 +654,7 @@ QString CreatureListModel::toolTip(const Creature *creature, int column) const
 
 QString CreatureListModel::nameText(const Creature *creature) const
 {
-    QString name = creature->displayName().toHtmlEscaped();
+    QString name = asHtml(creature->displayName(), LongestName);
     if (isGreyed(creature))
         name = QStringLiteral("<font color=gray>%1</font>").arg(name);
     else if (!creature->isMonster())
@@ -689,7 +685,7 @@ QString CreatureListModel::effectsText(const Creature *creature) const
     const QString state = creature->statusText();
     if (!state.isEmpty())
         texts.prepend(state);
-    return texts.join(QStringLiteral("; "));
+    return shortened(texts.join(QStringLiteral("; ")));
 }
 
 #include "moc_creaturelistmodel.cpp"

@@ -138,7 +138,8 @@ QString Creature::conditionsText(bool rich, bool withModifiers, bool hideMissing
         return dyingText();
     QString line = turnStateText();
     if (isBloodied())
-        line += (rich ? tr("; <font color=red>%1</font>") : tr("; %1")).arg(term(Term::Bloodied));
+        line += rich ? tr("; <font color=red>%1</font>").arg(asHtml(term(Term::Bloodied)))
+                     : tr("; %1").arg(term(Term::Bloodied));
     if (withModifiers)
         line += attackModifiersText(rich);
     return line.mid(2);
@@ -209,7 +210,8 @@ QString Creature::healthText(bool maxOnly) const
     QString line = tr("<b>HP </b>");
     line += isTemplate ? QString::number(maxHP()) : hitPointsText();
     if (!isDisabled() && maxHP() > 1)
-        line += tr("; <b>%1 </b>%2").arg(term(Term::Bloodied), QString::number(bloodiedValue()));
+        line += tr("; <b>%1 </b>%2")
+                    .arg(asHtml(term(Term::Bloodied)), QString::number(bloodiedValue()));
     if (!isTemplate)
         line += surgesText();
     else if (maxHS() != 0)
@@ -248,12 +250,12 @@ QString Creature::actionPointsText() const
 
 QString Creature::savingThrowsText(bool compact, int *total, bool *complex) const
 {
-    const QString text = savingThrows().toHtmlEscaped();
+    const QString text = asHtml(savingThrows());
     if (compact)
         return text.isEmpty() ? QString() : tr("<b>Saving Throws </b>%1").arg(text);
     const int modifier = accumulateModifiers().savingThrows;
-    const int base = leadingInt(text);
-    const bool isNumeric = isNumber(text);
+    const int base = leadingInt(savingThrows());
+    const bool isNumeric = isNumber(savingThrows());
     if (total)
         *total = saturatedSum(base, modifier);
     if (complex)
@@ -283,8 +285,8 @@ QString Creature::initiativeText(bool showBonus, int mode) const
 
 QString Creature::speedLine(bool maxOnly) const
 {
-    QString line = speed().isNull() ? tr("<b>Speed </b>-; ")
-                                    : tr("<b>Speed </b>%1; ").arg(speed().toHtmlEscaped());
+    QString line =
+        speed().isNull() ? tr("<b>Speed </b>-; ") : tr("<b>Speed </b>%1; ").arg(asHtml(speed()));
     line += initiativeText(maxOnly, 2);
     if (initAP() == 0)
         return line;
@@ -308,7 +310,7 @@ QString Creature::sensesText() const
         line += line.isEmpty() ? item : tr("; %1").arg(item);
     };
     if (!senses().isEmpty())
-        append(senses().toHtmlEscaped());
+        append(asHtml(senses()));
     if (m_data.perception != NotStated)
         append(tr("<b>Perception </b>%1").arg(signedNumber(m_data.perception)));
     if (m_data.insight != NotStated)

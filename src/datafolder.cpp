@@ -382,9 +382,8 @@ bool saveLogElsewhere()
     const QString path = dialog.selectedFiles().constFirst();
     if (theHistory->saveLogAs(path))
         return true;
-    showMessage(
-        translated("Cannot Save History File"),
-        translated("Unable to save the history file as <b>%1</b>.").arg(path.toHtmlEscaped()));
+    showMessage(translated("Cannot Save History File"),
+                translated("Unable to save the history file as <b>%1</b>.").arg(asHtml(path)));
     return false;
 }
 
@@ -510,7 +509,7 @@ QString unsavedWorkText(const QList<UnsavedItems> &kinds, const QString &message
     for (const UnsavedItems &kind : kinds) {
         total += kind.count;
         if (kind.count == 1)
-            items << bold(kind.name.toHtmlEscaped()) + QStringLiteral("</b>");
+            items << bold(asHtml(kind.name)) + QStringLiteral("</b>");
         else if (kind.count > 1)
             items << kind.plural.arg(kind.count);
     }
@@ -550,7 +549,7 @@ bool confirmLogWritten()
             translated("The last events of the fight could not be written to the history file, "
                        "<b>%1</b>. Is the disk full or unplugged?<p>If you leave without, those "
                        "events are lost.")
-                .arg(historyPath().toHtmlEscaped()),
+                .arg(asHtml(historyPath())),
             {translated("Try Again"), translated("Save Elsewhere..."),
              translated("Leave Without")});
         if (choice == Leave || (choice == SaveElsewhere && saveLogElsewhere()))

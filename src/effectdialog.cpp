@@ -13,6 +13,7 @@
 #include "encounter.h"
 #include "outcome.h"
 #include "saturated.h"
+#include "text.h"
 
 EffectDialog::EffectDialog(const QList<Creature *> &selected, QWidget *parent)
     : FlatDialog(tr("Apply Conditions and Effects"), parent)
@@ -166,7 +167,8 @@ bool EffectDialog::canUseActionPoint(const Creature *origin)
 void EffectDialog::updateActionTitle()
 {
     if (const Creature *creature = origin())
-        m_actionGroup->setTitle(titleText(tr("%1's Actions").arg(creature->displayName())));
+        m_actionGroup->setTitle(withLiteralAmpersands(
+            tr("%1's Actions").arg(shortened(creature->displayName(), LongestName))));
 }
 
 void EffectDialog::updateActionItems()
@@ -239,7 +241,7 @@ void EffectDialog::updateEndLabels()
         m_endBox->setItemText(m_endBox->findData(value), text);
     };
     if (creature) {
-        const QString name = creature->displayName();
+        const QString name = shortened(creature->displayName(), LongestName);
         setText(EffectEnd::EndOfOriginsTurn, tr("End of %1's next turn").arg(name));
         setText(EffectEnd::StartOfOriginsTurn, tr("Start of %1's next turn").arg(name));
     } else {

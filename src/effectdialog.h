@@ -133,7 +133,6 @@ private:
     void addSurgeItem(const QString &text, int value);
     static QString gainText(int surges);
     static QString useText(int surges, int surgeValue);
-    static QString titleText(QString text);
     void connectForm();
     void chainFocus();
 

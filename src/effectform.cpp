@@ -19,6 +19,7 @@
 #include "saturated.h"
 #include "smallwidgets.h"
 #include "terms.h"
+#include "text.h"
 
 namespace {
 
@@ -61,19 +62,13 @@ QString EffectDialog::useText(int surges, int surgeValue)
     return tr("Use %1 (+%2 HP)").arg(surges).arg(saturated(qint64(surges) * surgeValue));
 }
 
-// A group box takes "&" for the mark of a key.
-QString EffectDialog::titleText(QString text)
-{
-    return text.replace(u'&', QStringLiteral("&&"));
-}
-
 DisableComboBox *EffectDialog::choiceBox(const QString &objectName, const QList<Choice> &choices,
                                          int value)
 {
     auto *box = new DisableComboBox;
     box->setObjectName(objectName);
     for (const Choice &choice : choices)
-        box->addItem(choice.text, choice.value);
+        box->addItem(shortened(choice.text, LongestName), choice.value);
     box->setMaxVisibleItems(int(choices.size()));
     box->selectByValue(value);
     return box;
@@ -105,7 +100,7 @@ QWidget *EffectDialog::pairRow(const AmountPair &pair)
 
 QGroupBox *EffectDialog::group(const QString &objectName, const QString &title, QWidget *content)
 {
-    auto *group = new QGroupBox(titleText(title));
+    auto *group = new QGroupBox(withLiteralAmpersands(shortened(title, LongestName)));
     group->setObjectName(objectName);
     auto *layout = new QVBoxLayout(group);
     layout->setContentsMargins(8, 4, 8, 6);
@@ -181,7 +176,7 @@ QGroupBox *EffectDialog::buildOrigin()
     for (Creature *creature : everyone) {
         if (creature->isMonster() && creature != current && creature != m_self)
             continue;
-        QString text = creature->displayName();
+        QString text = shortened(creature->displayName(), LongestName);
         if (creature == m_self && m_somethingSelected)
             text += tr(" (self)");
         else if (creature == current)

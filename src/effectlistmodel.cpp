@@ -8,6 +8,7 @@
 #include "effect.h"
 #include "mainwindow.h"
 #include "switchboard.h"
+#include "text.h"
 #include "windows.h"
 
 namespace {
@@ -114,14 +115,13 @@ QVariant EffectListModel::data(const QModelIndex &index, int role) const
     const bool isTrash = index.column() == TrashColumn;
     switch (role) {
     case Qt::DisplayRole:
-        return isTrash ? QVariant() : descriptionText(index.row());
+        return isTrash ? QVariant() : shortened(descriptionText(index.row()));
     case Qt::DecorationRole:
         return isTrash ? QVariant(m_trashIcon) : QVariant();
     case Qt::ToolTipRole:
         // A line is often wider than the dock. As rich text it wraps.
-        return isTrash
-            ? tr("Click to remove")
-            : QStringLiteral("<p>%1</p>").arg(descriptionText(index.row()).toHtmlEscaped());
+        return isTrash ? tr("Click to remove")
+                       : QStringLiteral("<p>%1</p>").arg(asHtml(descriptionText(index.row())));
     default:
         return {};
     }

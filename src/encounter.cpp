@@ -6,6 +6,7 @@
 #include "creature.h"
 #include "history.h"
 #include "rosterevents.h"
+#include "text.h"
 #include "vitalityevents.h"
 #include "windowinterface.h"
 
@@ -300,8 +301,8 @@ void Encounter::updateRoundText() const
 
 void Encounter::updateEncounterText() const
 {
-    windows().setEncounterText(name().isEmpty() ? QString()
-                                                : tr("<b> Encounter</b> %1").arg(name()));
+    windows().setEncounterText(
+        name().isEmpty() ? QString() : tr("<b> Encounter</b> %1").arg(asHtml(name(), LongestName)));
 }
 
 #include "moc_encounter.cpp"

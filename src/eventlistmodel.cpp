@@ -7,6 +7,7 @@
 #include "coreobjects.h"
 #include "history.h"
 #include "mainwindow.h"
+#include "text.h"
 #include "windows.h"
 
 EventListModel::EventListModel(QObject *parent)
@@ -109,10 +110,10 @@ QVariant EventListModel::data(const QModelIndex &index, int role) const
     const int position = m_history->position();
     switch (role) {
     case Qt::DisplayRole:
-        return m_history->eventText(row);
+        return shortened(m_history->eventText(row));
     case Qt::ToolTipRole:
         // A line is often wider than the dock. As rich text it wraps.
-        return QStringLiteral("<p>%1</p>").arg(m_history->eventText(row).toHtmlEscaped());
+        return QStringLiteral("<p>%1</p>").arg(asHtml(m_history->eventText(row)));
     case Qt::ForegroundRole:
         return row > position ? QVariant(QColor(QLatin1String("grey"))) : QVariant();
     case Qt::DecorationRole:

@@ -7,6 +7,7 @@
 #include "coreobjects.h"
 #include "history.h"
 #include "messagedialog.h"
+#include "text.h"
 
 namespace {
 
@@ -51,10 +52,10 @@ LoadResult askAboutHolder(const LogLock &lock, const QString &display)
     QString text = translated("The data folder <b>%1</b> is %2.<p>Only one program at a time can "
                               "write to a fight. You can look at it without changing anything, or "
                               "select another folder.")
-                       .arg(display.toHtmlEscaped(), lock.obstacle().toHtmlEscaped());
+                       .arg(asHtml(display), asHtml(lock.obstacle()));
     if (lock.isHolderOutOfSight())
         text += translated("<p>If that program is no longer running, remove the file %1.")
-                    .arg(lock.fileName().toHtmlEscaped());
+                    .arg(asHtml(lock.fileName()));
     return askToLook(translated("Data Folder in Use"), text);
 }
 
@@ -64,7 +65,7 @@ LoadResult askAboutSealed(const QString &reason, const QString &display)
                      translated("Nothing can be written to the data folder <b>%1</b>: %2.<p>You "
                                 "can look at the fight without changing anything, or select "
                                 "another folder.")
-                         .arg(display.toHtmlEscaped(), reason.toHtmlEscaped()));
+                         .arg(asHtml(display), asHtml(reason)));
 }
 
 } // namespace

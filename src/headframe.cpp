@@ -10,6 +10,15 @@ namespace {
 
 constexpr QMargins Margins(6, 2, 6, 2);
 
+// Puts an ellipsis in the place of all behind the first `count` characters.
+void cutAt(QTextDocument &document, int count)
+{
+    QTextCursor rest(&document);
+    rest.setPosition(count);
+    rest.movePosition(QTextCursor::End, QTextCursor::KeepAnchor);
+    rest.insertText(QStringLiteral("\u2026"));
+}
+
 // Keeps the formats of what stays.
 QString elided(const QString &html, const QFont &font, int width)
 {
@@ -19,12 +28,17 @@ QString elided(const QString &html, const QFont &font, int width)
     document.setHtml(html);
     if (document.idealWidth() <= width)
         return html;
-    QTextCursor end(&document);
-    end.movePosition(QTextCursor::End);
-    end.insertText(QStringLiteral("\u2026"));
-    end.movePosition(QTextCursor::PreviousCharacter);
-    while (document.idealWidth() > width && !end.atStart())
-        end.deletePreviousChar();
+    // By halves: laying out is what costs.
+    int fits = 0;
+    int tooLong = document.characterCount();
+    while (tooLong - fits > 1) {
+        const int middle = (fits + tooLong) / 2;
+        document.setHtml(html);
+        cutAt(document, middle);
+        (document.idealWidth() <= width ? fits : tooLong) = middle;
+    }
+    document.setHtml(html);
+    cutAt(document, fits);
     return document.toHtml();
 }
 

@@ -17,6 +17,7 @@
 #include "paths.h"
 #include "safefile.h"
 #include "switchboard.h"
+#include "text.h"
 #include "version.h"
 #include "windowinterface.h"
 
@@ -79,8 +80,9 @@ ObjectStream *History::openStream(bool silent)
     std::unique_ptr<QIODevice> device = openLog();
     if (!device) {
         if (!silent)
-            windows().showMessage(tr("Cannot Create History File"),
-                                  tr("Unable to create History file: %1").arg(historyPath()));
+            windows().showMessage(
+                tr("Cannot Create History File"),
+                tr("Unable to create History file: %1").arg(asHtml(historyPath())));
         return nullptr;
     }
     if (device->size() > ObjectStream::LargestLog) {
@@ -89,8 +91,7 @@ ObjectStream *History::openStream(bool silent)
                 tr("History File too Large"),
                 tr("The history file, <b>%1</b>, is larger than the %2 bytes that can be read. "
                    "Nothing will be written to it. Move it out of the way to begin a new one.")
-                    .arg(historyPath().toHtmlEscaped())
-                    .arg(ObjectStream::LargestLog));
+                    .arg(asHtml(historyPath()), QString::number(ObjectStream::LargestLog)));
         return nullptr;
     }
     auto stream = std::make_unique<ObjectStream>(device.release());
@@ -201,7 +202,7 @@ bool History::backupLog()
     if (!makeHistoryFolder(dataRoot)) {
         windows().showMessage(tr("Cannot Create History Directory"),
                               tr("Unable to create <b>History</b> directory: %1%2History")
-                                  .arg(displayRoot, QDir::separator()));
+                                  .arg(asHtml(displayRoot), QDir::separator()));
         return false;
     }
     // The copy is made with the log still open, so that a failure leaves everything as it was.
@@ -210,7 +211,7 @@ bool History::backupLog()
         freeHistoryPath(dataRoot, QStringLiteral("history_"), m_stream->created());
     if (m_stream->isBehind() || !QFile::copy(path, backup)) {
         windows().showMessage(tr("Cannot Create History Backup"),
-                              tr("Unable to create History backup file: %1").arg(backup));
+                              tr("Unable to create History backup file: %1").arg(asHtml(backup)));
         return false;
     }
     closeStream();
@@ -299,16 +300,15 @@ QString History::damageText() const
     if (!m_damage)
         return {};
     QString text = tr("The history file, <b>%1</b>, is damaged: %2 of its %3 bytes can't be used.")
-                       .arg(historyPath().toHtmlEscaped())
-                       .arg(m_damage.lostBytes)
-                       .arg(m_damage.fileSize);
+                       .arg(asHtml(historyPath()), QString::number(m_damage.lostBytes),
+                            QString::number(m_damage.fileSize));
     text += m_damage.lostEvents == 0
         ? tr("<p>What they held can't be told.")
         : tr("<p>Events that can still be read behind the damage, but are missing from the "
              "fight: %1.")
               .arg(m_damage.lostEvents);
     if (!m_damage.copy.isEmpty())
-        text += tr("<p>The file as it was is kept: <b>%1</b>").arg(m_damage.copy.toHtmlEscaped());
+        text += tr("<p>The file as it was is kept: <b>%1</b>").arg(asHtml(m_damage.copy));
     else if (!dataReadOnly)
         text += tr("<p>It could not be copied into the 'Morvane Data/History' folder, so nothing "
                    "will be written to it until it can.");

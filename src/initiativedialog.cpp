@@ -16,6 +16,7 @@
 #include "coreobjects.h"
 #include "dice.h"
 #include "monsters.h"
+#include "text.h"
 
 namespace {
 
@@ -139,7 +140,7 @@ QWidget *InitiativeData::buildEntry(Entry &entry)
 QLabel *InitiativeData::heading(const Entry &entry)
 {
     return label(QStringLiteral("%1 (+%2)")
-                     .arg(entry.name.toHtmlEscaped(), QString::number(entry.initBonus)));
+                     .arg(asHtml(entry.name, LongestName), QString::number(entry.initBonus)));
 }
 
 void InitiativeData::addGroupHeading(QGridLayout *grid, Entry &entry, const QString &text,
@@ -178,7 +179,7 @@ void InitiativeData::fillMembers(QGridLayout *grid, Entry &entry)
     for (Member &member : entry.members) {
         member.spinBox = rollBox(member.roll, member.displayName);
         const int row = grid->rowCount();
-        grid->addWidget(label(member.name.toHtmlEscaped()), row, 0);
+        grid->addWidget(label(asHtml(member.name, LongestName)), row, 0);
         grid->addWidget(member.spinBox, row, 1);
     }
 }

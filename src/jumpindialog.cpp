@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 
 #include "creature.h"
+#include "text.h"
 #include "windows.h"
 
 JumpInDialog::JumpInDialog(const CreatureList &delayed, const CreatureList &readied,
@@ -18,9 +19,9 @@ JumpInDialog::JumpInDialog(const CreatureList &delayed, const CreatureList &read
     setWindowTitle(tr("Jump In"));
     m_whoBox->setObjectName(QStringLiteral("whoBox"));
     for (const Creature *creature : m_delayedList)
-        m_whoBox->addItem(creature->displayName() + tr(" (Delayed)"));
+        m_whoBox->addItem(shortened(creature->displayName(), LongestName) + tr(" (Delayed)"));
     for (const Creature *creature : m_readiedList)
-        m_whoBox->addItem(creature->displayName() + tr(" (Ready'ed)"));
+        m_whoBox->addItem(shortened(creature->displayName(), LongestName) + tr(" (Ready'ed)"));
 
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
     QPushButton *ok = buttons->button(QDialogButtonBox::Ok);

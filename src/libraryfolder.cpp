@@ -4,6 +4,7 @@
 #include <QDir>
 
 #include "paths.h"
+#include "text.h"
 #include "windowinterface.h"
 
 namespace {
@@ -19,7 +20,7 @@ QString translated(const char *text)
 WindowInterface::FolderAnswer ask(const char *title, const char *text, const char *button,
                                   const QString &displayFolder)
 {
-    return windows().askFolder(translated(title), translated(text).arg(displayFolder),
+    return windows().askFolder(translated(title), translated(text).arg(asHtml(displayFolder)),
                                translated(button));
 }
 

@@ -13,6 +13,7 @@
 #include "objectstream.h"
 #include "paths.h"
 #include "safefile.h"
+#include "text.h"
 
 namespace {
 
@@ -43,12 +44,12 @@ QString messageText(const QString &path, const QString &copy, bool isBack)
 {
     QString text = translated("The history file, <b>%1</b>, was changed or removed by another "
                               "program. Nothing of the fight is lost: Morvane keeps it in memory.")
-                       .arg(path.toHtmlEscaped());
+                       .arg(asHtml(path));
     text += isBack ? translated("<p>The file has been written anew.")
                    : translated("<p>The file can't be written anew at the moment. It will be as "
                                 "soon as the disk takes it.");
     if (!copy.isEmpty())
-        text += translated("<p>What stood there is kept: <b>%1</b>").arg(copy.toHtmlEscaped());
+        text += translated("<p>What stood there is kept: <b>%1</b>").arg(asHtml(copy));
     return text;
 }
 

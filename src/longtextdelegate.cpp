@@ -1,5 +1,7 @@
 #include "longtextdelegate.h"
 
+#include "text.h"
+
 #include <QApplication>
 #include <QPainter>
 
@@ -22,7 +24,7 @@ void LongTextDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opti
     QStyleOptionViewItem cell = option;
     initStyleOption(&cell, index);
     cell.state.setFlag(QStyle::State_HasFocus, false);
-    const QString text = std::exchange(cell.text, QString());
+    const QString text = shortened(std::exchange(cell.text, QString()));
     const QStyle *style = cell.widget ? cell.widget->style() : QApplication::style();
     style->drawControl(QStyle::CE_ItemViewItem, &cell, painter, cell.widget);
 

@@ -7,6 +7,7 @@
 #include "coreobjects.h"
 #include "history.h"
 #include "loglock.h"
+#include "text.h"
 
 namespace {
 
@@ -65,7 +66,7 @@ void LookOnlyBar::look()
 void LookOnlyBar::showReason(const QString &reason)
 {
     const QString text = tr("<font color=\"#c03030\"><b>Looking only:</b> %1</font>");
-    m_label->setText(text.arg(reason.toHtmlEscaped()));
+    m_label->setText(text.arg(asHtml(reason)));
 }
 
 #include "moc_lookonlybar.cpp"

@@ -37,6 +37,7 @@
 #include "shortrestdialog.h"
 #include "smallwidgets.h"
 #include "switchboard.h"
+#include "text.h"
 #include "version.h"
 #include "vitalityevents.h"
 #include "windows.h"
@@ -214,7 +215,7 @@ void MainWindow::showEffectsOf(Creature *creature)
 
 void MainWindow::setFlatDialog(const QString &title, FlatDialog *dialog)
 {
-    m_dialogTitle->setText(title);
+    m_dialogTitle->setText(asHtml(title, LongestName));
     m_activeDialog = dialog;
     updateActions();
     if (Creature *first = selectedCreature(0))

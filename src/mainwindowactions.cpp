@@ -29,6 +29,7 @@
 #include "smallwidgets.h"
 #include "switchboard.h"
 #include "terms.h"
+#include "text.h"
 
 namespace {
 
@@ -211,15 +212,18 @@ QAction *MainWindow::createAction(const ActionRow &row)
 
 void MainWindow::updateTerms()
 {
+    const auto text = [](const QString &form, int index) {
+        return form.arg(withLiteralAmpersands(shortened(term(index), LongestName)));
+    };
     const QString surge = term(Term::HealingSurge);
-    m_actions.shortRest->setText(tr("%1...").arg(term(Term::ShortRest)));
+    m_actions.shortRest->setText(text(tr("%1..."), Term::ShortRest));
     m_actions.shortRest->setStatusTip(
         tr("Spend %1s after an encounter and/or grant an %2").arg(surge, term(Term::ActionPoint)));
-    m_actions.extendedRest->setText(tr("%1...").arg(term(Term::ExtendedRest)));
-    m_actions.surge->setText(tr("Spend %1").arg(surge));
+    m_actions.extendedRest->setText(text(tr("%1..."), Term::ExtendedRest));
+    m_actions.surge->setText(text(tr("Spend %1"), Term::HealingSurge));
     m_actions.surge->setStatusTip(tr("Add a %1 to the HP box").arg(surge));
     const QString temporary = term(Term::TemporaryHP);
-    m_actions.setTempHP->setText(tr("Set %1").arg(temporary));
+    m_actions.setTempHP->setText(text(tr("Set %1"), Term::TemporaryHP));
     m_actions.setTempHP->setStatusTip(
         tr("Set %1 to amount in the HP box, if larger than current value").arg(temporary));
     // The first time there are no docks yet.

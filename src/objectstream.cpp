@@ -11,6 +11,7 @@
 #include <unistd.h>
 #include <utility>
 
+#include "text.h"
 #include "version.h"
 #include "windowinterface.h"
 
@@ -320,7 +321,7 @@ void ObjectStream::tellBehind() const
         tr("The history file, <b>%1</b>, can't be written at the moment. Is the disk full or "
            "unplugged?<p>You can go on with the fight. What happens is kept in memory and will be "
            "written as soon as the disk takes it.")
-            .arg(fileName().toHtmlEscaped()));
+            .arg(asHtml(fileName())));
 }
 
 QString ObjectStream::fileName() const
@@ -548,7 +549,7 @@ bool ObjectStream::readHeader(bool silent)
             tr("History File too New"),
             tr("The history file, <b>%1</b>, was created by Morvane version %2. You need to "
                "upgrade in order to read it.")
-                .arg(fileName().toHtmlEscaped(), m_version.toHtmlEscaped()));
+                .arg(asHtml(fileName()), asHtml(m_version)));
     return false;
 }
 

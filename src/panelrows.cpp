@@ -12,6 +12,7 @@
 #include "panelstyle.h"
 #include "powertext.h"
 #include "saturated.h"
+#include "text.h"
 
 namespace {
 
@@ -25,7 +26,7 @@ QString tr(const char *text)
 // A field of a file as it stands there.
 QString html(const QString &text)
 {
-    return text.toHtmlEscaped().replace(u'\n', QStringLiteral("<br>"));
+    return asHtml(text).replace(u'\n', QStringLiteral("<br>"));
 }
 
 // Empty for an empty field.
@@ -114,7 +115,8 @@ private:
     {
         if (left.isEmpty() && right.isEmpty())
             return;
-        m_rows << PanelRow {flags, right.isEmpty() ? PanelRow::OneText : pair, left, right};
+        m_rows << PanelRow {flags, right.isEmpty() ? PanelRow::OneText : pair, shortenedHtml(left),
+                            shortenedHtml(right)};
     }
     // Gives the rows from `first` on their padding above and below.
     void pad(qsizetype first)
@@ -312,7 +314,7 @@ QString panelConditions(const Creature *creature, const QString &separator)
         lines << state;
     for (const Effect *effect : creature->effects())
         lines << html(effect->fullText());
-    return lines.join(separator);
+    return shortenedHtml(lines.join(separator));
 }
 
 QString tickImage(bool ticked)
@@ -328,7 +330,7 @@ bool isTickablePower(const Power &power)
 
 QString powerHeadingHtml(const Power &power, bool opposite)
 {
-    const QString heading = headerHtml(power, opposite);
+    const QString heading = shortenedHtml(headerHtml(power, opposite));
     if (!isTickablePower(power))
         return heading;
     return tickImage(power.isUsed() != opposite) + u' ' + heading;

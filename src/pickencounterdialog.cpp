@@ -10,6 +10,13 @@
 #include "encounter.h"
 #include "encounters.h"
 #include "picktable.h"
+#include "text.h"
+
+namespace {
+
+constexpr int WidestAdventure = 320; // pixels
+
+} // namespace
 
 // --- the model ---
 
@@ -73,13 +80,13 @@ QVariant PickEncounterModel::data(const QModelIndex &index, int role) const
         return {};
     switch (index.column()) {
     case NameColumn:
-        return encounter->name();
+        return shortened(encounter->name(), LongestName);
     case LevelColumn:
         return encounter->level();
     case XPColumn:
         return encounter->xp();
     default:
-        return encounter->description();
+        return shortened(encounter->description(), LongestParagraph);
     }
 }
 
@@ -110,8 +117,10 @@ PickEncounterDialog::PickEncounterDialog(QWidget *parent)
     m_adventures = new QComboBox;
     m_adventures->setObjectName(QStringLiteral("adventureBox"));
     m_adventures->addItem(PickEncounterModel::allAdventures());
-    if (theEncounters)
-        m_adventures->addItems(theEncounters->adventures());
+    const QStringList adventures = theEncounters ? theEncounters->adventures() : QStringList();
+    for (const QString &adventure : adventures)
+        m_adventures->addItem(shortened(adventure, LongestName), adventure);
+    m_adventures->setMaximumWidth(WidestAdventure);
     connect(m_adventures, &QComboBox::activated, this,
             &PickEncounterDialog::onEncounterAdventureSelected);
 
@@ -139,12 +148,12 @@ QList<FlatDialog::Button> PickEncounterDialog::offeredButtons()
 
 void PickEncounterDialog::onFilterChanged(QObject *)
 {
-    m_model.setFilter(filter()->text(), comboText(m_adventures));
+    m_model.setFilter(filter()->text(), m_adventures->currentData().toString());
 }
 
 void PickEncounterDialog::onEncounterAdventureSelected(int)
 {
-    m_model.setFilter(filter()->text(), comboText(m_adventures));
+    m_model.setFilter(filter()->text(), m_adventures->currentData().toString());
 }
 
 const PreparedEncounter *PickEncounterDialog::selectedEncounter() const

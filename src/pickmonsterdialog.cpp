@@ -10,6 +10,7 @@
 #include "messagedialog.h"
 #include "monsters.h"
 #include "picktable.h"
+#include "text.h"
 
 namespace {
 
@@ -18,7 +19,7 @@ constexpr int FieldsWidth = 220;
 QString levelText(const Creature &monster)
 {
     return PickMonsterModel::tr("Level %1 %2")
-        .arg(QString::number(monster.level()), monster.role())
+        .arg(QString::number(monster.level()), shortened(monster.role(), LongestName))
         .trimmed();
 }
 
@@ -65,11 +66,11 @@ QVariant PickMonsterModel::data(const QModelIndex &index, int role) const
         return {};
     switch (index.column()) {
     case NameColumn:
-        return monster->group();
+        return shortened(monster->group(), LongestName);
     case LevelColumn:
         return levelText(*monster);
     default:
-        return monster->typeAndRace();
+        return shortened(monster->typeAndRace());
     }
 }
 
@@ -136,7 +137,7 @@ void PickMonsterDialog::done(int result)
         showMessage(tr("Monster ID"),
                     tr("Please enter a unique ID for the %1, before it can be added to the "
                        "encounter.")
-                        .arg(selectedGroup().toHtmlEscaped()));
+                        .arg(asHtml(selectedGroup(), LongestName)));
         m_id->setFocus();
         return;
     }

@@ -49,8 +49,8 @@ SavingThrowDialog::SavingThrowDialog(const Creature *creature, const QList<Effec
     // Or a tall dialog would be cut down to two thirds of the screen, and its texts with it.
     grid->setSizeConstraint(QLayout::SetFixedSize);
     grid->addWidget(
-        label(tr("Saving Throws for <b>%1</b>:").arg(creature->displayName().toHtmlEscaped())), 0,
-        0, 1, Columns);
+        label(tr("Saving Throws for <b>%1</b>:").arg(asHtml(creature->displayName(), LongestName))),
+        0, 0, 1, Columns);
     grid->addWidget(modificationsBox(text, modifier, isComplex), 1, 0, 1, Columns);
     QScrollArea *rows = rowArea(effects, modifier);
     grid->addWidget(rows, 2, 0, 1, Columns);
@@ -123,7 +123,7 @@ void SavingThrowDialog::addRow(QGridLayout *grid, const Effect *effect, int modi
                       : tr("<b> &lt;</b> 10 &bull; <b>Failed</b>");
 
     const QString number = QString::number(m_checks.size());
-    QLabel *name = label(effect->conditionText().toHtmlEscaped() + u':');
+    QLabel *name = label(asHtml(effect->conditionText(), LongestLine) + u':');
     name->setObjectName(QStringLiteral("effect:") + number);
     const int width = name->sizeHint().width();
     name->setMinimumWidth(qBound(EffectWidth, width, WidestEffect));
@@ -132,7 +132,7 @@ void SavingThrowDialog::addRow(QGridLayout *grid, const Effect *effect, int modi
     rolled->setObjectName(QStringLiteral("roll:") + number);
     auto *check = new QCheckBox;
     check->setObjectName(QStringLiteral("saved:") + number);
-    check->setAccessibleName(effect->conditionText());
+    check->setAccessibleName(shortened(effect->conditionText()));
     check->setChecked(isSaved);
     m_checks << check;
 

@@ -11,6 +11,7 @@
 
 #include "creature.h"
 #include "creaturelist.h"
+#include "text.h"
 #include "windows.h"
 
 namespace {
@@ -29,7 +30,7 @@ SetAliasDialog::SetAliasDialog(const CreatureList &creatures, QWidget *parent)
     };
     setObjectName(QStringLiteral("setAliasDialog"));
     setWindowTitle(tr("Set Alias"));
-    QLabel *who = label(tr("<b>Set Alias</b> for %1:").arg(creatures.names().toHtmlEscaped()));
+    QLabel *who = label(tr("<b>Set Alias</b> for %1:").arg(asHtml(creatures.names())));
     who->setObjectName(QStringLiteral("whoLabel"));
     who->setWordWrap(true);
 
@@ -37,6 +38,7 @@ SetAliasDialog::SetAliasDialog(const CreatureList &creatures, QWidget *parent)
     m_aliasEdit->setMinimumWidth(EditWidth);
     m_aliasEdit->setPlaceholderText(tr("Enter an Alias"));
     m_aliasEdit->setToolTip(tr("Enter an alias"));
+    m_aliasEdit->setMaxLength(LongestLine);
     if (creatures.count() == 1) {
         const Creature *only = creatures.at(0);
         m_aliasEdit->setText(hasAlias(only) ? only->alias() : only->displayName());

@@ -15,6 +15,7 @@
 #include "saturated.h"
 #include "smallwidgets.h"
 #include "terms.h"
+#include "text.h"
 
 namespace {
 
@@ -69,7 +70,7 @@ QWidget *ShortRestDialog::grantRow()
     m_grantBox->setObjectName(QStringLiteral("grantBox"));
     connect(m_grantBox, &QCheckBox::stateChanged, this, &ShortRestDialog::onRestValueChanged);
     auto *text = new ClickableLabel(
-        tr("Grant <b>%1</b> (Milestone)").arg(term(Term::ActionPoint).toHtmlEscaped()), m_grantBox);
+        tr("Grant <b>%1</b> (Milestone)").arg(asHtml(term(Term::ActionPoint))), m_grantBox);
     text->setObjectName(QStringLiteral("grantLabel"));
     text->setTextFormat(Qt::RichText);
     return hWidget(false, true, text, m_grantBox);
@@ -112,8 +113,7 @@ QGroupBox *ShortRestDialog::buildRow(Creature *creature)
     for (QLabel *status : {row.surgesLabel, row.hpLabel, row.apLabel})
         line->addWidget(status);
     line->addStretch(2);
-    QString title = name;
-    auto *group = new QGroupBox(title.replace(u'&', QStringLiteral("&&")));
+    auto *group = new QGroupBox(withLiteralAmpersands(shortened(name, LongestName)));
     group->setLayout(line);
     return group;
 }

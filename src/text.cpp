@@ -22,6 +22,30 @@ qsizetype entityLength(const QString &html, qsizetype start)
     return closed ? end + 1 - start : 1;
 }
 
+// A longer one isn't a word of any language, and no panel is wide enough for it.
+constexpr qsizetype LongestWord = 40;
+constexpr QChar ZeroWidthSpace = u'\u200b';
+// A path that is copied from a message stays what it is.
+constexpr QStringView WordEnds = u"/\\-";
+constexpr qsizetype MostMarkup = 8; // characters for each visible one
+
+// More than any script sets on one letter. Fonts take their time with hundreds of them.
+constexpr int MostMarks = 8;
+
+// The text without the marks that stand behind so many others.
+QString withoutPiles(const QString &text)
+{
+    QString result;
+    result.reserve(text.size());
+    int marks = 0;
+    for (const QChar c : text) {
+        marks = c.isMark() ? marks + 1 : 0;
+        if (marks <= MostMarks)
+            result += c;
+    }
+    return result;
+}
+
 // A place at which wrapRichText() may end a line.
 struct BreakPoint {
     enum Kind { Space, Slash, Paragraph };
@@ -230,6 +254,65 @@ QString plainText(const QString &html)
     text.replace(QStringLiteral("&quot;"), QStringLiteral("\""));
     text.replace(QStringLiteral("&amp;"), QStringLiteral("&"));
     return text;
+}
+
+QString shortened(const QString &text, qsizetype most)
+{
+    if (text.size() <= most)
+        return withoutPiles(text);
+    QString head = text.left(most - 1);
+    if (head.back().isHighSurrogate())
+        head.chop(1);
+    return withoutPiles(head) + u'\u2026';
+}
+
+QString asHtml(const QString &text, qsizetype most)
+{
+    return shortenedHtml(shortened(text, most).toHtmlEscaped(), most);
+}
+
+QString shortenedHtml(const QString &html, qsizetype most)
+{
+    if (html.size() <= LongestWord)
+        return html;
+    QString result;
+    result.reserve(qMin(html.size(), 2 * most));
+    qsizetype count = 0;
+    qsizetype word = 0; // characters since the last place where a line may end
+    int marks = 0;
+    for (qsizetype i = 0; i < html.size();) {
+        const QChar c = html[i];
+        qsizetype length = 1;
+        marks = c.isMark() ? marks + 1 : 0;
+        if (marks > MostMarks) {
+            ++i;
+            continue;
+        }
+        if (c == u'<') {
+            const qsizetype close = html.indexOf(u'>', i);
+            length = close < 0 ? html.size() - i : close + 1 - i;
+        } else if (++count > most || result.size() > MostMarkup * most) {
+            return result + QStringLiteral("&hellip;");
+        } else if (c.isSpace() || c == ZeroWidthSpace || WordEnds.contains(c)) {
+            word = 0;
+        } else {
+            if (c == u'&')
+                length = entityLength(html, i);
+            // Never between a letter and its marks, or the halves of one character.
+            if (++word > LongestWord && !c.isMark() && !c.isLowSurrogate()) {
+                result += ZeroWidthSpace;
+                word = 1;
+            }
+        }
+        result += QStringView(html).mid(i, length);
+        i += length;
+    }
+    return result;
+}
+
+QString withLiteralAmpersands(QString text)
+{
+    return text.replace(u'&', QStringLiteral("&&"));
 }
 
 QString bold(const QString &text)

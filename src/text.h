@@ -10,6 +10,21 @@ int plainLength(const QString &html);
 // A rich text for a terminal: without tags, "<p>" and "<br>" as line ends, entities resolved.
 QString plainText(const QString &html);
 
+// Texts of files, which may hold anything and be of any length, on their way to the screen. What
+// no screen has room for is left out before it is laid out, and an ellipsis stands for it; so are
+// marks that are piled up on one letter.
+constexpr qsizetype LongestName = 120;
+constexpr qsizetype LongestLine = 500;
+constexpr qsizetype LongestParagraph = 3000;
+// At most `most` characters.
+QString shortened(const QString &text, qsizetype most = LongestLine);
+// Rich text that shows the text as it stands: the one way of a foreign text into rich text.
+QString asHtml(const QString &text, qsizetype most = LongestParagraph);
+// A rich text of at most `most` visible characters, in which overlong words may be broken.
+QString shortenedHtml(const QString &html, qsizetype most = LongestParagraph);
+// For a menu, button or group box, which takes a "&" for the mark of a key.
+QString withLiteralAmpersands(QString text);
+
 // "<b>" and the text; the caller closes the tag.
 QString bold(const QString &text);
 

@@ -139,9 +139,9 @@ QString HealEvent::amountText() const
     if (m_surges == 0)
         return tr("Healed %1: ").arg(m_hp);
     if (m_hp == 0 && m_surges > 0)
-        return tr("%1s -%2: ").arg(term(Term::HealingSurge)).arg(m_surges);
+        return tr("%1s -%2: ").arg(term(Term::HealingSurge), QString::number(m_surges));
     if (m_hp == 0)
-        return tr("%1s +%2: ").arg(term(Term::HealingSurge)).arg(-qint64(m_surges));
+        return tr("%1s +%2: ").arg(term(Term::HealingSurge), QString::number(-qint64(m_surges)));
     if (m_surges > 0)
         return tr("Healed %1 (-%2 HS): ").arg(m_hp).arg(m_surges);
     return tr("Healed %1 (+%2 HS): ").arg(m_hp).arg(-qint64(m_surges));
@@ -284,7 +284,8 @@ SetTempHPEvent::SetTempHPEvent(ObjectStream *stream) : ChangeStateEvent(EventTyp
 
 QString SetTempHPEvent::text() const
 {
-    return tr("Gained %1 %2: ").arg(term(Term::TemporaryHP)).arg(m_amount) + targetNames();
+    return tr("Gained %1 %2: ").arg(term(Term::TemporaryHP), QString::number(m_amount))
+        + targetNames();
 }
 
 void SetTempHPEvent::redo()

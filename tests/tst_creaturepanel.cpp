@@ -60,7 +60,7 @@ private:
     static QString text(const QWidget *panel, const char *label)
     {
         // The line itself is cut where the panel is too narrow for it.
-        return plainText(panel->findChild<QLabel *>(QLatin1String(label))->toolTip());
+        return plainText(panel->findChild<QLabel *>(QLatin1String(label))->toolTip()).trimmed();
     }
     static QScrollBar *scrollBar(const QWidget *panel)
     {
