@@ -112,6 +112,9 @@ std::unique_ptr<QIODevice> History::openLog() const
 {
     if (m_makeDevice)
         return std::unique_ptr<QIODevice>(m_makeDevice(historyPath()));
+    // Without a data folder the path would be one at the root of the disk.
+    if (dataRoot.isEmpty())
+        return nullptr;
     // A pipe would keep the program waiting, and what is written to a device is gone.
     const QFileInfo info(historyPath());
     if ((info.exists() || info.isSymLink()) && !info.isFile())
