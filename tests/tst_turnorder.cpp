@@ -2,11 +2,13 @@
 // What each command of the turn cycle puts into the history, line by line: one fight in which
 // everything is due that a turn can raise.
 #include <QCheckBox>
+#include <QComboBox>
 
 #include "effect.h"
 #include "effectevents.h"
 #include "fightfixture.h"
 #include "history.h"
+#include "jumpindialog.h"
 #include "savingthrowdialog.h"
 #include "testhome.h"
 #include "vitalityevents.h"
@@ -19,6 +21,12 @@ private Q_SLOTS:
     void cleanup() { m_fight.reset(); }
     void commands_data();
     void commands();
+    void startGivesTheTurnToTheFirstWhoCanAct();
+    void oneRoundWhereNobodyCanAct();
+    void jumperIsAskedFor_data();
+    void jumperIsAskedFor();
+    void newcomersJoinBehindTheCurrentCreature();
+    void tooNewLogStopsEveryCommand();
 
 private:
     void addEffect(Creature *origin, Creature *target, int type, int end, int amount = 0);
@@ -41,6 +49,8 @@ void TurnOrderTest::init()
 {
     failOnWarnings();
     m_fight = std::make_unique<FightFixture>();
+    m_fight->folder.write(QStringLiteral("Monsters/altar.txt"),
+                          QStringLiteral("group=Altar\ntype=Trap\nlevel=1\nhit-points=10\n"));
     m_fight->openWithThree();
     m_aria = theEncounter->at(0);
     m_bram = theEncounter->at(1);
@@ -85,6 +95,8 @@ void TurnOrderTest::run(const QString &command)
     Creature *target = name == u"Aria" ? m_aria : name == u"Bram" ? m_bram : m_rat;
     if (words.first() == u"remove")
         m_fight->window().removeCreatures({m_aria, m_bram});
+    else if (words.first() == u"clear")
+        m_fight->window().removeCreatures(theEncounter->creatures().list());
     else if (words.first() == u"hit")
         appendEvent<DamageEvent>(nullptr, target, words.value(2).toInt());
     else if (words.first() == u"hex")
@@ -176,6 +188,13 @@ void TurnOrderTest::commands_data()
     row("removal of the current creature", {}, "remove",
         QStringList {"Removed: Bram"} + damageAndMending + powers
             + QStringList {"Removed Current: Aria"});
+    // Nobody is left to pass the turn to.
+    row("removal of all", {}, "clear",
+        {"End of Encounter: Remove Stunned", "End of Encounter: Remove Phasing",
+         "End of Encounter: Remove Dazed", "End of Encounter: Remove Concealment",
+         "End of Encounter: Remove Prone", "End of Encounter: Remove Slowed",
+         "End of Encounter: Remove Weakened", "* Stop Encounter *",
+         "Removed: Aria, Rat (A), Bram"});
     row("stop", {}, "startStop",
         {"End of Encounter: Remove Stunned", "End of Encounter: Remove Phasing",
          "End of Encounter: Remove Dazed", "End of Encounter: Remove Concealment",
@@ -195,6 +214,164 @@ void TurnOrderTest::commands()
     run(command);
     QCOMPARE(saves, QStringList()); // each dialog came, and none besides
     QTEST(textsFrom(first), "texts");
+}
+
+void TurnOrderTest::startGivesTheTurnToTheFirstWhoCanAct()
+{
+    run(QStringLiteral("startStop"));
+    m_fight->addMonster(QStringLiteral("Rat"), QStringLiteral("A"));
+    m_fight->addMonster(QStringLiteral("Altar"), QStringLiteral("1"));
+    run(QStringLiteral("hit Aria 100"));
+    const int before = theHistory->eventCount();
+    m_fight->start({30, 20, 10});
+    QCOMPARE(FightFixture::order(), QStringList({"Altar (1)", "Aria", "Bram", "Rat (A)"}));
+    QCOMPARE(FightFixture::eventClasses(before),
+             QStringList({"StartEncounter", "NextTurn", "NextTurn"}));
+    QCOMPARE(theEncounter->current(), m_bram);
+    QCOMPARE(theEncounter->round(), 1);
+}
+
+void TurnOrderTest::oneRoundWhereNobodyCanAct()
+{
+    m_fight = std::make_unique<FightFixture>();
+    m_fight->openWithThree();
+    m_fight->start({30, 10, 20});
+    appendEvent<DamageEvent>(nullptr, theEncounter->creatures().list(), 100);
+    const int before = theHistory->eventCount();
+    run(QStringLiteral("nextTurn"));
+    QCOMPARE(FightFixture::eventClasses(before), QStringList({"NextTurn", "NextTurn", "NextTurn"}));
+    QCOMPARE(theEncounter->round(), 2);
+    QCOMPARE(theEncounter->currentIndex(), 0);
+}
+
+void TurnOrderTest::jumperIsAskedFor_data()
+{
+    QTest::addColumn<int>("index"); // -1 cancels
+    QTest::addColumn<QString>("event");
+    QTest::addColumn<QStringList>("order");
+    QTest::addColumn<QList<int>>("turns");
+    const QStringList before {"Aria", "Bram", "Rat (A)"};
+    QTest::newRow("delayed") << 0 << QStringLiteral("JumpIn")
+                             << QStringList {"Aria", "Rat (A)", "Bram"} << QList<int> {1, 1, 1};
+    QTest::newRow("readied") << 1 << QStringLiteral("EndReady")
+                             << QStringList {"Bram", "Aria", "Rat (A)"} << QList<int> {1, 1, 0};
+    QTest::newRow("cancelled") << -1 << QString() << before << QList<int> {1, 1, 0};
+}
+
+// Where two wait; and a step back has both wait again.
+void TurnOrderTest::jumperIsAskedFor()
+{
+    QFETCH(int, index);
+    QFETCH(QString, event);
+    m_fight = std::make_unique<FightFixture>();
+    m_fight->openWithThree();
+    m_fight->start({30, 20, 10});
+    run(QStringLiteral("ready")); // Aria
+    run(QStringLiteral("delay")); // Bram
+    QCOMPARE(m_fight->action("jumpIn")->text(), QStringLiteral("Jump In..."));
+    const auto turns = [] {
+        QList<int> counts;
+        for (const Creature *creature : theEncounter->creatures())
+            counts << creature->turnCount();
+        return counts;
+    };
+    const int first = theHistory->eventCount();
+    QStringList offered;
+    Answer answer([&] {
+        auto *dialog = qobject_cast<JumpInDialog *>(QApplication::activeModalWidget());
+        if (!dialog)
+            return false;
+        auto *box = dialog->findChild<QComboBox *>(QStringLiteral("whoBox"));
+        for (int i = 0; i < box->count(); ++i)
+            offered << box->itemText(i);
+        for (int i = 0; i < index; ++i)
+            QTest::keyClick(box, Qt::Key_Down);
+        QTest::keyClick(box, index < 0 ? Qt::Key_Escape : Qt::Key_Return);
+        return true;
+    });
+    QTest::keyClick(&m_fight->window(), Qt::Key_J, Qt::ControlModifier);
+    QVERIFY(answer.wasAnswered);
+    QCOMPARE(offered, QStringList({"Bram (Delayed)", "Aria (Ready'ed)"}));
+    QCOMPARE(FightFixture::eventClasses(first).join(u' '), event);
+    QTEST(FightFixture::order(), "order");
+    QTEST(turns(), "turns");
+    while (theHistory->position() >= first)
+        theHistory->stepBack();
+    QCOMPARE(FightFixture::order(), QStringList({"Aria", "Bram", "Rat (A)"}));
+    QVERIFY(theEncounter->at(0)->isReadied() && theEncounter->at(1)->isDelayed());
+    QCOMPARE(m_fight->action("jumpIn")->text(), QStringLiteral("Jump In..."));
+}
+
+void TurnOrderTest::newcomersJoinBehindTheCurrentCreature()
+{
+    m_fight->folder.write(QStringLiteral("Encounters/den.txt"),
+                          QStringLiteral("name=Den\ndescription=\nRat=A,B,C\nalias#B=Gnawer\n"
+                                         "hidden#C=true\n"));
+    m_fight->close();
+    m_fight->open();
+    const int before = theHistory->eventCount();
+    const auto add = [](FlatDialog &dialog) {
+        auto *list = dialog.findChild<QTableView *>();
+        list->selectRow(0);
+        QTest::mouseClick(buttonWithText(dialog, QStringLiteral("Add")), Qt::LeftButton);
+    };
+    {
+        Answer pick(inFlatDialog<FlatDialog>(add));
+        Answer cancel([] {
+            auto *dialog = dynamic_cast<InitiativeDialog *>(theMainWindow->activeDialog());
+            if (dialog)
+                QTest::keyClick(dialog, Qt::Key_Escape);
+            return dialog != nullptr;
+        });
+        m_fight->action("loadEncounter")->trigger();
+        QVERIFY(pick.wasAnswered && cancel.wasAnswered);
+        QCOMPARE(theHistory->eventCount(), before);
+    }
+    Answer pick(inFlatDialog<FlatDialog>(add));
+    Answer roll(rollInitiative({17}));
+    m_fight->action("loadEncounter")->trigger();
+    QVERIFY(pick.wasAnswered && roll.wasAnswered);
+    QCOMPARE(FightFixture::eventClasses(before),
+             QStringList({"AddMonsters", "SetAlias", "ShowHide"}));
+    QCOMPARE(FightFixture::order(), QStringList({"Aria", "Rat (B)", "Rat (C)", "Rat (A)", "Bram"}));
+    QCOMPARE(theEncounter->at(1)->alias(), QStringLiteral("Gnawer"));
+    QVERIFY(theEncounter->at(2)->isHidden());
+    QCOMPARE(theEncounter->at(2)->initRoll(), 17);
+}
+
+void TurnOrderTest::tooNewLogStopsEveryCommand()
+{
+    m_fight->close();
+    QFile log(m_fight->folder.file(QStringLiteral("history.log")));
+    QVERIFY(log.open(QIODevice::ReadWrite));
+    QByteArray bytes = log.readAll();
+    const QByteArray major("\1\0\0\0", 4); // the value of the first field
+    bytes[bytes.indexOf(major)] = 2;
+    log.seek(0);
+    log.write(bytes);
+    log.close();
+
+    QString shown;
+    {
+        Answer answer(inMessage(QStringLiteral("OK"), &shown));
+        m_fight->open();
+        QVERIFY(answer.wasAnswered);
+    }
+    QVERIFY(shown.startsWith(QStringLiteral("History File too New|")));
+    MainWindow &window = m_fight->window();
+    const QList<std::function<void()>> commands {
+        [&] { window.onStartStopEncounter(); }, [&] { window.onNextTurn(); },
+        [&] { window.onHit(); }, [&] { window.onExtendedRest(); },
+        [&] { window.removeCreatures(theCharacters->all()); }};
+    for (const auto &command : commands) {
+        Answer answer(inMessage(QStringLiteral("OK")));
+        command();
+        QVERIFY(answer.wasAnswered);
+        QCOMPARE(theHistory->eventCount(), 0);
+        QVERIFY(!window.activeDialog());
+    }
+    QVERIFY(log.open(QIODevice::ReadOnly));
+    QCOMPARE(log.readAll(), bytes);
 }
 
 MORVANE_TEST_MAIN(QApplication, TurnOrderTest)
