@@ -27,158 +27,19 @@ private:
     StatBlockScanner m_scanner; // owns the text
 };
 
-constexpr Context after(int state)
-{
-    return {state, false, false};
-}
-
-constexpr Context inTrap(int state)
-{
-    return {state, false, true};
-}
-
-constexpr Context beforeStatistics {HEADER_LINE, true, false};
-
-QString told(const Result &result)
-{
-    return lineKindName(result.kind)
-        + (result.split == 0 ? QString() : u" split %1"_s.arg(result.split));
-}
-
 } // namespace
-
-Q_DECLARE_METATYPE(Context)
-Q_DECLARE_METATYPE(Result)
 
 class StatBlockClassifierTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
     void init() { failOnWarnings(); }
-    void classifies_data();
-    void classifies();
     void findsEndOfName_data();
     void findsEndOfName();
     void knowsTrapActions();
     void namesKinds();
     void takesAnything();
 };
-
-void StatBlockClassifierTest::classifies_data()
-{
-    addColumns<QString, Context, Result>({"text", "context", "expected"});
-    const auto row = [](const char *text, const Context &context, Result expected) {
-        QTest::addRow("%s after %s%s", text, qPrintable(lineKindName(context.state)),
-                      context.trapMode          ? " in a trap"
-                          : context.headerFirst ? " before the statistics"
-                                                : "")
-            << QString::fromUtf8(text) << context << expected;
-    };
-    row("", after(HEADER_TITLE), {NO_LINE});
-    row("HP 5", after(HEADER_TITLE), {HEADER_TITLE});
-
-    // The footer may follow anything but the headings.
-    for (const int state : {HEADER_LINE, POWER_DETAIL, POWER_DETAIL_W_TRAP, FOOTER_LINE}) {
-        row("Alignment Evil", after(state), {FOOTER_LINE});
-        row("Cha 10", after(state), {FOOTER_LINE});
-        row("Equipment: spear", after(state), {FOOTER_HEADER});
-        row("\u00A9 2026", after(state), {FOOTER_HEADER});
-    }
-    row("Skills Stealth +5", after(POWER_HEADER), {UNKNOWN_LINE});
-    row("Monster of the deep", after(POWER_SECTION), {UNKNOWN_LINE});
-    row("M Claw (standard; at-will)", after(FOOTER_HEADER), {FOOTER_DETAIL});
-
-    // Statistics, of a monster and of a trap.
-    for (const char *text : {"Medium beast", "Solo Brute", "Terrain", "Darkvision", "Portrait: a",
-                             "saving throws +2"}) {
-        row(text, after(HEADER_LINE), {HEADER_LINE});
-        row(text, inTrap(HEADER_LINE), {HEADER_LINE});
-    }
-    row("Perception +5", after(HEADER_LINE), {HEADER_LINE});
-    row("Perception", inTrap(HEADER_LINE), {UNKNOWN_LINE});
-    row("HP 10", after(POWER_DETAIL), {UNKNOWN_LINE});
-    row("points", after(HEADER_LINE), {UNKNOWN_LINE});
-
-    // Headings.
-    for (const char *text :
-         {"Traits", "Countermeasures", "Other Powers", "STANDARD ACTIONS", "Triggered Actions"}) {
-        row(text, after(HEADER_LINE), {POWER_SECTION});
-        row(text, inTrap(POWER_DETAIL), {POWER_SECTION});
-    }
-    row("Standard Actions", after(POWER_HEADER), {UNKNOWN_LINE});
-    row("Move Actions", after(POWER_SECTION), {POWER_HEADER}); // by its capitals
-    row("traits of old", after(POWER_DETAIL), {UNKNOWN_LINE});
-    row("free actions again", after(POWER_DETAIL), {UNKNOWN_LINE});
-    row("Countermeasures A guard can", inTrap(POWER_DETAIL), {POWER_SECTION, 1});
-    row("countermeasures a guard can", after(POWER_DETAIL), {UNKNOWN_LINE});
-
-    // A power's header, by letter, bullet and name.
-    for (const int state : {HEADER_LINE, POWER_SECTION, POWER_DETAIL}) {
-        row("m bite", after(state), {POWER_HEADER});
-        row("X spikes", after(state), {POWER_HEADER});
-        row("A Storm of Ash", after(state), {POWER_HEADER});
-        row("a Storm of Ash", after(state), {POWER_HEADER});
-        row("Bite \u2726 At-Will", after(state), {POWER_HEADER_DOT});
-        row("Bite * At-Will", after(state), {POWER_HEADER_DOT});
-        row("Double Bite (standard; at-will)", after(state), {POWER_HEADER});
-    }
-    row("A storm of ash", after(POWER_DETAIL), {UNKNOWN_LINE});
-    row("bite \u2726 at-will", after(POWER_DETAIL), {UNKNOWN_LINE});
-    row("M Bite", after(POWER_HEADER_DOT), {UNKNOWN_LINE});
-    row("Double Bite (standard; at-will)", after(POWER_HEADER), {UNKNOWN_LINE});
-    row("Bite (standard; at-will)", after(POWER_DETAIL), {UNKNOWN_LINE});
-    row("Ash Cloud (fire) aura 2", beforeStatistics, {HEADER_TRAIT});
-    row("Ash Cloud (fire) aura 2", after(HEADER_TRAIT), {POWER_HEADER});
-
-    // Details.
-    for (const int state : {POWER_HEADER, POWER_DETAIL}) {
-        row("15 damage", after(state), {POWER_DETAIL});
-        row("2d6 + 5 damage", after(state), {POWER_DETAIL});
-        row("+9 vs. AC", after(state), {POWER_DETAIL});
-        row("Hit: 5 damage", after(state), {POWER_DETAIL_W_LABEL});
-        row("Secondary Attack: +9", after(state), {POWER_DETAIL_W_LABEL});
-        row("Attack (melee): +9", after(state), {POWER_DETAIL_W_LABEL});
-        row("Attack (melee) +9", after(state), {UNKNOWN_LINE});
-        row("Action: none", after(state), {POWER_DETAIL_W_LABEL});
-        row("Success: none", after(state), {UNKNOWN_LINE});
-        row("it ends. then", after(state), {POWER_DETAIL});
-        row("it goes on", after(state), {UNKNOWN_LINE});
-        row("Trap: a pit", after(state), {POWER_DETAIL_W_TRAP});
-        row("Hazard: a fire", after(state), {POWER_DETAIL_W_TRAP});
-        row("DC 20: a pit", after(state), {TRAP_DETAIL_DC});
-        row("Perception DC 20: a pit", after(state), {TRAP_DETAIL_SKILL_DC});
-        row("Thievery DC 20: a pit", after(state), {TRAP_DETAIL_SKILL_DC});
-        row("DC 20 a pit", after(state), {UNKNOWN_LINE});
-        row("DC: a pit", after(state), {UNKNOWN_LINE});
-        row("thievery or arcana", after(state), {UNKNOWN_LINE});
-    }
-    row("15 damage", after(POWER_SECTION), {UNKNOWN_LINE});
-    row("Hit: none", after(POWER_SECTION), {UNKNOWN_LINE});
-    row("Hit: none.", after(POWER_SECTION), {POWER_DETAIL_W_LABEL});
-    row("Hit: none", inTrap(POWER_SECTION), {POWER_DETAIL_W_LABEL});
-
-    // Skills and headings of traps.
-    row("Thievery or Arcana", inTrap(POWER_DETAIL), {POWER_HEADER});
-    row("Thievery or Arcana or Nature a guard", inTrap(POWER_HEADER), {POWER_HEADER, 5});
-    row("Thievery or Arcana DC 20", inTrap(POWER_DETAIL), {TRAP_DETAIL_SKILL_DC});
-    row("Thievery", inTrap(POWER_DETAIL), {TRAP_DETAIL_SKILL});
-    row("Thievery: a guard", inTrap(POWER_DETAIL), {TRAP_DETAIL_SKILL_DC});
-    row("Perception", inTrap(POWER_DETAIL), {UNKNOWN_LINE});
-    for (const char *text : {"Trigger", "Special", "Attack", "Attack 2"}) {
-        row(text, inTrap(POWER_HEADER), {POWER_HEADER});
-        row(text, after(POWER_HEADER), {UNKNOWN_LINE});
-    }
-    row("trigger", inTrap(POWER_HEADER), {UNKNOWN_LINE});
-    row("Attack 2 3", inTrap(POWER_HEADER), {UNKNOWN_LINE});
-}
-
-void StatBlockClassifierTest::classifies()
-{
-    const auto [text, context, expected] =
-        fetch<QString, Context, Result>({"text", "context", "expected"});
-    const ScannedLine scanned(text);
-    QCOMPARE(told(StatBlockClassifier::classify(scanned.line, context)), told(expected));
-}
 
 void StatBlockClassifierTest::findsEndOfName_data()
 {
