@@ -101,8 +101,7 @@ bool LogGuard::isUntouched()
         || open.st_dev != there.st_dev || open.st_ino != there.st_ino)
         return false;
     const qint64 end = m_stream.written().size();
-    const qint64 size = m_stream.writtenSize();
-    if (size < 0 ? there.st_size < end : there.st_size != size)
+    if (there.st_size != m_stream.writtenSize())
         return false;
     const Stamp stamp = stampOf(there);
     const bool hasWritten = std::exchange(m_writes, m_stream.writeCount()) != m_writes;

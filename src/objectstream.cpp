@@ -187,7 +187,6 @@ void ObjectStream::writeOut()
         setBehind(true);
         return;
     }
-    const bool wasBehind = m_behind;
     const bool destroysUnread = m_damaged || (!m_metEnd && !m_endAtDirty);
     if (m_guard && destroysUnread && !m_guard()) {
         setBehind(true);
@@ -195,8 +194,6 @@ void ObjectStream::writeOut()
     }
     m_guard = nullptr;
     setBehind(!writeDirty());
-    if (wasBehind && !m_behind)
-        m_deviceSize = m_device->size(); // parts of a record may have got further than it did
     if (m_cutsTail && !m_behind) {
         cutFile();
         m_cutsTail = false;
@@ -242,12 +239,13 @@ bool ObjectStream::writeFresh()
 
 bool ObjectStream::put(qint64 offset, QByteArrayView bytes)
 {
-    m_deviceSize = qMax(m_deviceSize, offset + bytes.size());
     ++m_writeCount;
     // Without seeks a file takes a record in two thirds of the time.
-    if (m_handle >= 0)
-        return writeAt(m_handle, offset, bytes);
-    return m_device->seek(offset) && m_device->write(bytes.data(), bytes.size()) == bytes.size();
+    const bool isWritten = m_handle >= 0
+        ? writeAt(m_handle, offset, bytes)
+        : m_device->seek(offset) && m_device->write(bytes.data(), bytes.size()) == bytes.size();
+    m_deviceSize = isWritten ? qMax(m_deviceSize, offset + bytes.size()) : m_device->size();
+    return isWritten;
 }
 
 QByteArrayView ObjectStream::written() const

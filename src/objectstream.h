@@ -96,8 +96,8 @@ public:
     // What tells a changed file from the one that was written. The bytes that the device holds for
     // certain, from its start; good until the next read or write.
     QByteArrayView written() const;
-    // -1 while nobody knows, since the device doesn't take everything.
-    qint64 writtenSize() const { return m_behind || m_dirtyFrom >= 0 ? -1 : m_deviceSize; }
+    // The size in which the last write left the device.
+    qint64 writtenSize() const { return m_deviceSize; }
     // Grows with each write to the device.
     int writeCount() const { return m_writeCount; }
     // Of the file; -1 if the device is none.
