@@ -51,6 +51,7 @@ private Q_SLOTS:
     void backupThatFailsLeavesEverything();
     void foreignChangesCostNothing_data();
     void foreignChangesCostNothing();
+    void removedLogOfALaterVersion();
     void backupNeverLeavesItsFolder();
     void damagedLogIsCopied_data();
     void damagedLogIsCopied();
@@ -558,6 +559,21 @@ void HistoryTest::foreignChangesCostNothing()
         QVERIFY(!m_windows->logBehind);
     }
     QVERIFY(QDir(m_folder->file(u"Monsters"_s)).exists());
+}
+
+// What nobody has read is neither lost nor cut off without a copy.
+void HistoryTest::removedLogOfALaterVersion()
+{
+    play(Three);
+    m_history->clear();
+    const QByteArray later =
+        log().chopped(EndMarker.size()) + UnknownEvent.repeated(100'000) + EndMarker;
+    writeLog(later);
+    QVERIFY(!m_history->load());
+    QVERIFY(QFile::remove(historyPath()));
+    play({u"four"_s});
+    QCOMPARE(backups().size(), 1);
+    QVERIFY(m_folder->read(u"History/"_s + backups().first()).startsWith(later));
 }
 
 // The date in the header is foreign text, and part of a file's name.
