@@ -79,8 +79,11 @@ bool LogGuard::check()
     m_stream.detach();
     QString copy;
     const bool isBack = putBack(copy);
-    if (!m_isAway || copy != m_copy)
+    if (!m_isAway || copy != m_copy || m_isFolderNew)
         m_message += messageText(m_path, copy, isBack);
+    if (std::exchange(m_isFolderNew, false))
+        m_message += translated("<p>Its folder was gone and has been made again, but not the "
+                                "creatures and encounters in it.");
     m_isAway = !isBack;
     m_copy = isBack ? QString() : copy;
     return isBack;
@@ -149,7 +152,7 @@ bool LogGuard::putBack(QString &copy)
 }
 
 // The data folder, if it was removed. Not where another disk shows in place of one that was pulled.
-bool LogGuard::makeFolder() const
+bool LogGuard::makeFolder()
 {
     struct stat status = {};
     if (statusOf(m_root, status))
@@ -159,5 +162,6 @@ bool LogGuard::makeFolder() const
         return false;
     for (const char *name : {"Characters", "Monsters", "Portraits", "Encounters"})
         QDir().mkdir(m_root + QDir::separator() + QLatin1String(name));
+    m_isFolderNew = true;
     return true;
 }

@@ -34,7 +34,7 @@ private:
     bool isUntouched();
     bool holds(qint64 from, qint64 end) const;
     bool putBack(QString &copy);
-    bool makeFolder() const;
+    bool makeFolder();
 
     ObjectStream &m_stream;
     QString m_root;
@@ -44,5 +44,6 @@ private:
     dev_t m_disk = 0; // that the folder lies on
     int m_writes = 0; // of the stream by then
     QString m_copy; // of what stands there as long as the log is away
+    bool m_isFolderNew = false; // it had to be made again, of which the user doesn't know
     bool m_isAway = false; // the log isn't in its place, of which the user knows
 };

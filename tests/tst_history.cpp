@@ -535,6 +535,7 @@ void HistoryTest::foreignChangesCostNothing()
 {
     auto [change, kept] =
         fetch<std::function<void(const TestDataFolder &)>, bool>({"change", "kept"});
+    const bool isFolderGone = qstrcmp(QTest::currentDataTag(), "folder removed") == 0;
     for (const bool beforeCommand : {true, false}) {
         m_history = std::make_unique<History>();
         QFile::remove(historyPath());
@@ -551,6 +552,7 @@ void HistoryTest::foreignChangesCostNothing()
         // Once, however many commands follow.
         QTRY_COMPARE(m_windows->shown.size(), 1);
         QVERIFY(m_windows->shown.first().startsWith(u"History File Changed|"));
+        QCOMPARE(m_windows->shown.first().contains(u"folder was gone"), isFolderGone);
         play({u"last"_s});
         QCoreApplication::processEvents();
         QCOMPARE(m_windows->shown.size(), 1);

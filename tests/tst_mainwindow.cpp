@@ -1,6 +1,8 @@
 // links: morvane_ui
 // The DM's Display as a user works it: keys, clicks, menus and dialogs.
+#include <QDir>
 #include <QDockWidget>
+#include <QFileDialog>
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QSet>
@@ -540,10 +542,25 @@ void MainWindowTest::closingAsksForAnUnwrittenLog()
     }
     const int events = theHistory->eventCount();
     const auto close = [this](const QString &button) {
+        m_fight->window().show();
         Answer answer(inMessage(button));
         const bool closed = m_fight->window().close();
         return answer.wasAnswered && closed;
     };
+    QVERIFY(close(QStringLiteral("Leave Without")));
+    const QString elsewhere = QDir::tempPath() + QStringLiteral("/elsewhere.log");
+    {
+        Answer answer([&elsewhere] {
+            auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+            if (!dialog)
+                return false;
+            dialog->selectFile(elsewhere);
+            static_cast<QDialog *>(dialog)->accept();
+            return true;
+        });
+        QVERIFY(close(QStringLiteral("Save Elsewhere...")));
+        QVERIFY(answer.wasAnswered);
+    }
     QVERIFY(!close(QStringLiteral("Cancel")));
     QVERIFY(m_fight->window().isVisible());
     {
@@ -552,8 +569,19 @@ void MainWindowTest::closingAsksForAnUnwrittenLog()
         m_fight->window().onSetRoot();
         QVERIFY(answer.wasAnswered);
     }
-    QVERIFY(QDir().rmdir(path));
-    QVERIFY(m_fight->window().close()); // it can be written again: nothing to ask
+    {
+        // The disk takes it again while the question is open.
+        Answer answer([&path, press = inMessage(QStringLiteral("Try Again"))] {
+            return QApplication::activeModalWidget() && QDir().rmdir(path) && press();
+        });
+        QVERIFY(m_fight->window().close());
+        QVERIFY(answer.wasAnswered);
+    }
+    QFile log(path);
+    QFile saved(elsewhere);
+    QVERIFY(log.open(QIODevice::ReadOnly) && saved.open(QIODevice::ReadOnly));
+    QCOMPARE(saved.readAll(), log.readAll());
+    saved.remove();
     m_fight->close();
     m_fight->open();
     QCOMPARE(theHistory->eventCount(), events);
