@@ -361,8 +361,8 @@ void HistoryTest::laterVersionIsRefused()
 void HistoryTest::logThatCannotBeOpened_data()
 {
     QTest::addColumn<std::function<bool(const char *)>>("put");
-    const auto addRow = [](const char *name, std::function<bool(const char *)> put) {
-        QTest::newRow(name) << std::move(put);
+    const auto addRow = [](const char *name, const std::function<bool(const char *)> &put) {
+        QTest::newRow(name) << put;
     };
     addRow("folder", [](const char *path) { return mkdir(path, S_IRWXU) == 0; });
     addRow("pipe", [](const char *path) { return mkfifo(path, S_IRWXU) == 0; });
