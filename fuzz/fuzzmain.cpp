@@ -1,11 +1,21 @@
-// The frame of each fuzzer: MORVANE_FUZZ_TARGET names the function of targets.h that it feeds.
-#include <QCoreApplication>
+// The frame of each fuzzer: MORVANE_FUZZ_TARGET names the function of targets.h that it feeds, and
+// MORVANE_FUZZ_APPLICATION the class of the application that the function needs, from
+// MORVANE_FUZZ_HEADER.
+#include MORVANE_FUZZ_HEADER
 
 #include "targets.h"
 
+// The system's fonts are looked up once and kept.
+extern "C" const char *__lsan_default_suppressions()
+{
+    return "leak:libfontconfig";
+}
+
 extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
 {
-    static QCoreApplication application(*argc, *argv);
+    // Wherever it runs.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    static MORVANE_FUZZ_APPLICATION application(*argc, *argv);
     return 0;
 }
 

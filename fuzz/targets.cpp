@@ -3,6 +3,8 @@
 #include <QBuffer>
 #include <QDir>
 #include <QFile>
+#include <QImage>
+#include <QPixmapCache>
 #include <QTemporaryDir>
 
 #include "characters.h"
@@ -203,6 +205,47 @@ bool Fuzz::readEncounterFile(QByteArrayView bytes)
         }
     }
     return true;
+}
+
+bool Fuzz::showPortrait(QByteArrayView bytes)
+{
+    const Fixture fixture;
+    const QString name = QStringLiteral("fuzzed");
+    overwrite(portraitPath(name), bytes);
+    Creature creature;
+    creature.setPortrait(name);
+    adoptPortrait(portraitPath(name), dataRoot, PortraitCopy::Forbidden);
+    const bool shows = !creature.portrait().isNull();
+    QPixmapCache::clear();
+    QFile::remove(portraitPath(name));
+    return shows;
+}
+
+bool Fuzz::loadCreatureFile(QByteArrayView bytes)
+{
+    const Fixture fixture;
+    static const bool hasPortraits = [] {
+        QImage picture(8, 8, QImage::Format_RGB32);
+        picture.fill(Qt::red);
+        return QDir().mkpath(portraitPath(QStringLiteral("heroes/old")))
+            && picture.save(portraitPath(QStringLiteral("heroes/old/a.png")))
+            && picture.save(portraitPath(QStringLiteral("b.png")));
+    }();
+    if (!hasPortraits)
+        qFatal("no portraits");
+    bool isValid = false;
+    const QString name = QStringLiteral("fuzzed.txt");
+    for (const bool isMonster : {true, false}) {
+        overwrite(creaturePath(name, isMonster), bytes);
+        Creature creature;
+        if (!creature.load(name, isMonster, dataRoot, theMonsters, theCharacters))
+            continue;
+        creature.portrait();
+        creature.setPortrait(QStringLiteral("lost\\b.png"));
+        creature.save();
+        isValid = isValid || !creature.isInvalid();
+    }
+    return isValid;
 }
 
 bool Fuzz::readMonsterXml(QByteArrayView bytes)

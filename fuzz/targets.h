@@ -17,9 +17,23 @@ bool readStatBlockFile(QByteArrayView bytes);
 // Reads a prepared encounter and works out what a manager shows of it. True if it was accepted.
 bool readEncounterFile(QByteArrayView bytes);
 
+// Decodes a portrait from the folder. True if it shows.
+bool showPortrait(QByteArrayView bytes);
+// Loads a file whose form nobody tells, from a folder with portraits in it, as a monster's and as a
+// character's, shows the portraits, and writes the creature back. True if either is valid.
+bool loadCreatureFile(QByteArrayView bytes);
+
 // Reads a monster in XML and writes the headers of its powers. True if it is valid.
 bool readMonsterXml(QByteArrayView bytes);
 // Reads a character's import file. True if the XML was read and gives a valid character.
 bool readCharacterXml(QByteArrayView bytes);
+
+// --- with windows: these need a QApplication ---
+
+// Opens the main window with the settings of that file. True if the file was one of settings.
+bool openWithSettings(QByteArrayView bytes);
+// Draws the panels, cells and messages of a creature whose file it is, and those of a text. True if
+// the creature is valid.
+bool paintTexts(QByteArrayView bytes);
 
 } // namespace Fuzz

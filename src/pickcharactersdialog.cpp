@@ -122,10 +122,11 @@ QWidget *PickCharactersDialog::buildChoice(Choice &choice)
     portrait->setAlignment(Qt::AlignCenter);
     portrait->setFixedSize(PortraitSize + 4, PortraitSize + 4);
     portrait->setPixmap(portraitOf(character, devicePixelRatioF()));
-    auto *name = new ClickableLabel(QStringLiteral("<b>%1</b><br>%2")
-                                        .arg(asHtml(character->name(), LongestName),
-                                             asHtml(character->headerLine(), LongestName)),
-                                    choice.box);
+    auto *name = new ClickableLabel(
+        QStringLiteral("<b>%1</b><br>%2")
+            .arg(asHtml(withLiteralAmpersands(character->name()), LongestName),
+                 asHtml(withLiteralAmpersands(character->headerLine()), LongestName)),
+        choice.box);
     name->setTextFormat(Qt::RichText);
     for (const ClickableLabel *label : {portrait, name})
         connect(label, &ClickableLabel::clicked, this, show);

@@ -69,8 +69,10 @@ QWidget *ShortRestDialog::grantRow()
     m_grantBox = new QCheckBox;
     m_grantBox->setObjectName(QStringLiteral("grantBox"));
     connect(m_grantBox, &QCheckBox::stateChanged, this, &ShortRestDialog::onRestValueChanged);
-    auto *text = new ClickableLabel(
-        tr("Grant <b>%1</b> (Milestone)").arg(asHtml(term(Term::ActionPoint))), m_grantBox);
+    auto *text =
+        new ClickableLabel(tr("Grant <b>%1</b> (Milestone)")
+                               .arg(asHtml(withLiteralAmpersands(term(Term::ActionPoint)))),
+                           m_grantBox);
     text->setObjectName(QStringLiteral("grantLabel"));
     text->setTextFormat(Qt::RichText);
     return hWidget(false, true, text, m_grantBox);

@@ -7,7 +7,8 @@
 
 class QAbstractButton;
 
-// The label of a check box or radio button that stands apart from its text.
+// The label of a check box or radio button that stands apart from its text, in which a "&" marks a
+// key.
 class ClickableLabel : public QLabel {
     Q_OBJECT
 

@@ -183,6 +183,8 @@ void ForeignTextsTest::lookAt(QWidget &shown)
         if (const auto *label = qobject_cast<const QLabel *>(widget)) {
             QCOMPARE(label->textFormat() == Qt::AutoText && label->text().contains(u'<'), false);
             note(label->text());
+            if (label->buddy()) // a key's mark there, and no letter
+                m_shown.last().remove(QRegularExpression(u"&(?!&)"_s));
         } else if (const auto *group = qobject_cast<const QGroupBox *>(widget)) {
             m_shown << group->title();
         } else if (const auto *box = qobject_cast<const QComboBox *>(widget)) {
@@ -276,6 +278,7 @@ void ForeignTextsTest::tagsOfFilesAreText()
     const QSet<QString> seen(m_shown.cbegin(), m_shown.cend());
     for (const QString &text : seen) {
         QVERIFY2(!text.contains(u"&lt;"_s) && !text.contains(u"&amp;"_s), qPrintable(text));
+        QVERIFY2(!text.contains(u"'>  %2"_s), qPrintable(text)); // the "&" taken for a key's mark
     }
     const QString all = QStringList(seen.cbegin(), seen.cend()).join(u'\n');
     const QStringList expected {
