@@ -278,9 +278,15 @@ void Encounter::checkVitality(History *history)
     if (!stream)
         return;
     m_vitalityStale = false;
-    // A copy: the events may change the list.
-    const CreatureList creatures = m_creatures;
-    for (Creature *creature : creatures)
+    // A copy: the events may change the list. Whoever isn't here now would be forgotten, as the log
+    // is newer than the file from now on.
+    QList<Creature *> creatures = m_creatures.list();
+    const QList<Creature *> edited = history->editedCharacters();
+    for (Creature *character : edited) {
+        if (!contains(character))
+            creatures << character;
+    }
+    for (Creature *creature : std::as_const(creatures))
         logOutsideChanges(creature, history, stream);
 }
 

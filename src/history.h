@@ -73,6 +73,8 @@ public:
     int position() const { return m_position; }
     // The events of the log are being read and applied.
     bool isReplaying() const { return m_isReplaying; }
+    // Those of whose files the next command tells the log, in the encounter or not.
+    QList<Creature *> editedCharacters() const { return m_editedFiles.characters(); }
     // The latest visible events of the running encounter, newest first.
     QList<Event *> recentVisibleEvents(int maxCount) const;
 

@@ -21,6 +21,16 @@ void EditedFiles::find(const QDateTime &logWritten)
     takeNumbers();
 }
 
+QList<Creature *> EditedFiles::characters() const
+{
+    QList<Creature *> characters;
+    for (const Edited &edited : m_characters) {
+        if (edited.character)
+            characters << edited.character;
+    }
+    return characters;
+}
+
 void EditedFiles::putNumbersBack() const
 {
     for (const Edited &edited : m_characters) {

@@ -17,6 +17,7 @@ public:
     // Around each step through the history: what an event does hangs on the numbers of the log.
     void putNumbersBack() const;
     void takeNumbers();
+    QList<Creature *> characters() const;
     // The log knows of them by now.
     void forget() { m_characters.clear(); }
 

@@ -282,6 +282,17 @@ void RestartTest::editedFileCountsForTheNextCommand()
     m_fight->action("stepBack")->trigger();
     m_fight->action("stepBack")->trigger();
     QCOMPARE(theCharacters->find(QStringLiteral("Aria"))->maxHP(), 30);
+
+    // Also of a hero who isn't in the fight when the command comes.
+    appendEvent<RemoveCreaturesEvent>(theEncounter->creatures().list());
+    m_fight->close();
+    m_fight->folder.write(file,
+                          QString::fromUtf8(text).remove(u'\r').replace(
+                              QStringLiteral("hit-points=30"), QStringLiteral("hit-points=44")));
+    m_fight->open();
+    m_fight->addMonster(QStringLiteral("Wolf"), QStringLiteral("B"));
+    restart();
+    QCOMPARE(theCharacters->find(QStringLiteral("Aria"))->maxHP(), 44);
 }
 
 void RestartTest::namesHoldBrackets()
