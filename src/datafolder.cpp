@@ -360,7 +360,9 @@ bool loadFolder(LoadedLibrary &library, QString &path, QString &display)
 
 void updateTitle()
 {
-    const QString folder = lastComponent(QDir::fromNativeSeparators(dataRoot));
+    QString folder = lastComponent(QDir::fromNativeSeparators(dataRoot));
+    // The toolkit takes a single one for the place of its mark of unsaved changes.
+    folder.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));
     QString title = folder == FolderName ? translated("Morvane DM's Display")
                                          : translated("Morvane - %1").arg(folder);
     if (dataReadOnly)

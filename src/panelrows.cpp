@@ -75,6 +75,8 @@ QString headerHtml(const Power &power, bool crossedOut)
 // No creature comes near it. Each row becomes a widget, and a file of nothing but powers would
 // build them for minutes; the stat block's own text still shows all.
 constexpr qsizetype maxRows = 1000;
+// In all rows together; what is beyond is cut down to the beginning of each.
+constexpr qsizetype maxLetters = 30000;
 
 class RowBuilder {
 public:
@@ -115,8 +117,14 @@ private:
     {
         if (left.isEmpty() && right.isEmpty())
             return;
-        m_rows << PanelRow {flags, right.isEmpty() ? PanelRow::OneText : pair, shortenedHtml(left),
-                            shortenedHtml(right)};
+        m_rows << PanelRow {flags, right.isEmpty() ? PanelRow::OneText : pair, fitted(left),
+                            fitted(right)};
+    }
+    QString fitted(const QString &text)
+    {
+        const QString shown = shortenedHtml(text, qBound(LongestName, m_room, LongestParagraph));
+        m_room -= shown.size();
+        return shown;
     }
     // Gives the rows from `first` on their padding above and below.
     void pad(qsizetype first)
@@ -130,6 +138,7 @@ private:
     const Creature *m_creature;
     const CreatureData &m_data;
     bool m_editing;
+    qsizetype m_room = maxLetters;
     QList<PanelRow> m_rows;
 };
 
@@ -330,7 +339,7 @@ bool isTickablePower(const Power &power)
 
 QString powerHeadingHtml(const Power &power, bool opposite)
 {
-    const QString heading = shortenedHtml(headerHtml(power, opposite));
+    const QString heading = shortenedHtml(headerHtml(power, opposite), LongestLine);
     if (!isTickablePower(power))
         return heading;
     return tickImage(power.isUsed() != opposite) + u' ' + heading;

@@ -329,6 +329,13 @@ void ForeignTextsTest::longFieldsHoldNobodyUp()
         folder.write(u"Monsters/block%1.txt"_s.arg(i),
                      u"Block %1\n"_s.arg(i) + changed.join(u'\n'));
     }
+    QStringList everything = lines;
+    for (QString &line : everything)
+        line += u' ' + text.left(text.size() / 16);
+    folder.write(u"Monsters/everything.txt"_s,
+                 u"Everything\n"_s + everything.mid(0, 7).join(u'\n') + u'\n'
+                     + QString(everything.mid(7, 2).join(u'\n') + u'\n').repeated(8)
+                     + everything.mid(9).join(u'\n'));
     folder.write(
         u"Encounters/a.txt"_s,
         u"name=%1\nadventure=%1\ndescription=%1\nGhost=A,%1\nalias#A=%1"_s.replace(u"%1"_s, text));
@@ -341,7 +348,7 @@ void ForeignTextsTest::longFieldsHoldNobodyUp()
     QVERIFY(load.wasAnswered);
     m_fight->setParty();
     addEveryMonster(u"A"_s);
-    QVERIFY(theEncounter->count() >= 2 * fields.size() + lines.size() + 2);
+    QVERIFY(theEncounter->count() >= 2 * fields.size() + lines.size() + 3);
     appendEvent<EffectEvent>(theEncounter->at(0), theEncounter->creatures().list().mid(0, 2), text,
                              EffectEnd::SaveEnds, EffectType::OtherBad, 0);
     m_fight->window().setAliasShown(theEncounter->creatures().list(), true);
