@@ -22,11 +22,12 @@ qsizetype entityLength(const QString &html, qsizetype start)
     return closed ? end + 1 - start : 1;
 }
 
-// A longer one isn't a word of any language, and no panel is wide enough for it.
-constexpr qsizetype LongestWord = 40;
+// Words of more letters are rare, and hardly a panel is wide enough for them.
+constexpr qsizetype LongestWord = 20;
+constexpr qsizetype WordPart = 10;
 constexpr QChar ZeroWidthSpace = u'\u200b';
 // A path that is copied from a message stays what it is.
-constexpr QStringView WordEnds = u"/\\-";
+constexpr QStringView WordEnds = u"/\\-_.";
 constexpr qsizetype MostMarkup = 8; // characters for each visible one
 
 // More than any script sets on one letter. Fonts take their time with hundreds of them.
@@ -301,7 +302,7 @@ QString shortenedHtml(const QString &html, qsizetype most)
             // Never between a letter and its marks, or the halves of one character.
             if (++word > LongestWord && !c.isMark() && !c.isLowSurrogate()) {
                 result += ZeroWidthSpace;
-                word = 1;
+                word = LongestWord - WordPart + 1;
             }
         }
         result += QStringView(html).mid(i, length);
