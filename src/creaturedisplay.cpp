@@ -9,9 +9,9 @@
 
 #include <algorithm>
 
+#include "dialoghost.h"
 #include "dynlabel.h"
 #include "headframe.h"
-#include "mainwindow.h"
 #include "panelstyle.h"
 #include "powerlabel.h"
 #include "richtextdelegate.h"
@@ -19,7 +19,6 @@
 #include "smallwidgets.h"
 #include "switchboard.h"
 #include "text.h"
-#include "windows.h"
 
 namespace {
 
@@ -451,15 +450,15 @@ Creature *CreatureDisplay::creatureAt(int index) const
 void CreatureDisplay::onSetUseAlias(int index)
 {
     Creature *creature = creatureAt(index);
-    if (creature && !theMainWindow->activeDialog())
-        theMainWindow->setAliasShown({creature}, creature->aliasMode() == 0);
+    if (creature && !activeFlatDialog())
+        Q_EMIT doSetAliasShown({creature}, creature->aliasMode() == 0);
 }
 
 void CreatureDisplay::onEditAlias(int index)
 {
     Creature *creature = creatureAt(index);
-    if (creature && !theMainWindow->activeDialog())
-        theMainWindow->editAlias({creature});
+    if (creature && !activeFlatDialog())
+        Q_EMIT doEditAlias({creature});
 }
 
 #include "moc_creaturedisplay.cpp"

@@ -46,6 +46,9 @@ public:
 
 Q_SIGNALS:
     void doPortraitClicked();
+    // The alias is to be used or not, or to be asked for.
+    void doSetAliasShown(const QList<Creature *> &creatures, bool show);
+    void doEditAlias(const QList<Creature *> &creatures);
 
 public Q_SLOTS:
     void onRefreshTimer();

@@ -19,13 +19,11 @@
 #include "effectevents.h"
 #include "encounter.h"
 #include "longtextdelegate.h"
-#include "mainwindow.h"
 #include "progressbar.h"
 #include "richtextdelegate.h"
 #include "switchboard.h"
 #include "terms.h"
 #include "text.h"
-#include "windows.h"
 
 namespace {
 
@@ -280,7 +278,7 @@ void CreatureListModel::onInitHeaderClicked()
     if (!chosen)
         return;
     if (chosen == help)
-        theMainWindow->showSelectionHelp();
+        Q_EMIT doShowHelp();
     else if (m_view)
         showColumn(chosen->data().toInt(), chosen->isChecked());
 }
@@ -327,10 +325,26 @@ void CreatureListModel::onInternalSelectionChanged(const QItemSelection &, const
 
 void CreatureListModel::reportSelection()
 {
-    if (!m_view || !theMainWindow)
+    if (!m_view)
         return;
     const QList<int> rows = m_view->selectedRows();
-    theMainWindow->setSelection(QSet<int>(rows.cbegin(), rows.cend()));
+    Q_EMIT doSelectionChanged(QSet<int>(rows.cbegin(), rows.cend()));
+}
+
+bool CreatureListModel::isRowSelected(int row) const
+{
+    return m_view->selectedRows().contains(row);
+}
+
+QList<Creature *> CreatureListModel::selectedCreatures() const
+{
+    QList<Creature *> creatures;
+    const QList<int> rows = m_view->selectedRows();
+    for (const int row : rows) {
+        if (Creature *creature = m_encounter ? m_encounter->at(row) : nullptr)
+            creatures << creature;
+    }
+    return creatures;
 }
 
 // --- clicks ---
@@ -349,18 +363,18 @@ void CreatureListModel::onInitListClicked(const QModelIndex &index)
     case IconColumn:
         // A right click only selects: it could take the corpses off that are to be selected.
         if (creature && creature->isDead() && !m_pressedButtons.testFlag(Qt::RightButton))
-            theMainWindow->removeCreatures({creature});
+            Q_EMIT doRemoveCreatures({creature});
         break;
     case HealthColumn:
-        theMainWindow->focusHPBox();
+        Q_EMIT doFocusHPBox();
         break;
     case EffectsColumn:
-        if (!theMainWindow->isRowSelected(row))
+        if (!isRowSelected(row))
             break;
         if (pressedForMenu())
             openContextMenu(QCursor::pos());
         else
-            theMainWindow->onAddConditionOrEffect();
+            Q_EMIT doAddEffect();
         break;
     default:
         break;
@@ -369,8 +383,8 @@ void CreatureListModel::onInitListClicked(const QModelIndex &index)
 
 void CreatureListModel::onInternalDoubleClick(const QModelIndex &index)
 {
-    if (index.column() <= HealthColumn && theMainWindow->isRowSelected(index.row()))
-        theMainWindow->onAddConditionOrEffect();
+    if (index.column() <= HealthColumn && isRowSelected(index.row()))
+        Q_EMIT doAddEffect();
 }
 
 bool CreatureListModel::pressedForMenu() const
@@ -383,7 +397,7 @@ bool CreatureListModel::pressedForMenu() const
 
 void CreatureListModel::openContextMenu(const QPoint &globalPosition)
 {
-    const QList<Creature *> selected = theMainWindow->selectedCreatures();
+    const QList<Creature *> selected = selectedCreatures();
     const Creature *current = m_encounter ? m_encounter->current() : nullptr;
     const bool showsAlias =
         std::any_of(selected.begin(), selected.end(), [](const Creature *creature) {
@@ -394,20 +408,18 @@ void CreatureListModel::openContextMenu(const QPoint &globalPosition)
         QString text;
         std::function<void()> run;
     };
-    QList<Entry> entries {
-        {tr("Conditions and Effects..."), [] { theMainWindow->onAddConditionOrEffect(); }}};
+    QList<Entry> entries {{tr("Conditions and Effects..."), [this] { Q_EMIT doAddEffect(); }}};
     if (current)
         entries << Entry {
             tr("%1 by %2").arg(term(Term::Marked), shortened(current->displayName(), LongestName)),
             [&] { markByCurrent(selected); }};
-    entries << QList<Entry> {
-        {tr("Remove Selected"), [&] { theMainWindow->removeCreatures(selected); }},
-        {tr("Initiative Up"), [] { theMainWindow->moveInitiative(-1); }},
-        {tr("Initiative Down"), [] { theMainWindow->moveInitiative(1); }},
-        {showsAlias ? tr("Show Alias") : tr("Hide Alias"),
-         [&] { theMainWindow->setAliasShown(selected, showsAlias); }},
-        {tr("Set Alias..."), [&] { theMainWindow->editAlias(selected); }},
-        {tr("Need help selecting?"), [] { theMainWindow->showSelectionHelp(); }}};
+    entries << QList<Entry> {{tr("Remove Selected"), [&] { Q_EMIT doRemoveCreatures(selected); }},
+                             {tr("Initiative Up"), [this] { Q_EMIT doMoveInitiative(-1); }},
+                             {tr("Initiative Down"), [this] { Q_EMIT doMoveInitiative(1); }},
+                             {showsAlias ? tr("Show Alias") : tr("Hide Alias"),
+                              [&] { Q_EMIT doSetAliasShown(selected, showsAlias); }},
+                             {tr("Set Alias..."), [&] { Q_EMIT doEditAlias(selected); }},
+                             {tr("Need help selecting?"), [this] { Q_EMIT doShowHelp(); }}};
 
     QMenu menu;
     menu.setObjectName(QStringLiteral("contextMenu"));

@@ -4,6 +4,7 @@
 #include <QAbstractTableModel>
 #include <QIcon>
 #include <QPointer>
+#include <QSet>
 
 class Creature;
 class CreatureTableView;
@@ -47,6 +48,17 @@ public:
     QVariant data(const QModelIndex &index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
+Q_SIGNALS:
+    void doSelectionChanged(const QSet<int> &rows);
+    // What clicks and menus ask for; the list changes no creature by itself.
+    void doRemoveCreatures(const QList<Creature *> &creatures);
+    void doAddEffect(); // to the selection
+    void doMoveInitiative(int delta); // of the selection: -1 is up in the list, 1 down
+    void doSetAliasShown(const QList<Creature *> &creatures, bool show);
+    void doEditAlias(const QList<Creature *> &creatures);
+    void doFocusHPBox();
+    void doShowHelp();
+
 public Q_SLOTS:
     void onInternalSelectionChanged(const QItemSelection &selected,
                                     const QItemSelection &deselected);
@@ -75,6 +87,8 @@ private:
     void connectEncounter();
     void connectView();
     void reportSelection();
+    bool isRowSelected(int row) const;
+    QList<Creature *> selectedCreatures() const;
     // The press of the last click asked for the menu.
     bool pressedForMenu() const;
     // What can be done with the selection.

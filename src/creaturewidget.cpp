@@ -6,10 +6,8 @@
 #include "coreobjects.h"
 #include "creaturedisplay.h"
 #include "encounter.h"
-#include "mainwindow.h"
 #include "smallwidgets.h"
 #include "switchboard.h"
-#include "windows.h"
 
 namespace {
 
@@ -27,6 +25,8 @@ CreatureWidget::CreatureWidget(bool showEffects, QWidget *parent)
     setLayout(box);
     connect(switchBoard(), &SwitchBoard::doCreatureUpdated, this,
             &CreatureWidget::currentDetailsChanged);
+    connect(m_display, &CreatureDisplay::doSetAliasShown, this, &CreatureWidget::doSetAliasShown);
+    connect(m_display, &CreatureDisplay::doEditAlias, this, &CreatureWidget::doEditAlias);
 }
 
 void CreatureWidget::setCreature(Creature *creature)
@@ -50,12 +50,12 @@ void CreatureWidget::refresh()
 
 void CreatureWidget::creatureSelectionChanged()
 {
-    const QList<Creature *> creatures = theMainWindow->selectedCreatures();
+    const QList<Creature *> creatures = m_selection ? m_selection() : QList<Creature *>();
     if (creatures.size() > 1)
         setCreatures(creatures);
     else
         setCreature(creatures.value(0));
-    theMainWindow->showEffectsOf(m_single);
+    Q_EMIT doSingleChosen(m_single);
 }
 
 void CreatureWidget::currentCreatureChanged()

@@ -3,6 +3,7 @@
 
 #include <QPointer>
 #include <QWidget>
+#include <functional>
 
 #include "creature.h"
 #include "windowsanddialogs.h"
@@ -19,13 +20,25 @@ public:
     // Creatures aren't owned and may go at any time. Null shows an empty panel.
     void setCreature(Creature *creature);
     void setCreatures(const QList<Creature *> &creatures);
+    // Where creatureSelectionChanged() reads the selection.
+    void setSelection(std::function<QList<Creature *>()> selection)
+    {
+        m_selection = std::move(selection);
+    }
     // Has all texts built anew on the next tick.
     void refresh();
     // Small enough for any screen.
     QSize minimumSizeHint() const override;
 
+Q_SIGNALS:
+    // As of CreatureDisplay.
+    void doSetAliasShown(const QList<Creature *> &creatures, bool show);
+    void doEditAlias(const QList<Creature *> &creatures);
+    // The selection was read: the only creature of it, or null.
+    void doSingleChosen(Creature *creature);
+
 public Q_SLOTS:
-    // Shows the selected creatures of the main window, and the effects of the only one.
+    // Shows the selected creatures.
     void creatureSelectionChanged();
     void currentCreatureChanged();
     void currentDetailsChanged(Creature *creature);
@@ -38,4 +51,5 @@ private:
     QPointer<Creature> m_single;
     QList<QPointer<Creature>> m_several;
     CreatureDisplay *m_display;
+    std::function<QList<Creature *>()> m_selection;
 };

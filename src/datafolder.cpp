@@ -19,13 +19,13 @@
 #include "encounters.h"
 #include "folderaccess.h"
 #include "history.h"
-#include "mainwindow.h"
 #include "messagedialog.h"
 #include "monsters.h"
 #include "paths.h"
 #include "progress.h"
 #include "switchboard.h"
 #include "text.h"
+#include "windowinterface.h"
 #include "windows.h"
 
 namespace {
@@ -276,7 +276,7 @@ void showUnknownEvent()
 
 void takeOver(LoadedLibrary &library, const QString &path, FolderAccess &access)
 {
-    theMainWindow->clearSelection();
+    windows().clearSelection();
     theEncounter->reset();
     theCharacters->replaceBy(library.characters);
     theMonsters->replaceBy(library.monsters);
@@ -291,7 +291,7 @@ void takeOver(LoadedLibrary &library, const QString &path, FolderAccess &access)
         theHistory->setLock(std::move(access.lock));
     }
     dataReadOnly = access.isLookOnly();
-    theMainWindow->setLookOnly(access.lookReason);
+    windows().setLookOnly(access.lookReason);
 }
 
 void rememberFolder()

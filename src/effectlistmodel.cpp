@@ -5,11 +5,10 @@
 
 #include "creature.h"
 #include "deselectedicon.h"
+#include "dialoghost.h"
 #include "effect.h"
-#include "mainwindow.h"
 #include "switchboard.h"
 #include "text.h"
-#include "windows.h"
 
 namespace {
 
@@ -94,8 +93,8 @@ void EffectListModel::syncRows()
 
 void EffectListModel::internalClicked(const QModelIndex &index)
 {
-    if (index.column() == TrashColumn && !theMainWindow->activeDialog())
-        theMainWindow->removeCondEffect(index.row());
+    if (index.column() == TrashColumn && !activeFlatDialog())
+        Q_EMIT doRemoveEffect(index.row());
 }
 
 int EffectListModel::rowCount(const QModelIndex &parent) const

@@ -27,6 +27,10 @@ public:
     QVariant data(const QModelIndex &index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
+Q_SIGNALS:
+    // The effect in this row is to go.
+    void doRemoveEffect(int row);
+
 public Q_SLOTS:
     void effectListChanged(Creature *creature);
     void internalClicked(const QModelIndex &index);

@@ -5,10 +5,9 @@
 #include <QTableView>
 
 #include "coreobjects.h"
+#include "dialoghost.h"
 #include "history.h"
-#include "mainwindow.h"
 #include "text.h"
-#include "windows.h"
 
 EventListModel::EventListModel(QObject *parent)
     : QAbstractTableModel(parent), m_arrowIcon(QStringLiteral(":/images/arrow-right128.png")),
@@ -84,7 +83,7 @@ void EventListModel::drawAnew()
 
 void EventListModel::onInitListClicked(const QModelIndex &index)
 {
-    if (!m_history || (theMainWindow && theMainWindow->activeDialog()))
+    if (!m_history || activeFlatDialog())
         return;
     m_history->moveTo(index.row());
     // A jump isn't announced as a change of the history, but the arrow has moved.

@@ -5,24 +5,14 @@
 #include <QPointer>
 #include <QPushButton>
 
-#include "creature.h"
+#include "coreobjects.h"
+#include "dialoghost.h"
 #include "encounter.h"
-#include "mainwindow.h"
 #include "text.h"
-#include "windows.h"
 
 namespace {
 
 constexpr char ResultProperty[] = "result";
-
-// The dialog may have added a rest to the live numbers to show what would come of it.
-void clearPreviews(const MainWindow &window)
-{
-    for (Creature *creature : window.selectedCreatures())
-        creature->clearRestAdditions();
-    if (theEncounter && theEncounter->current())
-        theEncounter->current()->clearRestAdditions();
-}
 
 } // namespace
 
@@ -46,12 +36,13 @@ void FlatDialog::onFinished() { }
 
 int FlatDialog::exec()
 {
-    // The window can be closed and even deleted while the loop below runs.
-    const QPointer<MainWindow> window = theMainWindow;
-    if (!window)
+    DialogHost *host = dialogHost();
+    if (!host)
         return 0;
-    window->setFlatDialog(windowTitle(), this);
-    window->showFlatWidget(focusWidget(), widgetCount() != 0);
+    // The window, and the host with it, can be closed and even deleted while the loop below runs.
+    const QPointer<QWidget> window = host->hostWindow();
+    host->setFlatDialog(windowTitle(), this);
+    host->showFlatWidget(focusWidget(), widgetCount() != 0);
     window->installEventFilter(this);
 
     // -1 comes from a loop that the end of the program doesn't let start.
@@ -59,12 +50,10 @@ int FlatDialog::exec()
 
     if (window) {
         window->removeEventFilter(this);
-        window->setFlatDialog(QString(), nullptr);
-        window->showFlatWidget(nullptr, false);
+        host->setFlatDialog(QString(), nullptr);
+        host->showFlatWidget(nullptr, false);
     }
     onFinished();
-    if (window)
-        clearPreviews(*window);
     return result;
 }
 
@@ -90,8 +79,8 @@ void FlatDialog::reject()
 
 void FlatDialog::showInPanel(Creature *creature)
 {
-    if (theMainWindow)
-        theMainWindow->showInCurrentPanel(creature);
+    if (DialogHost *host = dialogHost())
+        host->showInCurrentPanel(creature);
 }
 
 void FlatDialog::returnPanel()
@@ -117,7 +106,7 @@ void FlatDialog::keyPressEvent(QKeyEvent *event)
 bool FlatDialog::eventFilter(QObject *object, QEvent *event)
 {
     // Nobody could end a dialog in a window that was closed.
-    if (object == theMainWindow && event->type() == QEvent::Hide && !event->spontaneous())
+    if (event->type() == QEvent::Hide && !event->spontaneous())
         reject();
     return QWidget::eventFilter(object, event);
 }

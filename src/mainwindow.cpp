@@ -95,6 +95,7 @@ void applyMarks(const PreparedEncounter &encounter, const CreatureList &added, b
 MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), m_refreshTimer(new QTimer(this))
 {
     theMainWindow = this;
+    setDialogHost(this);
     setWindows(this);
     m_core = std::make_unique<CoreObjects>();
     activeAppWindow = this;
@@ -126,6 +127,7 @@ MainWindow::~MainWindow()
     // Ahead of the view, whose columns it saves.
     delete m_listModel;
     theMainWindow = nullptr;
+    setDialogHost(nullptr);
     activeAppWindow = nullptr;
 }
 
@@ -206,20 +208,27 @@ void MainWindow::showInCurrentPanel(Creature *creature)
     m_currentPanel->setCreature(creature);
 }
 
-void MainWindow::showEffectsOf(Creature *creature)
-{
-    m_effectModel->setCreature(creature);
-}
-
 // --- dialogs in place of the list ---
 
 void MainWindow::setFlatDialog(const QString &title, FlatDialog *dialog)
 {
     m_dialogTitle->setText(asHtml(title, LongestName));
     m_activeDialog = dialog;
+    // The dialog may have added a rest to the live numbers to show what would come of it.
+    if (!dialog)
+        clearPreviews();
     updateActions();
     if (Creature *first = selectedCreature(0))
         Q_EMIT doCreatureEffectsChanged(first);
+}
+
+void MainWindow::clearPreviews()
+{
+    QList<Creature *> creatures = selectedCreatures();
+    if (Creature *current = theEncounter->current())
+        creatures << current;
+    for (Creature *creature : std::as_const(creatures))
+        creature->clearRestAdditions();
 }
 
 void MainWindow::showFlatWidget(QWidget *widget, bool fixed)

@@ -8,6 +8,7 @@
 
 #include "coreobjects.h"
 #include "creaturestate.h"
+#include "dialoghost.h"
 #include "windowinterface.h"
 #include "windowsanddialogs.h"
 
@@ -31,7 +32,10 @@ class ResizableScrollArea;
 // Creates the objects of the core, holds the selection of the initiative list, and runs one flow
 // for each action: ask if need be, make an event, hand it to the history. It never changes a
 // creature by itself.
-class MainWindow : public QMainWindow, public WindowsAndDialogs, public WindowInterface {
+class MainWindow : public QMainWindow,
+                   public WindowsAndDialogs,
+                   public WindowInterface,
+                   public DialogHost {
     Q_OBJECT
 
 public:
@@ -53,26 +57,13 @@ public:
     int selectedCount() const;
     // The i-th of the selection, or null.
     Creature *selectedCreature(int i) const;
-    void clearSelection();
 
     // --- dialogs in place of the initiative list ---
-    // Null and an empty title when the dialog has ended. The dialog stays the caller's.
-    void setFlatDialog(const QString &title, FlatDialog *dialog);
-    // Shows the widget on the second page, as wide as the page and, with `fixed`, as high; null
-    // shows the initiative list again. The widget stays the caller's.
-    void showFlatWidget(QWidget *widget, bool fixed);
-    // Null while the initiative list shows.
-    FlatDialog *activeDialog() const { return m_activeDialog; }
-
-    // --- the panels ---
-    // The dock of the current creature shows this one until the next change of the turn; null
-    // leaves it empty.
-    void showInCurrentPanel(Creature *creature);
-    // The dock of the effects shows those of this creature; null leaves it empty.
-    void showEffectsOf(Creature *creature);
-
-    // Why the data folder is only looked at, as LogLock tells it; empty when it is written to.
-    void setLookOnly(const QString &reason);
+    QWidget *hostWindow() override { return this; }
+    void setFlatDialog(const QString &title, FlatDialog *dialog) override;
+    void showFlatWidget(QWidget *widget, bool fixed) override;
+    FlatDialog *activeDialog() const override { return m_activeDialog; }
+    void showInCurrentPanel(Creature *creature) override;
 
     void focusHPBox();
     // -1 is up in the list, 1 down; the selection moves with its creatures.
@@ -99,6 +90,8 @@ public:
     void setRoundText(const QString &html) override;
     void setEncounterText(const QString &html) override;
     void setLogBehind(bool behind) override;
+    void setLookOnly(const QString &reason) override;
+    void clearSelection() override;
     void tellReadOnly() override;
     void refreshCharacterList() override;
     void refreshTerms() override;
@@ -203,6 +196,7 @@ private:
     QDockWidget *createDock(const QString &name, const QString &title, QWidget *content,
                             Qt::DockWidgetArea area);
     void createDocks();
+    void connectList();
     void connectPanels();
     void createMenus();
     void connectSignals();
@@ -250,6 +244,8 @@ private:
     void addEncounter(const PreparedEncounter &encounter, bool hidden);
     void replaceEncounter(const PreparedEncounter &encounter, bool hidden);
     void endHealthFlow();
+    // What an open dialog added to the live numbers of the selection and of the current creature.
+    void clearPreviews();
 
     std::unique_ptr<CoreObjects> m_core;
     Actions m_actions;

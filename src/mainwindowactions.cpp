@@ -341,9 +341,30 @@ void MainWindow::createDocks()
     connectPanels();
 }
 
+void MainWindow::connectList()
+{
+    using List = CreatureListModel;
+    connect(m_listModel, &List::doSelectionChanged, this, &MainWindow::setSelection);
+    connect(m_listModel, &List::doRemoveCreatures, this, &MainWindow::removeCreatures);
+    connect(m_listModel, &List::doAddEffect, this, &MainWindow::onAddConditionOrEffect);
+    connect(m_listModel, &List::doMoveInitiative, this, &MainWindow::moveInitiative);
+    connect(m_listModel, &List::doSetAliasShown, this, &MainWindow::setAliasShown);
+    connect(m_listModel, &List::doEditAlias, this, &MainWindow::editAlias);
+    connect(m_listModel, &List::doFocusHPBox, this, &MainWindow::focusHPBox);
+    connect(m_listModel, &List::doShowHelp, this, &MainWindow::showSelectionHelp);
+}
+
 // Behind the initiative list, which brings the selection in line with the encounter first.
 void MainWindow::connectPanels()
 {
+    for (const CreatureWidget *panel : {m_currentPanel, m_selectedPanel}) {
+        connect(panel, &CreatureWidget::doSetAliasShown, this, &MainWindow::setAliasShown);
+        connect(panel, &CreatureWidget::doEditAlias, this, &MainWindow::editAlias);
+    }
+    m_selectedPanel->setSelection([this] { return selectedCreatures(); });
+    connect(m_selectedPanel, &CreatureWidget::doSingleChosen, m_effectModel,
+            &EffectListModel::setCreature);
+    connect(m_effectModel, &EffectListModel::doRemoveEffect, this, &MainWindow::removeCondEffect);
     connect(theEncounter, &Encounter::doCurrentCreatureChanged, m_currentPanel,
             &CreatureWidget::currentCreatureChanged);
     connect(theEncounter, &Encounter::doCreatureCountChanged, m_selectedPanel,
@@ -397,6 +418,7 @@ void MainWindow::createMenus()
 
 void MainWindow::connectSignals()
 {
+    connectList();
     connect(qApp, &QApplication::focusChanged, this, &MainWindow::onFocusChanged);
     connect(m_hpBox, &QSpinBox::valueChanged, this, &MainWindow::onHPValueChanged);
     connect(this, &MainWindow::doCreatureEffectsChanged, switchBoard(),

@@ -4,11 +4,10 @@
 #include <QMouseEvent>
 
 #include "appendevent.h"
+#include "dialoghost.h"
 #include "effectevents.h"
-#include "mainwindow.h"
 #include "panelrows.h"
 #include "panelstyle.h"
-#include "windows.h"
 
 PowerLabel::PowerLabel(Creature *creature, int index, QFrame *frame, int styleFlags)
     : RowLabel(QString(), frame), m_creature(creature), m_index(index), m_frame(frame),
@@ -32,7 +31,7 @@ Power *PowerLabel::power() const
 
 Power *PowerLabel::tickablePower() const
 {
-    if (!theMainWindow || theMainWindow->activeDialog())
+    if (activeFlatDialog())
         return nullptr;
     Power *found = power();
     return found && isTickablePower(*found) ? found : nullptr;

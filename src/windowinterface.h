@@ -27,6 +27,10 @@ public:
     virtual void setEncounterText(const QString &html) = 0;
     // The log on disk is behind the fight (a full disk), or has caught up again.
     virtual void setLogBehind(bool behind) = 0;
+    // Why the data folder is only looked at, as LogLock tells it; empty when it is written to.
+    virtual void setLookOnly(const QString &reason) = 0;
+    // All creatures are about to leave the list.
+    virtual void clearSelection() = 0;
     // A command was asked for that the folder, which is only looked at, doesn't allow.
     virtual void tellReadOnly() = 0;
     virtual void refreshCharacterList() = 0;
@@ -64,6 +68,8 @@ public:
     void setRoundText(const QString &) override { }
     void setEncounterText(const QString &) override { }
     void setLogBehind(bool) override { }
+    void setLookOnly(const QString &) override { }
+    void clearSelection() override { }
     void tellReadOnly() override { }
     void refreshCharacterList() override { }
     void refreshTerms() override { }

@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-MainWindow *theMainWindow = nullptr;
+QWidget *theMainWindow = nullptr;
 QWidget *activeAppWindow = nullptr;
 
 QWidget *dialogParent(QWidget *parent)

@@ -10,12 +10,12 @@
 #include <QVBoxLayout>
 
 #include "creature.h"
+#include "dialoghost.h"
 #include "eventsignaler.h"
 #include "flatdialog.h"
 #include "smallwidgets.h"
 #include "testhome.h"
 #include "windowfixture.h"
-#include "windows.h"
 
 namespace {
 
@@ -30,7 +30,7 @@ public:
     void onFinished() override
     {
         ++finished;
-        wasActiveAtEnd = theMainWindow && theMainWindow->activeDialog();
+        wasActiveAtEnd = activeFlatDialog();
     }
 
     QLineEdit *edit;

@@ -212,7 +212,7 @@ std::function<bool()> ForeignTextsTest::lookAtDialog()
     return [this] {
         QWidget *dialog = QApplication::activeModalWidget();
         if (!dialog)
-            dialog = theMainWindow->activeDialog();
+            dialog = activeFlatDialog();
         if (!dialog || !dialog->isVisible())
             return false;
         lookAt(*dialog->window());

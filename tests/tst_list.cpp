@@ -139,7 +139,7 @@ QString TestList::whatBlocks()
 {
     if (QApplication::activePopupWidget())
         return QStringLiteral("menu");
-    return theMainWindow->activeDialog() ? QStringLiteral("form") : QString();
+    return activeFlatDialog() ? QStringLiteral("form") : QString();
 }
 
 // --- content ---
@@ -457,7 +457,7 @@ void TestList::doubleClickActsOnce()
         int forms = 0;
         QTimer watch;
         connect(&watch, &QTimer::timeout, this, [&] {
-            FlatDialog *form = theMainWindow->activeDialog();
+            FlatDialog *form = activeFlatDialog();
             if (!form || form->property("seen").isValid())
                 return; // it ends only when its loop comes round
             form->setProperty("seen", true);

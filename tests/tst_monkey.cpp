@@ -80,8 +80,8 @@ private:
             dialog->reject();
         else if (widget && widget != theMainWindow)
             widget->close();
-        else if (theMainWindow && theMainWindow->activeDialog())
-            theMainWindow->activeDialog()->reject();
+        else if (activeFlatDialog())
+            activeFlatDialog()->reject();
     }
     void act()
     {

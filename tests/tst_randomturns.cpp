@@ -71,7 +71,7 @@ private:
             choose(*menu);
         else if (QWidget *modal = QApplication::activeModalWidget())
             end(*modal);
-        else if (FlatDialog *flat = theMainWindow->activeDialog(); flat && flat->isVisible())
+        else if (FlatDialog *flat = activeFlatDialog(); flat && flat->isVisible())
             end(*flat);
     }
     void choose(QMenu &menu)

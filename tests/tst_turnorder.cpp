@@ -318,7 +318,7 @@ void TurnOrderTest::newcomersJoinBehindTheCurrentCreature()
     {
         Answer pick(inFlatDialog<FlatDialog>(add));
         Answer cancel([] {
-            auto *dialog = dynamic_cast<InitiativeDialog *>(theMainWindow->activeDialog());
+            auto *dialog = dynamic_cast<InitiativeDialog *>(activeFlatDialog());
             if (dialog)
                 QTest::keyClick(dialog, Qt::Key_Escape);
             return dialog != nullptr;

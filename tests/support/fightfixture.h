@@ -58,12 +58,12 @@ template <typename Dialog>
 std::function<bool()> inFlatDialog(std::function<void(Dialog &)> edit)
 {
     return [edit] {
-        auto *dialog = dynamic_cast<Dialog *>(theMainWindow->activeDialog());
+        auto *dialog = dynamic_cast<Dialog *>(activeFlatDialog());
         if (!dialog || !dialog->isVisible())
             return false;
         edit(*dialog);
         // What failed may have left it open, and the test would never end.
-        if (QTest::currentTestFailed() && theMainWindow && theMainWindow->activeDialog() == dialog)
+        if (QTest::currentTestFailed() && activeFlatDialog() == dialog)
             dialog->reject();
         return true;
     };

@@ -62,8 +62,8 @@ inline void endMenuOrDialog()
         modal->close();
     if (QWidget *popup = QApplication::activePopupWidget())
         popup->close();
-    if (theMainWindow && theMainWindow->activeDialog())
-        theMainWindow->activeDialog()->reject();
+    if (activeFlatDialog())
+        activeFlatDialog()->reject();
 }
 
 // Runs `work` as soon as a dialog's own event loop runs; the call that opens the dialog follows.
