@@ -397,7 +397,7 @@ void History::removeBehindPosition()
 void History::truncate()
 {
     if (canStepForward() && mayWrite()) {
-        ObjectStream *stream = openStream();
+        ObjectStream *stream = getStream();
         removeBehindPosition();
         if (stream)
             stream->truncate();

@@ -51,6 +51,7 @@ private Q_SLOTS:
     void backupThatFailsLeavesEverything();
     void foreignChangesCostNothing_data();
     void foreignChangesCostNothing();
+    void truncatingSparesAForeignLog();
     void removedLogOfALaterVersion();
     void backupNeverLeavesItsFolder();
     void damagedLogIsCopied_data();
@@ -561,6 +562,20 @@ void HistoryTest::foreignChangesCostNothing()
         QVERIFY(!m_windows->logBehind);
     }
     QVERIFY(QDir(m_folder->file(u"Monsters"_s)).exists());
+}
+
+void HistoryTest::truncatingSparesAForeignLog()
+{
+    play(Three);
+    QCoreApplication::processEvents(); // the command is over
+    m_history->stepBack();
+    const QByteArray foreign(log().size(), 'x');
+    writeLog(foreign);
+    m_history->truncate();
+    QCOMPARE(backups().size(), 1);
+    QCOMPARE(m_folder->read(u"History/"_s + backups().first()), foreign);
+    QCOMPARE(LoggedEvent::readLog(log()), Three.first(2));
+    QTRY_COMPARE(m_windows->shown.size(), 1);
 }
 
 // What nobody has read is neither lost nor cut off without a copy.
