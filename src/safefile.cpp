@@ -7,8 +7,6 @@
 
 namespace {
 
-// A text of the library has a few kilobytes; this only keeps a misplaced giant out of memory.
-constexpr qint64 maxFileBytes = 16 * 1024 * 1024;
 constexpr qint64 headBytes = 4096;
 
 } // namespace
@@ -34,7 +32,7 @@ FileText readTextFile(const QString &path, QByteArray &bytes)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return FileText::None;
-    const bool isTooLarge = file.size() > maxFileBytes;
+    const bool isTooLarge = file.size() > LargestText;
     bytes = withoutByteOrderMark(isTooLarge ? file.read(headBytes) : file.readAll());
     if (bytes.isEmpty())
         return FileText::None;

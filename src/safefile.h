@@ -8,8 +8,11 @@
 // still stands.
 bool saveWhole(const QString &path, const QByteArray &content);
 
-// The bytes of a regular file, without a byte order mark. TooLarge: over 16 MB, of which the bytes
-// are the first few thousand. None: empty, unreadable, or no regular file; a pipe or device is
-// never opened.
+// A text of the library has a few kilobytes; this only keeps a misplaced giant out of memory.
+constexpr qint64 LargestText = 16 * 1024 * 1024;
+
+// The bytes of a regular file, without a byte order mark. TooLarge: over LargestText, of which the
+// bytes are the first few thousand. None: empty, unreadable, or no regular file; a pipe or device
+// is never opened.
 enum class FileText { None, Read, TooLarge };
 FileText readTextFile(const QString &path, QByteArray &bytes);

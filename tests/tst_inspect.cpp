@@ -9,6 +9,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <sys/stat.h>
 
 #include "characters.h"
 #include "coreobjects.h"
@@ -100,6 +101,7 @@ private Q_SLOTS:
     void stopsAtAnUnknownEvent();
     void tellsCreatureFiles_data();
     void tellsCreatureFiles();
+    void keepsNothingOfAGiant();
     void tellsEncounters();
     void refuses();
     void leavesNoTrace_data();
@@ -302,6 +304,16 @@ void InspectTest::tellsCreatureFiles()
     QVERIFY(!record.contains(u"statBlock"));
 }
 
+void InspectTest::keepsNothingOfAGiant()
+{
+    m_folder->write(u"giant.txt"_s, u"group=Ogre\nrole=Brute\nlevel=2\nxp=125\nhit-points=9\n"_s);
+    const QString path = m_folder->file(u"giant.txt"_s);
+    QVERIFY(QFile::resize(path, 17 * 1024 * 1024));
+    const QJsonObject report = inspect({u"creature"_s, path}).array()[0].toObject();
+    QVERIFY(report[u"valid"].isBool() && !report[u"valid"].toBool());
+    QCOMPARE(report[u"record"].toObject()[u"group"].toString(), QString());
+}
+
 void InspectTest::tellsEncounters()
 {
     const Run five = inspect({u"encounters"_s, m_folder->path()});
@@ -325,8 +337,11 @@ void InspectTest::tellsEncounters()
 
 void InspectTest::refuses()
 {
+    QVERIFY(QDir().mkpath(m_folder->file(u"piped"_s)));
+    const QByteArray pipe = QFile::encodeName(historyPath(m_folder->file(u"piped"_s)));
+    QCOMPARE(mkfifo(pipe.constData(), 0600), 0);
     for (const char *each :
-         {"", "monsters FOLDER", "fight", "fight FOLDER/nowhere",
+         {"", "monsters FOLDER", "fight", "fight FOLDER/nowhere", "fight FOLDER/piped",
           "encounters FOLDER/Monsters/cave-rat.txt", "fight FOLDER FOLDER", "fight FOLDER --at",
           "fight FOLDER --at last", "fight FOLDER --at 0", "encounters FOLDER --party 0",
           "creature", "creature FOLDER/Monsters/cave-rat.txt FOLDER/x.txt", "creature FOLDER"}) {

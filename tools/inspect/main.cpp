@@ -2,6 +2,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 
 #include <cstdio>
@@ -13,6 +14,7 @@
 #include "history.h"
 #include "library.h"
 #include "paths.h"
+#include "safefile.h"
 #include "terms.h"
 
 namespace {
@@ -64,13 +66,20 @@ std::optional<FolderArguments> parseFolder(const QStringList &arguments, const Q
     return result;
 }
 
-bool readWhole(const QString &path, QByteArray &content)
+// As the program reads it: nothing of a giant.
+bool readCreatureFile(const QString &path, QByteArray &content)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return false;
-    content = file.readAll();
+    content = file.size() > LargestText ? QByteArray() : file.readAll();
     return file.error() == QFile::NoError;
+}
+
+// A pipe would keep the program waiting.
+bool isReadableLog(const QString &path)
+{
+    return QFileInfo(path).isFile() && QFile(path).open(QIODevice::ReadOnly);
 }
 
 int inspectFight(const QStringList &arguments)
@@ -81,10 +90,12 @@ int inspectFight(const QStringList &arguments)
     if (!QDir(parsed->folder).exists())
         return refuse(QStringLiteral("no such folder: ") + parsed->folder);
 
+    const QString folder = QDir(parsed->folder).absolutePath();
+    if (QFile::exists(historyPath(folder)) && !isReadableLog(historyPath(folder)))
+        return refuse(QStringLiteral("cannot read ") + historyPath(folder));
+
     const InspectorWindows windows(5);
-    const Library library(QDir(parsed->folder).absolutePath());
-    if (QFile::exists(historyPath()) && !QFile(historyPath()).open(QIODevice::ReadOnly))
-        return refuse(QStringLiteral("cannot read ") + historyPath());
+    const Library library(folder);
     const bool known = theHistory->load();
     const int at = parsed->number.value_or(theHistory->position());
     if (at < -1 || at >= theHistory->eventCount())
@@ -100,7 +111,7 @@ int inspectCreatures(const QStringList &files)
     QJsonArray reports;
     for (const QString &path : files) {
         QByteArray content;
-        if (!readWhole(path, content))
+        if (!readCreatureFile(path, content))
             return refuse(QStringLiteral("cannot read ") + path);
         reports.append(creatureReport(path, content));
     }
