@@ -11,11 +11,11 @@
 
 #include "dialoghost.h"
 #include "dynlabel.h"
-#include "headframe.h"
+#include "panelhead.h"
+#include "panelrowlabel.h"
 #include "panelstyle.h"
 #include "powerlabel.h"
-#include "richtextdelegate.h"
-#include "rowlabel.h"
+#include "readablecolours.h"
 #include "smallwidgets.h"
 #include "switchboard.h"
 #include "text.h"
@@ -130,7 +130,7 @@ void CreatureDisplay::createHead()
     m_healthLabel = headLabel();
     m_actionsLabel = headLabel();
     m_actionsLabel->setWordWrap(true);
-    m_lines = new HeadFrame(PortraitSize);
+    m_lines = new PanelHead(PortraitSize);
     for (QLabel *line : {m_nameLabel, m_subLabel, m_typeLabel, m_levelLabel})
         m_lines->addLine(line);
     m_grid->addWidget(m_lines, 0, 1);
@@ -377,16 +377,16 @@ void CreatureDisplay::addAlias(QHBoxLayout *line, const PanelRow &row, int index
 void CreatureDisplay::addTexts(QHBoxLayout *line, const PanelRow &row)
 {
     const auto add = [line](const QString &html, int stretch) {
-        auto *made = new RowLabel(html);
+        auto *made = new PanelRowLabel(html);
         line->addWidget(made, stretch);
         return made;
     };
     const bool single = row.content == PanelRow::OneText;
     const bool leads = row.content == PanelRow::RightText;
-    RowLabel *left = add(row.left, single || leads ? WideStretch : NarrowStretch);
+    PanelRowLabel *left = add(row.left, single || leads ? WideStretch : NarrowStretch);
     if (!single) {
-        RowLabel *right = add(row.right, leads ? NarrowStretch : WideStretch);
-        RowLabel *narrow = leads ? right : left;
+        PanelRowLabel *right = add(row.right, leads ? NarrowStretch : WideStretch);
+        PanelRowLabel *narrow = leads ? right : left;
         narrow->ensurePolished();
         narrow->setMinimumWidth(qMin(narrow->oneLineWidth(), WidestFixedText));
         left->setAlignment(Qt::AlignLeft | Qt::AlignTop);

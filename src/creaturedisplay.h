@@ -11,7 +11,7 @@
 #include "smallwidgets.h"
 #include "windowsanddialogs.h"
 
-class HeadFrame;
+class PanelHead;
 class QFrame;
 class QGridLayout;
 class QHBoxLayout;
@@ -97,7 +97,7 @@ private:
 
     QPointer<QWidget> m_head;
     QGridLayout *m_grid = nullptr;
-    HeadFrame *m_lines = nullptr;
+    PanelHead *m_lines = nullptr;
     QList<QWidget *> m_groups;
     QPointer<ResizableScrollArea> m_scrollArea;
     QWidget *m_body = nullptr;

@@ -29,26 +29,11 @@ namespace {
 
 using Column = CreatureListModel::Column;
 
-constexpr int IconWidth = 24;
-constexpr int EffectsWidth = 240;
 constexpr int CompactInitiativeBelow = 50; // pixels
 // From here on a number is a column's width by mistake or mischief.
 constexpr int WidestColumn = 4000;
-
-struct ColumnSettings {
-    Column column;
-    const char *name; // of its keys in the settings
-    int width;
-    bool canHide;
-};
-
-// The columns that can be ordered, in the order in which equal saved positions are settled.
-constexpr ColumnSettings MovableColumns[] = {
-    {Column::NameColumn, "name", 210, false},
-    {Column::InitiativeColumn, "init", 40, true},
-    {Column::DefencesColumn, "defenses", 115, true},
-    {Column::HealthColumn, "health", 100, true},
-};
+constexpr const char *SelectTip =
+    QT_TRANSLATE_NOOP("CreatureListModel", "Left-click: select, right-click: multi-select");
 
 QString settingsKey(const char *column, const char *what)
 {
@@ -113,7 +98,79 @@ void markByCurrent(const QList<Creature *> &targets)
                              int(EffectType::Marked));
 }
 
+QAbstractItemDelegate *nameDelegate(QObject *parent)
+{
+    return new RichTextDelegate(false, true, false, parent);
+}
+
+QAbstractItemDelegate *numbersDelegate(QObject *parent)
+{
+    return new RichTextDelegate(true, true, true, parent);
+}
+
+template <typename Delegate>
+QAbstractItemDelegate *delegate(QObject *parent)
+{
+    return new Delegate(parent);
+}
+
 } // namespace
+
+// All that a column is, but for what a click on it does. Texts that nobody sees are null.
+struct CreatureListModel::ColumnSettings {
+    const char *name = nullptr; // of its keys in the settings
+    const char *title = nullptr;
+    const char *menuText = nullptr; // in the header's menu, which can hide the column
+    const char *toolTip = nullptr; // null where it tells the creature's state
+    int width = 0; // pixels, while the settings say nothing else
+    bool isMovable = false;
+    QString (CreatureListModel::*text)(const Creature *creature) const = nullptr;
+    QAbstractItemDelegate *(*makeDelegate)(QObject *parent) = nullptr; // null for the view's own
+};
+
+// In the order of Column, in which equal saved positions are settled too.
+const CreatureListModel::ColumnSettings CreatureListModel::columns[] = {
+    {.name = "icon", .width = 24},
+    {.name = "name",
+     .title = QT_TR_NOOP("Name"),
+     .toolTip = SelectTip,
+     .width = 210,
+     .isMovable = true,
+     .text = &CreatureListModel::nameText,
+     .makeDelegate = nameDelegate},
+    {.name = "init",
+     .title = QT_TR_NOOP("Init"),
+     .menuText = QT_TR_NOOP("Init Column"),
+     .toolTip = SelectTip,
+     .width = 40,
+     .isMovable = true,
+     .text = &CreatureListModel::initiativeText,
+     .makeDelegate = numbersDelegate},
+    {.name = "defenses",
+     .title = QT_TR_NOOP("Defenses"),
+     .menuText = QT_TR_NOOP("Defenses Column"),
+     .toolTip = SelectTip,
+     .width = 115,
+     .isMovable = true,
+     .text = &CreatureListModel::defencesText,
+     .makeDelegate = numbersDelegate},
+    {.name = "health",
+     .title = QT_TR_NOOP(" Health "),
+     .menuText = QT_TR_NOOP("Health Column"),
+     .toolTip = QT_TR_NOOP("Clicking here selects the HP Box in the Toolbar"),
+     .width = 100,
+     .isMovable = true,
+     .text = &CreatureListModel::healthText,
+     .makeDelegate = delegate<ProgressBarDelegate>},
+    {.title = QT_TR_NOOP("Conditions and Effects"),
+     .toolTip = QT_TR_NOOP("Left-click: C&E dialog, right-click: context menu"),
+     .width = 240,
+     .text = &CreatureListModel::effectsText,
+     .makeDelegate = delegate<LongTextDelegate>},
+    {.title = QT_TR_NOOP("Description"),
+     .toolTip = SelectTip,
+     .text = &CreatureListModel::descriptionText},
+};
 
 CreatureListModel::CreatureListModel(QObject *parent)
     : QAbstractTableModel(parent),
@@ -183,37 +240,33 @@ void CreatureListModel::attachTo(CreatureTableView *view)
 
 void CreatureListModel::setUpColumns()
 {
-    m_view->setColumnWidth(IconColumn, savedWidth("icon", IconWidth));
-    for (const ColumnSettings &settings : MovableColumns)
-        m_view->setColumnWidth(settings.column, savedWidth(settings.name, settings.width));
-    m_view->setColumnWidth(EffectsColumn, EffectsWidth);
-
     m_view->setItemDelegate(new FramelessDelegate(m_view));
-    m_view->setItemDelegateForColumn(NameColumn, new RichTextDelegate(false, true, false, m_view));
-    auto *scaled = new RichTextDelegate(true, true, true, m_view);
-    m_view->setItemDelegateForColumn(InitiativeColumn, scaled);
-    m_view->setItemDelegateForColumn(DefencesColumn, scaled);
-    m_view->setItemDelegateForColumn(HealthColumn, new ProgressBarDelegate(m_view));
-    m_view->setItemDelegateForColumn(EffectsColumn, new LongTextDelegate(m_view));
+    for (int column = 0; column < ColumnCount; ++column) {
+        const ColumnSettings &settings = columns[column];
+        m_view->setColumnWidth(
+            column, settings.name ? savedWidth(settings.name, settings.width) : settings.width);
+        if (settings.makeDelegate)
+            m_view->setItemDelegateForColumn(column, settings.makeDelegate(m_view));
+    }
 }
 
 void CreatureListModel::placeColumns()
 {
     const QSettings saved;
     QMap<int, int> columnAt; // of two columns on one position the later one stays
-    for (const ColumnSettings &settings : MovableColumns)
-        columnAt[saved.value(settingsKey(settings.name, "Position"), settings.column).toInt()] =
-            settings.column;
+    for (int column = 0; column < ColumnCount; ++column)
+        if (columns[column].isMovable)
+            columnAt[saved.value(settingsKey(columns[column].name, "Position"), column).toInt()] =
+                column;
     QHeaderView *header = m_view->horizontalHeader();
     for (auto it = columnAt.cbegin(); it != columnAt.cend(); ++it)
         header->moveSection(header->visualIndex(it.value()), it.key());
     header->moveSection(header->visualIndex(IconColumn), 0);
 
-    for (const ColumnSettings &settings : MovableColumns)
-        if (settings.canHide)
+    for (int column = 0; column < ColumnCount; ++column)
+        if (columns[column].menuText)
             m_view->setColumnHidden(
-                settings.column,
-                !saved.value(settingsKey(settings.name, "Visible"), true).toBool());
+                column, !saved.value(settingsKey(columns[column].name, "Visible"), true).toBool());
 }
 
 void CreatureListModel::connectView()
@@ -235,18 +288,18 @@ void CreatureListModel::connectView()
 void CreatureListModel::writeSettings()
 {
     QSettings settings;
-    for (const ColumnSettings &column : MovableColumns)
-        if (column.canHide)
-            settings.setValue(settingsKey(column.name, "Visible"),
-                              !m_view->isColumnHidden(column.column));
-    // A hidden section reports no width of its own.
-    for (const ColumnSettings &column : MovableColumns)
-        m_view->setColumnHidden(column.column, false);
-    for (const ColumnSettings &column : MovableColumns)
-        settings.setValue(settingsKey(column.name, "Width"), m_view->columnWidth(column.column));
-    for (const ColumnSettings &column : MovableColumns)
-        settings.setValue(settingsKey(column.name, "Position"),
-                          m_view->horizontalHeader()->visualIndex(column.column));
+    for (int column = 0; column < ColumnCount; ++column) {
+        const ColumnSettings &known = columns[column];
+        if (known.menuText)
+            settings.setValue(settingsKey(known.name, "Visible"), !m_view->isColumnHidden(column));
+        if (!known.isMovable)
+            continue;
+        // A hidden section reports no width of its own.
+        m_view->setColumnHidden(column, false);
+        settings.setValue(settingsKey(known.name, "Width"), m_view->columnWidth(column));
+        settings.setValue(settingsKey(known.name, "Position"),
+                          m_view->horizontalHeader()->visualIndex(column));
+    }
 }
 
 void CreatureListModel::onHeaderMoved(int logicalIndex, int oldVisualIndex, int newVisualIndex)
@@ -263,15 +316,14 @@ void CreatureListModel::onInitHeaderClicked()
 {
     QMenu menu;
     menu.setObjectName(QStringLiteral("headerMenu"));
-    const auto addColumn = [&](const QString &text, int column) {
-        QAction *action = menu.addAction(text);
+    for (int column = 0; column < ColumnCount; ++column) {
+        if (!columns[column].menuText)
+            continue;
+        QAction *action = menu.addAction(tr(columns[column].menuText));
         action->setCheckable(true);
         action->setChecked(!m_view->isColumnHidden(column));
         action->setData(column);
-    };
-    addColumn(tr("Init Column"), InitiativeColumn);
-    addColumn(tr("Defenses Column"), DefencesColumn);
-    addColumn(tr("Health Column"), HealthColumn);
+    }
     const QAction *help = menu.addAction(tr("Need help selecting?"));
 
     const QAction *chosen = menu.exec(QCursor::pos());
@@ -591,42 +643,16 @@ QVariant CreatureListModel::headerData(int section, Qt::Orientation orientation,
         return {};
     if (orientation == Qt::Vertical)
         return QStringLiteral("%1").arg(section + 1);
-    switch (section) {
-    case NameColumn:
-        return tr("Name");
-    case InitiativeColumn:
-        return tr("Init");
-    case DefencesColumn:
-        return tr("Defenses");
-    case HealthColumn:
-        return tr(" Health ");
-    case EffectsColumn:
-        return tr("Conditions and Effects");
-    case DescriptionColumn:
-        return tr("Description");
-    default:
+    static_assert(std::size(columns) == DescriptionColumn + 1);
+    if (section < 0 || section > DescriptionColumn || !columns[section].title)
         return {};
-    }
+    return tr(columns[section].title);
 }
 
 QVariant CreatureListModel::displayText(const Creature *creature, int column) const
 {
-    switch (column) {
-    case NameColumn:
-        return nameText(creature);
-    case InitiativeColumn:
-        return initiativeText(creature);
-    case DefencesColumn:
-        return creature->defencesText(true);
-    case HealthColumn:
-        return healthText(creature);
-    case EffectsColumn:
-        return effectsText(creature);
-    case DescriptionColumn:
-        return shortened(creature->description());
-    default:
-        return {};
-    }
+    const auto text = columns[column].text;
+    return text ? (this->*text)(creature) : QVariant();
 }
 
 QIcon CreatureListModel::stateIcon(const Creature *creature) const
@@ -644,12 +670,8 @@ QIcon CreatureListModel::stateIcon(const Creature *creature) const
 
 QString CreatureListModel::toolTip(const Creature *creature, int column) const
 {
-    if (column == HealthColumn)
-        return tr("Clicking here selects the HP Box in the Toolbar");
-    if (column == EffectsColumn)
-        return tr("Left-click: C&E dialog, right-click: context menu");
-    if (column != IconColumn)
-        return tr("Left-click: select, right-click: multi-select");
+    if (columns[column].toolTip)
+        return tr(columns[column].toolTip);
     // In the order of the icons.
     if (isCurrent(creature))
         return tr("It is this creature's turn");
@@ -682,6 +704,11 @@ QString CreatureListModel::initiativeText(const Creature *creature) const
     return creature->initiativeText(false, compact ? 0 : 1);
 }
 
+QString CreatureListModel::defencesText(const Creature *creature) const
+{
+    return creature->defencesText(true);
+}
+
 QString CreatureListModel::healthText(const Creature *creature) const
 {
     return QStringLiteral("%1;%2;%3")
@@ -698,6 +725,11 @@ QString CreatureListModel::effectsText(const Creature *creature) const
     if (!state.isEmpty())
         texts.prepend(state);
     return shortened(texts.join(QStringLiteral("; ")));
+}
+
+QString CreatureListModel::descriptionText(const Creature *creature) const
+{
+    return shortened(creature->description());
 }
 
 #include "moc_creaturelistmodel.cpp"

@@ -71,13 +71,18 @@ public Q_SLOTS:
     void onCreatureInListUpdated();
 
 private:
+    struct ColumnSettings;
+    static const ColumnSettings columns[];
+
     QVariant displayText(const Creature *creature, int column) const;
     QIcon stateIcon(const Creature *creature) const;
     QString toolTip(const Creature *creature, int column) const;
     QString nameText(const Creature *creature) const;
     QString initiativeText(const Creature *creature) const;
+    QString defencesText(const Creature *creature) const;
     QString healthText(const Creature *creature) const;
     QString effectsText(const Creature *creature) const;
+    QString descriptionText(const Creature *creature) const;
     bool isCurrent(const Creature *creature) const;
 
     void setUpColumns();

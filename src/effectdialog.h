@@ -109,7 +109,7 @@ private:
     static bool isRunning();
     static Creature *currentCreature();
 
-    // --- the form (effectform.cpp) ---
+    // --- the form (effectdialogform.cpp) ---
     DisableComboBox *choiceBox(const QString &objectName, const QList<Choice> &choices, int value);
     QSpinBox *amountBox(const QString &objectName, int max);
     AmountPair amountPair(const QString &name, const QList<Choice> &choices, int max);

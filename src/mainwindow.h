@@ -208,7 +208,7 @@ private:
     void widenDocks();
     void raiseFloatingDocks();
 
-    // --- states of the actions (mainwindowupdates.cpp); all off while a dialog is active ---
+    // --- states of the actions (mainwindowstates.cpp); all off while a dialog is active ---
     void updateHistoryActions();
     void updateEncounterActions();
     void updateJumpInAction();

@@ -9,7 +9,6 @@
 #include "coreobjects.h"
 #include "encounter.h"
 #include "encounters.h"
-#include "picktable.h"
 #include "text.h"
 
 namespace {

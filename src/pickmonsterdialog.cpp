@@ -9,7 +9,6 @@
 #include "creature.h"
 #include "messagedialog.h"
 #include "monsters.h"
-#include "picktable.h"
 #include "text.h"
 
 namespace {

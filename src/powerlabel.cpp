@@ -10,7 +10,7 @@
 #include "panelstyle.h"
 
 PowerLabel::PowerLabel(Creature *creature, int index, QFrame *frame, int styleFlags)
-    : RowLabel(QString(), frame), m_creature(creature), m_index(index), m_frame(frame),
+    : PanelRowLabel(QString(), frame), m_creature(creature), m_index(index), m_frame(frame),
       m_styleFlags(styleFlags)
 {
     setContentsMargins(0, 0, 0, 0);

@@ -6,13 +6,13 @@
 #include <QPointer>
 
 #include "creature.h"
-#include "rowlabel.h"
+#include "panelrowlabel.h"
 
 class QFrame;
 
 // Does nothing while a dialog stands in the initiative list's place, nor for a power that has no
 // use to count.
-class PowerLabel : public RowLabel {
+class PowerLabel : public PanelRowLabel {
     Q_OBJECT
 
 public:

@@ -5,22 +5,12 @@
 #include <QTextDocument>
 #include <QTextOption>
 
+#include "readablecolours.h"
+
 namespace {
 
 constexpr int KeptDocuments = 512; // several screens full of rows
 constexpr int SmallestText = 8; // pixels: what can still be read
-
-struct NamedColour {
-    QLatin1String name;
-    QRgb onDark;
-};
-
-// The names that the texts use.
-constexpr NamedColour NamedColours[] = {
-    {QLatin1String("gray"), 0xffa0a0a0},        {QLatin1String("grey"), 0xffa0a0a0},
-    {QLatin1String("blue"), 0xff7ab8ff},        {QLatin1String("red"), 0xffff7b72},
-    {QLatin1String("saddlebrown"), 0xffd9a36a}, {QLatin1String("#333333"), 0xffcccccc},
-};
 
 // One line that is wider than its cell is set in smaller type rather than cut.
 void condense(QTextDocument &document, int width)
@@ -30,11 +20,6 @@ void condense(QTextDocument &document, int width)
         font.setPixelSize(font.pixelSize() - 1);
         document.setDefaultFont(font);
     }
-}
-
-bool isDark(const QPalette &palette)
-{
-    return palette.color(QPalette::Base).lightness() < palette.color(QPalette::Text).lightness();
 }
 
 } // namespace
@@ -93,18 +78,6 @@ QTextDocument *RichTextDelegate::documentFor(const QString &html, const QFont &f
     document->setTextWidth(cell.width());
     m_documents.insert(key, document);
     return document;
-}
-
-QString readableColours(const QString &html, const QPalette &palette)
-{
-    if (!isDark(palette) || !html.contains(QLatin1String("<font color=")))
-        return html;
-    QString readable = html;
-    for (const NamedColour &known : NamedColours) {
-        const QString tag = QStringLiteral("<font color=%1>");
-        readable.replace(tag.arg(known.name), tag.arg(QColor(known.onDark).name()));
-    }
-    return readable;
 }
 
 #include "moc_richtextdelegate.cpp"

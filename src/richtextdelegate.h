@@ -27,6 +27,3 @@ private:
     bool m_centre;
     mutable QCache<QString, QTextDocument> m_documents;
 };
-
-// The text with each "<font color=name>" in a shade that can be read on `palette`.
-QString readableColours(const QString &html, const QPalette &palette);

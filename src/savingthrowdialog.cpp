@@ -14,7 +14,7 @@
 #include "creature.h"
 #include "dice.h"
 #include "effect.h"
-#include "richtextdelegate.h"
+#include "readablecolours.h"
 #include "saturated.h"
 #include "text.h"
 

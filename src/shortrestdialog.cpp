@@ -11,7 +11,7 @@
 
 #include "coreobjects.h"
 #include "encounter.h"
-#include "richtextdelegate.h"
+#include "readablecolours.h"
 #include "saturated.h"
 #include "smallwidgets.h"
 #include "terms.h"

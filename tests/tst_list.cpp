@@ -17,6 +17,7 @@
 #include "eventlistmodel.h"
 #include "flatdialog.h"
 #include "progressbar.h"
+#include "readablecolours.h"
 #include "richtextdelegate.h"
 #include "rosterevents.h"
 #include "testhome.h"

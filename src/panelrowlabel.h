@@ -6,11 +6,11 @@
 
 // Laying rich text out is most of what a panel costs, and the toolkit would do it a dozen times for
 // each label. This one asks for no room of its own and remembers its heights.
-class RowLabel : public QLabel {
+class PanelRowLabel : public QLabel {
     Q_OBJECT
 
 public:
-    explicit RowLabel(const QString &html, QWidget *parent = nullptr);
+    explicit PanelRowLabel(const QString &html, QWidget *parent = nullptr);
 
     // What the text takes without a break.
     int oneLineWidth() const;

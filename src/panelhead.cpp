@@ -1,4 +1,4 @@
-#include "headframe.h"
+#include "panelhead.h"
 
 #include <QEvent>
 #include <QLabel>
@@ -44,7 +44,7 @@ QString elided(const QString &html, const QFont &font, int width)
 
 } // namespace
 
-HeadFrame::HeadFrame(int height, QWidget *parent) : QFrame(parent)
+PanelHead::PanelHead(int height, QWidget *parent) : QFrame(parent)
 {
     setFrameStyle(int(QFrame::WinPanel) | int(QFrame::Raised));
     setLineWidth(2);
@@ -54,13 +54,13 @@ HeadFrame::HeadFrame(int height, QWidget *parent) : QFrame(parent)
     box->setSpacing(0);
 }
 
-void HeadFrame::addLine(QLabel *line)
+void PanelHead::addLine(QLabel *line)
 {
     layout()->addWidget(line);
     m_lines.append({line, QString()});
 }
 
-void HeadFrame::setLine(const QLabel *line, const QString &html)
+void PanelHead::setLine(const QLabel *line, const QString &html)
 {
     for (Line &known : m_lines) {
         if (known.label == line)
@@ -68,7 +68,7 @@ void HeadFrame::setLine(const QLabel *line, const QString &html)
     }
 }
 
-void HeadFrame::fitLines()
+void PanelHead::fitLines()
 {
     const QRect inside = contentsRect().marginsRemoved(Margins);
     int room = inside.height();
@@ -89,17 +89,17 @@ void HeadFrame::fitLines()
     }
 }
 
-void HeadFrame::resizeEvent(QResizeEvent *event)
+void PanelHead::resizeEvent(QResizeEvent *event)
 {
     QFrame::resizeEvent(event);
     fitLines();
 }
 
-void HeadFrame::changeEvent(QEvent *event)
+void PanelHead::changeEvent(QEvent *event)
 {
     QFrame::changeEvent(event);
     if (event->type() == QEvent::FontChange)
         fitLines();
 }
 
-#include "moc_headframe.cpp"
+#include "moc_panelhead.cpp"

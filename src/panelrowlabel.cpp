@@ -1,4 +1,4 @@
-#include "rowlabel.h"
+#include "panelrowlabel.h"
 
 #include <QEvent>
 #include <QTextDocument>
@@ -11,14 +11,14 @@ constexpr int LeastWidth = 24; // pixels
 
 } // namespace
 
-RowLabel::RowLabel(const QString &html, QWidget *parent) : QLabel(html, parent)
+PanelRowLabel::PanelRowLabel(const QString &html, QWidget *parent) : QLabel(html, parent)
 {
     setTextFormat(Qt::RichText);
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     setWordWrap(true);
 }
 
-int RowLabel::oneLineWidth() const
+int PanelRowLabel::oneLineWidth() const
 {
     QTextDocument document;
     document.setDocumentMargin(0);
@@ -27,17 +27,17 @@ int RowLabel::oneLineWidth() const
     return qCeil(document.idealWidth());
 }
 
-QSize RowLabel::sizeHint() const
+QSize PanelRowLabel::sizeHint() const
 {
     return QSize(0, fontMetrics().height());
 }
 
-QSize RowLabel::minimumSizeHint() const
+QSize PanelRowLabel::minimumSizeHint() const
 {
     return sizeHint();
 }
 
-int RowLabel::heightForWidth(int width) const
+int PanelRowLabel::heightForWidth(int width) const
 {
     if (width < LeastWidth)
         return sizeHint().height();
@@ -53,10 +53,10 @@ int RowLabel::heightForWidth(int width) const
     return height;
 }
 
-void RowLabel::changeEvent(QEvent *event)
+void PanelRowLabel::changeEvent(QEvent *event)
 {
     m_heights.clear();
     QLabel::changeEvent(event);
 }
 
-#include "moc_rowlabel.cpp"
+#include "moc_panelrowlabel.cpp"

@@ -9,11 +9,11 @@ class QLabel;
 
 // A line that is too long wraps while there is height left, and is cut with an ellipsis where there
 // is none.
-class HeadFrame : public QFrame {
+class PanelHead : public QFrame {
     Q_OBJECT
 
 public:
-    explicit HeadFrame(int height, QWidget *parent = nullptr);
+    explicit PanelHead(int height, QWidget *parent = nullptr);
 
     // From the top. The label becomes the frame's.
     void addLine(QLabel *line);
