@@ -147,6 +147,9 @@ QString adoptPortrait(const QString &chosenFile, const QString &dataFolder, Port
     const QString found = findPortrait(folder, name);
     if (!found.isEmpty())
         return found;
+    // Two letters in front make a picture of many a file that nobody wants here.
+    if (readPicture(chosen, maxPortraitSize).isNull())
+        return QString();
     if (copy == PortraitCopy::Forbidden || dataReadOnly)
         return name;
     // A data folder that came without pictures has no place for them yet.

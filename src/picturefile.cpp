@@ -60,6 +60,10 @@ private:
         double cost;
     };
 
+    static bool isSvg(QStringView element)
+    {
+        return element == "svg"_L1 || element.endsWith(":svg"_L1);
+    }
     bool takeElement(const QXmlStreamReader &xml);
     static bool isHarmlessLink(QStringView element, const QString &target);
     bool isDrawnInTime() const;
@@ -76,6 +80,9 @@ bool SvgCheck::run(const QByteArray &bytes)
     while (!xml.atEnd()) {
         switch (xml.readNext()) {
         case QXmlStreamReader::StartElement:
+            // The reader takes any XML for a picture until it comes to draw it.
+            if (m_elements.isEmpty() && !isSvg(xml.qualifiedName()))
+                return false;
             m_elements.append({open.isEmpty() ? -1 : open.constLast(), QString(), elementCost});
             open.append(m_elements.size() - 1);
             if (!takeElement(xml))

@@ -11,5 +11,6 @@ bool isPictureFile(const QString &path);
 // The picture, scaled down to fit a square of `maxSize` pixels; null for any other file.
 QImage readPicture(const QString &path, int maxSize);
 
-// False for an SVG that names other files, unpacks itself, or takes too long to draw.
+// False for any other XML, and for an SVG that names other files, unpacks itself, or takes too long
+// to draw.
 bool isHarmlessSvg(const QByteArray &bytes);
