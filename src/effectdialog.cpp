@@ -27,7 +27,6 @@ EffectDialog::EffectDialog(const QList<Creature *> &selected, QWidget *parent)
     m_self = singleTarget();
 
     setContent(buildForm());
-    rememberCreatures();
     updateActionTitle();
     updateActionItems();
     updateEndLabels();
@@ -123,23 +122,20 @@ int EffectDialog::action() const
 
 void EffectDialog::done(int result)
 {
-    m_open = false;
-    takePreviewsAway();
+    m_preview.reset();
     FlatDialog::done(result);
 }
 
 void EffectDialog::reject()
 {
-    m_open = false;
-    takePreviewsAway();
+    m_preview.reset();
     FlatDialog::reject();
 }
 
 // The end of the program ends the loop without a word to done() or reject().
 void EffectDialog::onFinished()
 {
-    m_open = false;
-    takePreviewsAway();
+    m_preview.reset();
     returnPanel();
 }
 
@@ -404,35 +400,12 @@ void EffectDialog::onHitDamageClicked()
 
 // --- preview ---
 
-void EffectDialog::rememberCreatures()
-{
-    QList<Creature *> creatures = targets();
-    for (const QPointer<Creature> &creature : std::as_const(m_origins)) {
-        if (creature && !creatures.contains(creature))
-            creatures << creature;
-    }
-    for (Creature *creature : std::as_const(creatures))
-        m_touched << Touched {creature, creature->isStable()};
-}
-
-void EffectDialog::takePreviewsAway()
-{
-    for (const Touched &touched : std::as_const(m_touched)) {
-        if (!touched.creature)
-            continue;
-        touched.creature->clearRestAdditions();
-        // A stabilized creature that was shown on its feet and falls again would be dying.
-        if (touched.creature->isStable() != touched.stable)
-            touched.creature->setStable(touched.stable);
-    }
-}
-
 void EffectDialog::updatePreview()
 {
     // Keys that were typed ahead may still arrive behind the answer.
-    if (!m_open)
+    if (!m_preview)
         return;
-    takePreviewsAway();
+    m_preview->clear();
     updateActionItems();
     Creature *creature = origin();
     const QList<Creature *> creatures = targets();
@@ -488,21 +461,23 @@ void EffectDialog::previewTarget(Creature *target, Creature *origin, int action)
         newHP = healedHP(newHP, 0);
     }
     newTemp = std::max(newTemp, tempHP());
-    target->setRestAdditions(saturatedDifference(newHP, hp), saturatedDifference(newTemp, temp),
-                             saturatedDifference(newSurges, surges));
-    if (action == UseActionPoint && isOrigin)
-        target->setRestAP(-1);
+    m_preview->show(target, saturatedDifference(newHP, hp), saturatedDifference(newTemp, temp),
+                    saturatedDifference(newSurges, surges),
+                    action == UseActionPoint && isOrigin ? -1 : 0);
 }
 
 void EffectDialog::previewOrigin(Creature *origin, int action)
 {
     const int hp = origin->currHP();
+    const auto healed = [hp](int healing) {
+        return saturatedDifference(healedHP(hp, healing), hp);
+    };
     if (action == SecondWind && origin->currHS() > 0)
-        origin->setRestAdditions(saturatedDifference(healedHP(hp, origin->hsValue()), hp), 0, -1);
+        m_preview->show(origin, healed(origin->hsValue()), 0, -1, 0);
     else if (action == GainHealingSurge)
-        origin->setRestAdditions(saturatedDifference(healedHP(hp, 0), hp), 0, 1);
+        m_preview->show(origin, healed(0), 0, 1, 0);
     else if (action == UseActionPoint)
-        origin->setRestAP(-1);
+        m_preview->show(origin, 0, 0, 0, -1);
 }
 
 #include "moc_effectdialog.cpp"

@@ -3,10 +3,12 @@
 #pragma once
 
 #include <QPointer>
+#include <optional>
 
 #include "creature.h"
 #include "effectedattributes.h"
 #include "flatdialog.h"
+#include "restpreview.h"
 
 class DisableComboBox;
 class QCheckBox;
@@ -100,11 +102,6 @@ private:
     };
     // The order of EffectedAttributes.
     enum Attribute { AC, Fortitude, Reflex, Will, Hit, Damage, SavingThrows, AttributeCount };
-    // What a creature is when the form opens and has to be when it closes.
-    struct Touched {
-        QPointer<Creature> creature;
-        bool stable;
-    };
 
     static bool isRunning();
     static Creature *currentCreature();
@@ -155,8 +152,6 @@ private:
     void toggleAttributes(Attribute first, Attribute last);
 
     // --- preview ---
-    void rememberCreatures();
-    void takePreviewsAway();
     void updatePreview();
     void previewTarget(Creature *target, Creature *origin, int action);
     void previewOrigin(Creature *origin, int action);
@@ -168,9 +163,8 @@ private:
     QList<QPointer<Creature>> m_targets;
     QPointer<Creature> m_self; // the only target
     QList<QPointer<Creature>> m_origins; // null stands for the blank item
-    QList<Touched> m_touched;
+    std::optional<RestPreview> m_preview {std::in_place}; // none once the form has been answered
     bool m_somethingSelected = false;
-    bool m_open = true; // false once the form has been answered
     int m_lastActionIndex = 0;
     int m_lastEndIndex = 0;
 

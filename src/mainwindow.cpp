@@ -214,21 +214,9 @@ void MainWindow::setFlatDialog(const QString &title, FlatDialog *dialog)
 {
     m_dialogTitle->setText(asHtml(title, LongestName));
     m_activeDialog = dialog;
-    // The dialog may have added a rest to the live numbers to show what would come of it.
-    if (!dialog)
-        clearPreviews();
     updateActions();
     if (Creature *first = selectedCreature(0))
         Q_EMIT doCreatureEffectsChanged(first);
-}
-
-void MainWindow::clearPreviews()
-{
-    QList<Creature *> creatures = selectedCreatures();
-    if (Creature *current = theEncounter->current())
-        creatures << current;
-    for (Creature *creature : std::as_const(creatures))
-        creature->clearRestAdditions();
 }
 
 void MainWindow::showFlatWidget(QWidget *widget, bool fixed)

@@ -244,8 +244,6 @@ private:
     void addEncounter(const PreparedEncounter &encounter, bool hidden);
     void replaceEncounter(const PreparedEncounter &encounter, bool hidden);
     void endHealthFlow();
-    // What an open dialog added to the live numbers of the selection and of the current creature.
-    void clearPreviews();
 
     std::unique_ptr<CoreObjects> m_core;
     Actions m_actions;

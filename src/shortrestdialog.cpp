@@ -88,7 +88,6 @@ QGroupBox *ShortRestDialog::buildRow(Creature *creature)
         return spin;
     };
     const Row row {.creature = creature,
-                   .wasStable = creature->isStable(),
                    .surgeBox = box("surgeBox", qMax(0, creature->currHS()), true),
                    .hpBox = box("hpBox", MaxExtraHP, false),
                    .surgesLabel = namedLabel("surgesLabel", creature, SurgesDigits),
@@ -150,8 +149,8 @@ void ShortRestDialog::onRestValueChanged()
         // Healing counts from 0, but without any the character stays where it is.
         const int total =
             used == 0 && extra == 0 ? hp : restedHP(creature, used, qMax(0, hp), extra);
-        creature.setRestAdditions(saturatedDifference(total, hp), 0, -used);
-        creature.setRestAP(m_grantBox->isChecked() ? 1 : 0);
+        m_preview.show(&creature, saturatedDifference(total, hp), 0, -used,
+                       m_grantBox->isChecked() ? 1 : 0);
         row.totalLabel->setText(tr("= %1").arg(total));
         showStatus(row);
     }
@@ -177,14 +176,7 @@ int ShortRestDialog::exec()
 
 void ShortRestDialog::onFinished()
 {
-    for (const Row &row : std::as_const(m_rows)) {
-        if (!row.creature)
-            continue;
-        row.creature->clearRestAdditions();
-        // One who was stabilized came up and went down again in the preview, but took no blow.
-        if (row.creature->isStable() != row.wasStable)
-            row.creature->setStable(row.wasStable);
-    }
+    m_preview.clear();
 }
 
 QList<RestedCreature> ShortRestDialog::result() const

@@ -6,6 +6,7 @@
 
 #include "creature.h"
 #include "flatdialog.h"
+#include "restpreview.h"
 
 class QCheckBox;
 class QGroupBox;
@@ -32,7 +33,6 @@ private Q_SLOTS:
 private:
     struct Row {
         QPointer<Creature> creature;
-        bool wasStable = true;
         QSpinBox *surgeBox = nullptr;
         QSpinBox *hpBox = nullptr;
         QLabel *surgesLabel = nullptr;
@@ -48,4 +48,5 @@ private:
 
     QCheckBox *m_grantBox = nullptr;
     QList<Row> m_rows;
+    RestPreview m_preview;
 };

@@ -13,6 +13,7 @@
 #include "dialoghost.h"
 #include "eventsignaler.h"
 #include "flatdialog.h"
+#include "restpreview.h"
 #include "smallwidgets.h"
 #include "testhome.h"
 #include "windowfixture.h"
@@ -51,7 +52,7 @@ private Q_SLOTS:
     void endsByKey();
     void returnsWhatDoneGot();
     void takesTheListsPlace();
-    void clearsThePreview();
+    void previewTakesItselfAway();
     void endsWithTheWindow();
     void survivesAReplacedLibrary();
     void cannotStartWithoutAWindow();
@@ -126,25 +127,23 @@ void TestFlatDialog::takesTheListsPlace()
     QCOMPARE(m_fixture->window().activeDialog(), nullptr);
 }
 
-void TestFlatDialog::clearsThePreview()
+void TestFlatDialog::previewTakesItselfAway()
 {
-    Creature *current = theEncounter->at(0);
-    Creature *selected = theEncounter->at(1);
-    for (Creature *creature : {current, selected})
-        creature->takeDamage(10, nullptr);
-    theEncounter->setCurrentIndex(0);
-    m_fixture->window().setSelection({1});
-    NumberDialog dialog;
-    whenDialogRuns([&] {
-        for (Creature *creature : {current, selected})
-            creature->setRestAdditions(4, 0, 0);
-        dialog.reject();
-    });
-    dialog.exec();
-    for (const Creature *creature : {current, selected}) {
-        QCOMPARE(creature->restHP(), 0);
-        QCOMPARE(creature->currHP(), creature->maxHP() - 10);
+    Creature *aria = theEncounter->at(0);
+    Creature *rat = theEncounter->at(1);
+    aria->takeDamage(33, nullptr);
+    aria->setStable(true);
+    const QList<CreatureState> before {aria->state(), rat->state()};
+    {
+        RestPreview preview;
+        preview.show(aria, 10, 2, -1, 1);
+        preview.show(aria, 9, 2, -1, 1); // in place of the other
+        preview.show(rat, -5, 0, 0, 0);
+        QCOMPARE(aria->currHP(), 6);
+        QCOMPARE(rat->currHP(), 15);
     }
+    QVERIFY(aria->state() == before.at(0));
+    QVERIFY(rat->state() == before.at(1));
 }
 
 void TestFlatDialog::endsWithTheWindow()

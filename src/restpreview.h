@@ -1,0 +1,28 @@
+// What an open form would make of its creatures, shown in their live numbers.
+#pragma once
+
+#include <QList>
+#include <QPointer>
+
+#include "creature.h"
+
+// Takes all that it shows away when it dies, so that nothing of it is left to an event. A creature
+// may go at any time.
+class RestPreview {
+public:
+    RestPreview() = default;
+    ~RestPreview();
+    RestPreview(const RestPreview &) = delete;
+    RestPreview &operator=(const RestPreview &) = delete;
+
+    // Adds these to what the creature really has, in place of what was shown on it before.
+    void show(Creature *creature, int hp, int tempHP, int surges, int actionPoints);
+    void clear();
+
+private:
+    struct Shown {
+        QPointer<Creature> creature;
+        bool wasStable;
+    };
+    QList<Shown> m_shown;
+};
