@@ -3,28 +3,30 @@
 
 #include <utility>
 
-#include "coreobjects.h"
-#include "encounter.h"
 #include "history.h"
+#include "outsidechanges.h"
 
 // The log, behind the records of what changed outside the history. Null when the log can't be
 // written, of which the user has been told: a command then stops.
 inline ObjectStream *streamForEvent()
 {
-    if (!theHistory->getStream())
-        return nullptr;
-    theEncounter->checkVitality(theHistory);
-    return theHistory->getStream();
+    ObjectStream *stream = theHistory->getStream();
+    if (stream)
+        checkVitality(stream);
+    return stream;
 }
 
-// Makes the event, whose last argument is the stream, and applies it. False when the log can't be
-// written: nothing has happened then.
+// Makes the event, whose last argument is the stream, and applies it; of an event without arguments
+// a new one. False when the log can't be written: nothing has happened then.
 template <typename EventClass, typename... Arguments>
 bool appendEvent(Arguments &&...arguments)
 {
     ObjectStream *stream = streamForEvent();
     if (!stream)
         return false;
-    theHistory->doEvent(new EventClass(std::forward<Arguments>(arguments)..., stream));
+    if constexpr (sizeof...(arguments) == 0)
+        theHistory->doEvent(new EventClass(stream, false));
+    else
+        theHistory->doEvent(new EventClass(std::forward<Arguments>(arguments)..., stream));
     return true;
 }

@@ -5,6 +5,8 @@
 #include "libraryfolder.h"
 #include "paths.h"
 
+Characters *theCharacters = nullptr;
+
 namespace {
 
 constexpr LibraryFolder folderTexts {

@@ -78,3 +78,6 @@ private:
     std::vector<std::unique_ptr<Creature>> m_retired; // no name finds them any more
     TrackerMember m_tracker {__LINE__, "characters"};
 };
+
+// The one of the running program. Null before it is made and after shut-down.
+extern Characters *theCharacters;

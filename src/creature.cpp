@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "coreobjects.h"
 #include "effect.h"
 #include "encounter.h"
 #include "switchboard.h"

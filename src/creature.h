@@ -190,6 +190,9 @@ public:
     // Sets roll and random, and tells listeners only when one of them changed.
     void setItem(const CreatureItem &item);
 
+    // It is this creature's turn.
+    bool isCurrent() const;
+
     // --- vitality rules (creaturevitality.cpp) ---
     bool isDead(bool ignoringRest = false) const;
     bool isDying() const;
@@ -244,18 +247,6 @@ public:
     int removeEffect(Effect *effect);
     AttributeModifiers accumulateModifiers() const;
     void accumulateModifiers(AttributeModifiers &modifiers) const;
-
-    // --- start and end of a turn (creatureturn.cpp): each raises events on the history ---
-    void applyOngoingDamage();
-    void applyRegeneration();
-    void removeEffectsAtStartOfTurn(Creature *current);
-    void removeEffectsAtEndOfTurn(Creature *current, bool favourableOnly);
-    void removeEffectsAtEndOfEncounter();
-    // Rolls for each used power that may come back at the start of this creature's turn.
-    void rechargePowers();
-    // Takes a dead creature out of the encounter with an event, and ends the encounter when nobody
-    // is left. The turn passes on if it was this creature's, unless `keepTurn` is set.
-    void kill(bool keepTurn);
 
     // --- display strings (creaturesummary.cpp) ---
     QString displayName() const;

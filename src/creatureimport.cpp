@@ -1,5 +1,4 @@
 #include "characters.h"
-#include "coreobjects.h"
 #include "creature.h"
 #include "creaturefile.h"
 #include "safefile.h"

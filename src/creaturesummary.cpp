@@ -3,7 +3,6 @@
 // the lines without a tag are plain text.
 #include "creature.h"
 
-#include "coreobjects.h"
 #include "effectedattributes.h"
 #include "encounter.h"
 #include "saturated.h"

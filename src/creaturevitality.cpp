@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "coreobjects.h"
 #include "creature.h"
 #include "encounter.h"
 #include "outcome.h"
@@ -30,6 +29,11 @@ int deathThreshold(int maxHP)
 }
 
 } // namespace
+
+bool Creature::isCurrent() const
+{
+    return theEncounter && theEncounter->current() == this;
+}
 
 bool Creature::isDead(bool ignoringRest) const
 {

@@ -3,7 +3,6 @@
 #include <QBoxLayout>
 #include <QEvent>
 
-#include "coreobjects.h"
 #include "creaturedisplay.h"
 #include "encounter.h"
 #include "smallwidgets.h"

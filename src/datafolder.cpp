@@ -14,7 +14,6 @@
 #include <utility>
 
 #include "characters.h"
-#include "coreobjects.h"
 #include "encounter.h"
 #include "encounters.h"
 #include "folderaccess.h"

@@ -3,8 +3,6 @@
 #include <QStringList>
 #include <iterator>
 
-#include "coreobjects.h"
-#include "encounter.h"
 #include "saturated.h"
 #include "terms.h"
 
@@ -157,8 +155,7 @@ Effect::Effect(Creature *origin, Creature *target, int type, int endCode, const 
     // An effect never ends within the turn in which it was set.
     const Creature *deciding = decidingCreature();
     if (deciding) {
-        const bool isItsTurn = theEncounter && theEncounter->current() == deciding;
-        m_endTurn = saturatedSum(deciding->turnCount(), isItsTurn ? 1 : 0);
+        m_endTurn = saturatedSum(deciding->turnCount(), deciding->isCurrent() ? 1 : 0);
     }
 }
 

@@ -92,9 +92,6 @@ public:
     virtual bool endsAtStartOfTurn(const Creature *creature) const;
     virtual bool needsSave(const Creature *creature) const;
     virtual bool endsAtEndOfEncounter() const;
-    // Each raises an event on the history, and does nothing for an effect of another type.
-    virtual void applyOngoingDamage(Creature *creature, Creature *attacker);
-    virtual void applyRegeneration(Creature *creature);
     virtual void accumulate(AttributeModifiers &modifiers) const;
 
     // Whether the log names who caused it: not for total defence, cover and concealment.

@@ -12,7 +12,6 @@
 #include <QSpinBox>
 #include <algorithm>
 
-#include "coreobjects.h"
 #include "disablecombobox.h"
 #include "effect.h"
 #include "encounter.h"

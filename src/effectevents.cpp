@@ -1,8 +1,8 @@
 #include "effectevents.h"
 
-#include "coreobjects.h"
 #include "creature.h"
 #include "effect.h"
+#include "findcreature.h"
 #include "objectstream.h"
 #include "power.h"
 #include "saturated.h"

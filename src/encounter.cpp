@@ -4,11 +4,10 @@
 #include <algorithm>
 
 #include "creature.h"
-#include "history.h"
-#include "rosterevents.h"
 #include "text.h"
-#include "vitalityevents.h"
 #include "windowinterface.h"
+
+Encounter *theEncounter = nullptr;
 
 namespace {
 
@@ -44,28 +43,6 @@ bool beats(const Creature *a, const Creature *b)
     if (a->initBonus() != b->initBonus())
         return a->initBonus() > b->initBonus();
     return a->initRandom() > b->initRandom();
-}
-
-// How the log names the creature before and after a change of its name.
-QString nameInLog(const Creature *creature, const QString &name)
-{
-    if (!creature->isMonster())
-        return name;
-    return Encounter::tr("%1 (%2)").arg(creature->group(), name);
-}
-
-void logOutsideChanges(Creature *creature, History *history, ObjectStream *stream)
-{
-    // First, since a record names its creature as it is called by now, and whoever reads the log
-    // must know of that name. Without a name before, no log names the creature.
-    const QString before = creature->nameBefore();
-    if (!before.isEmpty() && before != creature->name()) {
-        history->doEvent(new RenameCreatureEvent(nameInLog(creature, before),
-                                                 nameInLog(creature, creature->name()), stream));
-    }
-    const CreatureVitality vitality = creature->liveVitality();
-    if (!(vitality == creature->shadowVitality()))
-        history->doEvent(new SetVitalityEvent(vitality, stream));
 }
 
 } // namespace
@@ -270,33 +247,6 @@ void Encounter::reset()
     windows().refreshEncounterActions();
     Q_EMIT doCurrentCreatureChanged();
     Q_EMIT doCreatureCountChanged();
-}
-
-void Encounter::checkVitality(History *history)
-{
-    ObjectStream *stream = m_vitalityStale && history ? history->getStream() : nullptr;
-    if (!stream)
-        return;
-    m_vitalityStale = false;
-    // A copy: the events may change the list. Whoever isn't here now would be forgotten, as the log
-    // is newer than the file from now on.
-    QList<Creature *> creatures = m_creatures.list();
-    const QList<Creature *> edited = history->editedCharacters();
-    for (Creature *character : edited) {
-        if (!contains(character))
-            creatures << character;
-    }
-    for (Creature *creature : std::as_const(creatures))
-        logOutsideChanges(creature, history, stream);
-}
-
-void Encounter::removeDead(bool keepTurn)
-{
-    for (int i = count() - 1; i >= 0; --i) {
-        Creature *creature = at(i);
-        if (creature && creature->isDead())
-            creature->kill(keepTurn);
-    }
 }
 
 void Encounter::updateRoundText() const

@@ -9,8 +9,6 @@
 #include "encounterentry.h"
 #include "memorytracker.h"
 
-class History;
-
 struct EncounterPosition {
     int round = 0;
     int currentIndex = -1;
@@ -94,14 +92,10 @@ public:
     // Swaps each creature with whoever stands `delta` places on, around the ends.
     void adjustInitiative(const QList<Creature *> &creatures, int delta);
     void reset();
-    void markVitalityStale() { m_vitalityStale = true; }
+    // Something may have been changed outside the history: the next command logs it.
+    void markVitalityStale(bool stale = true) { m_vitalityStale = stale; }
     bool isVitalityStale() const { return m_vitalityStale; }
-    // Logs any change that was made outside the history, before the event of a command.
-    void checkVitality(History *history);
-    // Takes each dead creature out with an event; nothing calls it in this version. The turn passes
-    // on when it was the current one's, unless `keepTurn` is set.
-    void removeDead(bool keepTurn);
-    // Has the count signal raised without a change, when the selection changed.
+    // Emits the count signal although only the selection changed.
     void notifyCountChanged() { Q_EMIT doCreatureCountChanged(); }
 
 Q_SIGNALS:
@@ -121,3 +115,6 @@ private:
     bool m_vitalityStale = false;
     TrackerMember m_tracker {__LINE__, "encounter"};
 };
+
+// The one of the running program. Null before it is made and after shut-down.
+extern Encounter *theEncounter;

@@ -4,7 +4,6 @@
 #include "creature.h"
 #include "creaturelist.h"
 #include "effectevents.h"
-#include "turnevents.h"
 #include "vitalityevents.h"
 #include "windowinterface.h"
 
@@ -43,19 +42,6 @@ bool takeExtendedRest()
     windows().refreshCharacterList();
     // No creatures stand for the whole party.
     return appendEvent<ExtendedRestEvent>(QList<Creature *>());
-}
-
-bool endEncounter()
-{
-    // A copy, as the events change what is walked through.
-    const QList<Creature *> creatures = theEncounter->creatures().list();
-    for (Creature *creature : creatures)
-        creature->removeEffectsAtEndOfEncounter();
-    ObjectStream *stream = streamForEvent();
-    if (!stream)
-        return false;
-    theHistory->doEvent(new StopEncounterEvent(stream, false));
-    return true;
 }
 
 void makeFresh(const CreatureList &arrivals)

@@ -9,9 +9,6 @@ class CreatureList;
 // The living characters of the encounter rest. Those that are linked read their files first, and
 // what those bring is logged ahead of the rest. False when the log can't be written.
 bool takeExtendedRest();
-// What the end of an encounter raises: each effect that ends with it, and the end. False when the
-// log can't be written.
-bool endEncounter();
 // A monster that fought before comes back as new: one rest for all that need it, the end of each
 // effect, and each spent power. Nothing for those that are new, nor for characters. To be called
 // right behind the event that brought them.

@@ -6,6 +6,8 @@
 #include "libraryfolder.h"
 #include "paths.h"
 
+Encounters *theEncounters = nullptr;
+
 namespace {
 
 constexpr LibraryFolder folderTexts {

@@ -61,3 +61,6 @@ private:
     std::vector<std::unique_ptr<PreparedEncounter>> m_entries;
     TrackerMember m_tracker {__LINE__, "encounters"};
 };
+
+// The one of the running program. Null before it is made and after shut-down.
+extern Encounters *theEncounters;

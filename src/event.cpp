@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <array>
 
-#include "coreobjects.h"
 #include "creature.h"
 #include "effectevents.h"
+#include "encounter.h"
 #include "history.h"
 #include "objectstream.h"
 #include "rosterevents.h"

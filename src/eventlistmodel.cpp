@@ -4,7 +4,6 @@
 #include <QEvent>
 #include <QTableView>
 
-#include "coreobjects.h"
 #include "dialoghost.h"
 #include "history.h"
 #include "text.h"

@@ -5,7 +5,6 @@
 #include <QPointer>
 #include <QPushButton>
 
-#include "coreobjects.h"
 #include "dialoghost.h"
 #include "encounter.h"
 #include "text.h"

@@ -4,7 +4,6 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include "coreobjects.h"
 #include "history.h"
 #include "messagedialog.h"
 #include "text.h"

@@ -21,6 +21,8 @@
 #include "version.h"
 #include "windowinterface.h"
 
+History *theHistory = nullptr;
+
 History::History(QObject *parent) : QObject(parent)
 {
     connect(this, &History::doDisableWidgetDisplay, switchBoard(),

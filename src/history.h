@@ -9,9 +9,9 @@
 #include <functional>
 #include <memory>
 
+#include "editedfiles.h"
 #include "logdamage.h"
 #include "memorytracker.h"
-#include "outsidechanges.h"
 
 class Event;
 class LogGuard;
@@ -130,3 +130,6 @@ private:
     bool m_isReplaying = false;
     TrackerMember m_tracker {__LINE__, "history"};
 };
+
+// The one of the running program. Null before it is made and after shut-down.
+extern History *theHistory;

@@ -13,7 +13,6 @@
 #include <QToolButton>
 #include <algorithm>
 
-#include "coreobjects.h"
 #include "dice.h"
 #include "monsters.h"
 #include "text.h"

@@ -4,7 +4,6 @@
 #include <QLabel>
 #include <QPushButton>
 
-#include "coreobjects.h"
 #include "history.h"
 #include "loglock.h"
 #include "text.h"

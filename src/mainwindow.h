@@ -28,6 +28,7 @@ class QSpinBox;
 class QStackedWidget;
 class QTimer;
 class ResizableScrollArea;
+class TurnCycle;
 
 // Creates the objects of the core, holds the selection of the initiative list, and runs one flow
 // for each action: ask if need be, make an event, hand it to the history. It never changes a
@@ -222,19 +223,8 @@ private:
     bool canSpendSurge() const;
 
     // --- turn cycle (turncommands.cpp) ---
-    void startEncounter();
-    void stopEncounter();
-    // False when the DM cancelled the saving throws, or closed the window over them: nothing has
-    // happened then, and the command stops. The window may be gone.
-    bool endTurn(bool skipSaves, bool canCancel);
-    // The saves that are due at the end of the creature's turn, its death save included. As
-    // endTurn().
-    bool askSavingThrows(Creature *creature, bool canCancel);
-    void advanceTurn() override;
-    // Makes the next creature the current one. False when nobody is there or the log failed.
-    bool passTurn();
-    // What the start of the turn raises for the creature whose turn it now is.
-    void startTurn(Creature *creature);
+    // With the form of the saving throws, over which the window may be gone.
+    TurnCycle turnCycle();
 
     // --- newcomers ---
     // Asks for the initiative of creatures that join a running encounter, and gives what they had

@@ -1,11 +1,12 @@
 #include "monsters.h"
 
-#include "coreobjects.h"
 #include "creaturefile.h"
 #include "creatureportrait.h"
 #include "encounters.h"
 #include "libraryfolder.h"
 #include "paths.h"
+
+Monsters *theMonsters = nullptr;
 
 namespace {
 

@@ -1,56 +1,50 @@
 #include "outsidechanges.h"
 
-#include <QDateTime>
-#include <QFileInfo>
+#include "creature.h"
+#include "encounter.h"
+#include "history.h"
+#include "rosterevents.h"
+#include "vitalityevents.h"
 
-#include "characters.h"
-#include "coreobjects.h"
-#include "paths.h"
+namespace {
 
-void EditedFiles::find(const QDateTime &logWritten)
+// How the log names the creature before and after a change of its name.
+QString nameInLog(const Creature *creature, const QString &name)
 {
-    forget();
-    for (int i = 0; theCharacters && i < theCharacters->count(); ++i) {
-        Creature *character = theCharacters->at(i);
-        if (character->fileName().isEmpty() || character->isModified())
-            continue;
-        const QFileInfo file(creaturePath(character->fileName(), false));
-        if (file.exists() && file.lastModified() > logWritten)
-            m_characters << Edited {character, {}};
-    }
-    takeNumbers();
+    if (!creature->isMonster())
+        return name;
+    return Encounter::tr("%1 (%2)").arg(creature->group(), name);
 }
 
-QList<Creature *> EditedFiles::characters() const
+void logOutsideChanges(Creature *creature, ObjectStream *stream)
 {
-    QList<Creature *> characters;
-    for (const Edited &edited : m_characters) {
-        if (edited.character)
-            characters << edited.character;
+    // First, since a record names its creature as it is called by now, and whoever reads the log
+    // must know of that name. Without a name before, no log names the creature.
+    const QString before = creature->nameBefore();
+    if (!before.isEmpty() && before != creature->name()) {
+        theHistory->doEvent(new RenameCreatureEvent(nameInLog(creature, before),
+                                                    nameInLog(creature, creature->name()), stream));
     }
-    return characters;
+    const CreatureVitality vitality = creature->liveVitality();
+    if (!(vitality == creature->shadowVitality()))
+        theHistory->doEvent(new SetVitalityEvent(vitality, stream));
 }
 
-void EditedFiles::putNumbersBack() const
-{
-    for (const Edited &edited : m_characters) {
-        if (!edited.character)
-            continue;
-        CreatureVitality vitality = edited.logged;
-        const CreatureVitality live = edited.character->liveVitality();
-        vitality.currHP = live.currHP;
-        vitality.currHS = live.currHS;
-        vitality.currAP = live.currAP;
-        edited.character->setVitalityNumbers(vitality);
-    }
-}
+} // namespace
 
-void EditedFiles::takeNumbers()
+void checkVitality(ObjectStream *stream)
 {
-    for (Edited &edited : m_characters) {
-        if (!edited.character)
-            continue;
-        edited.logged = edited.character->liveVitality();
-        edited.character->takeNumbersOfText();
+    if (!stream || !theEncounter->isVitalityStale())
+        return;
+    theEncounter->markVitalityStale(false);
+    // A copy: the events may change the list. Whoever isn't here now would be forgotten, as the log
+    // is newer than the file from now on.
+    QList<Creature *> creatures = theEncounter->creatures().list();
+    const QList<Creature *> edited = theHistory->editedCharacters();
+    for (Creature *character : edited) {
+        if (!theEncounter->contains(character))
+            creatures << character;
     }
+    for (Creature *creature : std::as_const(creatures))
+        logOutsideChanges(creature, stream);
 }

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 
-#include "coreobjects.h"
 #include "creature.h"
 #include "effect.h"
 #include "encounter.h"

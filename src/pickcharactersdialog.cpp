@@ -9,7 +9,6 @@
 #include <algorithm>
 
 #include "characters.h"
-#include "coreobjects.h"
 #include "encounter.h"
 #include "global.h"
 #include "smallwidgets.h"

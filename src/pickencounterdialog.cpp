@@ -6,7 +6,6 @@
 #include <QLineEdit>
 #include <QTableView>
 
-#include "coreobjects.h"
 #include "encounter.h"
 #include "encounters.h"
 #include "text.h"

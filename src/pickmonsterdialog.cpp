@@ -5,7 +5,6 @@
 #include <QLineEdit>
 #include <QTableView>
 
-#include "coreobjects.h"
 #include "creature.h"
 #include "messagedialog.h"
 #include "monsters.h"

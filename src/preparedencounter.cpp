@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <array>
 
-#include "coreobjects.h"
 #include "creature.h"
 #include "keyvalue.h"
 #include "libraryfolder.h"

@@ -4,8 +4,9 @@
 #include <algorithm>
 
 #include "characters.h"
-#include "coreobjects.h"
 #include "creature.h"
+#include "encounter.h"
+#include "findcreature.h"
 #include "monsters.h"
 #include "objectstream.h"
 #include "streamrecords.h"

@@ -9,7 +9,6 @@
 #include <QPushButton>
 #include <QSpinBox>
 
-#include "coreobjects.h"
 #include "encounter.h"
 #include "readablecolours.h"
 #include "saturated.h"

@@ -1,8 +1,8 @@
 #include "streamrecords.h"
 
-#include "coreobjects.h"
 #include "creature.h"
 #include "encounter.h"
+#include "findcreature.h"
 #include "objectstream.h"
 
 namespace {

@@ -1,7 +1,7 @@
 #include "turnevents.h"
 
-#include "coreobjects.h"
 #include "creature.h"
+#include "encounter.h"
 #include "objectstream.h"
 #include "streamrecords.h"
 #include "windowinterface.h"

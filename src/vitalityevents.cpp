@@ -1,8 +1,8 @@
 #include "vitalityevents.h"
 
-#include "coreobjects.h"
 #include "creature.h"
 #include "effect.h"
+#include "encounter.h"
 #include "objectstream.h"
 #include "streamrecords.h"
 #include "terms.h"

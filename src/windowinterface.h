@@ -36,9 +36,6 @@ public:
     virtual void refreshCharacterList() = 0;
     virtual void refreshTerms() = 0;
 
-    // Passes the turn on to the next creature that can act, with all that this raises.
-    virtual void advanceTurn() = 0;
-
     // --- replay ---
     // Hides the windows and stops the refresh timer; showAfterReplay() takes it back.
     virtual void hideForReplay() = 0;
@@ -73,7 +70,6 @@ public:
     void tellReadOnly() override { }
     void refreshCharacterList() override { }
     void refreshTerms() override { }
-    void advanceTurn() override { }
     void hideForReplay() override { }
     void showAfterReplay() override { }
     int partySize() const override { return 5; }

@@ -8,11 +8,12 @@
 #include "effect.h"
 #include "encounter.h"
 #include "event.h"
+#include "findcreature.h"
 #include "history.h"
-#include "scriptedwindows.h"
 #include "terms.h"
 #include "testdata.h"
 #include "testhome.h"
+#include "turncycle.h"
 
 using namespace Qt::StringLiterals;
 
@@ -326,13 +327,13 @@ void TestEffect::startOfTurnRaisesEvents()
                   EffectEnd::StartOfTargetsTurn);
     for (Effect *effect : {&burn, &mend, &until, &shield})
         effect->target()->addEffect(effect);
-    m_aria->applyOngoingDamage();
+    applyOngoingDamage(m_aria.get());
     QCOMPARE(m_aria->currHP(), 25);
     QCOMPARE(m_aria->lastHitBy(), u"Rat (1)"_s);
-    m_aria->applyRegeneration();
+    applyRegeneration(m_aria.get());
     QCOMPARE(m_aria->currHP(), 27);
     for (Creature *creature : theEncounter->creatures())
-        creature->removeEffectsAtStartOfTurn(m_aria.get());
+        removeEffectsAtStartOfTurn(creature, m_aria.get());
     QCOMPARE(
         logged(),
         (QStringList {u"On Going Damage 5: Aria"_s, u"Regeneration 2: Aria"_s,
@@ -370,7 +371,7 @@ void TestEffect::powersRecharge()
     power.usageState = state;
     data.powers = {power};
     creature->assign(data);
-    creature->rechargePowers();
+    rechargePowers(creature);
     QTEST(theHistory->eventCount(), "events");
     const bool isBack = creature->powers().first().usageState == state + 1;
     QVERIFY(isBack || creature->powers().first().usageState == state);
@@ -382,21 +383,21 @@ void TestEffect::powersRecharge()
 
 void TestEffect::theDeadCanLeave()
 {
-    ScriptedWindows windows;
-    m_rat->kill(false);
+    TurnCycle cycle([](Creature *, const QList<Effect *> &, bool) { return std::nullopt; });
+    cycle.kill(m_rat.get(), false);
     QCOMPARE(theHistory->eventCount(), 0);
     m_rat->takeDamage(50, m_aria.get());
-    m_rat->kill(false);
+    cycle.kill(m_rat.get(), false);
     QVERIFY(!theEncounter->contains(m_rat.get()));
     QVERIFY(theEncounter->fallen().contains(m_rat.get()));
-    // The current creature's turn must be passed on, unless told otherwise.
-    QCOMPARE(windows.turnsPassed, 0);
+    QCOMPARE(theEncounter->current(), m_aria.get());
+    // The current creature's turn is passed on, unless told otherwise.
+    const int round = theEncounter->round();
     m_aria->takeDamage(100, nullptr);
-    theEncounter->removeDead(false);
-    QCOMPARE(windows.turnsPassed, 1);
+    cycle.removeDead(false);
+    QCOMPARE(theEncounter->round(), round + 1);
     m_bren->takeDamage(100, nullptr);
-    theEncounter->removeDead(true);
-    QCOMPARE(windows.turnsPassed, 1);
+    cycle.removeDead(true);
     QVERIFY(!theEncounter->isRunning());
     QCOMPARE(theHistory->eventText(theHistory->position()), u"* Stop Encounter *"_s);
     theHistory->moveTo(-1);

@@ -9,7 +9,9 @@
 #include "effect.h"
 #include "effectdialog.h"
 #include "fightfixture.h"
+#include "findcreature.h"
 #include "history.h"
+#include "outsidechanges.h"
 #include "testhome.h"
 #include "vitalityevents.h"
 
@@ -465,7 +467,7 @@ void TestEffectDialog::previewNeverLeavesTheScreen()
     const QMap<QString, QByteArray> files = m_fight->folder.files();
     const int events = theHistory->eventCount();
     const auto logged = [events] {
-        theEncounter->checkVitality(theHistory);
+        checkVitality(theHistory->getStream());
         QStringList texts;
         for (int i = events; i < theHistory->eventCount(); ++i)
             texts << theHistory->eventText(i);

@@ -7,7 +7,9 @@
 #include "creatures.h"
 #include "datatable.h"
 #include "encounter.h"
+#include "findcreature.h"
 #include "history.h"
+#include "outsidechanges.h"
 #include "scriptedwindows.h"
 #include "testdata.h"
 #include "testhome.h"
@@ -309,23 +311,23 @@ void TestEncounter::outsideChangesAreLogged()
     Creature *rat = findCreature(u"Rat (1)"_s, true);
     QVERIFY(aria && rat);
     theEncounter->setOrder(CreatureList(QList<Creature *> {aria, rat}));
-    theEncounter->checkVitality(theHistory);
+    checkVitality(theHistory->getStream());
     QCOMPARE(theHistory->eventCount(), 0);
 
     CreatureData data = aria->data();
     data.maxHP = 44;
     aria->assign(data);
-    theEncounter->checkVitality(theHistory);
+    checkVitality(theHistory->getStream());
     QCOMPARE(theHistory->eventCount(), 0);
     theEncounter->markVitalityStale();
-    theEncounter->checkVitality(theHistory);
+    checkVitality(theHistory->getStream());
     QCOMPARE(theHistory->eventCount(), 1);
     QVERIFY(theHistory->eventText(0).startsWith(u"Changed Aria:"_s));
     QVERIFY(aria->liveVitality() == aria->shadowVitality());
 
     rat->setName(u"Boss"_s);
     theEncounter->markVitalityStale();
-    theEncounter->checkVitality(theHistory);
+    checkVitality(theHistory->getStream());
     QCOMPARE(theHistory->eventText(1), u"Rename Rat (1) -> Rat (Boss)"_s);
 }
 

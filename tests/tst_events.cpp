@@ -11,6 +11,7 @@
 #include "encounter.h"
 #include "history.h"
 #include "objectstream.h"
+#include "outsidechanges.h"
 #include "rosterevents.h"
 #include "testfight.h"
 #include "testhome.h"
@@ -447,16 +448,16 @@ void TestEvents::nothingIsLoggedBehindARest()
     const auto log = [](Event *event) { theHistory->doEvent(event); };
     const CreatureList party(TestFight::creatures({"Aria", "Borin"}));
     log(new SetPartyEvent(party, false, itemsOf(party), theHistory->getStream()));
-    theEncounter->checkVitality(theHistory);
+    checkVitality(theHistory->getStream());
     log(new ExtendedRestEvent({}, theHistory->getStream()));
     const CreatureList rats(TestFight::creatures({"Rat (1)", "Rat (2)"}));
     log(new SetEncounterEvent({}, rats, false, theHistory->getStream()));
     const int count = theHistory->position();
-    theEncounter->checkVitality(theHistory);
+    checkVitality(theHistory->getStream());
     QCOMPARE(theHistory->position(), count);
     // An editor's change is logged all the same.
     creature("Aria")->setField(&CreatureData::maxHP, 31);
-    theEncounter->checkVitality(theHistory);
+    checkVitality(theHistory->getStream());
     QVERIFY(theHistory->position() > count);
 }
 
@@ -665,10 +666,10 @@ void TestEvents::renameThatTheHistoryLearnsOf()
     aria->setNameBefore(u"Aria"_s);
     aria->rename(u"Ariadne"_s);
     theEncounter->markVitalityStale();
-    theEncounter->checkVitality(theHistory);
+    checkVitality(theHistory->getStream());
     QCOMPARE(theHistory->eventCount(), 1);
     theEncounter->markVitalityStale();
-    theEncounter->checkVitality(theHistory);
+    checkVitality(theHistory->getStream());
     QCOMPARE(theHistory->eventCount(), 1);
     theHistory->stepBack();
     QCOMPARE(aria->name(), u"Aria"_s);

@@ -5,6 +5,7 @@
 #include "characters.h"
 #include "coreobjects.h"
 #include "encounters.h"
+#include "findcreature.h"
 #include "monsters.h"
 #include "paths.h"
 #include "scriptedwindows.h"

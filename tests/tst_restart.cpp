@@ -5,6 +5,7 @@
 #include "effectevents.h"
 #include "fightfixture.h"
 #include "fightreport.h"
+#include "findcreature.h"
 #include "pickencounterdialog.h"
 #include "power.h"
 #include "testhome.h"

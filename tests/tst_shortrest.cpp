@@ -4,6 +4,7 @@
 #include <QGroupBox>
 
 #include "fightfixture.h"
+#include "outsidechanges.h"
 #include "shortrestdialog.h"
 #include "smallwidgets.h"
 #include "testhome.h"
@@ -170,7 +171,7 @@ void ShortRestTest::leavesNothingBehind()
     });
     QVERIFY(m_aria->state() == before.at(0));
     QVERIFY(m_bram->state() == before.at(1));
-    theEncounter->checkVitality(theHistory);
+    checkVitality(theHistory->getStream());
     QVERIFY(m_fight->folder.files() == filesBefore);
 }
 

@@ -25,7 +25,6 @@ public:
     void setEncounterText(const QString &html) override { encounterText = html; }
     void setLogBehind(bool behind) override { logBehind = behind; }
     void tellReadOnly() override { ++readOnlyTold; }
-    void advanceTurn() override { ++turnsPassed; }
     void hideForReplay() override { ++hidden; }
     void showAfterReplay() override { --hidden; }
     int partySize() const override { return party; }
@@ -43,7 +42,6 @@ public:
     QString encounterText;
     bool logBehind = false;
     int readOnlyTold = 0;
-    int turnsPassed = 0;
     int hidden = 0;
     int party = 5;
 };

@@ -5,7 +5,6 @@
 #include <QFile>
 
 #include "characters.h"
-#include "coreobjects.h"
 #include "encounters.h"
 #include "monsters.h"
 #include "paths.h"

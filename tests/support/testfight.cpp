@@ -1,4 +1,5 @@
 #include "testfight.h"
+#include "findcreature.h"
 
 #include "characters.h"
 #include "creature.h"

@@ -6,7 +6,6 @@
 #include <QTimer>
 
 #include "characters.h"
-#include "coreobjects.h"
 #include "encounter.h"
 #include "flatdialog.h"
 #include "mainwindow.h"

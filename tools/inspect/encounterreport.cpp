@@ -2,7 +2,6 @@
 
 #include <QJsonObject>
 
-#include "coreobjects.h"
 #include "encounters.h"
 
 namespace {

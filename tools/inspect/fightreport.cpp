@@ -4,7 +4,6 @@
 #include <QJsonArray>
 
 #include "characters.h"
-#include "coreobjects.h"
 #include "effect.h"
 #include "encounter.h"
 #include "event.h"

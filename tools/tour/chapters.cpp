@@ -4,7 +4,6 @@
 #include <QRegularExpression>
 #include <memory>
 
-#include "coreobjects.h"
 #include "creature.h"
 #include "creaturelistmodel.h"
 #include "effect.h"
