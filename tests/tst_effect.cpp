@@ -392,10 +392,10 @@ void TestEffect::theDeadCanLeave()
     QVERIFY(theEncounter->fallen().contains(m_rat.get()));
     QCOMPARE(theEncounter->current(), m_aria.get());
     // The current creature's turn is passed on, unless told otherwise.
-    const int round = theEncounter->round();
     m_aria->takeDamage(100, nullptr);
     cycle.removeDead(false);
-    QCOMPARE(theEncounter->round(), round + 1);
+    QCOMPARE(theEncounter->current(), m_bren.get());
+    QCOMPARE(m_bren->turnCount(), 1);
     m_bren->takeDamage(100, nullptr);
     cycle.removeDead(true);
     QVERIFY(!theEncounter->isRunning());
