@@ -5,6 +5,8 @@
 #include "encounters.h"
 #include "history.h"
 #include "monsters.h"
+#include "switchboard.h"
+#include "windowinterface.h"
 
 namespace {
 
@@ -13,6 +15,20 @@ void destroy(T *&object)
 {
     delete object;
     object = nullptr;
+}
+
+// What one of them has to know of another that stands above it.
+void connectObjects()
+{
+    SwitchBoard *hub = switchBoard();
+    QObject::connect(hub, &SwitchBoard::doRecordChanged, theEncounter,
+                     [] { theEncounter->markVitalityStale(); });
+    QObject::connect(hub, &SwitchBoard::doWaitingChanged, theEncounter,
+                     [] { windows().refreshJumpInAction(); });
+    QObject::connect(hub, &SwitchBoard::doNameShownChanged, theEncounter,
+                     [] { windows().refreshInitiativeList(); });
+    QObject::connect(theMonsters, &Monsters::doTemplateRenamed, theEncounters,
+                     &Encounters::templateRenamed);
 }
 
 } // namespace
@@ -24,6 +40,7 @@ CoreObjects::CoreObjects()
     theCharacters = new Characters;
     theMonsters = new Monsters;
     theEncounters = new Encounters;
+    connectObjects();
 }
 
 CoreObjects::~CoreObjects()

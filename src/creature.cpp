@@ -3,10 +3,8 @@
 #include <algorithm>
 
 #include "effect.h"
-#include "encounter.h"
 #include "switchboard.h"
 #include "text.h"
-#include "windowinterface.h"
 
 Creature::Creature(QObject *parent) : QObject(parent)
 {
@@ -100,8 +98,7 @@ void Creature::statBlockChanged()
 {
     if (!m_isNew)
         setModified(m_data.statBlock != m_savedStatBlock);
-    if (theEncounter)
-        theEncounter->markVitalityStale();
+    Q_EMIT switchBoard()->doRecordChanged();
 }
 
 // A character's text is written from its fields. A monster's fields are read from its text, which
@@ -156,35 +153,35 @@ void Creature::setTurnCount(int count)
 void Creature::setDelayed(bool delayed)
 {
     m_state.delayed = delayed;
-    windows().refreshJumpInAction();
+    Q_EMIT switchBoard()->doWaitingChanged();
     notifyUpdated();
 }
 
 void Creature::setReadied(bool readied)
 {
     m_state.readied = readied;
-    windows().refreshJumpInAction();
+    Q_EMIT switchBoard()->doWaitingChanged();
     notifyUpdated();
 }
 
 void Creature::setHidden(bool hidden)
 {
     m_hidden = hidden;
-    windows().refreshInitiativeList();
+    Q_EMIT switchBoard()->doNameShownChanged();
     notifyUpdated();
 }
 
 void Creature::setAlias(const QString &alias)
 {
     m_alias = alias;
-    windows().refreshInitiativeList();
+    Q_EMIT switchBoard()->doNameShownChanged();
     notifyUpdated();
 }
 
 void Creature::setAliasMode(int mode)
 {
     m_aliasMode = mode;
-    windows().refreshInitiativeList();
+    Q_EMIT switchBoard()->doNameShownChanged();
     notifyUpdated();
 }
 

@@ -2,7 +2,6 @@
 
 #include "creaturefile.h"
 #include "creatureportrait.h"
-#include "encounters.h"
 #include "libraryfolder.h"
 #include "paths.h"
 
@@ -260,8 +259,7 @@ void Monsters::revertAll()
             remove(indexOf(creature), true);
         } else if (creature->group() != oldGroup) {
             m_templates.resort(creature);
-            if (theEncounters)
-                theEncounters->templateRenamed(oldGroup, creature->group());
+            Q_EMIT doTemplateRenamed(oldGroup, creature->group());
         }
     }
 }

@@ -66,6 +66,7 @@ public:
 
 Q_SIGNALS:
     void doTemplatesUpdated();
+    void doTemplateRenamed(const QString &oldGroup, const QString &newGroup);
 
 private:
     Creature *makeUpTemplate(const QString &group);

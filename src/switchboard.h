@@ -14,6 +14,12 @@ public:
 Q_SIGNALS:
     void doCreatureUpdated(Creature *creature);
     void doCreatureEffectsChanged(Creature *creature);
+    // A creature's text or numbers may differ by now from what the history knows of them.
+    void doRecordChanged();
+    // A creature began or ceased to delay or to be ready.
+    void doWaitingChanged();
+    // A creature's hidden flag or alias changed.
+    void doNameShownChanged();
     // Between these two the state is in flux: don't redraw.
     void doDisableWidgetDisplay();
     void doEnableWidgetDisplay();
