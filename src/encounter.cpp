@@ -2,6 +2,7 @@
 
 #include <QHash>
 #include <algorithm>
+#include <tuple>
 
 #include "creature.h"
 #include "text.h"
@@ -36,13 +37,12 @@ private:
     QHash<QString, int> m_firstIndex;
 };
 
-bool beats(const Creature *a, const Creature *b)
+bool beats(const CreatureItem &a, const CreatureItem &b)
 {
-    if (a->initRoll() != b->initRoll())
-        return a->initRoll() > b->initRoll();
-    if (a->initBonus() != b->initBonus())
-        return a->initBonus() > b->initBonus();
-    return a->initRandom() > b->initRandom();
+    const auto rank = [](const CreatureItem &item) {
+        return std::tuple(item.roll, item.creature->initBonus(), item.random);
+    };
+    return rank(a) > rank(b);
 }
 
 } // namespace
@@ -119,13 +119,14 @@ InitiativeOrder Encounter::buildOrder(const QList<CreatureInit> &characters,
     InitiativeOrder result;
     for (Creature *creature : m_creatures) {
         result.oldItems.append(creature->item());
-        const CreatureItem item =
-            (creature->isMonster() ? monsterTable : characterTable).itemFor(creature);
-        creature->setItem(item);
-        result.newItems.append(item);
+        result.newItems.append(
+            (creature->isMonster() ? monsterTable : characterTable).itemFor(creature));
     }
-    QList<Creature *> order = m_creatures.list();
-    std::stable_sort(order.begin(), order.end(), beats);
+    QList<CreatureItem> ranked = result.newItems;
+    std::stable_sort(ranked.begin(), ranked.end(), beats);
+    QList<Creature *> order;
+    for (const CreatureItem &item : std::as_const(ranked))
+        order.append(item.creature);
     result.order = CreatureList(order);
     return result;
 }

@@ -74,8 +74,8 @@ public:
     // Where a moved creature lands next to the current one.
     static int indexBeforeCurrent(int from, int current);
     static int indexAfterCurrent(int from, int current);
-    // The order that the two lists give the present roster. Sets initRoll and initRandom of each
-    // creature at once.
+    // The order that the two lists give the present roster. Changes no creature: the caller applies
+    // the new items.
     InitiativeOrder buildOrder(const QList<CreatureInit> &characters,
                                const QList<CreatureInit> &monsters) const;
 

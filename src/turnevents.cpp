@@ -72,6 +72,7 @@ void StartEncounterEvent::capture(const QList<CreatureInit> &characters,
     m_oldItems = built.oldItems;
     m_newOrder = built.order;
     m_newItems = built.newItems;
+    applyItems(m_newItems);
     m_first = m_newOrder.at(0);
 }
 

@@ -112,26 +112,27 @@ void TestEncounter::orderFollowsTheRolls()
     for (int i = 0; i < 3; ++i) {
         QCOMPARE(built.oldItems[i].roll, 1);
         QCOMPARE(built.newItems[i].roll, rolls[i]);
-        QCOMPARE(theEncounter->at(i)->initRandom(), randoms[i]);
+        QCOMPARE(built.newItems[i].random, randoms[i]);
+        QCOMPARE(theEncounter->at(i)->initRoll(), 1); // building changes nobody
     }
 }
 
 void TestEncounter::groupSharesItsRow()
 {
     const QString rat = u"Rat"_s;
-    Creature *first = add(makeMonster(rat, u"1"_s));
-    Creature *second = add(makeMonster(rat, u"2"_s));
-    Creature *stranger = add(makeMonster(u"Bat"_s, u"1"_s));
-    stranger->setInitRoll(9);
-    theEncounter->buildOrder({}, {{rat, 14, 77}});
-    QCOMPARE(first->initRoll(), 14);
-    QCOMPARE(second->initRoll(), 14);
-    QCOMPARE(first->initRandom(), second->initRandom());
-    QCOMPARE(stranger->initRoll(), 0);
+    add(makeMonster(rat, u"1"_s));
+    add(makeMonster(rat, u"2"_s));
+    add(makeMonster(u"Bat"_s, u"1"_s))->setInitRoll(9);
+    const auto rolls = [](const QList<CreatureInit> &monsters) {
+        QList<std::pair<int, int>> result;
+        for (const CreatureItem &item : theEncounter->buildOrder({}, monsters).newItems)
+            result.append({item.roll, item.random});
+        return result;
+    };
+    QCOMPARE(rolls({{rat, 14, 77}}), (QList<std::pair<int, int>> {{14, 77}, {14, 77}, {0, 0}}));
     // An expanded row names each monster.
-    theEncounter->buildOrder({}, {{u"Rat (2)"_s, 3, 1}, {rat, 5, 2}});
-    QCOMPARE(first->initRoll(), 5);
-    QCOMPARE(second->initRoll(), 3);
+    QCOMPARE(rolls({{u"Rat (2)"_s, 3, 1}, {rat, 5, 2}}),
+             (QList<std::pair<int, int>> {{5, 2}, {3, 1}, {0, 0}}));
 }
 
 void TestEncounter::positionsGoRound()
