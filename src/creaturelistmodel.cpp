@@ -11,12 +11,10 @@
 #include <algorithm>
 #include <functional>
 
-#include "appendevent.h"
 #include "creature.h"
 #include "creatureheaderview.h"
 #include "creaturetableview.h"
 #include "effect.h"
-#include "effectevents.h"
 #include "encounter.h"
 #include "longtextdelegate.h"
 #include "progressbar.h"
@@ -90,12 +88,6 @@ QString hitPointsText(const Creature *creature)
     if (now == most)
         return QString::number(now);
     return QStringLiteral("%1/%2").arg(now).arg(most);
-}
-
-void markByCurrent(const QList<Creature *> &targets)
-{
-    appendEvent<EffectEvent>(theEncounter->current(), targets, QString(), int(EffectEnd::Special),
-                             int(EffectType::Marked));
 }
 
 QAbstractItemDelegate *nameDelegate(QObject *parent)
@@ -464,7 +456,7 @@ void CreatureListModel::openContextMenu(const QPoint &globalPosition)
     if (current)
         entries << Entry {
             tr("%1 by %2").arg(term(Term::Marked), shortened(current->displayName(), LongestName)),
-            [&] { markByCurrent(selected); }};
+            [&] { Q_EMIT doMark(selected); }};
     entries << QList<Entry> {{tr("Remove Selected"), [&] { Q_EMIT doRemoveCreatures(selected); }},
                              {tr("Initiative Up"), [this] { Q_EMIT doMoveInitiative(-1); }},
                              {tr("Initiative Down"), [this] { Q_EMIT doMoveInitiative(1); }},

@@ -53,6 +53,7 @@ Q_SIGNALS:
     // What clicks and menus ask for; the list changes no creature by itself.
     void doRemoveCreatures(const QList<Creature *> &creatures);
     void doAddEffect(); // to the selection
+    void doMark(const QList<Creature *> &creatures); // by the current creature
     void doMoveInitiative(int delta); // of the selection: -1 is up in the list, 1 down
     void doSetAliasShown(const QList<Creature *> &creatures, bool show);
     void doEditAlias(const QList<Creature *> &creatures);

@@ -4,6 +4,7 @@
 #include "effect.h"
 #include "effectdialog.h"
 #include "effectevents.h"
+#include "encounter.h"
 #include "mainwindow.h"
 #include "saturated.h"
 #include "vitalityevents.h"
@@ -98,6 +99,12 @@ void MainWindow::onAddConditionOrEffect()
         appendEvent<SetTempHPEvent>(form.targets(), form.tempHP());
     appendEffects(form);
     appendAction(form);
+}
+
+void MainWindow::markByCurrent(const QList<Creature *> &creatures)
+{
+    appendEvent<EffectEvent>(theEncounter->current(), creatures, QString(), int(EffectEnd::Special),
+                             int(EffectType::Marked));
 }
 
 void MainWindow::removeCondEffect(int index)

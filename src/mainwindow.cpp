@@ -3,91 +3,42 @@
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
-#include <QDockWidget>
 #include <QLabel>
+#include <QScreen>
 #include <QSettings>
-#include <QSpinBox>
 #include <QStackedWidget>
 #include <QStatusBar>
 #include <QTimer>
 
 #include <algorithm>
 
-#include "appendevent.h"
-#include "characters.h"
+#include "creature.h"
 #include "creaturelistmodel.h"
 #include "creaturetableview.h"
 #include "creaturewidget.h"
 #include "datafolder.h"
+#include "docklayout.h"
 #include "effectlistmodel.h"
-#include "encountercommands.h"
-#include "eventlistmodel.h"
+#include "encounter.h"
 #include "flatdialog.h"
-#include "initiativedialog.h"
+#include "formpage.h"
+#include "hpbox.h"
 #include "lookonlybar.h"
+#include "mainwindowactions.h"
 #include "messagedialog.h"
-#include "monsters.h"
-#include "paths.h"
-#include "pickcharactersdialog.h"
-#include "pickencounterdialog.h"
-#include "pickmonsterdialog.h"
-#include "preparedencounter.h"
-#include "rosterevents.h"
-#include "setaliasdialog.h"
-#include "shortrestdialog.h"
-#include "smallwidgets.h"
 #include "switchboard.h"
-#include "text.h"
-#include "version.h"
-#include "vitalityevents.h"
 #include "windows.h"
 
 namespace {
 
 constexpr int RefreshInterval = 600; // milliseconds
+constexpr QSize DefaultSize(1400, 860);
 // What the level of an encounter is worked out for.
 constexpr int DefaultPartySize = 5;
 
 bool isReturn(const QKeyEvent *event)
 {
     return event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-}
-
-// The roll that the initiative dialog gave the creature itself or its group.
-CreatureItem rolledItem(Creature *creature, const QList<CreatureInit> &rolls)
-{
-    const QString name = creature->displayName();
-    const auto roll = std::find_if(rolls.begin(), rolls.end(), [&](const CreatureInit &init) {
-        return init.name == name || init.name == creature->group();
-    });
-    return roll == rolls.end() ? CreatureItem {creature}
-                               : CreatureItem {creature, roll->roll, roll->random};
-}
-
-// Each once, and without those that fight already.
-CreatureList newcomersAmong(const CreatureList &creatures)
-{
-    QList<Creature *> newcomers;
-    for (Creature *creature : creatures) {
-        if (!theEncounter->contains(creature) && !newcomers.contains(creature))
-            newcomers << creature;
-    }
-    return CreatureList(newcomers);
-}
-
-// Aliases and hidden marks of an encounter file, as events, so that a replay needs no file.
-void applyMarks(const PreparedEncounter &encounter, const CreatureList &added, bool allHidden)
-{
-    for (const EncounterMonster &monster : encounter.monsters()) {
-        QString group = monster.group;
-        Creature *creature = theMonsters->ensureTemplate(group, monster.id, false);
-        if (!creature || !added.contains(creature))
-            continue;
-        if (!monster.alias.isEmpty() && !appendEvent<SetAliasEvent>(creature, true, monster.alias))
-            return;
-        if (monster.hidden && !allHidden && !appendEvent<ShowHideEvent>(creature, true))
-            return;
-    }
 }
 
 } // namespace
@@ -101,11 +52,12 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), m_refreshTimer(ne
     activeAppWindow = this;
 
     createCentre();
-    createActions();
-    createToolBars();
+    m_actions = new MainWindowActions(this);
+    m_hpBox = new HPBox(this);
+    m_actions->fillToolBars(m_hpBox);
     createStatusBar();
-    createDocks();
-    createMenus();
+    m_docks = new DockLayout(this);
+    m_actions->fillMenus(m_docks->toggles());
 
     setWindowTitle(tr("Morvane DM's Display"));
     updateActions();
@@ -147,6 +99,104 @@ void MainWindow::shutDown()
     disconnect(switchBoard(), nullptr, this, nullptr);
     setWindows(nullptr);
     m_core.reset();
+}
+
+// --- construction ---
+
+void MainWindow::createCentre()
+{
+    m_table = new CreatureTableView(this);
+    m_table->setObjectName(QStringLiteral("initiativeList"));
+    m_listModel = new CreatureListModel;
+    m_listModel->attachTo(m_table);
+
+    m_formPage = new FormPage;
+    m_pages = new QStackedWidget;
+    m_pages->addWidget(m_table);
+    m_pages->addWidget(m_formPage);
+    setCentralWidget(m_pages);
+}
+
+void MainWindow::createStatusBar()
+{
+    m_roundLabel = label(QString());
+    m_roundLabel->setObjectName(QStringLiteral("roundLabel"));
+    m_logBehindLabel = label(tr("<font color=\"#c03030\"><b>History not saved</b></font>"));
+    m_logBehindLabel->setObjectName(QStringLiteral("logBehindLabel"));
+    m_logBehindLabel->setToolTip(tr("The history file can't be written at the moment. Its missing "
+                                    "end goes out with the next event that can be written."));
+    m_logBehindLabel->hide();
+    m_encounterLabel = label(QString());
+    m_encounterLabel->setObjectName(QStringLiteral("encounterLabel"));
+    statusBar()->addWidget(m_roundLabel);
+    m_lookOnlyBar = new LookOnlyBar;
+    connect(m_lookOnlyBar, &LookOnlyBar::takeOverAsked, this, &MainWindow::onTakeOver);
+    statusBar()->addPermanentWidget(m_lookOnlyBar);
+    statusBar()->addPermanentWidget(m_logBehindLabel);
+    statusBar()->addPermanentWidget(m_encounterLabel);
+}
+
+void MainWindow::connectSignals()
+{
+    connect(qApp, &QApplication::focusChanged, this, &MainWindow::onFocusChanged);
+    connect(m_hpBox, &QSpinBox::valueChanged, this, &MainWindow::onHPValueChanged);
+    connect(this, &MainWindow::doCreatureEffectsChanged, switchBoard(),
+            &SwitchBoard::doCreatureEffectsChanged);
+    // A jump within the history tells nothing else when it has ended.
+    connect(switchBoard(), &SwitchBoard::doEnableWidgetDisplay, this, &MainWindow::updateActions);
+    connect(m_refreshTimer, &QTimer::timeout, switchBoard(), &SwitchBoard::doRefreshTimer);
+    connectList();
+    connectDocks();
+}
+
+void MainWindow::connectList()
+{
+    using List = CreatureListModel;
+    connect(m_listModel, &List::doSelectionChanged, this, &MainWindow::setSelection);
+    connect(m_listModel, &List::doRemoveCreatures, this, &MainWindow::removeCreatures);
+    connect(m_listModel, &List::doAddEffect, this, &MainWindow::onAddConditionOrEffect);
+    connect(m_listModel, &List::doMark, this, &MainWindow::markByCurrent);
+    connect(m_listModel, &List::doMoveInitiative, this, &MainWindow::moveInitiative);
+    connect(m_listModel, &List::doSetAliasShown, this, &MainWindow::setAliasShown);
+    connect(m_listModel, &List::doEditAlias, this, &MainWindow::editAlias);
+    connect(m_listModel, &List::doFocusHPBox, this, &MainWindow::focusHPBox);
+    connect(m_listModel, &List::doShowHelp, this, &MainWindow::showSelectionHelp);
+}
+
+void MainWindow::connectDocks()
+{
+    using Panel = CreatureWidget;
+    for (const Panel *panel : {m_docks->currentPanel(), m_docks->selectedPanel()}) {
+        connect(panel, &Panel::doSetAliasShown, this, &MainWindow::setAliasShown);
+        connect(panel, &Panel::doEditAlias, this, &MainWindow::editAlias);
+    }
+    m_docks->selectedPanel()->setSelection([this] { return selectedCreatures(); });
+    connect(m_docks->effects(), &EffectListModel::doRemoveEffect, this,
+            &MainWindow::removeCondEffect);
+    const auto onToggle = [this](DockLayout::Dock dock, void (MainWindow::*slot)()) {
+        connect(m_docks->toggle(dock), &QAction::triggered, this, slot);
+    };
+    onToggle(DockLayout::CurrentDock, &MainWindow::toggleCurrentWindow);
+    onToggle(DockLayout::SelectedDock, &MainWindow::toggleSelectedWindow);
+    onToggle(DockLayout::HistoryDock, &MainWindow::toggleHistoryWindow);
+    onToggle(DockLayout::EffectsDock, &MainWindow::toggleEffectsWindow);
+}
+
+void MainWindow::restoreLayout()
+{
+    // A scaled or small screen may have less room, and its frame must stay within reach.
+    resize(DefaultSize.boundedTo(screen()->availableSize() * 0.9));
+    // Between two panels the list then needs all the width there is.
+    if (size() != DefaultSize)
+        setWindowState(Qt::WindowMaximized);
+    m_actions->breakToolBars();
+    const QSettings settings;
+    restoreGeometry(settings.value(QStringLiteral("mainWindow/geometry")).toByteArray());
+    restoreState(settings.value(QStringLiteral("mainWindow/state")).toByteArray());
+    toggleCurrentWindow();
+    toggleSelectedWindow();
+    toggleHistoryWindow();
+    toggleEffectsWindow();
 }
 
 // --- selection ---
@@ -205,14 +255,14 @@ void MainWindow::clearSelection()
 
 void MainWindow::showInCurrentPanel(Creature *creature)
 {
-    m_currentPanel->setCreature(creature);
+    m_docks->currentPanel()->setCreature(creature);
 }
 
 // --- dialogs in place of the list ---
 
 void MainWindow::setFlatDialog(const QString &title, FlatDialog *dialog)
 {
-    m_dialogTitle->setText(asHtml(title, LongestName));
+    m_formPage->setTitle(title);
     m_activeDialog = dialog;
     updateActions();
     if (Creature *first = selectedCreature(0))
@@ -221,20 +271,18 @@ void MainWindow::setFlatDialog(const QString &title, FlatDialog *dialog)
 
 void MainWindow::showFlatWidget(QWidget *widget, bool fixed)
 {
-    if (widget != m_dialogArea->widget())
-        m_dialogArea->takeWidget(); // setWidget() would delete it
     if (widget) {
-        narrowDocks(*widget);
-        m_dialogArea->setFixed(fixed);
-        m_dialogArea->setWidget(widget);
-        m_pages->setCurrentIndex(1);
+        m_docks->narrow(m_formPage->neededWidth(*widget) - m_pages->width());
+        m_formPage->setForm(widget, fixed);
+        m_pages->setCurrentWidget(m_formPage);
         m_hpBox->setFocusPolicy(Qt::NoFocus);
         widget->setFocus();
     } else {
+        m_formPage->setForm(nullptr, false);
         setFocus();
         m_hpBox->setFocusPolicy(Qt::WheelFocus);
-        m_pages->setCurrentIndex(0);
-        widenDocks();
+        m_pages->setCurrentWidget(m_table);
+        m_docks->widen();
     }
     m_hpBox->setEnabled(!widget);
 }
@@ -265,70 +313,12 @@ void MainWindow::showEvent(QShowEvent *event)
     QMainWindow::showEvent(event);
     // One that was restored has come up before the window, and would lie below it.
     if (!event->spontaneous())
-        QTimer::singleShot(0, this, &MainWindow::raiseFloatingDocks);
-}
-
-// The keys of the actions reach them from the HP box too, though a line edit would take Undo, Cut
-// and Select All for itself.
-bool MainWindow::eventFilter(QObject *watched, QEvent *event)
-{
-    // A key that two enabled actions share does neither, of which the toolkit would warn.
-    if (event->type() == QEvent::Shortcut && qobject_cast<QAction *>(watched))
-        return static_cast<QShortcutEvent *>(event)->isAmbiguous();
-    // The button in a dock's title closes it without its toggle.
-    if (event->type() == QEvent::Close) {
-        m_currentDockOff |= watched == m_currentDock;
-        m_selectedDockOff |= watched == m_selectedDock;
-        m_historyDockOff |= watched == m_historyDock;
-        m_effectsDockOff |= watched == m_effectsDock;
-    }
-    if (watched != m_hpBox)
-        return QMainWindow::eventFilter(watched, event);
-    if (event->type() == QEvent::ShortcutOverride) {
-        const QKeySequence keys(static_cast<QKeyEvent *>(event)->keyCombination());
-        const QList<QAction *> actions = findChildren<QAction *>(Qt::FindDirectChildrenOnly);
-        return std::any_of(actions.begin(), actions.end(), [&](const QAction *action) {
-            return action->isEnabled() && action->shortcuts().contains(keys);
-        });
-    }
-    // After the press that gave the focus, which would set the cursor.
-    if (event->type() == QEvent::FocusIn
-        && static_cast<QFocusEvent *>(event)->reason() == Qt::MouseFocusReason)
-        QTimer::singleShot(0, m_hpBox, &QSpinBox::selectAll);
-    return QMainWindow::eventFilter(watched, event);
+        QTimer::singleShot(0, m_docks, &DockLayout::raiseFloating);
 }
 
 void MainWindow::focusHPBox()
 {
-    m_hpBox->setFocus();
-    m_hpBox->selectAll();
-}
-
-void MainWindow::activateMainWindow()
-{
-    show();
-    raise();
-    activateWindow();
-}
-
-void MainWindow::toggleCurrentWindow()
-{
-    m_currentDockOff = m_currentDock->isHidden();
-}
-
-void MainWindow::toggleSelectedWindow()
-{
-    m_selectedDockOff = m_selectedDock->isHidden();
-}
-
-void MainWindow::toggleHistoryWindow()
-{
-    m_historyDockOff = m_historyDock->isHidden();
-}
-
-void MainWindow::toggleEffectsWindow()
-{
-    m_effectsDockOff = m_effectsDock->isHidden();
+    m_hpBox->focusOnText();
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)
@@ -341,374 +331,18 @@ void MainWindow::closeEvent(QCloseEvent *event)
     }
     activeAppWindow = this;
     event->accept();
-    widenDocks();
+    m_docks->widen();
     m_stateAtClose = saveState();
     if (m_activeDialog)
         m_activeDialog->reject();
     QCoreApplication::quit();
 }
 
-// --- hit points ---
-
-void MainWindow::onHit()
+void MainWindow::updateTerms()
 {
-    if (!theHistory->getStream())
-        return;
-    const QList<Creature *> targets = selectedCreatures();
-    if (m_hpBox->value() > 0 && !targets.isEmpty())
-        appendEvent<DamageEvent>(theEncounter->current(), targets, m_hpBox->value());
-    endHealthFlow();
-}
-
-void MainWindow::onHeal()
-{
-    if (!theHistory->getStream())
-        return;
-    const QList<Creature *> targets = selectedCreatures();
-    if (m_hpBox->value() > 0 && !targets.isEmpty()) {
-        const int surges = m_surgeMode ? 1 : 0;
-        appendEvent<HealEvent>(theEncounter->current(), targets, surges, m_hpBox->value());
-        m_hpBox->setValue(0);
-    }
-    endHealthFlow();
-}
-
-void MainWindow::endHealthFlow()
-{
-    m_surgeMode = false;
-    m_hpBox->selectAll();
-    m_table->setFocus();
-    updateHealthActions();
-}
-
-void MainWindow::onSetTempHP()
-{
-    if (!theHistory->getStream())
-        return;
-    const QList<Creature *> targets = selectedCreatures();
-    if (m_hpBox->value() > 0 && !targets.isEmpty()) {
-        appendEvent<SetTempHPEvent>(targets, m_hpBox->value());
-        m_hpBox->setValue(0);
-    }
-    m_surgeMode = false;
-    focusHPBox();
-    updateHealthActions();
-}
-
-void MainWindow::onSurge()
-{
-    const Creature *first = selectedCreature(0);
-    if (!first) {
-        m_hpBox->setValue(0);
-        updateHealthActions();
-        return;
-    }
-    m_surgeMode = !m_surgeMode;
-    m_hpBox->setValue(m_surgeMode ? first->hsValue() : 0);
-    focusHPBox();
-    updateHealthActions();
-}
-
-void MainWindow::onHPValueChanged()
-{
-    if (m_surgeMode && (!selectedCreature(0) || m_hpBox->value() == 0))
-        m_surgeMode = false;
-    updateHealthActions();
-}
-
-// --- roster ---
-
-bool MainWindow::rollNewcomers(const CreatureList &newcomers, QList<CreatureItem> &oldItems)
-{
-    oldItems = itemsOf(newcomers);
-    if (!theEncounter->isRunning())
-        return true;
-    InitiativeDialog dialog(newcomers);
-    if (!dialog.exec())
-        return false;
-    const QList<CreatureInit> characters = dialog.characterItems();
-    const QList<CreatureInit> monsters = dialog.monsterItems();
-    for (Creature *creature : newcomers)
-        creature->setItem(rolledItem(creature, creature->isMonster() ? monsters : characters));
-    return true;
-}
-
-void MainWindow::onPickParty()
-{
-    CreatureList party;
-    {
-        PickCharactersDialog dialog;
-        if (!dialog.exec())
-            return;
-        party = dialog.selectedCharacters();
-    }
-    QList<CreatureItem> oldItems;
-    if (party.isEmpty() || !theHistory->getStream() || !rollNewcomers(party, oldItems))
-        return;
-    if (theEncounter->isRunning())
-        appendEvent<AddCharactersEvent>(party, false, oldItems);
-    else
-        appendEvent<SetPartyEvent>(party, false, oldItems);
-}
-
-void MainWindow::onLoadEncounter()
-{
-    PreparedEncounter encounter;
-    int answer = 0;
-    {
-        PickEncounterDialog dialog;
-        answer = dialog.exec();
-        if (!answer || !dialog.selectedEncounter())
-            return;
-        encounter = *dialog.selectedEncounter();
-    }
-    if (!theHistory->getStream())
-        return;
-    const bool hidden =
-        answer == PickEncounterDialog::AddHidden || answer == PickEncounterDialog::SetHidden;
-    const bool adds =
-        answer == PickEncounterDialog::Add || answer == PickEncounterDialog::AddHidden;
-    if (adds)
-        addEncounter(encounter, hidden);
-    else
-        replaceEncounter(encounter, hidden);
-}
-
-void MainWindow::addEncounter(const PreparedEncounter &encounter, bool hidden)
-{
-    const CreatureList newcomers = newcomersAmong(encounter.creatures());
-    QList<CreatureItem> oldItems;
-    if (newcomers.isEmpty() || !rollNewcomers(newcomers, oldItems))
-        return;
-    if (!appendEvent<AddMonstersEvent>(encounter.name(), newcomers, hidden, oldItems))
-        return;
-    makeFresh(newcomers);
-    applyMarks(encounter, newcomers, hidden);
-}
-
-void MainWindow::replaceEncounter(const PreparedEncounter &encounter, bool hidden)
-{
-    const CreatureList monsters = encounter.creatures();
-    if (!appendEvent<SetEncounterEvent>(encounter.entry(), monsters, hidden))
-        return;
-    makeFresh(monsters);
-    applyMarks(encounter, monsters, hidden);
-}
-
-void MainWindow::onAddMonster()
-{
-    QString alias;
-    Creature *monster = nullptr;
-    bool hidden = false;
-    {
-        PickMonsterDialog dialog;
-        const int answer = dialog.exec();
-        if (!answer)
-            return;
-        hidden = answer == PickMonsterDialog::AddHidden;
-        monster = dialog.selectedMonster(alias);
-    }
-    if (!monster || theEncounter->contains(monster) || !theHistory->getStream())
-        return;
-    const CreatureList newcomer(QList<Creature *> {monster});
-    QList<CreatureItem> oldItems;
-    if (!rollNewcomers(newcomer, oldItems))
-        return;
-    if (!appendEvent<AddMonsterEvent>(newcomer, hidden, oldItems))
-        return;
-    makeFresh(newcomer);
-    if (!alias.isEmpty())
-        appendEvent<SetAliasEvent>(monster, true, alias);
-}
-
-void MainWindow::onShowAndHide()
-{
-    const QList<Creature *> creatures = selectedCreatures();
-    for (Creature *creature : creatures) {
-        if (!appendEvent<ShowHideEvent>(creature, !creature->isHidden()))
-            return;
-    }
-}
-
-void MainWindow::onSetAlias()
-{
-    editAlias(selectedCreatures());
-}
-
-void MainWindow::editAlias(const QList<Creature *> &creatures)
-{
-    if (creatures.isEmpty() || !theHistory->mayWrite())
-        return;
-    SetAliasDialog dialog {CreatureList(creatures)};
-    if (dialog.exec() != QDialog::Accepted)
-        return;
-    QString text;
-    const SetAliasDialog::Mode mode = dialog.result(text);
-    const bool needsAlias = mode == SetAliasDialog::Remove || text.isEmpty();
-    for (Creature *creature : creatures) {
-        // Without an alias there is none to show, to hide or to remove.
-        if (needsAlias && creature->alias().isEmpty())
-            continue;
-        const bool show = mode == SetAliasDialog::Show;
-        const QString alias = mode == SetAliasDialog::Remove ? QString()
-            : text.isEmpty()                                 ? creature->alias()
-                                                             : text;
-        if (!appendEvent<SetAliasEvent>(creature, show, alias))
-            return;
-    }
-}
-
-void MainWindow::setAliasShown(const QList<Creature *> &creatures, bool show)
-{
-    for (Creature *creature : creatures) {
-        const bool isShown = creature->aliasMode() != 0;
-        const bool applies = show ? !isShown && !creature->alias().isEmpty() : isShown;
-        if (applies && !appendEvent<SetAliasEvent>(creature, show, creature->alias()))
-            return;
-    }
-}
-
-void MainWindow::onUpInitiative()
-{
-    moveInitiative(-1);
-}
-
-void MainWindow::onDownInitiative()
-{
-    moveInitiative(1);
-}
-
-void MainWindow::moveInitiative(int delta)
-{
-    const QList<Creature *> creatures = selectedCreatures();
-    const int count = theEncounter->count();
-    if (creatures.isEmpty() || !theHistory->getStream())
-        return;
-    QList<int> newRows;
-    for (const Creature *creature : creatures)
-        newRows << (theEncounter->indexOf(creature) + delta + count) % count;
-    if (appendEvent<AdjustInitiativeEvent>(creatures, delta))
-        m_listModel->setSelectedRows(newRows);
-}
-
-void MainWindow::onShortRest()
-{
-    QList<RestedCreature> rested;
-    {
-        ShortRestDialog dialog;
-        if (!dialog.exec())
-            return;
-        rested = dialog.result();
-    }
-    appendEvent<ShortRestEvent>(rested);
-}
-
-void MainWindow::onExtendedRest()
-{
-    takeExtendedRest();
-}
-
-// --- history ---
-
-void MainWindow::onStepBack()
-{
-    theHistory->stepBack();
-    updateActions();
-}
-
-void MainWindow::onStepForward()
-{
-    theHistory->stepForward();
-    updateActions();
-}
-
-void MainWindow::onNewHistory()
-{
-    const QString backup = tr("<p>A backup of the history.log will be made in the 'Morvane "
-                              "Data/History' folder.");
-    const bool confirmed = theEncounter->isRunning()
-        ? ::askMessage(tr("Encounter Running"),
-                       tr("An encounter is still running. When you clear the history log, the "
-                          "encounter state will be lost.")
-                           + backup,
-                       tr("Clear History"))
-        : ::askMessage(tr("Clear History"),
-                       tr("Clearing the history log will reset all encounters and "
-                          "characters.")
-                           + backup,
-                       tr("Continue"));
-    if (!confirmed || !theHistory->backupLog())
-        return;
-    clearSelection();
-    theEncounter->reset();
-    theMonsters->resetForEncounter();
-    theCharacters->resetForEncounter();
-    theHistory->clear();
-    updateActions();
-}
-
-void MainWindow::onTruncateHistory()
-{
-    if (::askMessage(tr("Truncate History File"),
-                     tr("This action will remove all events after this point from the History. "
-                        "Normally you will not need to do this, continuing with a new action "
-                        "beyond this point will automatically truncate.<p>However, if you are "
-                        "experiencing a problem with the History (for example, the end is corrupt) "
-                        "then truncating and restarting should solve the problem."),
-                     tr("Truncate")))
-        theHistory->truncate();
-}
-
-// --- data folder, messages ---
-
-void MainWindow::onSetRoot()
-{
-    QString path;
-    QString display;
-    setDataFolder(path, display);
-}
-
-void MainWindow::onTakeOver()
-{
-    QString path = dataRoot;
-    QString display = displayRoot;
-    if (!path.isEmpty())
-        setDataFolder(path, display);
-}
-
-void MainWindow::setLookOnly(const QString &reason)
-{
-    m_lookOnlyBar->setReason(reason);
-    updateActions();
-}
-
-void MainWindow::onAbout()
-{
-    MessageDialog().showAbout(
-        tr("About Morvane"),
-        tr("<b>Morvane</b> keeps the books of a fight at your gaming table: initiative, hit "
-           "points, conditions and turns.<p>%1<p>By using this program you agree to the terms "
-           "of the MIT license that comes with it.<p>The portrait images of the demo data were "
-           "drawn for Morvane.")
-            .arg(fullVersionText()));
-}
-
-void MainWindow::showSelectionHelp()
-{
-    MessageDialog().showInfo(
-        tr("Help Selecting Creatures"),
-        tr("<b>Left-click</b> to select a single creature.<p>"
-           "<b>Right-click</b> to add to a selection or toggle selection of a creature.<p>"
-           "Clicking in the <b>Name column</b> will focus on the initiative list, you can then "
-           "use up and down arrow to change the selection.<p>"
-           "Clicking in the <b>Health column</b> will focus on the HP box in the tool bar, you "
-           "can then enter a HP value or use up and down arrows to adjust.<p>"
-           "<b>Left-clicking</b> in the <b>Conditions and Effects column</b> triggers the "
-           "Conditions and Effects dialog.<p>"
-           "<b>Right-clicking</b> in the <b>Conditions and Effects column</b> displays the "
-           "context menu.<p>"
-           "<b>Shift Left-click</b> expands a selection.<p>"
-           "<b>Control Left-click</b> acts like a right-click."));
+    m_actions->updateTerms();
+    for (CreatureWidget *panel : {m_docks->currentPanel(), m_docks->selectedPanel()})
+        panel->refresh();
 }
 
 // --- what the core asks for ---
@@ -742,6 +376,12 @@ void MainWindow::setEncounterText(const QString &html)
 void MainWindow::setLogBehind(bool behind)
 {
     m_logBehindLabel->setVisible(behind);
+}
+
+void MainWindow::setLookOnly(const QString &reason)
+{
+    m_lookOnlyBar->setReason(reason);
+    updateActions();
 }
 
 void MainWindow::tellReadOnly()

@@ -1,38 +1,31 @@
 // The DM's Display: the place where what the DM wants turns into events.
 #pragma once
 
-#include <QIcon>
 #include <QMainWindow>
 #include <QSet>
 #include <memory>
 
 #include "coreobjects.h"
-#include "creaturestate.h"
 #include "dialoghost.h"
 #include "windowinterface.h"
 #include "windowsanddialogs.h"
 
-class CreatureList;
 class CreatureListModel;
 class CreatureTableView;
-class CreatureWidget;
-class EffectListModel;
-class EventListModel;
-class FlatDialog;
-class InitiativeDialog;
+class DockLayout;
+class FormPage;
+class HPBox;
 class LookOnlyBar;
-class PreparedEncounter;
-class QDockWidget;
+class MainWindowActions;
 class QLabel;
-class QSpinBox;
 class QStackedWidget;
 class QTimer;
-class ResizableScrollArea;
 class TurnCycle;
 
 // Creates the objects of the core, holds the selection of the initiative list, and runs one flow
 // for each action: ask if need be, make an event, hand it to the history. It never changes a
-// creature by itself.
+// creature by itself. The flows stand by subject in turn-, health-, roster-, effect-, history- and
+// windowcommands.cpp.
 class MainWindow : public QMainWindow,
                    public WindowsAndDialogs,
                    public WindowInterface,
@@ -75,6 +68,8 @@ public:
     void editAlias(const QList<Creature *> &creatures);
     // The turn passes on first if the current creature is among them and others stay.
     void removeCreatures(const QList<Creature *> &creatures);
+    // They are marked by the current creature.
+    void markByCurrent(const QList<Creature *> &creatures);
     void showSelectionHelp();
     // The words of the rule system changed.
     void updateTerms();
@@ -147,67 +142,15 @@ protected:
     void closeEvent(QCloseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void showEvent(QShowEvent *event) override;
-    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    struct Actions {
-        QAction *setRoot = nullptr;
-        QAction *newHistory = nullptr;
-        QAction *truncateHistory = nullptr;
-        QAction *dmsWindow = nullptr;
-        QAction *pickParty = nullptr;
-        QAction *loadEncounter = nullptr;
-        QAction *addMonster = nullptr;
-        QAction *stepBack = nullptr;
-        QAction *stepForward = nullptr;
-        QAction *startStop = nullptr;
-        QAction *nextTurn = nullptr;
-        QAction *conditions = nullptr;
-        QAction *showHide = nullptr;
-        QAction *setAlias = nullptr;
-        QAction *remove = nullptr;
-        QAction *delay = nullptr;
-        QAction *ready = nullptr;
-        QAction *jumpIn = nullptr;
-        QAction *upInitiative = nullptr;
-        QAction *downInitiative = nullptr;
-        QAction *shortRest = nullptr;
-        QAction *extendedRest = nullptr;
-        QAction *quit = nullptr;
-        QAction *about = nullptr;
-        QAction *hit = nullptr;
-        QAction *heal = nullptr;
-        QAction *surge = nullptr;
-        QAction *setTempHP = nullptr;
-    };
-    // Icons of the actions that change their face.
-    struct Icons {
-        QIcon play, stop, hide, show, surge, surgeInUse;
-    };
-    struct ActionRow;
-
-    // --- construction (mainwindowactions.cpp) ---
+    // --- construction ---
     void createCentre();
-    void createActions();
-    QAction *createAction(const ActionRow &row);
-    void createToolBars();
-    // Puts them into as many rows as the window's width asks for.
-    void breakToolBars();
     void createStatusBar();
-    QDockWidget *createDock(const QString &name, const QString &title, QWidget *content,
-                            Qt::DockWidgetArea area);
-    void createDocks();
-    void connectList();
-    void connectPanels();
-    void createMenus();
     void connectSignals();
+    void connectList();
+    void connectDocks();
     void restoreLayout();
-    // Those on either side of the centre.
-    QList<QDockWidget *> sideDocks() const;
-    // Takes from the docks what a form lacks in width; widenDocks() gives it back.
-    void narrowDocks(const QWidget &form);
-    void widenDocks();
-    void raiseFloatingDocks();
 
     // --- states of the actions (mainwindowstates.cpp); all off while a dialog is active ---
     void updateHistoryActions();
@@ -226,41 +169,19 @@ private:
     // With the form of the saving throws, over which the window may be gone.
     TurnCycle turnCycle();
 
-    // --- newcomers ---
-    // Asks for the initiative of creatures that join a running encounter, and gives what they had
-    // before. False when the DM cancelled.
-    bool rollNewcomers(const CreatureList &newcomers, QList<CreatureItem> &oldItems);
-
-    void addEncounter(const PreparedEncounter &encounter, bool hidden);
-    void replaceEncounter(const PreparedEncounter &encounter, bool hidden);
+    // --- hit points (healthcommands.cpp) ---
     void endHealthFlow();
 
     std::unique_ptr<CoreObjects> m_core;
-    Actions m_actions;
-    Icons m_icons;
+    MainWindowActions *m_actions = nullptr;
     CreatureListModel *m_listModel = nullptr;
     CreatureTableView *m_table = nullptr;
-    EventListModel *m_eventModel = nullptr;
-    EffectListModel *m_effectModel = nullptr;
-    CreatureWidget *m_currentPanel = nullptr;
-    CreatureWidget *m_selectedPanel = nullptr;
-    QDockWidget *m_currentDock = nullptr;
-    QDockWidget *m_selectedDock = nullptr;
-    QDockWidget *m_historyDock = nullptr;
-    QDockWidget *m_effectsDock = nullptr;
-    // The DM has closed that dock.
-    bool m_currentDockOff = false;
-    bool m_selectedDockOff = false;
-    bool m_historyDockOff = false;
-    bool m_effectsDockOff = false;
-    // Widths of the docks that gave way to a form.
-    QHash<QDockWidget *, int> m_dockWidths;
+    DockLayout *m_docks = nullptr;
     // The end of the program closes the floating docks ahead of the destructor.
     QByteArray m_stateAtClose;
     QStackedWidget *m_pages = nullptr;
-    QLabel *m_dialogTitle = nullptr;
-    ResizableScrollArea *m_dialogArea = nullptr;
-    QSpinBox *m_hpBox = nullptr;
+    FormPage *m_formPage = nullptr;
+    HPBox *m_hpBox = nullptr;
     QLabel *m_roundLabel = nullptr;
     QLabel *m_encounterLabel = nullptr;
     QLabel *m_logBehindLabel = nullptr;

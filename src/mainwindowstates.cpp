@@ -1,13 +1,14 @@
 // When each action of the DM's Display is enabled, and how it reads.
 #include <QAction>
-#include <QSpinBox>
 
 #include <algorithm>
 
 #include "creature.h"
 #include "encounter.h"
 #include "history.h"
+#include "hpbox.h"
 #include "mainwindow.h"
+#include "mainwindowactions.h"
 #include "paths.h"
 
 namespace {
@@ -46,10 +47,10 @@ void MainWindow::updateHistoryActions()
     const bool free = !m_activeDialog;
     const bool canStepBack = theHistory->canStepBack();
     const bool canStepForward = theHistory->canStepForward();
-    m_actions.stepBack->setEnabled(free && canStepBack);
-    m_actions.stepForward->setEnabled(free && canStepForward);
-    m_actions.newHistory->setEnabled(canCommand() && (canStepBack || canStepForward));
-    m_actions.truncateHistory->setEnabled(canCommand() && canStepForward);
+    m_actions->stepBack->setEnabled(free && canStepBack);
+    m_actions->stepForward->setEnabled(free && canStepForward);
+    m_actions->newHistory->setEnabled(canCommand() && (canStepBack || canStepForward));
+    m_actions->truncateHistory->setEnabled(canCommand() && canStepForward);
 }
 
 void MainWindow::updateEncounterActions()
@@ -57,9 +58,9 @@ void MainWindow::updateEncounterActions()
     const bool free = canCommand();
     const bool running = theEncounter->isRunning();
     updateStartStopAction();
-    for (QAction *action : {m_actions.nextTurn, m_actions.delay, m_actions.ready})
+    for (QAction *action : {m_actions->nextTurn, m_actions->delay, m_actions->ready})
         action->setEnabled(free && running);
-    for (QAction *action : {m_actions.shortRest, m_actions.extendedRest})
+    for (QAction *action : {m_actions->shortRest, m_actions->extendedRest})
         action->setEnabled(free && !running && theEncounter->hasLivingCharacter());
     updateHealthActions();
 }
@@ -72,13 +73,13 @@ void MainWindow::updateJumpInAction()
         std::count_if(creatures.begin(), creatures.end(), [](const Creature *creature) {
             return creature->isDelayed() || creature->isReadied();
         });
-    setTextAndToolTip(m_actions.jumpIn, waiting > 1 ? tr("Jump In...") : tr("Jump In"));
-    m_actions.jumpIn->setEnabled(canCommand() && waiting > 0);
+    setTextAndToolTip(m_actions->jumpIn, waiting > 1 ? tr("Jump In...") : tr("Jump In"));
+    m_actions->jumpIn->setEnabled(canCommand() && waiting > 0);
 }
 
 void MainWindow::updateStartStopAction()
 {
-    QAction *action = m_actions.startStop;
+    QAction *action = m_actions->startStop;
     const bool running = theEncounter->isRunning();
     const bool hasParty = theEncounter->hasLivingCharacter();
     action->setText(running ? tr("Stop Encounter") : tr("Start Encounter"));
@@ -92,14 +93,14 @@ void MainWindow::updateStartStopAction()
         action->setToolTip(tr("Select a Party to Start Encounter"));
         action->setStatusTip(tr("Select a party in order to start the current encounter"));
     }
-    setIconOnce(action, running ? m_icons.stop : m_icons.play);
+    setIconOnce(action, running ? m_actions->stopIcon : m_actions->playIcon);
     action->setEnabled(canCommand() && (running || hasParty));
 }
 
 void MainWindow::updateRosterActions()
 {
-    m_actions.setRoot->setEnabled(!m_activeDialog);
-    for (QAction *action : {m_actions.pickParty, m_actions.loadEncounter, m_actions.addMonster})
+    m_actions->setRoot->setEnabled(!m_activeDialog);
+    for (QAction *action : {m_actions->pickParty, m_actions->loadEncounter, m_actions->addMonster})
         action->setEnabled(canCommand());
 }
 
@@ -111,17 +112,17 @@ void MainWindow::updateHealthActions()
     const bool usable = canCommand() && selectedCreature(0);
     const bool hasAmount = m_hpBox->value() >= 1;
     updateShowHideAction();
-    m_actions.hit->setEnabled(usable && hasAmount && !m_surgeMode);
-    m_actions.heal->setEnabled(usable && hasAmount);
-    m_actions.setTempHP->setEnabled(usable && hasAmount);
-    m_actions.surge->setEnabled(usable && canSpend);
-    setIconOnce(m_actions.surge, m_surgeMode ? m_icons.surgeInUse : m_icons.surge);
-    m_actions.conditions->setEnabled(canCommand() && (usable || theEncounter->isRunning()));
-    m_actions.showHide->setEnabled(usable);
-    m_actions.setAlias->setEnabled(usable);
-    m_actions.remove->setEnabled(usable);
-    m_actions.upInitiative->setEnabled(usable && theEncounter->isRunning());
-    m_actions.downInitiative->setEnabled(usable && theEncounter->isRunning());
+    m_actions->hit->setEnabled(usable && hasAmount && !m_surgeMode);
+    m_actions->heal->setEnabled(usable && hasAmount);
+    m_actions->setTempHP->setEnabled(usable && hasAmount);
+    m_actions->surge->setEnabled(usable && canSpend);
+    setIconOnce(m_actions->surge, m_surgeMode ? m_actions->surgeInUseIcon : m_actions->surgeIcon);
+    m_actions->conditions->setEnabled(canCommand() && (usable || theEncounter->isRunning()));
+    m_actions->showHide->setEnabled(usable);
+    m_actions->setAlias->setEnabled(usable);
+    m_actions->remove->setEnabled(usable);
+    m_actions->upInitiative->setEnabled(usable && theEncounter->isRunning());
+    m_actions->downInitiative->setEnabled(usable && theEncounter->isRunning());
 }
 
 // The first of the selection decides which way the label goes.
@@ -129,11 +130,11 @@ void MainWindow::updateShowHideAction()
 {
     const Creature *first = selectedCreature(0);
     const bool shows = first && first->isHidden();
-    setTextAndToolTip(m_actions.showHide, shows ? tr("Show Creatures") : tr("Hide Creatures"));
-    m_actions.showHide->setStatusTip(
+    setTextAndToolTip(m_actions->showHide, shows ? tr("Show Creatures") : tr("Hide Creatures"));
+    m_actions->showHide->setStatusTip(
         shows ? tr("Show a creature so that it is visible to players")
               : tr("Hide a creature so that it is no longer visible to players"));
-    setIconOnce(m_actions.showHide, shows ? m_icons.show : m_icons.hide);
+    setIconOnce(m_actions->showHide, shows ? m_actions->showIcon : m_actions->hideIcon);
 }
 
 // One number in the HP box must be right for all, and each must have a surge left.

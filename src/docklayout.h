@@ -1,0 +1,60 @@
+// The docks of the DM's Display: what stands in them, which of them the DM has closed, and how they
+// give way to a form.
+#pragma once
+
+#include <QHash>
+#include <QObject>
+
+class CreatureWidget;
+class EffectListModel;
+class QAction;
+class QDockWidget;
+class QMainWindow;
+class QWidget;
+
+// Dock and contents follow the running Encounter and History. All widgets belong to the window.
+class DockLayout : public QObject {
+    Q_OBJECT
+
+public:
+    enum Dock { CurrentDock, SelectedDock, HistoryDock, EffectsDock, DockCount };
+
+    // Behind the initiative list, which brings the selection in line with the encounter first.
+    explicit DockLayout(QMainWindow *window);
+
+    CreatureWidget *currentPanel() const { return m_currentPanel; }
+    CreatureWidget *selectedPanel() const { return m_selectedPanel; }
+    // Of the selected creature, when it's the only one.
+    EffectListModel *effects() const { return m_effects; }
+    // What shows and hides a dock.
+    QAction *toggle(Dock dock) const;
+    QList<QAction *> toggles() const;
+    // Takes whether the dock is hidden now for what the DM wants.
+    void rememberHidden(Dock dock);
+
+    // Takes from the docks beside the centre what a form there lacks in width, in pixels; widen()
+    // gives it back.
+    void narrow(int lack);
+    void widen();
+    void raiseFloating();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    QDockWidget *add(Dock dock, const QString &name, const QString &title, QWidget *content,
+                     Qt::DockWidgetArea area);
+    QWidget *createHistoryList();
+    QWidget *createEffectsList();
+    void connectPanels();
+    // Those on either side of the centre.
+    QList<QDockWidget *> sideDocks() const;
+
+    QMainWindow *m_window;
+    QDockWidget *m_docks[DockCount] = {};
+    bool m_isOff[DockCount] = {}; // the DM has closed the dock
+    CreatureWidget *m_currentPanel;
+    CreatureWidget *m_selectedPanel;
+    EffectListModel *m_effects = nullptr;
+    QHash<QDockWidget *, int> m_widths; // of the docks that gave way to a form
+};
