@@ -7,6 +7,7 @@
 #include "creaturedata.h"
 #include "creaturestate.h"
 #include "memorytracker.h"
+#include "outcome.h"
 
 class Characters;
 class Effect;
@@ -204,6 +205,8 @@ public:
     // What the players may see: a monster's health in steps of 0, 50, 90 and 100.
     int playersHpPercent() const;
 
+    // What the rules of a blow and of a healing begin with, previews included.
+    Health health() const { return {currHP(), tempHP(), currHS()}; }
     // `attacker` may be null; with one, the hit gets a number in the order of all hits.
     void takeDamage(int amount, const Creature *attacker);
     // Negative `surgesUsed` adds surges. Healing counts from 0 hit points and stops at maxHP.

@@ -88,13 +88,10 @@ int Creature::playersHpPercent() const
 
 void Creature::takeDamage(int amount, const Creature *attacker)
 {
-    int left = amount;
-    if (tempHP() != 0) {
-        const bool isUsedUp = tempHP() <= amount;
-        left = isUsedUp ? saturatedDifference(amount, tempHP()) : 0;
-        m_state.tempHP = isUsedUp ? 0 : saturatedDifference(tempHP(), amount);
-    }
-    m_state.currHP = saturatedDifference(currHP(), left);
+    const Health after = afterDamage(health(), amount);
+    const int lost = saturatedDifference(currHP(), after.hp);
+    m_state.tempHP = after.tempHP;
+    m_state.currHP = after.hp;
     // Even when the temporary hit points took it all: any hit sets a stabilized creature dying.
     if (currHP() <= 0)
         m_state.stable = false;
@@ -102,7 +99,7 @@ void Creature::takeDamage(int amount, const Creature *attacker)
         m_state.lastHitBy = attacker->displayName();
         m_state.lastHitOrder = takeHitNumber();
     }
-    m_state.damageTaken = saturatedSum(damageTaken(), left);
+    m_state.damageTaken = saturatedSum(damageTaken(), lost);
     m_state.baseCurrHP = currHP();
     notifyUpdated();
 }
@@ -110,8 +107,9 @@ void Creature::takeDamage(int amount, const Creature *attacker)
 void Creature::heal(int hp, int surgesUsed)
 {
     m_state.healCount = saturatedSum(healCount(), 1);
-    m_state.currHP = std::min(healedHP(currHP(), hp), maxHP());
-    m_state.currHS = std::max(0, std::min(saturatedDifference(currHS(), surgesUsed), maxHS()));
+    const Health after = afterHealing(health(), hp, surgesUsed);
+    m_state.currHP = std::min(after.hp, maxHP());
+    m_state.currHS = std::max(0, std::min(after.surges, maxHS()));
     if (currHP() > 0)
         m_state.stable = true;
     m_state.baseCurrHP = currHP();
@@ -168,9 +166,10 @@ void Creature::stopEncounter()
 
 void Creature::setTempHP(int amount)
 {
-    if (tempHP() >= amount)
+    const Health after = afterTempHP(health(), amount);
+    if (after.tempHP == tempHP())
         return;
-    m_state.tempHP = amount;
+    m_state.tempHP = after.tempHP;
     notifyUpdated();
 }
 

@@ -6,7 +6,6 @@
 #include "effectevents.h"
 #include "encounter.h"
 #include "mainwindow.h"
-#include "saturated.h"
 #include "vitalityevents.h"
 
 namespace {
@@ -18,11 +17,10 @@ void appendHealing(const EffectDialog &form)
     if (choice == EffectDialog::OwnSurge) {
         for (Creature *target : targets)
             appendEvent<HealEvent>(form.origin(), target, 1,
-                                   saturatedSum(target->hsValue(), form.healing()));
+                                   surgeHealing(1, target->hsValue(), form.healing()));
     } else if (choice < 0) {
-        const qint64 surgeHP = qint64(-choice) * form.surgeValue();
         appendEvent<HealEvent>(form.origin(), targets, -choice,
-                               saturated(surgeHP + form.healing()));
+                               surgeHealing(-choice, form.surgeValue(), form.healing()));
     } else if (choice > 0 || form.healing() != 0) {
         appendEvent<HealEvent>(form.origin(), targets, -choice, form.healing());
     }

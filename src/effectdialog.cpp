@@ -422,9 +422,8 @@ int EffectDialog::surgeChange() const
 int EffectDialog::healingFor(const Creature *target) const
 {
     if (surgeChoice() == OwnSurge)
-        return saturatedSum(healing(), target->hsValue());
-    const int spent = std::max(0, -surgeChoice());
-    return saturated(healing() + qint64(spent) * surgeValue());
+        return surgeHealing(1, target->hsValue(), healing());
+    return surgeHealing(std::max(0, -surgeChoice()), surgeValue(), healing());
 }
 
 // After the choice in the surge box and before the action; asked while no preview stands.
@@ -436,32 +435,23 @@ int EffectDialog::surgesLeft(const Creature *creature) const
 
 void EffectDialog::previewTarget(Creature *target, Creature *origin, int action)
 {
-    const int hp = target->currHP();
-    const int temp = target->tempHP();
-    const int surges = target->currHS();
-
-    const int absorbed = std::min(temp, damage());
-    int newTemp = saturatedDifference(temp, absorbed);
-    int newHP = saturatedDifference(hp, saturatedDifference(damage(), absorbed));
+    const Health before = target->health();
+    Health after = afterDamage(before, damage());
     const int heal = healingFor(target);
     if (heal != 0 || surgeChange() != 0)
-        newHP = healedHP(newHP, heal);
-    int newSurges = saturatedSum(surges, surgeChange());
+        after = afterHealing(after, heal, -surgeChange());
+    after = afterTempHP(after, tempHP());
 
     const bool isOrigin = target == origin;
     const bool spendsSurge = (action == SecondWind && isOrigin)
         || (action == AdministerFirstAid && target == targets().constFirst());
-    if (spendsSurge && newSurges > 0) {
-        --newSurges;
-        newHP = healedHP(newHP, target->hsValue());
-    }
-    if (action == GainHealingSurge && isOrigin) {
-        newSurges = saturatedSum(newSurges, 1);
-        newHP = healedHP(newHP, 0);
-    }
-    newTemp = std::max(newTemp, tempHP());
-    m_preview->show(target, saturatedDifference(newHP, hp), saturatedDifference(newTemp, temp),
-                    saturatedDifference(newSurges, surges),
+    if (spendsSurge && after.surges > 0)
+        after = afterHealing(after, target->hsValue(), 1);
+    if (action == GainHealingSurge && isOrigin)
+        after = afterHealing(after, 0, -1);
+    m_preview->show(target, saturatedDifference(after.hp, before.hp),
+                    saturatedDifference(after.tempHP, before.tempHP),
+                    saturatedDifference(after.surges, before.surges),
                     action == UseActionPoint && isOrigin ? -1 : 0);
 }
 
@@ -469,7 +459,7 @@ void EffectDialog::previewOrigin(Creature *origin, int action)
 {
     const int hp = origin->currHP();
     const auto healed = [hp](int healing) {
-        return saturatedDifference(healedHP(hp, healing), hp);
+        return saturatedDifference(afterHealing({hp}, healing, 0).hp, hp);
     };
     if (action == SecondWind && origin->currHS() > 0)
         m_preview->show(origin, healed(origin->hsValue()), 0, -1, 0);

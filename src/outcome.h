@@ -1,12 +1,19 @@
-// What a blow or a healing comes to, for the rules and for the previews of open dialogs alike.
+// What a blow, a healing and temporary hit points come to, as pure functions: the rules apply them,
+// and open forms show beforehand what they give. Sums stop at the ends of int. Nothing is capped at
+// a creature's maximum: the rules do that, and a preview shows what would go to waste.
 #pragma once
 
-#include <algorithm>
+struct Health {
+    int hp = 0;
+    int tempHP = 0;
+    int surges = 0;
+};
 
-#include "saturated.h"
-
-// Healing counts from 0 hit points. Not capped at the creature's maximum.
-inline int healedHP(int hp, int healing)
-{
-    return saturatedSum(std::max(hp, 0), healing);
-}
+// Temporary hit points go first.
+Health afterDamage(const Health &health, int damage);
+// Healing counts from 0 hit points. Negative `surgesUsed` adds surges.
+Health afterHealing(const Health &health, int healing, int surgesUsed);
+// They only rise: the higher of the old and the new counts.
+Health afterTempHP(const Health &health, int amount);
+// Hit points that so many surges give, with `extra` on top.
+int surgeHealing(int surges, int surgeValue, int extra);

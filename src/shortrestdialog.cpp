@@ -39,11 +39,6 @@ QString hpText(const Creature &creature)
     return hp;
 }
 
-int restedHP(const Creature &creature, int surges, int base, int extra)
-{
-    return saturated(qint64(surges) * creature.hsValue() + base + extra);
-}
-
 } // namespace
 
 ShortRestDialog::ShortRestDialog(QWidget *parent) : FlatDialog(term(Term::ShortRest), parent)
@@ -141,14 +136,13 @@ void ShortRestDialog::onRestValueChanged()
         if (!row.creature)
             continue;
         Creature &creature = *row.creature;
-        const int hp = saturatedDifference(creature.currHP(), creature.restHP());
-        const int left = saturatedDifference(creature.currHS(), creature.restHS());
-        const int used = qMin(row.surgeBox->value(), qMax(0, left));
-        const int extra = row.hpBox->value();
+        const CreatureVitality live = creature.liveVitality();
+        const int used = qMin(row.surgeBox->value(), qMax(0, live.currHS));
+        const int healing = surgeHealing(used, creature.hsValue(), row.hpBox->value());
         // Healing counts from 0, but without any the character stays where it is.
-        const int total =
-            used == 0 && extra == 0 ? hp : restedHP(creature, used, qMax(0, hp), extra);
-        m_preview.show(&creature, saturatedDifference(total, hp), 0, -used,
+        const bool isHealed = used != 0 || row.hpBox->value() != 0;
+        const int total = isHealed ? afterHealing({live.currHP}, healing, used).hp : live.currHP;
+        m_preview.show(&creature, saturatedDifference(total, live.currHP), 0, -used,
                        m_grantBox->isChecked() ? 1 : 0);
         row.totalLabel->setText(tr("= %1").arg(total));
         showStatus(row);
@@ -185,10 +179,11 @@ QList<RestedCreature> ShortRestDialog::result() const
         if (!row.creature)
             continue;
         const int used = row.surgeBox->value();
-        rested << RestedCreature {.creature = row.creature,
-                                  .usedHS = used,
-                                  .addedHP = restedHP(*row.creature, used, 0, row.hpBox->value()),
-                                  .addedAP = m_grantBox->isChecked() ? 1 : 0};
+        rested << RestedCreature {
+            .creature = row.creature,
+            .usedHS = used,
+            .addedHP = surgeHealing(used, row.creature->hsValue(), row.hpBox->value()),
+            .addedAP = m_grantBox->isChecked() ? 1 : 0};
     }
     return rested;
 }
