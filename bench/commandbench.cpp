@@ -15,6 +15,7 @@
 #include "creaturelistmodel.h"
 #include "effect.h"
 #include "effectevents.h"
+#include "encounter.h"
 #include "mainwindow.h"
 #include "ratios.h"
 

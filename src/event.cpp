@@ -1,17 +1,30 @@
 #include "event.h"
 
 #include <algorithm>
-#include <array>
 
 #include "creature.h"
-#include "effectevents.h"
-#include "encounter.h"
-#include "history.h"
 #include "objectstream.h"
-#include "rosterevents.h"
-#include "turnevents.h"
-#include "vitalityevents.h"
-#include "windowinterface.h"
+
+namespace {
+
+bool isReplaying = false;
+
+} // namespace
+
+Replay::Replay()
+{
+    isReplaying = true;
+}
+
+Replay::~Replay()
+{
+    isReplaying = false;
+}
+
+bool Replay::isRunning()
+{
+    return isReplaying;
+}
 
 Event::~Event() = default;
 
@@ -68,17 +81,6 @@ QString ChangeStateEvent::sourcePrefix() const
     return arrowPrefix(m_source);
 }
 
-EncounterSnapshot EncounterSnapshot::take()
-{
-    return {theEncounter->creatures(), theEncounter->position()};
-}
-
-void EncounterSnapshot::restore() const
-{
-    theEncounter->setOrder(order);
-    theEncounter->setPosition(position);
-}
-
 QString displayNameOf(const Creature *creature)
 {
     return creature ? creature->displayName() : QString();
@@ -99,190 +101,6 @@ QList<Creature *> withoutNull(const QList<Creature *> &creatures)
     QList<Creature *> result = creatures;
     result.removeAll(nullptr);
     return result;
-}
-
-QList<CreatureVitality> liveVitality(const CreatureList &creatures)
-{
-    QList<CreatureVitality> result;
-    result.reserve(creatures.count());
-    for (Creature *creature : creatures)
-        result << creature->liveVitality();
-    return result;
-}
-
-void setVitality(Creature *creature, const CreatureVitality &vitality)
-{
-    if (theHistory && theHistory->isReplaying())
-        creature->setVitalityNumbers(vitality);
-    else
-        creature->setVitality(vitality);
-}
-
-void applyVitality(const QList<CreatureVitality> &vitality)
-{
-    for (const CreatureVitality &each : vitality) {
-        if (!each.creature)
-            continue;
-        // Numbers that stand already are no reason to check all creatures for outside changes.
-        if (!(each == each.creature->liveVitality()))
-            setVitality(each.creature, each);
-        each.creature->setShadowVitality(each);
-    }
-}
-
-VitalityBefore vitalityBefore(const CreatureList &creatures)
-{
-    VitalityBefore before {liveVitality(creatures), {}};
-    before.shadows.reserve(creatures.count());
-    for (Creature *creature : creatures)
-        before.shadows << creature->shadowVitality();
-    return before;
-}
-
-void restoreVitality(const VitalityBefore &before)
-{
-    applyVitality(before.live);
-    // An extended rest leaves the two apart.
-    for (const CreatureVitality &each : before.shadows)
-        each.creature->setShadowVitality(each);
-}
-
-QList<CreatureItem> itemsOf(const CreatureList &creatures)
-{
-    QList<CreatureItem> result;
-    result.reserve(creatures.count());
-    for (Creature *creature : creatures)
-        result << creature->item();
-    return result;
-}
-
-void applyItems(const QList<CreatureItem> &items)
-{
-    for (const CreatureItem &item : items) {
-        if (item.creature)
-            item.creature->setItem(item);
-    }
-}
-
-void restoreItems(const QList<CreatureItem> &items)
-{
-    for (auto item = items.crbegin(); item != items.crend(); ++item) {
-        if (item->creature)
-            item->creature->setItem(*item);
-    }
-}
-
-void refreshTurnActions()
-{
-    windows().refreshEncounterActions();
-    windows().refreshJumpInAction();
-}
-
-namespace {
-
-template <typename EventClass>
-Event *readAs(ObjectStream *stream)
-{
-    return new EventClass(stream);
-}
-
-// The two events that have nothing to read and nothing to write.
-template <typename EventClass>
-Event *readBare(ObjectStream *stream)
-{
-    return new EventClass(stream, true);
-}
-
-struct Reader {
-    EventType::Code type;
-    Event *(*read)(ObjectStream *stream);
-};
-
-// In the order of the type numbers, from 1.
-constexpr std::array readers {
-    Reader {EventType::StartEncounter, readAs<StartEncounterEvent>},
-    Reader {EventType::NextTurn, readBare<NextTurnEvent>},
-    Reader {EventType::StopEncounter, readBare<StopEncounterEvent>},
-    Reader {EventType::Damage, readAs<DamageEvent>},
-    Reader {EventType::OnGoingDamage, readAs<OnGoingDamageEvent>},
-    Reader {EventType::Heal, readAs<HealEvent>},
-    Reader {EventType::Regeneration, readAs<RegenerationEvent>},
-    Reader {EventType::SetTempHP, readAs<SetTempHPEvent>},
-    Reader {EventType::Effect, readAs<EffectEvent>},
-    Reader {EventType::RemoveOnGoing, readAs<RemoveOnGoingEvent>},
-    Reader {EventType::RemoveAtEndOfTurn, readAs<RemoveAtEndOfTurnEvent>},
-    Reader {EventType::RemoveAtStartOfTurn, readAs<RemoveAtStartOfTurnEvent>},
-    Reader {EventType::RemoveOnSave, readAs<RemoveOnSaveEvent>},
-    Reader {EventType::RemoveAtEndOfEncounter, readAs<RemoveAtEndOfEncounterEvent>},
-    Reader {EventType::Delay, readAs<DelayEvent>},
-    Reader {EventType::JumpIn, readAs<JumpInEvent>},
-    Reader {EventType::Ready, readAs<ReadyEvent>},
-    Reader {EventType::EndReady, readAs<EndReadyEvent>},
-    Reader {EventType::Died, readAs<DiedEvent>},
-    Reader {EventType::FailedDeathSavingThrow, readAs<FailedDeathSavingThrowEvent>},
-    Reader {EventType::UseActionPoint, readAs<UseActionPointEvent>},
-    Reader {EventType::TotalDefense, readAs<TotalDefenseEvent>},
-    Reader {EventType::SecondWind, readAs<SecondWindEvent>},
-    Reader {EventType::Stabilize, readAs<StabilizeEvent>},
-    Reader {EventType::ShortRest, readAs<ShortRestEvent>},
-    Reader {EventType::ExtendedRest, readAs<ExtendedRestEvent>},
-    Reader {EventType::SetEncounter, readAs<SetEncounterEvent>},
-    Reader {EventType::AddMonster, readAs<AddMonsterEvent>},
-    Reader {EventType::AddMonsters, readAs<AddMonstersEvent>},
-    Reader {EventType::SetParty, readAs<SetPartyEvent>},
-    Reader {EventType::AddCharacters, readAs<AddCharactersEvent>},
-    Reader {EventType::ShowHide, readAs<ShowHideEvent>},
-    Reader {EventType::AdministerFirstAid, readAs<AdministerFirstAidEvent>},
-    Reader {EventType::GainHealingSurge, readAs<GainHealingSurgeEvent>},
-    Reader {EventType::SetVitality, readAs<SetVitalityEvent>},
-    Reader {EventType::RemoveCreatures, readAs<RemoveCreaturesEvent>},
-    Reader {EventType::RemoveCurrent, readAs<RemoveCurrentEvent>},
-    Reader {EventType::AdjustInitiative, readAs<AdjustInitiativeEvent>},
-    Reader {EventType::RenameCreature, readAs<RenameCreatureEvent>},
-    Reader {EventType::PowerUsageChanged, readAs<PowerUsageChangedEvent>},
-    Reader {EventType::SetAlias, readAs<SetAliasEvent>},
-    Reader {EventType::UseSecondWind, readAs<UseSecondWindEvent>},
-};
-
-constexpr bool isInOrder()
-{
-    for (std::size_t i = 0; i < readers.size(); ++i) {
-        if (readers[i].type != int(i) + 1)
-            return false;
-    }
-    return true;
-}
-static_assert(isInOrder());
-
-// In front of a type that tells none, so that the next event takes its place: behind it nobody
-// would read that event. Or to the end of the data.
-void seekType(ObjectStream *stream, int offset)
-{
-    stream->seek(offset);
-    StreamField field = stream->peekField();
-    for (; field.tag != 0 && field.tag != ID_EVENT_TYPE; field = stream->peekField())
-        offset += stream->readField().consumed;
-    stream->seek(offset);
-}
-
-} // namespace
-
-Event *readEvent(ObjectStream *stream, bool *ok)
-{
-    stream->markRecord();
-    const int start = stream->position();
-    const int type = stream->readInt(ID_EVENT_TYPE);
-    if (type >= 1 && type <= int(readers.size()))
-        return readers[std::size_t(type) - 1].read(stream);
-    if (stream->position() == start)
-        return nullptr;
-    // What follows is lost.
-    stream->markDamaged();
-    if (type != 0)
-        *ok = false;
-    else
-        seekType(stream, start);
-    return nullptr;
 }
 
 #include "moc_event.cpp"

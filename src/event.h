@@ -1,4 +1,4 @@
-// The base of all entries of the history, and what they share.
+// The base of all entries of the history.
 #pragma once
 
 #include <QList>
@@ -6,7 +6,6 @@
 
 #include "creaturelist.h"
 #include "creaturesnapshots.h"
-#include "encounter.h"
 #include "memorytracker.h"
 
 class ObjectStream;
@@ -58,6 +57,17 @@ enum Code {
     UseSecondWind = 42,
 };
 }
+
+// While one lives, the history reads a log and applies its events.
+class Replay {
+public:
+    Replay();
+    ~Replay();
+    Replay(const Replay &) = delete;
+    Replay &operator=(const Replay &) = delete;
+
+    static bool isRunning();
+};
 
 // Written or read once, redone and undone any number of times. A record holds only the event's
 // arguments: what undo needs is captured from the state at construction, which is the same when a
@@ -127,20 +137,7 @@ protected:
     CreatureSnapshots m_targets;
 };
 
-// The order of the encounter and the position in it, for events that change both.
-struct EncounterSnapshot {
-    CreatureList order;
-    EncounterPosition position;
-
-    static EncounterSnapshot take();
-    void restore() const;
-};
-
-// The next event of the log, the caller's. Null at the end of the data, with `ok` as it was, and
-// for an unknown type, with `ok` set to false.
-Event *readEvent(ObjectStream *stream, bool *ok);
-
-// --- what the families of events share ---
+// --- creatures that may be null ---
 
 // Empty for null.
 QString displayNameOf(const Creature *creature);
@@ -149,23 +146,3 @@ bool isCharacter(const Creature *creature);
 // "Name -> ", or empty for null.
 QString arrowPrefix(const Creature *source);
 QList<Creature *> withoutNull(const QList<Creature *> &creatures);
-
-QList<CreatureVitality> liveVitality(const CreatureList &creatures);
-// Live fields and shadows, so that it doesn't count as a change made outside the history.
-// Writes the eight live numbers. A replay leaves the text of the creature as its file has it.
-void setVitality(Creature *creature, const CreatureVitality &vitality);
-void applyVitality(const QList<CreatureVitality> &vitality);
-// What undo puts back: the numbers, and what the history knew of them.
-struct VitalityBefore {
-    QList<CreatureVitality> live;
-    QList<CreatureVitality> shadows;
-};
-VitalityBefore vitalityBefore(const CreatureList &creatures);
-void restoreVitality(const VitalityBefore &before);
-QList<CreatureItem> itemsOf(const CreatureList &creatures);
-void applyItems(const QList<CreatureItem> &items);
-// Backwards: of a creature that was rolled twice the first entry is the older.
-void restoreItems(const QList<CreatureItem> &items);
-
-// Of the main window, after a creature has left the order or come back.
-void refreshTurnActions();

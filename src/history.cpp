@@ -7,9 +7,9 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QPointer>
-#include <QScopedValueRollback>
 
 #include "event.h"
+#include "eventfactory.h"
 #include "historyfolder.h"
 #include "logguard.h"
 #include "loglock.h"
@@ -166,7 +166,7 @@ bool History::saveLogAs(const QString &path)
 void History::checkFile()
 {
     m_isCheckDue = false;
-    if (!m_logGuard || m_isReplaying)
+    if (!m_logGuard || Replay::isRunning())
         return;
     // The lock may have gone with the folder.
     if (m_logGuard->check() && m_lock)
@@ -187,7 +187,7 @@ void History::tellOfFile()
 
 void History::syncSoon()
 {
-    const bool isCommand = !m_isReplaying;
+    const bool isCommand = !Replay::isRunning();
     if (m_stream && (isCommand || m_stream->needsSync()) && !m_syncTimer.isActive())
         m_syncTimer.start();
 }
@@ -253,7 +253,7 @@ bool History::replay(const LoadProgress &tell)
     QElapsedTimer sinceBreath;
     sinceBreath.start();
     bool known = true;
-    const QScopedValueRollback replaying(m_isReplaying, true);
+    const Replay replay;
     while (stream) {
         Event *event = readEvent(stream, &known);
         if (!event)
@@ -326,7 +326,7 @@ void History::doEvent(Event *event, bool silent)
 {
     if (!event)
         return;
-    if (!m_isReplaying)
+    if (!Replay::isRunning())
         m_editedFiles.forget();
     removeBehindPosition();
     m_events.append({event, m_stream ? m_stream->position() : -1});

@@ -71,8 +71,6 @@ public:
     int eventOffset(int index) const;
     // Index of the last event that is applied; -1 for none.
     int position() const { return m_position; }
-    // The events of the log are being read and applied.
-    bool isReplaying() const { return m_isReplaying; }
     // Those of whose files the next command tells the log, in the encounter or not.
     QList<Creature *> editedCharacters() const { return m_editedFiles.characters(); }
     // The latest visible events of the running encounter, newest first.
@@ -127,7 +125,6 @@ private:
     std::unique_ptr<LogGuard> m_logGuard; // null without a file to guard
     QStringList m_untold; // what the user has still to be told of the file
     bool m_isCheckDue = false; // the next command looks first whether the file is still the log
-    bool m_isReplaying = false;
     TrackerMember m_tracker {__LINE__, "history"};
 };
 

@@ -1,6 +1,7 @@
 // Events of who is in the encounter and how they are listed.
 #pragma once
 
+#include "encountersnapshots.h"
 #include "event.h"
 
 // Creatures join the encounter. The record keeps their vitality, so that a replay doesn't depend on

@@ -1,6 +1,7 @@
 // Events of the turn cycle: start, turns, delay, ready, death, stop.
 #pragma once
 
+#include "encountersnapshots.h"
 #include "event.h"
 
 // An event of one creature that its record names alone. The players see it when the creature is a

@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include "encountersnapshots.h"
 #include "event.h"
 
 class Effect;

@@ -8,6 +8,7 @@
 #include "effect.h"
 #include "effectevents.h"
 #include "encounter.h"
+#include "eventfactory.h"
 #include "history.h"
 #include "objectstream.h"
 #include "rosterevents.h"
