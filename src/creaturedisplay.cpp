@@ -24,16 +24,16 @@ namespace {
 
 constexpr int PortraitSize = 96;
 constexpr int GroupHeight = 48;
-// Beyond these lines the rest of the effects stands in the stat block only.
+// Greatest height of a group whose text wraps, in pixels.
 constexpr int WrappedHeight = 80;
-// What is kept for the stat block before the head shows all it has.
+// Height kept free for the stat block, in pixels.
 constexpr int StatBlockHeight = 120;
 constexpr int WidestFixedText = 150; // pixels, of the narrow one of two texts
 constexpr int NarrowStretch = 1;
 constexpr int WideStretch = 100;
 constexpr int RowSpacing = 3;
 
-// In the middle of a square, so that scaling to one keeps its proportions.
+// Puts the picture in the middle of a square, so that scaling to a square keeps its proportions.
 QPixmap squared(const QPixmap &picture)
 {
     const int side = qMax(picture.width(), picture.height());
@@ -47,7 +47,7 @@ QPixmap squared(const QPixmap &picture)
     return square;
 }
 
-// Not at once: the widget may be in the middle of a click that lets other events through.
+// Deletes the widget later, because it may be handling a click that runs an event loop.
 void removeLater(QLayout *layout, QWidget *widget)
 {
     layout->removeWidget(widget);
@@ -55,14 +55,14 @@ void removeLater(QLayout *layout, QWidget *widget)
     widget->deleteLater();
 }
 
-// For one line of text, which must not be cut in a large font.
+// High enough for one line of text in any font.
 int heightOfGroup(const QWidget *group, const QLabel *content)
 {
     const int frame = group->minimumSizeHint().height() - content->minimumSizeHint().height();
     return qMax(GroupHeight, frame + content->fontMetrics().height());
 }
 
-// Takes the room that there is, and asks for none of its own.
+// The label takes the width there is and asks for none.
 void letShrink(QLabel *label)
 {
     label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
@@ -177,7 +177,7 @@ void CreatureDisplay::fitHead(int height)
         room -= group->height() + m_grid->verticalSpacing();
         group->setVisible(room >= 0);
     }
-    // Texts that wrap need another height in another width.
+    // In another width, texts that wrap need another height.
     markDirty();
 }
 
@@ -188,7 +188,7 @@ void CreatureDisplay::setText(QLabel *target, const QString &html)
     const QString shown = readableColours(shortenedHtml(html, LongestLine), target->palette());
     m_lines->setLine(target, shown);
     target->setText(shown);
-    // A line that is cut can be read in full; as a paragraph, so that it is taken for rich text.
+    // Shows a line that is cut in full. The paragraph tag makes it rich text, which wraps.
     target->setToolTip(html.isEmpty() ? html : QStringLiteral("<p>%1</p>").arg(html));
 }
 
@@ -216,7 +216,7 @@ void CreatureDisplay::rebuildHead()
         fitGroup(wrapped);
 }
 
-// Of a text that wraps a few lines are seen; the tool tip has the rest.
+// Shows a few lines of a text that wraps; the tool tip has all of it.
 void CreatureDisplay::fitGroup(const QLabel *content)
 {
     if (!content)
@@ -227,7 +227,7 @@ void CreatureDisplay::fitGroup(const QLabel *content)
     group->setFixedHeight(qBound(height, height + more, height + WrappedHeight - GroupHeight));
 }
 
-// What the creature is up to, or what its file says of it.
+// The creature's state and initiative, or while editing its description.
 QString CreatureDisplay::subText(const Creature *creature) const
 {
     if (m_editing)
@@ -261,7 +261,7 @@ void CreatureDisplay::createBody()
 {
     m_scrollArea = new ResizableScrollArea;
     m_scrollArea->setObjectName(QStringLiteral("statBlockArea"));
-    // A click in it leaves the keys with the initiative list, or with the form in its place.
+    // A click in it leaves the focus with the initiative list, or the form in its place.
     m_scrollArea->setFocusPolicy(Qt::NoFocus);
     m_scrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_scrollArea->setMinimumHeight(GroupHeight);
@@ -315,8 +315,8 @@ void CreatureDisplay::rebuildBody()
     m_body->setUpdatesEnabled(true);
 }
 
-// Most changes touch a few rows. What stands before and behind them stays: a row under the mouse
-// keeps its hover, and the rest costs nothing.
+// Most changes touch a few rows. The rows before and behind them stay, so that a row under the
+// mouse keeps its hover and nothing else is laid out again.
 void CreatureDisplay::setRows(Block &block, int index, const QList<PanelRow> &rows)
 {
     qsizetype first = 0;
@@ -366,8 +366,8 @@ void CreatureDisplay::addAlias(QHBoxLayout *line, const PanelRow &row, int index
     letShrink(alias);
     tick->setToolTip(tr("Click to show or hide the alias"));
     alias->setToolTip(tr("Click to edit the alias"));
-    // Not within the label's own press: the dialog that comes up lets ticks through, and the panel
-    // is built anew behind it.
+    // Queued, so that the label's press has ended: the refresh tick runs while a dialog is open,
+    // and deletes the label.
     connect(tick, &DynLabel::clicked, this, &CreatureDisplay::onSetUseAlias, Qt::QueuedConnection);
     connect(alias, &DynLabel::clicked, this, &CreatureDisplay::onEditAlias, Qt::QueuedConnection);
     line->addWidget(tick, NarrowStretch);
@@ -398,7 +398,7 @@ void CreatureDisplay::addTexts(QHBoxLayout *line, const PanelRow &row)
 
 void CreatureDisplay::watch(Creature *creature)
 {
-    // Once for each, however often it is shown.
+    // One connection for each creature, however often it is shown.
     if (creature)
         connect(creature, &QObject::destroyed, this, &CreatureDisplay::markDirty,
                 Qt::UniqueConnection);

@@ -19,7 +19,7 @@ class QLabel;
 class QToolButton;
 class QVBoxLayout;
 
-// However many updates come in, the widgets change on the refresh tick alone. That spares work, and
+// The widgets change on the refresh tick only, however many updates come in. That saves work, and
 // no click deletes the label that handles it. Creatures aren't owned and may go at any time.
 class CreatureDisplay : public QObject, public WindowsAndDialogs {
     Q_OBJECT
@@ -38,10 +38,10 @@ public:
     void setCreature(Creature *creature);
     // The first one fills the head; their stat blocks stand below each other.
     void setCreatures(const QList<Creature *> &creatures);
-    // Leaves out the last groups of the head, whose numbers stand in the stat block too, where both
-    // don't fit into `height` pixels.
+    // Hides the last groups of the head when head and stat block don't fit into `height` pixels
+    // together. Their numbers stand in the stat block too.
     void fitHead(int height);
-    // Has the panel rebuilt on the next tick.
+    // The panel is rebuilt on the next tick.
     void markDirty() { m_dirty = true; }
 
 Q_SIGNALS:
@@ -61,7 +61,7 @@ private:
     struct Block {
         QPointer<Creature> creature;
         QList<PanelRow> rows;
-        QString style; // tells the palette
+        QString style; // shows by its text which palette was used
         QWidget *widget = nullptr; // of m_body
         QVBoxLayout *layout = nullptr;
     };
@@ -89,7 +89,7 @@ private:
     bool m_editing;
     bool m_showEffects;
     bool m_dirty = true;
-    bool m_frozen = false; // the state is in flux
+    bool m_frozen = false; // a replay or a load runs
     QPointer<Creature> m_creature;
     QPointer<Creature> m_shown;
     QList<QPointer<Creature>> m_creatures; // two or more, or none

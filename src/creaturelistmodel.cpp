@@ -28,7 +28,7 @@ namespace {
 using Column = CreatureListModel::Column;
 
 constexpr int CompactInitiativeBelow = 50; // pixels
-// From here on a number is a column's width by mistake or mischief.
+// A saved width above this is taken for damage and cut down.
 constexpr int WidestColumn = 4000;
 constexpr const char *SelectTip =
     QT_TRANSLATE_NOOP("CreatureListModel", "Left-click: select, right-click: multi-select");
@@ -55,7 +55,8 @@ bool isGreyed(const Creature *creature)
         || creature->isMissing() || creature->isDelayed() || creature->isReadied();
 }
 
-// The same in a selected row, which the style would tint: the colours carry a meaning.
+// The icon looks the same in a selected row. The style would tint it, but its colours carry a
+// meaning.
 QIcon listIcon(const QString &file)
 {
     QIcon icon(file);
@@ -63,7 +64,7 @@ QIcon listIcon(const QString &file)
     return icon;
 }
 
-// Without the frame around the cell of the last click: what counts is the selected rows.
+// Draws no focus frame around the cell of the last click, because only the selected rows count.
 class FramelessDelegate : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
@@ -362,7 +363,7 @@ void CreatureListModel::setSelectedRows(const QList<int> &rows)
 
 void CreatureListModel::onInternalSelectionChanged(const QItemSelection &, const QItemSelection &)
 {
-    // While rows come and go the toolkit speaks of them by their old numbers.
+    // While rows are inserted and removed the toolkit still reports their old numbers.
     if (!m_syncing)
         reportSelection();
 }
@@ -469,7 +470,7 @@ void CreatureListModel::openContextMenu(const QPoint &globalPosition)
     menu.setObjectName(QStringLiteral("contextMenu"));
     for (const Entry &entry : std::as_const(entries))
         menu.addAction(withLiteralAmpersands(entry.text));
-    // After the menu's own loop has ended: most entries run one of their own.
+    // Only now has the menu's event loop ended. Most entries run one of their own.
     const qsizetype chosen = menu.actions().indexOf(menu.exec(globalPosition));
     if (chosen >= 0)
         entries.at(chosen).run();
@@ -490,7 +491,7 @@ void CreatureListModel::onCreatureInListUpdated()
     syncRows();
     if (m_refreshPending)
         return;
-    // Ahead of the next frame, which a timer would come behind.
+    // A queued call comes before the next frame, a timer after it.
     m_refreshPending = true;
     QMetaObject::invokeMethod(this, &CreatureListModel::refresh, Qt::QueuedConnection);
 }

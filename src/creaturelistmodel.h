@@ -11,7 +11,7 @@ class CreatureTableView;
 class Encounter;
 class QItemSelection;
 
-// Every answer is worked out from the running Encounter when it is asked for. What is kept is only
+// Every answer is worked out from the running Encounter when it is asked for. The model only keeps
 // which creature stood in which row when the view was last told, so that selection and scrolling
 // follow a creature that moves.
 class CreatureListModel : public QAbstractTableModel {
@@ -111,12 +111,12 @@ private:
 
     QPointer<Encounter> m_encounter;
     QPointer<CreatureTableView> m_view;
-    QList<Creature *> m_rows; // compared, never followed: a creature may be gone
+    QList<Creature *> m_rows; // compared, never dereferenced: a creature may be gone
     Qt::MouseButtons m_pressedButtons;
     Qt::KeyboardModifiers m_pressedModifiers;
     bool m_movingHeader = false;
     bool m_syncing = false;
-    bool m_frozen = false; // a replay runs: nobody looks
+    bool m_frozen = false; // a replay or a load runs
     bool m_refreshPending = false; // one repainting for all changes of a command
     bool m_scrollToCurrent = false;
     QIcon m_currentIcon;

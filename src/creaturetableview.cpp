@@ -33,7 +33,7 @@ CreatureTableView::CreatureTableView(QWidget *parent) : QTableView(parent)
 
 void CreatureTableView::scrollToRow(int row)
 {
-    // Rows that were only just added have no place before this.
+    // Rows that were just added have no position before this.
     executeDelayedItemsLayout();
     scrollTo(model()->index(row, 0), EnsureVisible);
 }
@@ -55,7 +55,7 @@ void CreatureTableView::keyPressEvent(QKeyEvent *event)
 void CreatureTableView::mousePressEvent(QMouseEvent *event)
 {
     m_lastPressX = event->position().toPoint().x();
-    // Or the list would move sideways a moment after a click on a column that is cut off.
+    // With it the list would scroll sideways after a click on a column that is cut off.
     setAutoScroll(false);
     QTableView::mousePressEvent(event);
     setAutoScroll(true);
@@ -83,7 +83,7 @@ void CreatureTableView::mouseDoubleClickEvent(QMouseEvent *event)
         mousePressEvent(&press);
         return;
     }
-    // Where the first click took its row away, the second would select the next.
+    // If the first click removed its row, the second one would select the next row.
     if (m_lastPressed.isValid())
         QTableView::mouseDoubleClickEvent(event);
     m_pressed = QModelIndex();
@@ -134,7 +134,7 @@ void CreatureTableView::softenSelectionColours()
                       blend(soft.color(group, QPalette::Base), highlight, 0.35));
         soft.setColor(group, QPalette::HighlightedText, soft.color(group, QPalette::Text));
     }
-    // Setting it is a change of the palette in its turn.
+    // Setting the palette sends another PaletteChange.
     if (soft != palette())
         setPalette(soft);
 }

@@ -16,7 +16,7 @@ public:
 
 Q_SIGNALS:
     // A press and release of the left or right button on one cell. The second click of a double
-    // click doesn't count: where the first one took its row away, it would hit the next.
+    // click doesn't count: if the first one removed its row, it would hit the next one.
     void itemClicked(const QModelIndex &index);
     // The keyboard asks for the menu of the selection, which isn't empty.
     void menuRequested(const QPoint &globalPosition);
@@ -34,7 +34,7 @@ protected:
 
 private:
     void softenSelectionColours();
-    // Rows never cut a large font.
+    // Rows are high enough for a large font.
     void fitRowsToFont();
     void selectByMouse(const QModelIndex &index, const QMouseEvent &event) const;
     // The row that was added, or -1.
@@ -43,7 +43,7 @@ private:
     void selectOnly(int row) const;
     QItemSelection rowSelection(int first, int last) const;
 
-    int m_lastPressX = 1000; // of the last press; kept for nothing yet
+    int m_lastPressX = 1000; // of the last press; nothing reads it yet
     QPersistentModelIndex m_pressed; // the cell whose release makes a click
     QPersistentModelIndex m_lastPressed; // invalid once its row has gone
 };

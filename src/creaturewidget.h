@@ -25,16 +25,16 @@ public:
     {
         m_selection = std::move(selection);
     }
-    // Has all texts built anew on the next tick.
+    // All texts are built again on the next tick.
     void refresh();
     // Small enough for any screen.
     QSize minimumSizeHint() const override;
 
 Q_SIGNALS:
-    // As of CreatureDisplay.
+    // As in CreatureDisplay.
     void doSetAliasShown(const QList<Creature *> &creatures, bool show);
     void doEditAlias(const QList<Creature *> &creatures);
-    // The selection was read: the only creature of it, or null.
+    // The selection was read. The creature is the only one in it, or null.
     void doSingleChosen(Creature *creature);
 
 public Q_SLOTS:

@@ -61,8 +61,8 @@ QString lastComponent(const QString &path)
     return afterLast(path, QStringLiteral("/"));
 }
 
-// The two steps from the program to what it is installed in. Both serve the paths that are only
-// told to the user too.
+// The two steps up from the program to the folder it is installed in. Paths that are only shown to
+// the user take them too.
 QString aboveBin(const QString &path)
 {
     return lastComponent(path) == u"bin" ? stepUp(path) : path;
@@ -129,7 +129,7 @@ bool copyEntry(const QFileInfo &entry, const QString &destination, int depth)
     const QString copy = QDir(destination).filePath(entry.fileName());
     if (QFile::exists(copy))
         return true;
-    // What was installed read-only is the user's own from here.
+    // An installed file may be read-only; the user's copy of it must not be.
     return QFile::copy(entry.filePath(), copy)
         && QFile::setPermissions(copy, QFile::permissions(copy) | QFile::WriteOwner);
 }
@@ -152,7 +152,8 @@ bool copyTree(const QString &source, const QString &destParent, const QString &n
 
 // --- loading ---
 
-// Shows a load in a dialog. The dialog is moved seldom, as each movement runs the event loop.
+// Shows the progress of a load in a dialog, and seldom, because each change of the dialog runs the
+// event loop.
 class LoadProgress : public Progress {
 public:
     explicit LoadProgress(int fileCount)
@@ -163,7 +164,7 @@ public:
         m_dialog.setCancelButton(m_button);
         m_dialog.setWindowModality(Qt::WindowModal);
         m_dialog.setAutoClose(false);
-        // Never by the dialog's own timer: it would come up in front of a question that waits.
+        // The dialog's own timer could show it in front of a question that waits for an answer.
         m_dialog.setMinimumDuration(std::numeric_limits<int>::max());
         m_dialog.setValue(0);
         m_sinceShown.start();
@@ -180,8 +181,7 @@ public:
             return;
         show(m_value);
     }
-    // How far a step has come that takes long by itself: the bar shows that step alone until the
-    // next one.
+    // Progress within one long step. The bar shows that step alone until the next one begins.
     void moveWithinStep(qint64 done, qint64 total)
     {
         constexpr int Whole = 1000;
@@ -189,14 +189,14 @@ public:
             return;
         m_isWithinStep = true;
         m_dialog.setRange(0, Whole);
-        // Never the last value, which would reset the dialog.
+        // The last value would reset the dialog.
         show(int(qMin<qint64>(done * Whole / total, Whole - 1)));
     }
     bool wasCancelled() const override { return m_dialog.wasCanceled(); }
 
     void cancel() { m_dialog.cancel(); }
     void forbidCancel() { m_button->setEnabled(false); }
-    // For good: it doesn't flash up again behind the message that it makes room for.
+    // Hides the dialog for good, so that it doesn't come up again behind the message that follows.
     void hide()
     {
         m_isHidden = true;
@@ -360,7 +360,7 @@ bool loadFolder(LoadedLibrary &library, QString &path, QString &display)
 void updateTitle()
 {
     QString folder = lastComponent(QDir::fromNativeSeparators(dataRoot));
-    // The toolkit takes a single one for the place of its mark of unsaved changes.
+    // In a title the toolkit replaces a single [*] by its mark of unsaved changes.
     folder.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));
     QString title = folder == FolderName ? translated("Morvane DM's Display")
                                          : translated("Morvane - %1").arg(folder);
@@ -410,7 +410,7 @@ UnsavedItems unsavedItems(const Collection &collection, const char *plural)
 {
     UnsavedItems items;
     items.plural = translated(plural);
-    // The counters spare the walk through a library in which nothing changed.
+    // An unchanged library need not be walked through.
     const int count = isUnsaved(collection.counters()) ? collection.count() : 0;
     for (int i = 0; i < count; ++i) {
         const auto *item = collection.at(i);
@@ -482,7 +482,7 @@ void findDataFolder()
 
 bool setDataFolder(QString &path, QString &display)
 {
-    // The event loop turns during a load, so that a second one could be asked for.
+    // The event loop runs during a load, so the user could ask for a second one.
     static bool isLoading = false;
     if (isLoading)
         return false;

@@ -1,4 +1,4 @@
-// Draws a cell's icon as one that can be clicked, or can't just now.
+// Draws a cell's icon as disabled while it can't be clicked.
 #pragma once
 
 #include <QStyledItemDelegate>

@@ -105,7 +105,7 @@ void DockLayout::connectPanels()
             &CreatureWidget::creatureSelectionChanged);
     connect(theHistory, &History::doHistoryChanged, m_selectedPanel,
             &CreatureWidget::creatureSelectionChanged);
-    // A jump within the history tells nothing else when it has ended.
+    // Nothing else tells when a jump within the history has ended.
     connect(switchBoard(), &SwitchBoard::doEnableWidgetDisplay, m_currentPanel,
             &CreatureWidget::currentCreatureChanged);
     connect(switchBoard(), &SwitchBoard::doEnableWidgetDisplay, m_selectedPanel,

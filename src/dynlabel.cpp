@@ -18,7 +18,7 @@ void DynLabel::swap()
     setText(m_normalText);
 }
 
-// The label may be gone when the signal returns.
+// The label may have been deleted when the signal returns.
 void DynLabel::mousePressEvent(QMouseEvent *)
 {
     Q_EMIT clicked(m_index);

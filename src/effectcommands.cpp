@@ -1,4 +1,4 @@
-// The main window's flows that put conditions on creatures and take them off.
+// The main window's commands on conditions and effects.
 #include "appendevent.h"
 #include "creature.h"
 #include "effect.h"
@@ -43,7 +43,7 @@ void appendEffects(const EffectDialog &form)
     if (form.resVul() != 0)
         appendEvent<EffectEvent>(origin, targets, form.comment(), end, int(EffectType::Vulnerable),
                                  form.resVul());
-    // A comment goes along with what was chosen, and stands for itself when nothing was.
+    // A comment belongs to what was chosen; when nothing was, it is an effect by itself.
     const bool anyChosen = form.condition() != EffectType::None || form.ongoing() != 0
         || form.effect() != 0 || form.resVul() != 0;
     if (!anyChosen && !comment.isEmpty())
@@ -87,7 +87,7 @@ void MainWindow::onAddConditionOrEffect()
     EffectDialog form(selectedCreatures());
     if (!form.exec())
         return;
-    // What was changed outside the history is logged also when nothing was entered.
+    // Changes outside the history are logged even when nothing was entered.
     if (!streamForEvent() || form.targets().isEmpty())
         return;
     if (form.damage() > 0)

@@ -131,7 +131,7 @@ void EffectDialog::reject()
     FlatDialog::reject();
 }
 
-// The end of the program ends the loop without a word to done() or reject().
+// When the program ends, the loop ends without done() or reject().
 void EffectDialog::onFinished()
 {
     m_preview.reset();
@@ -171,7 +171,7 @@ void EffectDialog::updateActionItems()
     const Creature *creature = origin();
     const Creature *single = singleTarget();
     const bool actsNow = isRunning() && creature && creature == currentCreature();
-    // Whoever has the turn can't be the one who needs help.
+    // The creature whose turn it is can't be the one that needs help.
     const bool canHelp = isRunning() && single && single != currentCreature();
 
     const struct {
@@ -221,7 +221,7 @@ void EffectDialog::updateEndConditions()
     };
     for (const auto &row : rows)
         m_endBox->setItemEnabledByValue(row.value, row.enabled);
-    // Neither the blank item nor an end that another origin has ruled out stays chosen.
+    // The blank item doesn't stay chosen, nor does an end that this origin doesn't allow.
     if (!any)
         m_endBox->setCurrentIndex(0);
     else if (!m_endBox->isItemEnabled(m_endBox->currentIndex()))
@@ -401,7 +401,7 @@ void EffectDialog::onHitDamageClicked()
 
 void EffectDialog::updatePreview()
 {
-    // Keys that were typed ahead may still arrive behind the answer.
+    // Keys that were typed ahead may still arrive after the form was answered.
     if (!m_preview)
         return;
     m_preview->clear();
@@ -426,7 +426,7 @@ int EffectDialog::healingFor(const Creature *target) const
     return surgeHealing(std::max(0, -surgeChoice()), surgeValue(), healing());
 }
 
-// After the choice in the surge box and before the action; asked while no preview stands.
+// With the choice in the surge box, without the action. To be asked while no preview is shown.
 int EffectDialog::surgesLeft(const Creature *creature) const
 {
     return isTarget(creature) ? saturatedSum(creature->currHS(), surgeChange())

@@ -44,7 +44,7 @@ public:
     // With nothing selected the current creature is the target.
     explicit EffectDialog(const QList<Creature *> &selected, QWidget *parent = nullptr);
 
-    // Null for nobody in particular.
+    // Null for no particular creature.
     Creature *origin() const;
     // A creature that is gone since the form opened is left out.
     QList<Creature *> targets() const;
@@ -90,7 +90,7 @@ private Q_SLOTS:
     void endConditionTouched();
 
 private:
-    // A box of ready amounts, and the spin box for any amount.
+    // A box with the usual amounts, and a spin box for any amount.
     struct AmountPair {
         DisableComboBox *box = nullptr;
         QSpinBox *amount = nullptr;

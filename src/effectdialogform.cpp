@@ -28,12 +28,12 @@ constexpr int MostOngoing = 200;
 constexpr int MostBonus = 100;
 constexpr int MostResistance = 200;
 constexpr int ManySurges = 134217727;
-// A damaged file may claim any number of surges; the list of choices stays one that can be read.
+// A damaged file may claim any number of surges. The list of choices must stay readable.
 constexpr int MostSurgeItems = 100;
 constexpr int AttributeLabelWidth = 30;
 constexpr QSize AttributeButtonSize(84, 24);
 constexpr int AttributeButtonMargin = 12;
-// A long name doesn't widen the whole form.
+// A long name must not widen the whole form.
 constexpr int NameCharacters = 24;
 
 // "5, 7 or 9".
@@ -76,7 +76,7 @@ DisableComboBox *EffectDialog::choiceBox(const QString &objectName, const QList<
 QSpinBox *EffectDialog::amountBox(const QString &objectName, int max)
 {
     QSpinBox *box = spinBox(max, 0, 0, false);
-    box->setValue(0); // or it has no text yet that could be selected
+    box->setValue(0); // without it the box has no text to select
     box->setObjectName(objectName);
     return box;
 }
@@ -185,7 +185,7 @@ QGroupBox *EffectDialog::buildOrigin()
     }
     const Creature *first = isRunning() ? current : m_self.data();
     m_originBox->setCurrentIndex(qMax(0, int(m_origins.indexOf(first))));
-    // No entry: an index beyond the origins gives none.
+    // Has no entry in m_origins: an index beyond them gives no origin.
     if (isRunning())
         m_originBox->addItem(tr("Any monster"));
     return group(QStringLiteral("originGroup"), tr("Attacker/Origin"), m_originBox);
@@ -265,7 +265,8 @@ void EffectDialog::fillSurgeBox()
     m_surgeBox->setCurrentIndex(m_surgeBox->count() - 1);
     for (int surges = 1; surges <= std::min(leastLeft, MostSurgeItems); ++surges)
         addSurgeItem(useText(surges, values.first()), -surges);
-    // The usual range, unless the value is beyond it: healing by another number would be wrong.
+    // The usual range, or a larger one if the value is above it, because the form heals by this
+    // number.
     m_surgeValueBox->setMaximum(std::max(m_surgeValueBox->maximum(), values.first()));
     m_surgeValueBox->setValue(values.first());
     m_surgeValueBox->selectAll();
@@ -365,7 +366,7 @@ QPushButton *EffectDialog::attributeButton(const QString &objectName, const QStr
 {
     auto *button = new QPushButton(text);
     button->setObjectName(objectName);
-    // Wider only where the desktop's font would be cut.
+    // Wider than this only if the desktop's font needs it.
     const int textWidth = button->fontMetrics().size(Qt::TextShowMnemonic, text).width();
     button->setFixedSize(std::max(AttributeButtonSize.width(), textWidth + AttributeButtonMargin),
                          AttributeButtonSize.height());
@@ -445,7 +446,7 @@ void EffectDialog::connectForm()
     connect(m_hitDamageButton, &QPushButton::clicked, this, &EffectDialog::onHitDamageClicked);
 }
 
-// Row by row, as the form is read.
+// The Tab key goes through the form row by row.
 void EffectDialog::chainFocus()
 {
     QList<QWidget *> chain {m_originBox,     m_actionBox,      m_damageBox,  m_surgeBox,
@@ -459,7 +460,7 @@ void EffectDialog::chainFocus()
     chain << m_commentEdit << m_resVul.box << m_resVul.amount << m_endBox
           << findChild<QPushButton *>(QStringLiteral("okButton"))
           << findChild<QPushButton *>(QStringLiteral("cancelButton"));
-    // Tab finds no way on from a field that isn't shown.
+    // Tab would stop at a field that isn't shown.
     if (!m_surgeValueBox->isVisibleTo(this))
         chain.removeOne(m_surgeValueBox);
     for (int i = 1; i < chain.size(); ++i)

@@ -133,7 +133,7 @@ QVariant EffectListModel::headerData(int section, Qt::Orientation orientation, i
     return section == DescriptionColumn ? QVariant(tr("Description")) : QVariant();
 }
 
-// Worked out anew each time: a name in it may have changed.
+// Worked out each time, because a name in it may have changed.
 QString EffectListModel::descriptionText(int row) const
 {
     const Effect *effect = m_creature ? m_creature->effectAt(row) : nullptr;

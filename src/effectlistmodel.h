@@ -1,4 +1,4 @@
-// The effects of one creature as a list, each with an icon that a click removes it by.
+// The effects of one creature as a list, each with an icon that removes it when clicked.
 #pragma once
 
 #include <QAbstractTableModel>
@@ -37,11 +37,11 @@ public Q_SLOTS:
 
 private:
     QString descriptionText(int row) const;
-    // Tells the view of what came and went since it was last told, and has the rest drawn anew.
+    // Tells the view which rows came and went since it was last told, and redraws the others.
     void syncRows();
 
     QPointer<QTableView> m_view;
     QPointer<Creature> m_creature;
-    QList<Effect *> m_rows; // compared, never followed: an effect may be gone
+    QList<Effect *> m_rows; // compared, never dereferenced: an effect may be gone
     QIcon m_trashIcon;
 };

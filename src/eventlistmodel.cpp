@@ -46,7 +46,7 @@ void EventListModel::showPosition()
 {
     if (!m_view || !m_history)
         return;
-    // Rows that were only just added have no place before this.
+    // Rows that were just added have no position before this.
     m_view->doItemsLayout();
     m_view->scrollTo(index(m_history->position(), 0), QAbstractItemView::EnsureVisible);
 }

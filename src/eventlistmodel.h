@@ -16,7 +16,7 @@ public:
 
     // The view isn't owned, and needs this model set by the caller.
     void setView(QTableView *view);
-    // Follows the running History; again after another one took its place.
+    // Follows the running History. To be called again when another one takes its place.
     void attachHistory();
 
     int rowCount(const QModelIndex &parent = {}) const override;

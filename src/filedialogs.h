@@ -1,5 +1,5 @@
-// Dialogs that choose a creature's files. Each begins in the folder that a file was last chosen
-// from, until the program ends.
+// Dialogs that choose a creature's files. Each starts in the folder of the last file that was
+// chosen in this run of the program.
 #pragma once
 
 #include <QString>

@@ -44,7 +44,7 @@ int FlatDialog::exec()
     host->showFlatWidget(focusWidget(), widgetCount() != 0);
     window->installEventFilter(this);
 
-    // -1 comes from a loop that the end of the program doesn't let start.
+    // While the program ends the loop doesn't start, and gives -1.
     const int result = qMax(0, m_eventLoop.exec());
 
     if (window) {
@@ -104,7 +104,7 @@ void FlatDialog::keyPressEvent(QKeyEvent *event)
 
 bool FlatDialog::eventFilter(QObject *object, QEvent *event)
 {
-    // Nobody could end a dialog in a window that was closed.
+    // In a closed window nobody could end the dialog.
     if (event->type() == QEvent::Hide && !event->spontaneous())
         reject();
     return QWidget::eventFilter(object, event);
@@ -114,7 +114,7 @@ QDialogButtonBox *FlatDialog::buttonRow(const QList<Button> &buttons)
 {
     auto *box = new QDialogButtonBox;
     for (const Button &row : buttons) {
-        // One role for all, or the desktop's style would order them anew.
+        // The desktop's style sorts buttons by role; with one role for all they stay in this order.
         QPushButton *button = box->addButton(row.text, QDialogButtonBox::ActionRole);
         QString name = row.text;
         lowerFirst(name);

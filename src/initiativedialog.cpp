@@ -183,7 +183,7 @@ void InitiativeData::fillMembers(QGridLayout *grid, Entry &entry)
     }
 }
 
-// A roll beyond the box stays what it is until the DM changes the box, which shows the nearest
+// A roll outside the box's range is kept until the DM changes the box, which shows the nearest
 // value.
 QSpinBox *InitiativeData::rollBox(int roll, const QString &name)
 {

@@ -29,7 +29,7 @@ LookOnlyBar::LookOnlyBar(QWidget *parent)
     layout->addWidget(m_button);
     m_timer.setInterval(LookInterval);
     connect(&m_timer, &QTimer::timeout, this, &LookOnlyBar::look);
-    // Behind the click itself: the folder that is read brings this bar another state.
+    // Queued behind the click, because reading the folder changes this bar.
     connect(m_button, &QPushButton::clicked, this, &LookOnlyBar::takeOverAsked,
             Qt::QueuedConnection);
     hide();
@@ -57,7 +57,7 @@ void LookOnlyBar::look()
     m_isHeld = lock->isHeldElsewhere();
     m_button->setEnabled(!m_isHeld);
     if (m_isHeld)
-        showReason(lock->obstacle()); // it may be another by now
+        showReason(lock->obstacle()); // who holds the lock may have changed
     else if (wasHeld)
         showReason(tr("no longer in use elsewhere"));
 }

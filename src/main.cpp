@@ -23,7 +23,8 @@ void setIdentity()
     QCoreApplication::setApplicationName(QStringLiteral("Morvane"));
 }
 
-// A program that brings its own toolkit finds it and its plug-ins beside itself.
+// A program that was installed with its own toolkit loads libraries and plug-ins from its own
+// folder.
 void useOwnLibraries(const QString &folder)
 {
     const QString plugins = folder + QStringLiteral("/plugins");

@@ -33,7 +33,7 @@ namespace {
 
 constexpr int RefreshInterval = 600; // milliseconds
 constexpr QSize DefaultSize(1400, 860);
-// What the level of an encounter is worked out for.
+// The number of players an encounter's level is worked out for.
 constexpr int DefaultPartySize = 5;
 
 bool isReturn(const QKeyEvent *event)
@@ -61,7 +61,7 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), m_refreshTimer(ne
 
     setWindowTitle(tr("Morvane DM's Display"));
     updateActions();
-    // Ahead of a layout that may bring the tool bar back in a window of its own.
+    // Before restoreLayout(), which may put the tool bar into a window of its own.
     setTabOrder(m_hpBox, m_table);
     setTabOrder(m_table, m_hpBox);
     restoreLayout();
@@ -76,7 +76,7 @@ MainWindow::~MainWindow()
     settings.setValue(QStringLiteral("mainWindow/state"),
                       m_stateAtClose.isEmpty() ? saveState() : m_stateAtClose);
     shutDown();
-    // Ahead of the view, whose columns it saves.
+    // Before its view is deleted, whose columns it saves.
     delete m_listModel;
     theMainWindow = nullptr;
     setDialogHost(nullptr);
@@ -90,7 +90,7 @@ void MainWindow::shutDown()
     activeAppWindow = this;
     m_refreshTimer->stop();
     theEncounter->reset();
-    // The focus still moves while the widgets go.
+    // The focus still moves while the widgets are deleted.
     disconnect(qApp, nullptr, this, nullptr);
     if (m_activeDialog) {
         m_activeDialog->reject();
@@ -142,7 +142,7 @@ void MainWindow::connectSignals()
     connect(m_hpBox, &QSpinBox::valueChanged, this, &MainWindow::onHPValueChanged);
     connect(this, &MainWindow::doCreatureEffectsChanged, switchBoard(),
             &SwitchBoard::doCreatureEffectsChanged);
-    // A jump within the history tells nothing else when it has ended.
+    // Nothing else tells when a jump within the history has ended.
     connect(switchBoard(), &SwitchBoard::doEnableWidgetDisplay, this, &MainWindow::updateActions);
     connect(m_refreshTimer, &QTimer::timeout, switchBoard(), &SwitchBoard::doRefreshTimer);
     connectList();
@@ -184,9 +184,9 @@ void MainWindow::connectDocks()
 
 void MainWindow::restoreLayout()
 {
-    // A scaled or small screen may have less room, and its frame must stay within reach.
+    // On a small or scaled screen the window must be smaller, so that its frame can be reached.
     resize(DefaultSize.boundedTo(screen()->availableSize() * 0.9));
-    // Between two panels the list then needs all the width there is.
+    // The list between the two panels then needs all the width.
     if (size() != DefaultSize)
         setWindowState(Qt::WindowMaximized);
     m_actions->breakToolBars();
@@ -311,7 +311,7 @@ void MainWindow::keyPressEvent(QKeyEvent *event)
 void MainWindow::showEvent(QShowEvent *event)
 {
     QMainWindow::showEvent(event);
-    // One that was restored has come up before the window, and would lie below it.
+    // A restored dock was shown before the window, and would lie below it.
     if (!event->spontaneous())
         QTimer::singleShot(0, m_docks, &DockLayout::raiseFloating);
 }

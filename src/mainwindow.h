@@ -161,12 +161,12 @@ private:
     void updateStartStopAction();
     void updateShowHideAction();
     void updateActions();
-    // Commands that make an event, or change the log, are open to the user.
+    // The user may run commands that make an event or change the log.
     bool canCommand() const;
     bool canSpendSurge() const;
 
     // --- turn cycle (turncommands.cpp) ---
-    // With the form of the saving throws, over which the window may be gone.
+    // It asks by the dialog of saving throws. The window may be gone when it returns.
     TurnCycle turnCycle();
 
     // --- hit points (healthcommands.cpp) ---
@@ -177,7 +177,7 @@ private:
     CreatureListModel *m_listModel = nullptr;
     CreatureTableView *m_table = nullptr;
     DockLayout *m_docks = nullptr;
-    // The end of the program closes the floating docks ahead of the destructor.
+    // Taken when the window closes: the floating docks are closed before the destructor runs.
     QByteArray m_stateAtClose;
     QStackedWidget *m_pages = nullptr;
     FormPage *m_formPage = nullptr;

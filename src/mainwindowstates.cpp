@@ -13,14 +13,14 @@
 
 namespace {
 
-// A text that stands in the menu and, as the toolkit would derive it, in the tool tip.
+// Sets the text of the menu and, as the toolkit would do itself, of the tool tip.
 void setTextAndToolTip(QAction *action, const QString &text)
 {
     action->setText(text);
     action->setToolTip(text);
 }
 
-// Setting the same icon again would have the tool bars laid out anew.
+// Setting the same icon again would lay out the tool bars again.
 void setIconOnce(QAction *action, const QIcon &icon)
 {
     if (action->icon().cacheKey() != icon.cacheKey())
@@ -65,7 +65,7 @@ void MainWindow::updateEncounterActions()
     updateHealthActions();
 }
 
-// With more than one who could jump in, a dialog will ask.
+// If more than one could jump in, a dialog will ask.
 void MainWindow::updateJumpInAction()
 {
     const QList<Creature *> &creatures = theEncounter->creatures().list();
@@ -125,7 +125,7 @@ void MainWindow::updateHealthActions()
     m_actions->downInitiative->setEnabled(usable && theEncounter->isRunning());
 }
 
-// The first of the selection decides which way the label goes.
+// The first selected creature decides how the label reads.
 void MainWindow::updateShowHideAction()
 {
     const Creature *first = selectedCreature(0);
@@ -137,7 +137,7 @@ void MainWindow::updateShowHideAction()
     setIconOnce(m_actions->showHide, shows ? m_actions->showIcon : m_actions->hideIcon);
 }
 
-// One number in the HP box must be right for all, and each must have a surge left.
+// The HP box holds one number, which must be right for all, and each must have a surge left.
 bool MainWindow::canSpendSurge() const
 {
     const QList<Creature *> creatures = selectedCreatures();
@@ -150,7 +150,7 @@ bool MainWindow::canSpendSurge() const
 
 void MainWindow::refreshHistoryActions()
 {
-    // Any event may take the party its last living character, or give a creature its surges back.
+    // Any event may kill the last living character of the party, or give a creature surges.
     if (!m_replaying)
         updateActions();
 }

@@ -10,7 +10,7 @@ namespace {
 
 constexpr QMargins Margins(6, 2, 6, 2);
 
-// Puts an ellipsis in the place of all behind the first `count` characters.
+// Replaces all behind the first `count` characters by an ellipsis.
 void cutAt(QTextDocument &document, int count)
 {
     QTextCursor rest(&document);
@@ -19,7 +19,7 @@ void cutAt(QTextDocument &document, int count)
     rest.insertText(QStringLiteral("\u2026"));
 }
 
-// Keeps the formats of what stays.
+// Cuts the text to the width and keeps the formats of the rest.
 QString elided(const QString &html, const QFont &font, int width)
 {
     QTextDocument document;
@@ -28,7 +28,7 @@ QString elided(const QString &html, const QFont &font, int width)
     document.setHtml(html);
     if (document.idealWidth() <= width)
         return html;
-    // By halves: laying out is what costs.
+    // A binary search, because each layout costs time.
     int fits = 0;
     int tooLong = document.characterCount();
     while (tooLong - fits > 1) {

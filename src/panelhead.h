@@ -19,7 +19,7 @@ public:
     void addLine(QLabel *line);
     // HTML. Takes effect with fitLines().
     void setLine(const QLabel *line, const QString &html);
-    // The last line has the first claim on the height.
+    // Where not all lines can wrap, the last ones may.
     void fitLines();
 
 protected:

@@ -6,7 +6,7 @@
 
 namespace {
 
-// A layout asks for the height at almost no width on its way to the real one.
+// A layout first asks for the height at almost no width.
 constexpr int LeastWidth = 24; // pixels
 
 } // namespace

@@ -4,15 +4,15 @@
 #include <QHash>
 #include <QLabel>
 
-// Laying rich text out is most of what a panel costs, and the toolkit would do it a dozen times for
-// each label. This one asks for no room of its own and remembers its heights.
+// Laying out rich text takes most of a panel's time, and the toolkit would do it a dozen times for
+// each label. This one asks for no width and remembers its heights.
 class PanelRowLabel : public QLabel {
     Q_OBJECT
 
 public:
     explicit PanelRowLabel(const QString &html, QWidget *parent = nullptr);
 
-    // What the text takes without a break.
+    // Width of the text in pixels if it doesn't wrap.
     int oneLineWidth() const;
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -22,6 +22,6 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
-    mutable QString m_measured; // the text of the heights
+    mutable QString m_measured; // the text that m_heights belong to
     mutable QHash<int, int> m_heights; // by width
 };

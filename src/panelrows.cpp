@@ -65,16 +65,16 @@ bool beginsWithLabel(const QString &paragraph)
     return paragraph.startsWith(QLatin1String("<i>")) || paragraph.startsWith(QLatin1String("<b>"));
 }
 
-// Without the image tag that names no image, for which the toolkit draws a stand-in.
+// Removes image tags without a picture, for which the toolkit would draw a placeholder.
 QString headerHtml(const Power &power, bool crossedOut)
 {
     return powerHeaderHtml(power, crossedOut).remove(QLatin1String("<img src=''> "));
 }
 
-// No creature comes near it. Each row becomes a widget, and a file of nothing but powers would
-// build them for minutes; the stat block's own text still shows all.
+// Far above any real creature. Each row becomes a widget, and a file full of powers would take
+// minutes to build; the text of the stat block still shows all of it.
 constexpr qsizetype maxRows = 1000;
-// In all rows together; what is beyond is cut down to the beginning of each.
+// In all rows together. Beyond it only the beginning of each row is shown.
 constexpr qsizetype maxLetters = 30000;
 
 class RowBuilder {
@@ -125,7 +125,7 @@ private:
         m_room -= shown.size();
         return shown;
     }
-    // Gives the rows from `first` on their padding above and below.
+    // Pads the rows from `first` on: the first above, the last below.
     void pad(qsizetype first)
     {
         if (first >= m_rows.size())

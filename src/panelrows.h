@@ -1,5 +1,5 @@
-// What stands in the rows of a creature panel, as data: the panel compares it with what it shows,
-// and builds widgets only where something changed.
+// The rows of a creature panel as data. The panel compares them with the rows it shows, and builds
+// widgets only where something changed.
 #pragma once
 
 #include <QList>
@@ -37,9 +37,8 @@ QString panelConditions(const Creature *creature, const QString &separator);
 // The HTML of a tick box's picture.
 QString tickImage(bool ticked);
 
-// Whether the DM ticks the power off when it is used: not what has no use to count, such as a
-// trait.
+// Whether the DM ticks the power off when it is used. False for what isn't used, such as a trait.
 bool isTickablePower(const Power &power);
-// The headline of a power, with a tick box if it can be ticked; `opposite` shows it as a click
-// would make it.
+// The headline of a power, with a tick box if it can be ticked. With `opposite` it looks as after a
+// click.
 QString powerHeadingHtml(const Power &power, bool opposite);

@@ -23,7 +23,7 @@ constexpr Palette Grey = {
     " { background-color: #cccccc; color: #000000",
     " { background-color: #e6e6e6; color: #002e76",
 };
-// What is used looks like what isn't: the tick alone tells a character's powers apart.
+// Used and unused powers look alike: only the tick tells a character's powers apart.
 constexpr Palette Blue = {
     " { background-color: #00157f; color: #ffffff",
     " { background-color: #cccccc; color: #000000",
@@ -71,7 +71,7 @@ const char *fragment(int flags, const Palette &palette)
     case Heading:
         return palette[3];
     case PowerHead:
-        // Under the mouse it looks as a click would make it.
+        // Under the mouse it looks as after a click.
         return palette[used == hovered ? 4 : 5];
     case PowerText:
     case PowerListed:

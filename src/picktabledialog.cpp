@@ -20,7 +20,7 @@ constexpr int WidestColumn = 320; // pixels, so that one long name doesn't push 
 void PickTable::keyboardSearch(const QString &search)
 {
     const int rows = model() ? model()->rowCount() : 0;
-    // -1, for none, starts at the first row.
+    // With no current row (-1) the search starts at the first.
     const int start = currentIndex().row() + 1;
     for (int i = 0; i < rows; ++i) {
         const QModelIndex index = model()->index((start + i) % rows, 0);
@@ -68,7 +68,7 @@ PickTableDialog::PickTableDialog(const QString &title, QWidget *parent)
     m_filter->setClearButtonEnabled(true);
     auto *signaler = new EventSignaler(this);
     m_filter->installEventFilter(signaler);
-    // Queued: the event has only reached the filter, not yet the edit.
+    // Queued, because the event reaches the event filter before the edit.
     connect(signaler, &EventSignaler::doEventReceived, this, &PickTableDialog::onFilterChanged,
             Qt::QueuedConnection);
     connect(m_table, &QTableView::doubleClicked, this, [this] { accept(); });
@@ -113,7 +113,8 @@ void PickTableDialog::keyPressEvent(QKeyEvent *event)
         FlatDialog::keyPressEvent(event);
         return;
     }
-    // From the fields beside the table too. At the edge of the list the table gives the key back.
+    // Also works from the fields beside the table. At the edge of the list the table returns the
+    // key.
     if (!m_isInTable) {
         const QScopedValueRollback guard(m_isInTable, true);
         m_table->setFocus();

@@ -10,7 +10,7 @@ class QDialogButtonBox;
 class QItemSelection;
 class QLineEdit;
 
-// Some of the rows are hidden by a filter, and no key reaches those.
+// A filter hides some of the rows, and no key reaches those.
 class PickTable : public QTableView {
     Q_OBJECT
 
@@ -23,7 +23,7 @@ public:
 
 // Whole rows, one at a time, sized to what they hold. The model stays the caller's.
 void setUpPickTable(QTableView *view, QAbstractItemModel *model);
-// Nothing is selected, and the first key in the view starts at its first row again.
+// Selects nothing, and lets the next key in the view start at the first row.
 void clearPick(QTableView *view);
 
 // A table with a filter beside it, and buttons that need a selected row.
@@ -61,6 +61,6 @@ private:
     QTableView *m_table;
     QLineEdit *m_filter;
     QDialogButtonBox *m_buttons = nullptr;
-    // A key is on its way into the table.
+    // A key is being passed to the table.
     bool m_isInTable = false;
 };

@@ -45,7 +45,7 @@ void PowerLabel::showHeading(const Power &power, bool hovered)
             styleFor(m_styleFlags | (hovered ? PanelRowStyle::Hovered : 0), m_creature));
 }
 
-// A message about the log may come up, and the panel be built anew behind it.
+// A message about the log may come up, and the panel be rebuilt meanwhile.
 void PowerLabel::mousePressEvent(QMouseEvent *)
 {
     const QPointer<PowerLabel> self = this;
@@ -57,14 +57,14 @@ void PowerLabel::mousePressEvent(QMouseEvent *)
 
 void PowerLabel::enterEvent(QEnterEvent *)
 {
-    // A row that is built anew under a resting mouse, as by the click itself, shows what is.
+    // A row that is rebuilt under a resting mouse, as after the click itself, shows the real state.
     if (QCursor::pos() == m_bornUnder)
         return;
     if (const Power *shown = tickablePower())
         showHeading(*shown, true);
 }
 
-// Also when a dialog has opened in the meantime, whose keys move no mouse.
+// Also when a key has opened a dialog meanwhile.
 void PowerLabel::leaveEvent(QEvent *)
 {
     const Power *shown = power();

@@ -10,8 +10,8 @@
 
 class QFrame;
 
-// Does nothing while a dialog stands in the initiative list's place, nor for a power that has no
-// use to count.
+// Does nothing while a dialog stands in the initiative list's place, nor for a power that can't be
+// ticked.
 class PowerLabel : public PanelRowLabel {
     Q_OBJECT
 
@@ -28,7 +28,7 @@ protected:
 
 private:
     Power *power() const;
-    // Null when nothing is to happen.
+    // Null when a click does nothing.
     Power *tickablePower() const;
     void showHeading(const Power &power, bool hovered);
 

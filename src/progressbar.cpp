@@ -92,7 +92,7 @@ void ProgressBarDelegate::paint(QPainter *painter, const QStyleOptionViewItem &o
     painter->save();
     painter->setClipRect(option.rect);
     drawBar(painter, option.rect, parts.at(0).toInt(), grey);
-    // Not the palette's colours: the ground of the bar is white on any palette.
+    // Not a colour of the palette, because the bar's background is always white.
     const QRect bar = barRect(option.rect);
     painter->setFont(fontForBar(option.font, parts.at(1), bar.size()));
     painter->setPen(grey ? QColor(QLatin1String("gray")).darker(125) : QColor(Qt::black));

@@ -23,7 +23,7 @@ void RestPreview::clear()
         if (!shown.creature)
             continue;
         shown.creature->clearRestAdditions();
-        // One that was stabilized came up and went down again in the preview, but took no blow.
+        // A preview that brings a stabilized creature up clears its stable mark.
         if (shown.creature->isStable() != shown.wasStable)
             shown.creature->setStable(shown.wasStable);
     }

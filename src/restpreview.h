@@ -1,4 +1,4 @@
-// What an open form would make of its creatures, shown in their live numbers.
+// Shows in the live numbers of creatures what an open form would make of them.
 #pragma once
 
 #include <QList>
@@ -6,8 +6,8 @@
 
 #include "creature.h"
 
-// Takes all that it shows away when it dies, so that nothing of it is left to an event. A creature
-// may go at any time.
+// Takes away what it shows when it is destroyed, so that no event sees it. A creature may go at any
+// time.
 class RestPreview {
 public:
     RestPreview() = default;

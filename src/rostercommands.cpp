@@ -29,7 +29,7 @@ CreatureItem rolledItem(Creature *creature, const QList<CreatureInit> &rolls)
                                : CreatureItem {creature, roll->roll, roll->random};
 }
 
-// Each once, and without those that fight already.
+// Each creature once, without those that are in the encounter already.
 CreatureList newcomersAmong(const CreatureList &creatures)
 {
     QList<Creature *> newcomers;
@@ -187,7 +187,7 @@ void MainWindow::editAlias(const QList<Creature *> &creatures)
     const SetAliasDialog::Mode mode = dialog.result(text);
     const bool needsAlias = mode == SetAliasDialog::Remove || text.isEmpty();
     for (Creature *creature : creatures) {
-        // Without an alias there is none to show, to hide or to remove.
+        // There is no alias to show, to hide or to remove.
         if (needsAlias && creature->alias().isEmpty())
             continue;
         const bool show = mode == SetAliasDialog::Show;

@@ -46,7 +46,7 @@ SavingThrowDialog::SavingThrowDialog(const Creature *creature, const QList<Effec
     const QString text = creature->savingThrowsText(false, &modifier, &isComplex);
     auto *grid = new QGridLayout(this);
     grid->setSpacing(Spacing);
-    // Or a tall dialog would be cut down to two thirds of the screen, and its texts with it.
+    // Without it the toolkit cuts a tall dialog down to two thirds of the screen.
     grid->setSizeConstraint(QLayout::SetFixedSize);
     grid->addWidget(
         label(tr("Saving Throws for <b>%1</b>:").arg(asHtml(creature->displayName(), LongestName))),
@@ -175,7 +175,7 @@ void SavingThrowDialog::reject()
 
 bool SavingThrowDialog::eventFilter(QObject *watched, QEvent *event)
 {
-    // Also where the end of the program has closed the dialog first, which passed for the user's.
+    // Also when the end of the program has closed the dialog first, as if the user had.
     if (watched == parent() && event->type() == QEvent::Hide && !event->spontaneous())
         QDialog::reject();
     return QDialog::eventFilter(watched, event);

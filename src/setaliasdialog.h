@@ -1,4 +1,4 @@
-// Asks for an alias, whether it is shown, or for its end.
+// Asks for an alias and whether it is shown, or whether it is removed.
 #pragma once
 
 #include <QDialog>

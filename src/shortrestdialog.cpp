@@ -28,7 +28,7 @@ constexpr int SurgesDigits = 8;
 constexpr int HPDigits = 10;
 constexpr int APDigits = 5;
 
-// Its own rule: neither a preview nor a full count is coloured.
+// Unlike in the panels, neither a preview nor full hit points are coloured.
 QString hpText(const Creature &creature)
 {
     const QString hp = QString::number(creature.currHP());

@@ -53,7 +53,8 @@ void ResizableScrollArea::fitWidget()
     const QSize room = maximumViewportSize();
     int width = room.width() - verticalScrollBar()->sizeHint().width();
     int height = heightFor(content, width);
-    // The width of the bar doesn't halve a long text, whose layout costs time.
+    // A text of more than two pages needs the bar in any case; its layout without one would be
+    // wasted.
     if (height <= 2 * room.height()) {
         const int heightWithoutBar = heightFor(content, room.width());
         if (heightWithoutBar <= room.height()) {
@@ -61,7 +62,7 @@ void ResizableScrollArea::fitWidget()
             height = heightWithoutBar;
         }
     }
-    // Rather a horizontal scroll bar than a form that is cut off.
+    // A form that is too wide gets a horizontal scroll bar and isn't cut off.
     content->resize(qMax(width, content->minimumSizeHint().width()), height);
 }
 

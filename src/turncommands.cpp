@@ -30,8 +30,8 @@ TurnCycle MainWindow::turnCycle()
         const QPointer<SavingThrowDialog> dialog(
             new SavingThrowDialog(creature, effects, canCancel, this));
         std::optional<QList<Effect *>> saved;
-        // Not accepted also when the program ends: the turn then waits with its saves for the next
-        // start.
+        // The end of the program rejects the dialog too; the turn then waits with its saves for the
+        // next start.
         if (dialog->exec() == QDialog::Accepted)
             saved = dialog->savedEffects();
         delete dialog;
