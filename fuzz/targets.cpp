@@ -10,8 +10,10 @@
 #include "characters.h"
 #include "coreobjects.h"
 #include "creaturefile.h"
+#include "creaturekeyform.h"
 #include "creaturelist.h"
 #include "creatureportrait.h"
+#include "creaturetext.h"
 #include "encounter.h"
 #include "event.h"
 #include "history.h"
@@ -114,11 +116,19 @@ void readAllTexts()
     theEncounter->playersView();
 }
 
+UniqueName uniqueNames(bool isMonster)
+{
+    return [isMonster](const QString &name, const Creature *self) {
+        return isMonster ? theMonsters->uniqueGroup(name, self)
+                         : theCharacters->uniqueName(name, self);
+    };
+}
+
 // What follows on the reading of any creature. True if it is valid.
 bool useAsCreature(CreatureData &data, bool isMonster)
 {
     const bool valid = validate(data, isMonster, QStringLiteral("file.txt"));
-    makeUnique(data, isMonster, theMonsters, theCharacters);
+    makeUnique(data, isMonster, uniqueNames(isMonster));
     Creature creature;
     creature.assign(data);
     creature.extendedRest(false);
@@ -238,7 +248,7 @@ bool Fuzz::loadCreatureFile(QByteArrayView bytes)
     for (const bool isMonster : {true, false}) {
         overwrite(creaturePath(name, isMonster), bytes);
         Creature creature;
-        if (!creature.load(name, isMonster, dataRoot, theMonsters, theCharacters))
+        if (!creature.load(name, isMonster, dataRoot, uniqueNames(isMonster)))
             continue;
         creature.portrait();
         creature.setPortrait(QStringLiteral("lost\\b.png"));

@@ -10,6 +10,7 @@
 #include "creature.h"
 #include "creaturedisplay.h"
 #include "creaturefile.h"
+#include "creaturetext.h"
 #include "longtextdelegate.h"
 #include "mainwindow.h"
 #include "panelhead.h"

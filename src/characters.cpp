@@ -1,7 +1,7 @@
 #include "characters.h"
 
-#include "creaturefile.h"
 #include "creatureportrait.h"
+#include "creaturetext.h"
 #include "libraryfolder.h"
 #include "paths.h"
 
@@ -162,7 +162,7 @@ void Characters::resetForEncounter()
 {
     const PortraitSearch search;
     for (Creature *creature : m_entries.list())
-        creature->resetForEncounter(nullptr, this);
+        creature->resetForEncounter(m_entries.namer());
     m_entries.sort();
     m_deleted.removeUnless([](const Creature &creature) { return creature.isDeleted(); });
     m_standIns.clear(std::make_shared<ChangeCounters>());
@@ -201,7 +201,7 @@ LoadResult Characters::load(const QString &dataFolder, const QString &displayFol
     const PortraitSearch search;
     const auto loadFile = [&](const QString &fileName) {
         auto creature = std::make_unique<Creature>();
-        if (!creature->load(fileName, false, dataFolder, nullptr, this))
+        if (!creature->load(fileName, false, dataFolder, m_entries.namer()))
             return false;
         m_entries.append(std::move(creature));
         return true;
@@ -241,7 +241,7 @@ void Characters::revertAll()
         creature->setDeleted(false);
         const bool isNew = creature->isNew();
         const QString oldName = creature->name();
-        creature->revert(nullptr, this);
+        creature->revert(m_entries.namer());
         if (isNew)
             remove(indexOf(creature), true);
         else if (creature->name() != oldName)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QObject>
+#include <functional>
 #include <type_traits>
 
 #include "creaturedata.h"
@@ -9,9 +10,7 @@
 #include "memorytracker.h"
 #include "outcome.h"
 
-class Characters;
 class Effect;
-class Monsters;
 struct AttributeModifiers;
 
 // How many creatures of a collection carry each of the managers' flags.
@@ -23,6 +22,11 @@ struct ChangeCounters {
     // anew.
     int nameChanges = 0;
 };
+
+class Creature;
+// What a collection answers that is asked for a name nobody else in it has: the given one, or that
+// with a number behind. `self` doesn't count. An empty function lets every name pass.
+using UniqueName = std::function<QString(const QString &name, const Creature *self)>;
 
 // Three layers side by side: what the file says (data()), the live state that events change
 // (state()), and shadows of the eight vitality numbers, which tell the Encounter whether something
@@ -100,13 +104,13 @@ public:
 
     // --- the file (creaturefile.cpp) ---
     // Reads the file of that name in its folder. False when it gives no creature at all; a bad text
-    // gives a creature named after its file. `monsters` and `characters` are asked for taken names.
+    // gives a creature named after its file.
     bool load(const QString &fileName, bool isMonster, const QString &dataFolder,
-              const Monsters *monsters, const Characters *characters);
+              const UniqueName &uniqueName = {});
     // Writes statBlock to fileName(), which is derived from the key name when empty.
     bool save();
     // Back to savedStatBlock(), unless the creature is new.
-    void revert(const Monsters *monsters, const Characters *characters);
+    void revert(const UniqueName &uniqueName = {});
     // The text of the creature from its fields: key form for a character, a starter stat block for
     // a monster.
     QString generateText() const;
@@ -126,9 +130,8 @@ public:
     // states, which is again as it was before the history wrote into it; the history hears of it
     // with the next command. Nothing for a text that can't be read.
     void takeNumbersOfText();
-    // As after a load of its text: no trace of any fight, and what the text states. The collections
-    // are asked for taken names.
-    void resetForEncounter(const Monsters *monsters, const Characters *characters);
+    // As after a load of its text: no trace of any fight, and what the text states.
+    void resetForEncounter(const UniqueName &uniqueName);
 
     const QString &fileName() const { return m_fileName; }
     void setFileName(const QString &fileName) { m_fileName = fileName; }
@@ -277,7 +280,7 @@ Q_SIGNALS:
 private:
     CreatureState restedState() const;
     // The record becomes what `text` states. False, and nothing changed, when it can't be read.
-    bool readText(const QString &text, const Monsters *monsters, const Characters *characters);
+    bool readText(const QString &text, const UniqueName &uniqueName);
     // A change by preview, which may bring a creature down or up again.
     void changeHP(int change);
     void replaceRestAP(int points);

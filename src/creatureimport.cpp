@@ -1,6 +1,7 @@
 #include "characters.h"
 #include "creature.h"
 #include "creaturefile.h"
+#include "creaturetext.h"
 #include "safefile.h"
 #include "statblockhandler.h"
 #include "text.h"
@@ -14,7 +15,7 @@ bool Creature::refreshFromImport(const QString &path)
     if (!isUsableName(data.name))
         data.name = m_data.name;
     if (data.name != m_data.name)
-        makeUnique(data, false, nullptr, theCharacters, this);
+        data.name = theCharacters->uniqueName(data.name, this);
     data.statBlock = textOf(data);
     // A file that brings nothing new is no reason to check all creatures for outside changes.
     const bool isChanged = data.statBlock != m_data.statBlock;

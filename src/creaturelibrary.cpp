@@ -68,6 +68,11 @@ QString CreatureLibrary::uniqueKey(const QString &key, const Creature *except) c
     return candidate;
 }
 
+UniqueName CreatureLibrary::namer() const
+{
+    return [this](const QString &key, const Creature *self) { return uniqueKey(key, self); };
+}
+
 int CreatureLibrary::insertionIndex(const QString &key, int exceptIndex) const
 {
     const auto sortsAfter = [this](const QString &name, const std::unique_ptr<Creature> &creature) {

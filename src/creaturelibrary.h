@@ -27,6 +27,8 @@ public:
     Creature *find(const QString &key, const Creature *except = nullptr) const;
     // `key`, or the first of "key 2", "key 3" and so on that no creature but `except` has.
     QString uniqueKey(const QString &key, const Creature *except) const;
+    // The same as a function, good while the library lives.
+    UniqueName namer() const;
     // Before the first entry that sorts after `key`, passing over the one at `exceptIndex`.
     int insertionIndex(const QString &key, int exceptIndex = -1) const;
 

@@ -9,8 +9,6 @@
 
 #include <functional>
 
-#include "creature.h"
-#include "creaturefile.h"
 #include "paths.h"
 #include "picturefile.h"
 
@@ -91,22 +89,6 @@ QString bareName(const QString &path)
     return path.mid(qMax(path.lastIndexOf(u'/'), path.lastIndexOf(u'\\')) + 1);
 }
 
-QPixmap decodePortrait(const QString &name)
-{
-    if (!isInPortraits(name, QString()))
-        return QPixmap();
-    const QString path = portraitPath(name);
-    // The clones of a monster share one picture.
-    const QString key =
-        path + u'|' + QString::number(QFileInfo(path).lastModified().toMSecsSinceEpoch());
-    QPixmap pixmap;
-    if (QPixmapCache::find(key, &pixmap))
-        return pixmap;
-    pixmap = QPixmap::fromImage(readPicture(path, maxPortraitSize));
-    QPixmapCache::insert(key, pixmap);
-    return pixmap;
-}
-
 } // namespace
 
 void resolvePortrait(QString &path, const QString &dataFolder)
@@ -167,27 +149,18 @@ PortraitSearch::~PortraitSearch()
         portraitIndexes().clear();
 }
 
-// --- of a creature ---
-
-void Creature::setPortrait(const QString &path)
+QPixmap readPortrait(const QString &name)
 {
-    m_data.portraitFile = path;
-    resolvePortrait(m_data.portraitFile, QString());
-    m_data.statBlock = m_data.isMonster ? withPortraitInText(m_data.statBlock, m_data.portraitFile)
-                                        : generateText();
-    m_ownText.clear();
-    statBlockChanged();
-    notifyUpdated();
-}
-
-const QPixmap &Creature::portrait() const
-{
-    if (!m_data.portrait.isNull())
-        return m_data.portrait;
-    if (m_decodedPortraitFile != m_data.portraitFile) {
-        m_decodedPortraitFile = m_data.portraitFile;
-        m_shownPortrait =
-            m_data.portraitFile.isEmpty() ? QPixmap() : decodePortrait(m_data.portraitFile);
-    }
-    return m_shownPortrait;
+    if (name.isEmpty() || !isInPortraits(name, QString()))
+        return QPixmap();
+    const QString path = portraitPath(name);
+    // The clones of a monster share one picture.
+    const QString key =
+        path + u'|' + QString::number(QFileInfo(path).lastModified().toMSecsSinceEpoch());
+    QPixmap pixmap;
+    if (QPixmapCache::find(key, &pixmap))
+        return pixmap;
+    pixmap = QPixmap::fromImage(readPicture(path, maxPortraitSize));
+    QPixmapCache::insert(key, pixmap);
+    return pixmap;
 }

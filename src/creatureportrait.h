@@ -1,6 +1,7 @@
 // The pictures of creatures: which file a name means, and how one gets into the data folder.
 #pragma once
 
+#include <QPixmap>
 #include <QString>
 
 // Checks the picture that `path` names below "Portraits", without decoding it. Where there is none,
@@ -16,6 +17,9 @@ QString findPortrait(const QString &folder, const QString &fileName);
 enum class PortraitCopy { Allowed, Forbidden };
 QString adoptPortrait(const QString &chosenFile, const QString &dataFolder,
                       PortraitCopy copy = PortraitCopy::Allowed);
+// The picture of that path below "Portraits" of the data folder in use, no larger than a widget can
+// show; null for any other. Creatures of one picture share it.
+QPixmap readPortrait(const QString &name);
 
 // While one lives, findPortrait() walks a folder once for all searches: a library that was moved
 // would otherwise walk it for each creature.

@@ -1,7 +1,7 @@
 #include "monsters.h"
 
-#include "creaturefile.h"
 #include "creatureportrait.h"
+#include "creaturetext.h"
 #include "libraryfolder.h"
 #include "paths.h"
 
@@ -221,7 +221,7 @@ LoadResult Monsters::load(const QString &dataFolder, const QString &displayFolde
     const PortraitSearch search;
     const auto loadFile = [&](const QString &fileName) {
         auto creature = std::make_unique<Creature>();
-        if (!creature->load(fileName, true, dataFolder, this, nullptr))
+        if (!creature->load(fileName, true, dataFolder, m_templates.namer()))
             return false;
         m_templates.append(std::move(creature));
         return true;
@@ -254,7 +254,7 @@ void Monsters::revertAll()
         creature->setDeleted(false);
         const QString oldGroup = creature->group();
         const bool isNew = creature->isNew();
-        creature->revert(this, nullptr);
+        creature->revert(m_templates.namer());
         if (isNew) {
             remove(indexOf(creature), true);
         } else if (creature->group() != oldGroup) {

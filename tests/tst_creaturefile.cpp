@@ -6,7 +6,9 @@
 
 #include "creature.h"
 #include "creaturefile.h"
+#include "creaturekeyform.h"
 #include "creatureportrait.h"
+#include "creaturetext.h"
 #include "datatable.h"
 #include "paths.h"
 #include "picturefile.h"
@@ -157,8 +159,7 @@ void TestCreatureFile::refusesFiles()
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write(each.bytes);
         file.close();
-        QVERIFY2(Creature().load(each.fileName, each.isMonster, QString(), nullptr, nullptr)
-                     == each.loaded,
+        QVERIFY2(Creature().load(each.fileName, each.isMonster, QString()) == each.loaded,
                  qPrintable(each.fileName));
     }
 }
@@ -187,7 +188,7 @@ void TestCreatureFile::keepsBadTextAsInvalidCreature()
     const QString fileName = u"odd.txt"_s;
     folder.write((isMonster ? "Monsters/" : "Characters/") + fileName, text);
     Creature creature;
-    QVERIFY(creature.load(fileName, isMonster, QString(), nullptr, nullptr));
+    QVERIFY(creature.load(fileName, isMonster, QString()));
     QCOMPARE(creature.isInvalid(), !valid);
     QCOMPARE(creature.statBlock(), text);
     if (!valid) {
@@ -224,14 +225,14 @@ void TestCreatureFile::heroKeepsThePowersOfItsStatBlock()
                  "AC 18; Fortitude 15, Reflex 16, Will 14\nSpeed 6\nResist 5 fire\n"
                  "m Staff \\ Blow (standard; at-will)\n+6 vs AC; 1d8 damage.\n"_s);
     Creature odo;
-    QVERIFY(odo.load(u"odo.txt"_s, false, folder.path(), nullptr, nullptr));
+    QVERIFY(odo.load(u"odo.txt"_s, false, folder.path()));
     const QList<Power> powers = odo.powers();
     QCOMPARE(powers.size(), 1);
     for (const QString &race : {u"Elf"_s, u"Dwarf"_s}) {
         odo.setField(&CreatureData::race, race);
         QVERIFY(odo.save());
         Creature again;
-        QVERIFY(again.load(u"odo.txt"_s, false, folder.path(), nullptr, nullptr));
+        QVERIFY(again.load(u"odo.txt"_s, false, folder.path()));
         QCOMPARE(again.powers(), powers);
         QCOMPARE(again.race(), race);
         QCOMPARE(again.data().resist, u"5 fire"_s);
@@ -273,7 +274,7 @@ void TestCreatureFile::loadReadiesTheCreature()
                + "hs-resources=7\rvision=low");
     file.close();
     Creature creature;
-    QVERIFY(creature.load(u"aria.txt"_s, false, QString(), nullptr, nullptr));
+    QVERIFY(creature.load(u"aria.txt"_s, false, QString()));
     QCOMPARE(creature.statBlock(), knight + u"hs-resources=7\nvision=low"_s);
     QCOMPARE(creature.savedStatBlock(), creature.statBlock());
     QCOMPARE(creature.fileName(), "aria.txt");
@@ -292,14 +293,14 @@ void TestCreatureFile::savesWholeFileWithCRLF()
     file.write(knight.toUtf8());
     file.close();
     Creature creature;
-    QVERIFY(creature.load(u"aria.txt"_s, false, QString(), nullptr, nullptr));
+    QVERIFY(creature.load(u"aria.txt"_s, false, QString()));
     creature.setCurrHP(11);
     QVERIFY(creature.save());
     QCOMPARE(folder.read(u"Characters/aria.txt"_s), knight.toUtf8().replace("\n", "\r\n"));
     QCOMPARE(creature.currHP(), 11);
     QVERIFY(creature.shadowVitality() == creature.liveVitality());
     Creature again;
-    QVERIFY(again.load(u"aria.txt"_s, false, QString(), nullptr, nullptr));
+    QVERIFY(again.load(u"aria.txt"_s, false, QString()));
     QCOMPARE(again.statBlock(), knight);
 }
 
@@ -360,11 +361,11 @@ void TestCreatureFile::revertGoesBack()
     const TestDataFolder folder;
     folder.write(u"Characters/aria.txt"_s, knight);
     Creature creature;
-    QVERIFY(creature.load(u"aria.txt"_s, false, QString(), nullptr, nullptr));
+    QVERIFY(creature.load(u"aria.txt"_s, false, QString()));
     creature.rename(u"Arianna"_s);
     creature.setCurrHP(3);
     QVERIFY(creature.isModified());
-    creature.revert(nullptr, nullptr);
+    creature.revert();
     QVERIFY(!creature.isModified());
     QCOMPARE(creature.name(), "Aria");
     QCOMPARE(creature.statBlock(), knight);
@@ -373,13 +374,13 @@ void TestCreatureFile::revertGoesBack()
     // A saved text that can't be read leaves what there is.
     creature.setSavedStatBlock(u"gibberish"_s);
     creature.rename(u"Arianna"_s);
-    creature.revert(nullptr, nullptr);
+    creature.revert();
     QVERIFY(!creature.isModified());
     QCOMPARE(creature.name(), "Arianna");
 
     creature.setNew(true);
     creature.setStatBlock(u"half a text"_s);
-    creature.revert(nullptr, nullptr);
+    creature.revert();
     QVERIFY(!creature.isNew());
     QCOMPARE(creature.statBlock(), "half a text");
 }
@@ -419,17 +420,17 @@ void TestCreatureFile::leavesGiantsUnread()
     folder.write(u"Characters/giant.txt"_s, knight);
     QVERIFY(QFile::resize(path, (16 << 20) + 1));
     Creature giant;
-    QVERIFY(giant.load(u"giant.txt"_s, false, QString(), nullptr, nullptr));
+    QVERIFY(giant.load(u"giant.txt"_s, false, QString()));
     QVERIFY(giant.isInvalid());
     QCOMPARE(giant.displayName(), u"giant.txt"_s);
     giant.setPortrait(u"a.png"_s);
     QVERIFY(!giant.save()); // what was never read isn't written over
     QVERIFY(QFile::rename(path, folder.file(u"Characters/giant.dnd4e"_s)));
-    QVERIFY(!Creature().load(u"giant.dnd4e"_s, false, QString(), nullptr, nullptr));
+    QVERIFY(!Creature().load(u"giant.dnd4e"_s, false, QString()));
     QVERIFY(QFile::resize(folder.file(u"Characters/giant.dnd4e"_s), 16 << 20));
     QVERIFY(QFile::rename(folder.file(u"Characters/giant.dnd4e"_s), path));
     Creature large;
-    QVERIFY(large.load(u"giant.txt"_s, false, QString(), nullptr, nullptr));
+    QVERIFY(large.load(u"giant.txt"_s, false, QString()));
     QCOMPARE(large.name(), u"Aria"_s);
 }
 
@@ -519,7 +520,7 @@ void TestCreatureFile::decodesPortraitWhenShown()
     addPicture(folder.file(u"Portraits/aria.png"_s), QSize(1500, 750));
     folder.write(u"Characters/aria.txt"_s, knight + u"portrait=aria.png\n"_s);
     Creature creature;
-    QVERIFY(creature.load(u"aria.txt"_s, false, QString(), nullptr, nullptr));
+    QVERIFY(creature.load(u"aria.txt"_s, false, QString()));
     QCOMPARE(creature.portrait().size(), QSize(600, 300));
     Creature clone;
     clone.copyFrom(&creature);

@@ -240,14 +240,14 @@ void StatBlocksTest::loadsFromFiles()
         QVERIFY(QFile::copy(folder + QLatin1String(name) + u".txt"_s,
                             creaturePath(QLatin1String(name) + u".txt"_s, true, dir.path())));
     Creature monster;
-    QVERIFY(monster.load(u"solo.txt"_s, true, dir.path(), nullptr, nullptr));
+    QVERIFY(monster.load(u"solo.txt"_s, true, dir.path()));
     QVERIFY(!monster.isInvalid() && !monster.isDisabled());
     QCOMPARE(monster.displayName(), u"Vethrisk, the Drowned Bell"_s);
     QCOMPARE(monster.currHP(), 560);
     QCOMPARE(monster.senses(), u"Blindsight 10, darkvision"_s);
     QCOMPARE(monster.statBlock(), QString::fromUtf8(readFile(folder + u"solo.txt"_s)));
     Creature trapCreature;
-    QVERIFY(trapCreature.load(u"trap.txt"_s, true, dir.path(), nullptr, nullptr));
+    QVERIFY(trapCreature.load(u"trap.txt"_s, true, dir.path()));
     QVERIFY(!trapCreature.isInvalid() && trapCreature.isDisabled());
 }
 

@@ -11,8 +11,8 @@
 #include "characters.h"
 #include "coreobjects.h"
 #include "creature.h"
-#include "creaturefile.h"
 #include "creaturereport.h"
+#include "creaturetext.h"
 #include "encounter.h"
 #include "encountercommands.h"
 #include "history.h"
@@ -333,7 +333,7 @@ void XmlImportTest::loadsAMonster()
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
     file.close();
     Creature ferry;
-    QVERIFY(ferry.load(u"ferry.monster"_s, true, m_folder->path(), nullptr, nullptr));
+    QVERIFY(ferry.load(u"ferry.monster"_s, true, m_folder->path()));
     QVERIFY(!ferry.isInvalid());
     QVERIFY(ferry.statBlock().startsWith(u"<Monster ") && !ferry.statBlock().contains(u'\r'));
     ferry.setPortrait(u"a & b.png"_s);
@@ -341,7 +341,7 @@ void XmlImportTest::loadsAMonster()
     QVERIFY(ferry.save());
     QCOMPARE(m_folder->read(u"Monsters/ferry.monster"_s),
              bytes.mid(3).replace("ferry &amp; pole.png", "a &amp; b.png"));
-    QVERIFY(ferry.load(u"ferry.monster"_s, true, m_folder->path(), nullptr, nullptr));
+    QVERIFY(ferry.load(u"ferry.monster"_s, true, m_folder->path()));
     QCOMPARE(ferry.portraitFile(), u"a & b.png"_s);
     QVERIFY(!ferry.portrait().isNull());
 

@@ -4,7 +4,9 @@
 #include <QJsonArray>
 
 #include "creaturefile.h"
+#include "creaturekeyform.h"
 #include "creatureportrait.h"
+#include "creaturetext.h"
 #include "statblockhandler.h"
 #include "text.h"
 

@@ -1,0 +1,19 @@
+// A creature as lines of "key=value": the form in which characters are written.
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+struct CreatureData;
+
+// Reads the key form for data.isMonster. False, and data as it was, unless the bytes hold more than
+// three known keys and the key name. The picture is looked for in `dataFolder`.
+bool readKeyForm(const QByteArray &bytes, CreatureData &data, const QString &dataFolder);
+
+// What the keys tell of a character, and the stat block that it once was as one line.
+QString keyFormOf(const CreatureData &data);
+
+// Writes the portrait's path into the text's own line of a key. False, and the text as it was, for
+// a text that isn't a monster's key form. The line of a stat block would be passed over there, and
+// the picture gone with the next start.
+bool putPortraitIntoKeyForm(QString &text, const QString &portrait);

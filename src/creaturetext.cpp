@@ -1,0 +1,157 @@
+#include "creaturetext.h"
+
+#include "creaturekeyform.h"
+#include "monsterxmlhandler.h"
+#include "statblockparser.h"
+#include "text.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+// --- the starter stat block of a monster ---
+
+// A stat block prints a plus sign in front of 0, and a dash for what isn't stated.
+QString statBlockNumber(int value)
+{
+    if (value == NotStated)
+        return QStringLiteral("-");
+    return (value >= 0 ? QStringLiteral("+") : QString()) + QString::number(value);
+}
+
+QString defencesLine(const CreatureData &data)
+{
+    const auto part = [](const char *form, int value) {
+        return value == NotStated ? QString() : QString::fromLatin1(form).arg(value);
+    };
+    const QString line = part("AC %1; ", data.armourClass) + part("Fortitude %1, ", data.fortitude)
+        + part("Reflex %1, ", data.reflex) + part("Will %1", data.will);
+    return line.isEmpty() ? QString() : QString(line + u'\n');
+}
+
+QString sensesLine(const CreatureData &data)
+{
+    QString line = QStringLiteral("Initiative %1 Senses Perception %2")
+                       .arg(statBlockNumber(data.initBonus), statBlockNumber(data.perception));
+    if (data.insight != NotStated)
+        line += QStringLiteral("; Insight ") + statBlockNumber(data.insight);
+    if (!data.senses.isEmpty())
+        line += QStringLiteral("; ") + data.senses;
+    return line + u'\n';
+}
+
+QString orElse(const QString &text, QLatin1StringView otherwise)
+{
+    return text.isEmpty() ? QString(otherwise) : text;
+}
+
+QString monsterText(const CreatureData &data)
+{
+    QString text = data.group + u'\n';
+    if (!data.portraitFile.isEmpty())
+        text += QStringLiteral("Portrait ") + data.portraitFile + u'\n';
+    if (!data.importFile.isEmpty())
+        text += QStringLiteral("Import ") + data.importFile + QStringLiteral("\nLinked ")
+            + (data.linked ? "yes"_L1 : "no"_L1) + u'\n';
+    text += orElse(data.type, "Medium monster"_L1);
+    if (!data.race.isEmpty())
+        text += QStringLiteral(", ") + data.race;
+    text += QStringLiteral("\nLevel %1 ").arg(data.level) + orElse(data.role, "Soldier"_L1)
+        + QStringLiteral(" XP %1\n").arg(data.xp);
+    text += sensesLine(data);
+    text += QStringLiteral("HP %1").arg(data.maxHP);
+    if (data.maxHS != 0 && data.hsValue != 0)
+        text += QStringLiteral("; HS %1 x %2").arg(data.maxHS).arg(data.hsValue);
+    text += u'\n' + defencesLine(data);
+    text += QStringLiteral("Speed ") + orElse(data.speed, "0"_L1) + u'\n';
+    text += QStringLiteral("Action Points %1\n").arg(data.initAP);
+    return text;
+}
+
+// --- the portrait in a monster's text ---
+
+QString withPortraitInXml(const QString &text, const QString &portrait)
+{
+    static const QString startTag = QStringLiteral("<PortraitFile>");
+    static const QString endTag = QStringLiteral("</PortraitFile>");
+    const QString element = startTag + portrait.toHtmlEscaped() + endTag;
+    const qsizetype start = text.indexOf(startTag);
+    if (start >= 0) {
+        const qsizetype end = text.indexOf(endTag, start);
+        const qsizetype tail = end >= 0 ? end + endTag.size() : start + startTag.size();
+        return text.left(start) + element + text.mid(tail);
+    }
+    const qsizetype monster = text.indexOf("<Monster"_L1);
+    const qsizetype head = monster < 0 ? -1 : text.indexOf(u'>', monster);
+    if (head < 0)
+        return text;
+    return text.left(head + 1) + QStringLiteral("\n  ") + element + text.mid(head + 1);
+}
+
+// Index behind the first line that isn't blank, or the whole text.
+qsizetype endOfTitle(const QString &text)
+{
+    qsizetype title = 0;
+    while (title < text.size() && text.at(title).isSpace())
+        ++title;
+    const qsizetype end = text.indexOf(u'\n', title);
+    return end < 0 ? text.size() : end + 1;
+}
+
+QString withPortraitInStatBlock(const QString &text, const QString &portrait)
+{
+    const QString line = QStringLiteral("Portrait ") + portrait + u'\n';
+    const qsizetype word = text.indexOf("Portrait"_L1);
+    if (word >= 0) {
+        const qsizetype end = text.indexOf(u'\n', word);
+        return text.left(word) + line + (end < 0 ? QString() : text.mid(end + 1));
+    }
+    const qsizetype end = endOfTitle(text);
+    const QString title = text.left(end);
+    return title + (title.endsWith(u'\n') ? u""_s : u"\n"_s) + line + text.mid(end);
+}
+
+} // namespace
+
+bool isXmlText(const QByteArray &bytes)
+{
+    const QByteArray head = bytes.left(200);
+    return (head.contains("<?xml") && head.contains("?>")) || head.contains("xsi:type=\"Monster\"");
+}
+
+bool parseText(bool isMonster, const QByteArray &text, CreatureData &data,
+               const QString &dataFolder, CreatureForm *form)
+{
+    const QByteArray bytes = withoutByteOrderMark(toLF(text));
+    data = CreatureData();
+    data.isMonster = isMonster;
+    data.statBlock = QString::fromUtf8(bytes);
+    CreatureForm found = CreatureForm::StatBlock;
+    if (isXmlText(bytes)) {
+        found = isMonster ? CreatureForm::MonsterXml : CreatureForm::CharacterXml;
+        if (isMonster)
+            MonsterXmlHandler::parse(bytes, data, dataFolder);
+    } else if (readKeyForm(bytes, data, dataFolder)) {
+        found = CreatureForm::Key;
+    }
+    if (form)
+        *form = found;
+    if (found == CreatureForm::StatBlock)
+        return StatBlockParser::parse(data, data.statBlock, isMonster, dataFolder);
+    return found == CreatureForm::Key || found == CreatureForm::MonsterXml;
+}
+
+QString textOf(const CreatureData &data)
+{
+    return data.isMonster ? monsterText(data) : keyFormOf(data);
+}
+
+QString withPortraitInText(const QString &text, const QString &portrait)
+{
+    if (isXmlText(text.toUtf8()))
+        return withPortraitInXml(text, portrait);
+    QString keyForm = text;
+    if (putPortraitIntoKeyForm(keyForm, portrait))
+        return keyForm;
+    return withPortraitInStatBlock(text, portrait);
+}

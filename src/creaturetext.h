@@ -1,0 +1,25 @@
+// The forms of a creature's text: told apart, read into a CreatureData, and written.
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include "creaturedata.h"
+
+enum class CreatureForm { Key, StatBlock, MonsterXml, CharacterXml };
+
+// XML by the first 200 bytes.
+bool isXmlText(const QByteArray &bytes);
+
+// Reads a text of any form into a fresh record that keeps the whole text. The verdict is the
+// reader's own; `form` may be null. Monster XML is always taken, though broken XML leaves nothing
+// but the text; XML is refused for a character.
+bool parseText(bool isMonster, const QByteArray &text, CreatureData &data,
+               const QString &dataFolder, CreatureForm *form = nullptr);
+
+// The text of a creature from its fields: key form for a character, a starter stat block for a
+// monster.
+QString textOf(const CreatureData &data);
+
+// Writes the portrait's path into a monster's text.
+QString withPortraitInText(const QString &text, const QString &portrait);
