@@ -1,5 +1,6 @@
 #include "characters.h"
 
+#include "creaturefile.h"
 #include "creatureportrait.h"
 #include "creaturetext.h"
 #include "libraryfolder.h"
@@ -9,7 +10,8 @@ Characters *theCharacters = nullptr;
 
 namespace {
 
-constexpr LibraryFolder folderTexts {
+constexpr LibraryFolder charactersFolder {
+    [](const QString &dataFolder) { return creaturePath(QString(), false, dataFolder); },
     QT_TRANSLATE_NOOP("LibraryFolder", "Loading characters..."),
     QT_TRANSLATE_NOOP("LibraryFolder", "Directory <b>Characters</b> not found in %1."),
     QT_TRANSLATE_NOOP("LibraryFolder", "No Characters Found"),
@@ -36,28 +38,13 @@ std::unique_ptr<Creature> readyCharacter(const CreatureData &data)
 } // namespace
 
 Characters::Characters(QObject *parent)
-    : QObject(parent), m_counters(std::make_shared<ChangeCounters>()),
-      m_entries(characterKey, m_counters), m_deleted(characterKey, m_counters),
+    : QObject(parent), Collection(characterKey, charactersFolder),
+      m_deleted(characterKey, m_counters),
       m_standIns(characterKey, std::make_shared<ChangeCounters>())
 {
 }
 
 Characters::~Characters() = default;
-
-int Characters::count() const
-{
-    return m_entries.count();
-}
-
-Creature *Characters::at(int index) const
-{
-    return m_entries.at(index);
-}
-
-int Characters::indexOf(const Creature *creature) const
-{
-    return m_entries.indexOf(creature);
-}
 
 Creature *Characters::find(const QString &name, const Creature *except) const
 {
@@ -72,16 +59,6 @@ QString Characters::uniqueName(const QString &name, const Creature *except) cons
     return m_entries.uniqueKey(name, except);
 }
 
-int Characters::insertionIndex(const QString &name, int exceptIndex) const
-{
-    return m_entries.insertionIndex(name, exceptIndex);
-}
-
-int Characters::add(std::unique_ptr<Creature> creature)
-{
-    return m_entries.add(std::move(creature));
-}
-
 std::unique_ptr<Creature> Characters::remove(int index, bool free)
 {
     std::unique_ptr<Creature> creature = m_entries.take(index);
@@ -93,14 +70,8 @@ std::unique_ptr<Creature> Characters::remove(int index, bool free)
 
 QString Characters::newName() const
 {
-    const QString name = tr("New Character");
-    if (!find(name))
-        return name;
-    for (int number = 1;; ++number) {
-        const QString numbered = tr("New Character %1").arg(number);
-        if (!find(numbered))
-            return numbered;
-    }
+    return freeName(tr("New Character"),
+                    [this](const QString &name) { return find(name) != nullptr; });
 }
 
 std::unique_ptr<Creature> Characters::newCharacter() const
@@ -114,14 +85,9 @@ std::unique_ptr<Creature> Characters::newCharacter() const
     return readyCharacter(data);
 }
 
-const ChangeCounters &Characters::counters() const
-{
-    return *m_counters;
-}
-
 Creature *Characters::ensureCharacter(const QString &name, bool create)
 {
-    for (const CreatureLibrary *library : {&m_entries, &m_deleted, &m_standIns}) {
+    for (const LibraryList<Creature> *library : {&m_entries, &m_deleted, &m_standIns}) {
         if (Creature *creature = library->find(name))
             return creature;
     }
@@ -171,8 +137,7 @@ void Characters::resetForEncounter()
 
 void Characters::clear()
 {
-    m_counters = std::make_shared<ChangeCounters>();
-    m_entries.clear(m_counters);
+    Collection::clear();
     m_deleted.clear(m_counters);
     m_standIns.clear(std::make_shared<ChangeCounters>());
     m_retired.clear();
@@ -181,8 +146,7 @@ void Characters::clear()
 void Characters::replaceBy(Characters &other)
 {
     clear();
-    std::swap(m_counters, other.m_counters);
-    std::swap(m_entries, other.m_entries);
+    swapWith(other);
     std::swap(m_deleted, other.m_deleted);
     std::swap(m_standIns, other.m_standIns);
     std::swap(m_retired, other.m_retired);
@@ -191,42 +155,38 @@ void Characters::replaceBy(Characters &other)
 
 int Characters::fileCount(const QString &dataFolder)
 {
-    return libraryFileCount(creaturePath(QString(), false, dataFolder));
+    return libraryFileCount(charactersFolder, dataFolder);
 }
 
-LoadResult Characters::load(const QString &dataFolder, const QString &displayFolder,
-                            Progress &progress)
+std::unique_ptr<Creature> Characters::read(const QString &fileName, const QString &dataFolder)
 {
-    clear();
-    const PortraitSearch search;
-    const auto loadFile = [&](const QString &fileName) {
-        auto creature = std::make_unique<Creature>();
-        if (!creature->load(fileName, false, dataFolder, m_entries.namer()))
-            return false;
-        m_entries.append(std::move(creature));
-        return true;
-    };
-    const LoadResult result = loadLibraryFolder(
-        folderTexts, creaturePath(QString(), false, dataFolder), displayFolder, progress, loadFile);
-    m_entries.sort();
-    return result;
+    auto creature = std::make_unique<Creature>();
+    if (!creature->load(fileName, false, dataFolder, m_entries.namer()))
+        return nullptr;
+    return creature;
+}
+
+bool Characters::save(Creature &creature)
+{
+    return creature.save();
+}
+
+bool Characters::removeFile(Creature &creature)
+{
+    return removeCreatureFile(creature, false);
 }
 
 void Characters::saveAll()
 {
+    // A deleted one leaves the entries also when its file can't be removed yet.
     for (int i = count() - 1; i >= 0; --i) {
         if (at(i)->isDeleted())
-            remove(i, true);
-        else
-            saveChanges(*at(i));
+            discard(i);
     }
-    removeDeletedFiles();
-}
-
-void Characters::removeDeletedFiles()
-{
-    for (Creature *creature : m_deleted.list()) {
-        if (creature->isDeleted() && removeCreatureFile(*creature, false))
+    Collection::saveAll();
+    const QList<Creature *> deleted = m_deleted.list();
+    for (Creature *creature : deleted) {
+        if (creature->isDeleted() && removeFile(*creature))
             clearFlags(*creature);
     }
 }
@@ -234,19 +194,20 @@ void Characters::removeDeletedFiles()
 void Characters::revertAll()
 {
     restoreDeleted();
-    // The list itself changes under way: new entries go, renamed ones move.
-    const QList<Creature *> creatures = m_entries.list();
-    for (auto it = creatures.crbegin(); it != creatures.crend(); ++it) {
-        Creature *creature = *it;
-        creature->setDeleted(false);
-        const bool isNew = creature->isNew();
-        const QString oldName = creature->name();
-        creature->revert(m_entries.namer());
-        if (isNew)
-            remove(indexOf(creature), true);
-        else if (creature->name() != oldName)
-            m_entries.resort(creature);
-    }
+    Collection::revertAll();
+}
+
+void Characters::revert(Creature *creature)
+{
+    const QString oldName = creature->name();
+    creature->revert(m_entries.namer());
+    if (creature->name() != oldName)
+        m_entries.resort(creature);
+}
+
+void Characters::discard(int index)
+{
+    remove(index, true);
 }
 
 void Characters::restoreDeleted()

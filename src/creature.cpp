@@ -23,7 +23,7 @@ void Creature::assign(const CreatureData &data)
     m_data = data;
     m_ownText.clear();
     if (hasNewName)
-        noteNameChange();
+        m_flags.noteNameChange();
     upperFirst(m_data.senses);
     notifyUpdated();
 }
@@ -55,14 +55,14 @@ void Creature::setMissing(bool missing)
 void Creature::setName(const QString &name)
 {
     m_data.name = name;
-    noteNameChange();
+    m_flags.noteNameChange();
     notifyUpdated();
 }
 
 void Creature::rename(const QString &name)
 {
     m_data.name = name;
-    noteNameChange();
+    m_flags.noteNameChange();
     noteFieldChange();
 }
 
@@ -82,7 +82,7 @@ void Creature::noteFieldChange()
 void Creature::setGroup(const QString &group)
 {
     m_data.group = group;
-    noteNameChange();
+    m_flags.noteNameChange();
     notifyUpdated();
 }
 
@@ -96,7 +96,7 @@ void Creature::setStatBlock(const QString &text)
 
 void Creature::statBlockChanged()
 {
-    if (!m_isNew)
+    if (!isNew())
         setModified(m_data.statBlock != m_savedStatBlock);
     Q_EMIT switchBoard()->doRecordChanged();
 }
@@ -113,27 +113,22 @@ void Creature::updateText()
 
 // --- flags of the managers ---
 
-void Creature::setFlag(bool &flag, bool value, int ChangeCounters::*counter)
-{
-    if (flag != value && m_changeCounters)
-        m_changeCounters->*counter += value ? 1 : -1;
-    flag = value;
-    notifyUpdated();
-}
-
 void Creature::setNew(bool value)
 {
-    setFlag(m_isNew, value, &ChangeCounters::isNew);
+    m_flags.setNew(value);
+    notifyUpdated();
 }
 
 void Creature::setModified(bool value)
 {
-    setFlag(m_isModified, value, &ChangeCounters::isModified);
+    m_flags.setModified(value);
+    notifyUpdated();
 }
 
 void Creature::setDeleted(bool value)
 {
-    setFlag(m_isDeleted, value, &ChangeCounters::isDeleted);
+    m_flags.setDeleted(value);
+    notifyUpdated();
 }
 
 // --- live state ---

@@ -7,21 +7,12 @@
 
 #include "creaturedata.h"
 #include "creaturestate.h"
+#include "editflags.h"
 #include "memorytracker.h"
 #include "outcome.h"
 
 class Effect;
 struct AttributeModifiers;
-
-// How many creatures of a collection carry each of the managers' flags.
-struct ChangeCounters {
-    int isNew = 0;
-    int isModified = 0;
-    int isDeleted = 0;
-    // Raised when a creature's name or group changes: the collection must then index its names
-    // anew.
-    int nameChanges = 0;
-};
 
 class Creature;
 // What a collection answers that is asked for a name nobody else in it has: the given one, or that
@@ -142,13 +133,13 @@ public:
     void statBlockChanged();
 
     // --- flags of the managers ---
-    bool isNew() const { return m_isNew; }
-    bool isModified() const { return m_isModified; }
-    bool isDeleted() const { return m_isDeleted; }
+    bool isNew() const { return m_flags.isNew(); }
+    bool isModified() const { return m_flags.isModified(); }
+    bool isDeleted() const { return m_flags.isDeleted(); }
     void setNew(bool value);
     void setModified(bool value);
     void setDeleted(bool value);
-    void setChangeCounters(ChangeCounters *counters) { m_changeCounters = counters; }
+    void setChangeCounters(ChangeCounters *counters) { m_flags.setCounters(counters); }
 
     // --- live state ---
     const CreatureState &state() const { return m_state; }
@@ -286,15 +277,8 @@ private:
     void replaceRestAP(int points);
     void notifyUpdated() { Q_EMIT doCreatureUpdated(this); }
     void notifyEffectsChanged();
-    // For whatever writes m_data.name or m_data.group, so that its collection finds it again.
-    void noteNameChange()
-    {
-        if (m_changeCounters)
-            ++m_changeCounters->nameChanges;
-    }
     // An invalid character counts as a monster, but its file stays among the characters.
     bool hasMonsterFile() const { return m_data.isMonster && !m_isCharacterFile; }
-    void setFlag(bool &flag, bool value, int ChangeCounters::*counter);
     // Live field of an editor: tells listeners only of a change.
     void setValue(int &field, int value);
     void updateText();
@@ -313,10 +297,7 @@ private:
     bool m_hidden = false;
     QString m_alias;
     int m_aliasMode = 0;
-    ChangeCounters *m_changeCounters = nullptr;
-    bool m_isNew = false;
-    bool m_isModified = false;
-    bool m_isDeleted = false;
+    EditFlags m_flags;
     QString m_fileName;
     QString m_savedStatBlock;
     // The text as it was before the history wrote other numbers into it; null if it hasn't.

@@ -82,6 +82,14 @@ void makeUnique(CreatureData &data, bool isMonster, const UniqueName &uniqueName
 
 // --- the creature's own file ---
 
+bool removeCreatureFile(const Creature &creature, bool isMonster)
+{
+    if (creature.fileName().isEmpty())
+        return true;
+    const QString path = creaturePath(creature.fileName(), isMonster);
+    return !QFile::exists(path) || (!dataReadOnly && QFile::remove(path));
+}
+
 bool Creature::load(const QString &fileName, bool isMonster, const QString &dataFolder,
                     const UniqueName &uniqueName)
 {
@@ -129,12 +137,12 @@ bool Creature::save()
 
 void Creature::revert(const UniqueName &uniqueName)
 {
-    if (m_isNew) {
+    if (isNew()) {
         setNew(false);
         setModified(false);
         return;
     }
-    if (!m_isModified)
+    if (!isModified())
         return;
     setModified(false);
     // A saved text that can't be read is nothing to go back to.

@@ -20,3 +20,6 @@ bool validate(CreatureData &data, bool isMonster, const QString &fileName);
 // function may be empty: every name is free then.
 void makeUnique(CreatureData &data, bool isMonster, const UniqueName &uniqueName,
                 const Creature *self = nullptr);
+
+// Removes the creature's file. True too when there is none.
+bool removeCreatureFile(const Creature &creature, bool isMonster);

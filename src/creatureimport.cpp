@@ -29,9 +29,9 @@ void Creature::refreshIfLinked()
 {
     if (!m_data.linked)
         return;
-    const bool wasModified = m_isModified;
+    const bool wasModified = isModified();
     refreshFromImport(m_data.importFile);
-    if (wasModified || !m_isModified)
+    if (wasModified || !isModified())
         return;
     // The history hasn't heard of the change yet, though the file has it.
     const CreatureVitality shadow = shadowVitality();

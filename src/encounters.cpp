@@ -10,7 +10,8 @@ Encounters *theEncounters = nullptr;
 
 namespace {
 
-constexpr LibraryFolder folderTexts {
+constexpr LibraryFolder encountersFolder {
+    [](const QString &dataFolder) { return encounterPath(QString(), dataFolder); },
     QT_TRANSLATE_NOOP("LibraryFolder", "Loading encounters..."),
     QT_TRANSLATE_NOOP("LibraryFolder", "Directory <b>Encounters</b> not found in %1."),
     QT_TRANSLATE_NOOP("LibraryFolder", "No Encounters Found"),
@@ -18,79 +19,36 @@ constexpr LibraryFolder folderTexts {
                       "No encounters could be loaded from <b>Encounters</b> directory in %1."),
 };
 
-void clearFlags(PreparedEncounter &encounter)
+QString encounterKey(const PreparedEncounter &encounter)
 {
-    encounter.setNew(false);
-    encounter.setModified(false);
-    encounter.setDeleted(false);
+    return encounter.name();
 }
 
 } // namespace
 
 Encounters::Encounters(QObject *parent)
-    : QObject(parent), m_counters(std::make_unique<ChangeCounters>())
+    : QObject(parent), Collection(encounterKey, encountersFolder)
 {
 }
 
 Encounters::~Encounters() = default;
 
-int Encounters::count() const
-{
-    return int(m_entries.size());
-}
-
-PreparedEncounter *Encounters::at(int index) const
-{
-    return index >= 0 && index < count() ? m_entries[std::size_t(index)].get() : nullptr;
-}
-
-int Encounters::indexOf(const PreparedEncounter *encounter) const
-{
-    for (int i = 0; i < count(); ++i) {
-        if (at(i) == encounter)
-            return i;
-    }
-    return -1;
-}
-
-int Encounters::add(std::unique_ptr<PreparedEncounter> encounter)
-{
-    const auto place = std::upper_bound(
-        m_entries.begin(), m_entries.end(), encounter, [](const auto &a, const auto &b) {
-            return a->name().compare(b->name(), Qt::CaseInsensitive) < 0;
-        });
-    const int index = int(place - m_entries.begin());
-    encounter->setCounters(m_counters.get());
-    m_entries.insert(place, std::move(encounter));
-    return index;
-}
-
 void Encounters::remove(int index)
 {
-    if (const std::unique_ptr<PreparedEncounter> encounter = take(index))
-        clearFlags(*encounter);
+    discard(index);
 }
 
 int Encounters::resort(int index)
 {
-    std::unique_ptr<PreparedEncounter> encounter = take(index);
-    return encounter ? add(std::move(encounter)) : -1;
-}
-
-std::unique_ptr<PreparedEncounter> Encounters::take(int index)
-{
-    if (!at(index))
-        return nullptr;
-    const auto place = m_entries.begin() + index;
-    std::unique_ptr<PreparedEncounter> encounter = std::move(*place);
-    m_entries.erase(place);
-    return encounter;
+    PreparedEncounter *encounter = at(index);
+    m_entries.resort(encounter);
+    return indexOf(encounter);
 }
 
 QStringList Encounters::adventures() const
 {
     QSet<QString> names;
-    for (const auto &encounter : m_entries)
+    for (const PreparedEncounter *encounter : m_entries.list())
         names.insert(encounter->adventure());
     names.remove(QString());
     QStringList sorted = names.values();
@@ -100,23 +58,13 @@ QStringList Encounters::adventures() const
 
 QString Encounters::newName() const
 {
-    QSet<QString> taken;
-    for (const auto &encounter : m_entries)
-        taken.insert(encounter->name().toCaseFolded());
-    QString name = tr("New Encounter");
-    for (int number = 1; taken.contains(name.toCaseFolded()); ++number)
-        name = tr("New Encounter %1").arg(number);
-    return name;
-}
-
-const ChangeCounters &Encounters::counters() const
-{
-    return *m_counters;
+    return freeName(tr("New Encounter"),
+                    [this](const QString &name) { return m_entries.find(name) != nullptr; });
 }
 
 void Encounters::templateRenamed(const QString &oldGroup, const QString &newGroup)
 {
-    for (const auto &encounter : m_entries) {
+    for (PreparedEncounter *encounter : m_entries.list()) {
         if (encounter->renameGroup(oldGroup, newGroup))
             encounter->refreshChanged();
         encounter->setLevelStale();
@@ -126,7 +74,7 @@ void Encounters::templateRenamed(const QString &oldGroup, const QString &newGrou
 void Encounters::templateDeleted(const QString &group)
 {
     // The entries stay, but their XP may count no more.
-    for (const auto &encounter : m_entries) {
+    for (const PreparedEncounter *encounter : m_entries.list()) {
         const auto usesGroup = [&group](const EncounterMonster &monster) {
             return monster.group.compare(group, Qt::CaseInsensitive) == 0;
         };
@@ -136,77 +84,46 @@ void Encounters::templateDeleted(const QString &group)
     }
 }
 
-void Encounters::clear()
-{
-    m_entries.clear();
-    m_counters = std::make_unique<ChangeCounters>();
-}
-
 void Encounters::replaceBy(Encounters &other)
 {
     clear();
-    std::swap(m_entries, other.m_entries);
-    std::swap(m_counters, other.m_counters);
+    swapWith(other);
     Q_EMIT doEncountersUpdated();
 }
 
 int Encounters::fileCount(const QString &dataFolder)
 {
-    return libraryFileCount(encounterPath(QString(), dataFolder));
+    return libraryFileCount(encountersFolder, dataFolder);
 }
 
-LoadResult Encounters::load(const QString &dataFolder, const QString &displayFolder,
-                            Progress &progress)
-{
-    clear();
-    const auto loadFile = [&](const QString &fileName) {
-        auto encounter = std::make_unique<PreparedEncounter>();
-        if (!encounter->read(fileName, dataFolder))
-            return false;
-        add(std::move(encounter));
-        return true;
-    };
-    return loadLibraryFolder(folderTexts, encounterPath(QString(), dataFolder), displayFolder,
-                             progress, loadFile);
-}
-
-void Encounters::saveAll()
-{
-    for (int i = count() - 1; i >= 0; --i) {
-        PreparedEncounter *encounter = at(i);
-        if (encounter->isDeleted()) {
-            if (encounter->remove())
-                remove(i);
-        } else if ((encounter->isNew() || encounter->isModified()) && encounter->write()) {
-            clearFlags(*encounter);
-        }
-    }
-}
-
-void Encounters::revertAll()
-{
-    // Rereading may move an entry, so each index is taken once, from a list of what stood there.
-    std::vector<PreparedEncounter *> encounters;
-    for (const auto &encounter : m_entries)
-        encounters.push_back(encounter.get());
-    for (auto it = encounters.rbegin(); it != encounters.rend(); ++it) {
-        PreparedEncounter *encounter = *it;
-        encounter->setDeleted(false);
-        if (encounter->isNew())
-            remove(indexOf(encounter));
-        else if (encounter->isModified())
-            reread(indexOf(encounter));
-    }
-}
-
-// An encounter whose file can't be read any more stays as it is, with its mark.
-void Encounters::reread(int index)
+std::unique_ptr<PreparedEncounter> Encounters::read(const QString &fileName,
+                                                    const QString &dataFolder)
 {
     auto encounter = std::make_unique<PreparedEncounter>();
-    if (!encounter->read(at(index)->fileName(), QString()))
+    if (!encounter->read(fileName, dataFolder))
+        return nullptr;
+    return encounter;
+}
+
+bool Encounters::save(PreparedEncounter &encounter)
+{
+    return encounter.write();
+}
+
+bool Encounters::removeFile(PreparedEncounter &encounter)
+{
+    return encounter.remove();
+}
+
+void Encounters::revert(PreparedEncounter *encounter)
+{
+    if (encounter->isNew() || !encounter->isModified())
         return;
-    remove(index);
-    add(std::move(encounter));
+    // One whose file can't be read any more stays as it is, with its mark.
+    if (std::unique_ptr<PreparedEncounter> saved = read(encounter->fileName(), QString())) {
+        remove(indexOf(encounter));
+        add(std::move(saved));
+    }
 }
 
 #include "moc_encounters.cpp"

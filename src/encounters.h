@@ -4,28 +4,18 @@
 #include <QList>
 #include <QObject>
 #include <memory>
-#include <vector>
 
-#include "creature.h"
+#include "collection.h"
 #include "memorytracker.h"
 #include "preparedencounter.h"
-#include "progress.h"
 
-class Encounters : public QObject {
+class Encounters : public QObject, public Collection<PreparedEncounter> {
     Q_OBJECT
 
 public:
     explicit Encounters(QObject *parent = nullptr);
     ~Encounters() override;
 
-    // Sorted by name ignoring case.
-    int count() const;
-    // Null for an index out of range.
-    PreparedEncounter *at(int index) const;
-    int indexOf(const PreparedEncounter *encounter) const;
-    // Takes the encounter over. Returns its index. The flags of a new one are set behind this, or
-    // they would not be counted.
-    int add(std::unique_ptr<PreparedEncounter> encounter);
     // Destroys the encounter.
     void remove(int index);
     // Puts the encounter where its changed name belongs. Returns its new index.
@@ -33,32 +23,27 @@ public:
     // Sorted; what the boxes that filter by adventure show.
     QStringList adventures() const;
     QString newName() const;
-    const ChangeCounters &counters() const;
 
     // Entries follow the template's new name; those of a deleted template stay.
     void templateRenamed(const QString &oldGroup, const QString &newGroup);
     void templateDeleted(const QString &group);
 
-    void clear();
     // Takes everything out of `other`.
     void replaceBy(Encounters &other);
     static int fileCount(const QString &dataFolder);
-    LoadResult load(const QString &dataFolder, const QString &displayFolder, Progress &progress);
-    // Writes what is new or changed and removes the files of deleted entries. What can't be written
-    // keeps its flags.
-    void saveAll();
-    // Reads changed encounters anew: pointers to those become invalid.
-    void revertAll();
 
 Q_SIGNALS:
     void doEncountersUpdated();
 
-private:
-    std::unique_ptr<PreparedEncounter> take(int index);
-    void reread(int index);
+protected:
+    std::unique_ptr<PreparedEncounter> read(const QString &fileName,
+                                            const QString &dataFolder) override;
+    bool save(PreparedEncounter &encounter) override;
+    bool removeFile(PreparedEncounter &encounter) override;
+    // Reads a changed encounter anew: pointers to it become invalid.
+    void revert(PreparedEncounter *encounter) override;
 
-    std::unique_ptr<ChangeCounters> m_counters;
-    std::vector<std::unique_ptr<PreparedEncounter>> m_entries;
+private:
     TrackerMember m_tracker {__LINE__, "encounters"};
 };
 

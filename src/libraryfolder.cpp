@@ -37,11 +37,11 @@ LoadResult toResult(WindowInterface::FolderAnswer answer)
     return LoadResult::Cancelled;
 }
 
-LoadResult offerToCreate(const LibraryFolder &texts, const QString &folder,
+LoadResult offerToCreate(const LibraryFolder &library, const QString &folder,
                          const QString &displayFolder)
 {
     const LoadResult result =
-        toResult(ask(QT_TRANSLATE_NOOP("LibraryFolder", "Directory not Found"), texts.notFound,
+        toResult(ask(QT_TRANSLATE_NOOP("LibraryFolder", "Directory not Found"), library.notFound,
                      QT_TRANSLATE_NOOP("LibraryFolder", "Create"), displayFolder));
     if (result == LoadResult::Loaded && !dataReadOnly)
         QDir().mkpath(folder);
@@ -50,14 +50,14 @@ LoadResult offerToCreate(const LibraryFolder &texts, const QString &folder,
 
 } // namespace
 
-LoadResult loadLibraryFolder(const LibraryFolder &texts, const QString &folder,
+LoadResult loadLibraryFolder(const LibraryFolder &library, const QString &dataFolder,
                              const QString &displayFolder, Progress &progress,
                              const std::function<bool(const QString &)> &loadFile)
 {
-    progress.setLabel(translated(texts.loading));
-    const QDir dir(folder);
+    progress.setLabel(translated(library.loading));
+    const QDir dir(library.path(dataFolder));
     if (!dir.exists())
-        return offerToCreate(texts, folder, displayFolder);
+        return offerToCreate(library, dir.path(), displayFolder);
     bool anyLoaded = false;
     const QStringList names = dir.entryList();
     for (const QString &name : names) {
@@ -68,13 +68,13 @@ LoadResult loadLibraryFolder(const LibraryFolder &texts, const QString &folder,
     }
     if (anyLoaded)
         return LoadResult::Loaded;
-    return toResult(ask(texts.nothingTitle, texts.nothing,
+    return toResult(ask(library.nothingTitle, library.nothing,
                         QT_TRANSLATE_NOOP("LibraryFolder", "Continue"), displayFolder));
 }
 
-int libraryFileCount(const QString &folder)
+int libraryFileCount(const LibraryFolder &library, const QString &dataFolder)
 {
-    const QDir dir(folder);
+    const QDir dir(library.path(dataFolder));
     return dir.exists() ? int(dir.count()) : 0;
 }
 

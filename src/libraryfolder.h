@@ -7,9 +7,10 @@
 
 #include "progress.h"
 
-// The texts of one collection, for translation in the context "LibraryFolder"; %1 is the data
-// folder as told to the user.
+// One collection's folder and its texts, for translation in the context "LibraryFolder"; %1 is the
+// data folder as told to the user.
 struct LibraryFolder {
+    QString (*path)(const QString &dataFolder);
     const char *loading;
     const char *notFound;
     const char *nothingTitle;
@@ -18,11 +19,11 @@ struct LibraryFolder {
 
 // Hands each file name of the folder to `loadFile`, whose answer tells whether it gave an entry.
 // A folder that is missing or gives nothing is a question to the user.
-LoadResult loadLibraryFolder(const LibraryFolder &texts, const QString &folder,
+LoadResult loadLibraryFolder(const LibraryFolder &library, const QString &dataFolder,
                              const QString &displayFolder, Progress &progress,
                              const std::function<bool(const QString &)> &loadFile);
 // Number of steps of the above, "." and ".." included; 0 when the folder doesn't exist.
-int libraryFileCount(const QString &folder);
+int libraryFileCount(const LibraryFolder &library, const QString &dataFolder);
 
 // A file name made from a creature's or encounter's name, without extension; `fallback` when no
 // character of it is fit.

@@ -1,5 +1,6 @@
 #include "monsters.h"
 
+#include "creaturefile.h"
 #include "creatureportrait.h"
 #include "creaturetext.h"
 #include "libraryfolder.h"
@@ -9,7 +10,8 @@ Monsters *theMonsters = nullptr;
 
 namespace {
 
-constexpr LibraryFolder folderTexts {
+constexpr LibraryFolder monstersFolder {
+    [](const QString &dataFolder) { return creaturePath(QString(), true, dataFolder); },
     QT_TRANSLATE_NOOP("LibraryFolder", "Loading monsters..."),
     QT_TRANSLATE_NOOP("LibraryFolder", "Directory <b>Monsters</b> not found in %1."),
     QT_TRANSLATE_NOOP("LibraryFolder", "No Monsters Found"),
@@ -53,36 +55,21 @@ std::unique_ptr<Creature> fromStarterText(CreatureData data)
 } // namespace
 
 Monsters::Monsters(QObject *parent)
-    : QObject(parent), m_counters(std::make_shared<ChangeCounters>()),
-      m_templates(templateKey, m_counters), m_clones(keyOfClone, std::make_shared<ChangeCounters>())
+    : QObject(parent), Collection(templateKey, monstersFolder),
+      m_clones(keyOfClone, std::make_shared<ChangeCounters>())
 {
 }
 
 Monsters::~Monsters() = default;
 
-int Monsters::count() const
-{
-    return m_templates.count();
-}
-
-Creature *Monsters::at(int index) const
-{
-    return m_templates.at(index);
-}
-
-int Monsters::indexOf(const Creature *creature) const
-{
-    return m_templates.indexOf(creature);
-}
-
 Creature *Monsters::findGroup(const QString &group) const
 {
-    return m_templates.find(group);
+    return m_entries.find(group);
 }
 
 QString Monsters::uniqueGroup(const QString &group, const Creature *except) const
 {
-    return m_templates.uniqueKey(group, except);
+    return m_entries.uniqueKey(group, except);
 }
 
 Creature *Monsters::findFile(const QString &fileName) const
@@ -96,19 +83,9 @@ Creature *Monsters::findFile(const QString &fileName) const
     return nullptr;
 }
 
-int Monsters::insertionIndex(const QString &name, int exceptIndex) const
-{
-    return m_templates.insertionIndex(name, exceptIndex);
-}
-
-int Monsters::add(std::unique_ptr<Creature> creature)
-{
-    return m_templates.add(std::move(creature));
-}
-
 std::unique_ptr<Creature> Monsters::remove(int index, bool free)
 {
-    std::unique_ptr<Creature> creature = m_templates.take(index);
+    std::unique_ptr<Creature> creature = m_entries.take(index);
     if (!creature || !free)
         return creature;
     clearFlags(*creature);
@@ -117,14 +94,8 @@ std::unique_ptr<Creature> Monsters::remove(int index, bool free)
 
 QString Monsters::newName() const
 {
-    const QString name = tr("New Monster");
-    if (!findGroup(name))
-        return name;
-    for (int number = 1;; ++number) {
-        const QString numbered = tr("New Monster %1").arg(number);
-        if (!findGroup(numbered))
-            return numbered;
-    }
+    return freeName(tr("New Monster"),
+                    [this](const QString &name) { return findGroup(name) != nullptr; });
 }
 
 std::unique_ptr<Creature> Monsters::newMonster() const
@@ -134,11 +105,6 @@ std::unique_ptr<Creature> Monsters::newMonster() const
     data.level = 1;
     data.xp = 100;
     return fromStarterText(std::move(data));
-}
-
-const ChangeCounters &Monsters::counters() const
-{
-    return *m_counters;
 }
 
 Creature *Monsters::ensureTemplate(QString &group, const QString &id, bool create)
@@ -193,8 +159,7 @@ void Monsters::resetForEncounter()
 
 void Monsters::clear()
 {
-    m_counters = std::make_shared<ChangeCounters>();
-    m_templates.clear(m_counters);
+    Collection::clear();
     m_clones.clear(std::make_shared<ChangeCounters>());
     m_retired.clear();
 }
@@ -202,8 +167,7 @@ void Monsters::clear()
 void Monsters::replaceBy(Monsters &other)
 {
     clear();
-    std::swap(m_counters, other.m_counters);
-    std::swap(m_templates, other.m_templates);
+    swapWith(other);
     std::swap(m_clones, other.m_clones);
     std::swap(m_retired, other.m_retired);
     Q_EMIT doTemplatesUpdated();
@@ -211,57 +175,35 @@ void Monsters::replaceBy(Monsters &other)
 
 int Monsters::fileCount(const QString &dataFolder)
 {
-    return libraryFileCount(creaturePath(QString(), true, dataFolder));
+    return libraryFileCount(monstersFolder, dataFolder);
 }
 
-LoadResult Monsters::load(const QString &dataFolder, const QString &displayFolder,
-                          Progress &progress)
+std::unique_ptr<Creature> Monsters::read(const QString &fileName, const QString &dataFolder)
 {
-    clear();
-    const PortraitSearch search;
-    const auto loadFile = [&](const QString &fileName) {
-        auto creature = std::make_unique<Creature>();
-        if (!creature->load(fileName, true, dataFolder, m_templates.namer()))
-            return false;
-        m_templates.append(std::move(creature));
-        return true;
-    };
-    const LoadResult result = loadLibraryFolder(
-        folderTexts, creaturePath(QString(), true, dataFolder), displayFolder, progress, loadFile);
-    m_templates.sort();
-    return result;
+    auto creature = std::make_unique<Creature>();
+    if (!creature->load(fileName, true, dataFolder, m_entries.namer()))
+        return nullptr;
+    return creature;
 }
 
-void Monsters::saveAll()
+bool Monsters::save(Creature &creature)
 {
-    for (int i = count() - 1; i >= 0; --i) {
-        Creature *creature = at(i);
-        if (creature->isDeleted()) {
-            if (removeCreatureFile(*creature, true))
-                remove(i, true);
-        } else {
-            saveChanges(*creature);
-        }
-    }
+    return creature.save();
 }
 
-void Monsters::revertAll()
+bool Monsters::removeFile(Creature &creature)
 {
-    // The list itself changes under way: new entries go, renamed ones move.
-    const QList<Creature *> creatures = m_templates.list();
-    for (auto it = creatures.crbegin(); it != creatures.crend(); ++it) {
-        Creature *creature = *it;
-        creature->setDeleted(false);
-        const QString oldGroup = creature->group();
-        const bool isNew = creature->isNew();
-        creature->revert(m_templates.namer());
-        if (isNew) {
-            remove(indexOf(creature), true);
-        } else if (creature->group() != oldGroup) {
-            m_templates.resort(creature);
-            Q_EMIT doTemplateRenamed(oldGroup, creature->group());
-        }
-    }
+    return removeCreatureFile(creature, true);
+}
+
+void Monsters::revert(Creature *creature)
+{
+    const QString oldGroup = creature->group();
+    creature->revert(m_entries.namer());
+    if (creature->group() == oldGroup)
+        return;
+    m_entries.resort(creature);
+    Q_EMIT doTemplateRenamed(oldGroup, creature->group());
 }
 
 #include "moc_monsters.cpp"

@@ -385,6 +385,12 @@ bool PreparedEncounter::renameGroup(const QString &oldGroup, const QString &newG
     return found;
 }
 
+void PreparedEncounter::setName(const QString &name)
+{
+    m_name = name;
+    m_flags.noteNameChange();
+}
+
 void PreparedEncounter::rebuildGroupStarts()
 {
     m_groupStarts.clear();
@@ -397,30 +403,6 @@ void PreparedEncounter::rebuildGroupStarts()
 
 void PreparedEncounter::refreshChanged()
 {
-    if (!m_isNew)
+    if (!isNew())
         setModified(image(false) != m_savedImage);
-}
-
-void PreparedEncounter::setNew(bool value)
-{
-    setFlag(m_isNew, value, &ChangeCounters::isNew);
-}
-
-void PreparedEncounter::setModified(bool value)
-{
-    setFlag(m_isModified, value, &ChangeCounters::isModified);
-}
-
-void PreparedEncounter::setDeleted(bool value)
-{
-    setFlag(m_isDeleted, value, &ChangeCounters::isDeleted);
-}
-
-void PreparedEncounter::setFlag(bool &flag, bool value, int ChangeCounters::*counter)
-{
-    if (flag == value)
-        return;
-    flag = value;
-    if (m_counters)
-        m_counters->*counter += value ? 1 : -1;
 }

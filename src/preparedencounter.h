@@ -6,9 +6,8 @@
 #include <QString>
 
 #include "creaturelist.h"
+#include "editflags.h"
 #include "encounterentry.h"
-
-struct ChangeCounters;
 
 struct EncounterMonster {
     QString group; // name of the template
@@ -55,7 +54,7 @@ public:
     // caller's events set those. Two entries that name the same clone give it once.
     CreatureList creatures() const;
 
-    void setName(const QString &name) { m_name = name; }
+    void setName(const QString &name);
     void setAdventure(const QString &adventure) { m_adventure = adventure; }
     void setDescription(const QString &description) { m_description = description; }
     void setMonsters(const QList<EncounterMonster> &monsters);
@@ -64,13 +63,13 @@ public:
     // The templates' XP may have changed.
     void setLevelStale() const { m_levelStale = true; }
 
-    bool isNew() const { return m_isNew; }
-    bool isModified() const { return m_isModified; }
-    bool isDeleted() const { return m_isDeleted; }
-    void setNew(bool value);
-    void setModified(bool value);
-    void setDeleted(bool value);
-    void setCounters(ChangeCounters *counters) { m_counters = counters; }
+    bool isNew() const { return m_flags.isNew(); }
+    bool isModified() const { return m_flags.isModified(); }
+    bool isDeleted() const { return m_flags.isDeleted(); }
+    void setNew(bool value) { m_flags.setNew(value); }
+    void setModified(bool value) { m_flags.setModified(value); }
+    void setDeleted(bool value) { m_flags.setDeleted(value); }
+    void setChangeCounters(ChangeCounters *counters) { m_flags.setCounters(counters); }
     // Compares the content with what the file holds, unless the encounter is new.
     void refreshChanged();
 
@@ -81,12 +80,8 @@ private:
     QByteArray groupImage(qsizetype start, qsizetype end) const;
     void recomputeIfStale() const;
     void rebuildGroupStarts();
-    void setFlag(bool &flag, bool value, int ChangeCounters::*counter);
 
-    ChangeCounters *m_counters = nullptr;
-    bool m_isNew = false;
-    bool m_isModified = false;
-    bool m_isDeleted = false;
+    EditFlags m_flags;
     QString m_fileName;
     QString m_name;
     QString m_adventure;

@@ -1,0 +1,141 @@
+// What the three collections of the library share: entries sorted by name, one for each file of a
+// folder, and the changes that aren't saved yet.
+#pragma once
+
+#include <memory>
+
+#include "creatureportrait.h"
+#include "libraryfolder.h"
+#include "librarylist.h"
+
+// Takes all three flags off, and so out of the counters.
+template <typename Entry>
+void clearFlags(Entry &entry)
+{
+    entry.setNew(false);
+    entry.setModified(false);
+    entry.setDeleted(false);
+}
+
+template <typename Entry>
+class Collection {
+public:
+    virtual ~Collection() = default;
+
+    // Sorted by name ignoring case; later additions of an equal name stand last.
+    int count() const { return m_entries.count(); }
+    // Null for an index out of range.
+    Entry *at(int index) const { return m_entries.at(index); }
+    // -1 for one that isn't here.
+    int indexOf(const Entry *entry) const { return m_entries.indexOf(entry); }
+    // Where `name` belongs, passing over the entry at `exceptIndex` (-1: none).
+    int insertionIndex(const QString &name, int exceptIndex = -1) const
+    {
+        return m_entries.insertionIndex(name, exceptIndex);
+    }
+    // Takes the entry over. Returns its index. The flags of a new one are set behind this, or they
+    // would not be counted.
+    int add(std::unique_ptr<Entry> entry) { return m_entries.add(std::move(entry)); }
+    const ChangeCounters &counters() const { return *m_counters; }
+
+    // Replaces all by what the folder holds. A folder that is missing or gives nothing is a
+    // question to the user.
+    LoadResult load(const QString &dataFolder, const QString &displayFolder, Progress &progress)
+    {
+        clear();
+        const PortraitSearch search;
+        const auto loadFile = [&](const QString &fileName) {
+            std::unique_ptr<Entry> entry = read(fileName, dataFolder);
+            if (!entry)
+                return false;
+            m_entries.append(std::move(entry));
+            return true;
+        };
+        const LoadResult result =
+            loadLibraryFolder(m_folder, dataFolder, displayFolder, progress, loadFile);
+        m_entries.sort();
+        return result;
+    }
+
+    // Writes what is new or changed and removes the files of deleted entries. What can't be written
+    // keeps its flags.
+    virtual void saveAll()
+    {
+        for (int i = count() - 1; i >= 0; --i) {
+            Entry *entry = at(i);
+            if (entry->isDeleted()) {
+                if (removeFile(*entry))
+                    discard(i);
+            } else if ((entry->isNew() || entry->isModified()) && save(*entry)) {
+                clearFlags(*entry);
+            }
+        }
+    }
+
+    // Back to what the files hold. New entries go, and those whose name changes move.
+    virtual void revertAll()
+    {
+        const QList<Entry *> entries = m_entries.list();
+        for (auto it = entries.crbegin(); it != entries.crend(); ++it) {
+            Entry *entry = *it;
+            const bool isNew = entry->isNew();
+            entry->setDeleted(false);
+            revert(entry);
+            if (isNew)
+                discard(indexOf(entry));
+        }
+    }
+
+    virtual void clear()
+    {
+        m_counters = std::make_shared<ChangeCounters>();
+        m_entries.clear(m_counters);
+    }
+
+protected:
+    using Key = typename LibraryList<Entry>::Key;
+
+    Collection(Key key, const LibraryFolder &folder)
+        : m_folder(folder), m_counters(std::make_shared<ChangeCounters>()),
+          m_entries(key, m_counters)
+    {
+    }
+
+    // Null for a file that gives no entry.
+    virtual std::unique_ptr<Entry> read(const QString &fileName, const QString &dataFolder) = 0;
+    virtual bool save(Entry &entry) = 0;
+    // True too when there is none.
+    virtual bool removeFile(Entry &entry) = 0;
+    // The entry may be another one afterwards, unless it is new.
+    virtual void revert(Entry *entry) = 0;
+    // An entry whose file is gone, or that never had one.
+    virtual void discard(int index)
+    {
+        if (const std::unique_ptr<Entry> entry = m_entries.take(index))
+            clearFlags(*entry);
+    }
+
+    // Exchanges the entries with those of `other`.
+    void swapWith(Collection &other)
+    {
+        std::swap(m_counters, other.m_counters);
+        std::swap(m_entries, other.m_entries);
+    }
+
+    // `name`, or with the first number from 1 that isn't taken.
+    template <typename IsTaken>
+    static QString freeName(const QString &name, IsTaken isTaken)
+    {
+        QString candidate = name;
+        for (int number = 1; isTaken(candidate); ++number)
+            candidate = QStringLiteral("%1 %2").arg(name, QString::number(number));
+        return candidate;
+    }
+
+private:
+    const LibraryFolder &m_folder;
+
+protected:
+    std::shared_ptr<ChangeCounters> m_counters;
+    LibraryList<Entry> m_entries;
+};
