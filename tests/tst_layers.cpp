@@ -1,4 +1,5 @@
-// The architecture, checked on the sources themselves: who may include whom.
+// The architecture, checked on the sources themselves: who may include whom. The rooms and what
+// each may use stand in the list that the build is made from.
 #include <QDir>
 #include <QFile>
 #include <QGuiApplication>
@@ -9,19 +10,28 @@
 
 #include "testhome.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-// Lowest first; a file may include files of its own layer and of those before it.
-const QStringList layerNames = {QStringLiteral("morvane_base"), QStringLiteral("morvane_core"),
-                                QStringLiteral("morvane_ui"), QStringLiteral("morvane")};
-const int firstLayerWithWidgets = 2;
+constexpr qsizetype largestCircle = 3;
+
+struct Room {
+    QString library;
+    QStringList uses; // as listed
+};
+
+struct House {
+    QMap<QString, Room> rooms;
+    QStringList order; // lowest first
+    QMap<QString, QString> roomOf; // by file name
+};
 
 // What one source file includes.
 struct Includes {
     QStringList own; // in quotes, without what the toolkit's tools generate
     QStringList foreign; // in angle brackets
 };
-using Layers = QMap<QString, int>; // file name to index in layerNames
 using Sources = QMap<QString, Includes>; // by file name
 
 QString readText(const QString &path)
@@ -30,72 +40,119 @@ QString readText(const QString &path)
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
-Layers readLayers(QString cmake)
+House readHouse(QString cmake)
 {
-    cmake.remove(QRegularExpression(QStringLiteral("#[^\n]*")));
-    static const QRegularExpression list(
-        QStringLiteral("(?:add_library|qt_add_executable)\\((\\w+)([^)]*)\\)"));
-    static const QRegularExpression space(QStringLiteral("\\s+"));
-    Layers layers;
-    for (auto it = list.globalMatch(cmake); it.hasNext();) {
+    cmake.remove(QRegularExpression(u"#[^\n]*"_s));
+    static const QRegularExpression call(
+        u"\\broom\\((\\w+)\\s+LIBRARY\\s+(\\w+)(?:\\s+USES\\s+([\\w\\s]*?))?\\s+FILES([^)]*)\\)"_s);
+    static const QRegularExpression space(u"\\s+"_s);
+    House house;
+    for (auto it = call.globalMatch(cmake); it.hasNext();) {
         const QRegularExpressionMatch match = it.next();
-        const int layer = int(layerNames.indexOf(match.captured(1)));
-        for (const QString &file : match.captured(2).split(space, Qt::SkipEmptyParts))
-            layers.insert(file, layer);
+        const QString name = match.captured(1);
+        house.order << name;
+        house.rooms.insert(name,
+                           {match.captured(2), match.captured(3).split(space, Qt::SkipEmptyParts)});
+        for (const QString &file : match.captured(4).split(space, Qt::SkipEmptyParts))
+            house.roomOf.insert(file, name);
     }
-    return layers;
+    return house;
+}
+
+// The room itself, what it uses, and what these use in turn.
+QSet<QString> reachOf(const House &house, const QString &room)
+{
+    QSet<QString> reach {room};
+    for (const QString &used : house.rooms.value(room).uses)
+        reach += reachOf(house, used);
+    return reach;
 }
 
 Includes readIncludes(const QString &source)
 {
-    static const QRegularExpression line(
-        QStringLiteral("^\\s*#\\s*include\\s*([\"<])([^\">]+)[\">]"),
-        QRegularExpression::MultilineOption);
+    static const QRegularExpression line(u"^\\s*#\\s*include\\s*([\"<])([^\">]+)[\">]"_s,
+                                         QRegularExpression::MultilineOption);
     Includes includes;
     for (auto it = line.globalMatch(source); it.hasNext();) {
         const QRegularExpressionMatch match = it.next();
         const QString name = match.captured(2);
         if (match.captured(1) == u'<')
             includes.foreign << name;
-        else if (!name.startsWith(QStringLiteral("moc_")) && !name.endsWith(QStringLiteral(".moc")))
+        else if (!name.startsWith("moc_"_L1) && !name.endsWith(".moc"_L1))
             includes.own << name;
     }
     return includes;
 }
 
-QStringList upwardEdges(const Sources &sources, const Layers &layers)
+QStringList forbiddenEdges(const Sources &sources, const House &house)
 {
     QStringList found;
     for (auto it = sources.begin(); it != sources.end(); ++it) {
+        const QSet<QString> reach = reachOf(house, house.roomOf.value(it.key()));
         for (const QString &name : it->own) {
-            if (!layers.contains(name))
-                found << it.key() + QStringLiteral(" -> ") + name + QStringLiteral(" (unknown)");
-            else if (layers.value(name) > layers.value(it.key()))
-                found << it.key() + QStringLiteral(" -> ") + name;
+            if (!reach.contains(house.roomOf.value(name)))
+                found << u"%1 -> %2"_s.arg(it.key(), name);
         }
     }
     return found;
 }
 
-// Removes headers that include no header that is left until nothing changes; circles, and what
-// leads into one, remain.
-QStringList headersInCircles(const Sources &sources)
+// A header and its source count as one.
+QString stem(const QString &file)
 {
-    QMap<QString, QSet<QString>> left;
+    return file.section(u'.', 0, 0);
+}
+
+// Files that include one another around, in groups of more than `largest`, each sorted.
+QList<QStringList> circles(const Sources &sources, qsizetype largest)
+{
+    QMap<QString, QSet<QString>> reach;
     for (auto it = sources.begin(); it != sources.end(); ++it) {
-        if (it.key().endsWith(QStringLiteral(".h")))
-            left.insert(it.key(), QSet<QString>(it->own.begin(), it->own.end()));
-    }
-    for (bool changed = true; changed;) {
-        changed = false;
-        for (auto it = left.begin(); it != left.end();) {
-            const bool leadsOn = std::any_of(
-                it->begin(), it->end(), [&](const QString &name) { return left.contains(name); });
-            changed |= !leadsOn;
-            it = leadsOn ? std::next(it) : left.erase(it);
+        for (const QString &name : it->own) {
+            if (stem(name) != stem(it.key()))
+                reach[stem(it.key())].insert(stem(name));
         }
     }
-    return left.keys();
+    for (bool grows = true; grows;) {
+        grows = false;
+        for (QSet<QString> &far : reach) {
+            QSet<QString> farther = far;
+            for (const QString &name : std::as_const(far))
+                farther += reach.value(name);
+            grows |= farther.size() != far.size();
+            far = farther;
+        }
+    }
+    QSet<QString> seen;
+    QList<QStringList> found;
+    for (auto it = reach.begin(); it != reach.end(); ++it) {
+        QStringList circle;
+        for (const QString &name : std::as_const(*it)) {
+            if (reach.value(name).contains(it.key()))
+                circle << name;
+        }
+        if (circle.size() > largest && !seen.contains(it.key())) {
+            circle.sort();
+            found << circle;
+            seen += QSet<QString>(circle.begin(), circle.end());
+        }
+    }
+    return found;
+}
+
+// The same among headers alone, of which no two may include one another.
+QList<QStringList> circlesOfHeaders(Sources sources)
+{
+    sources.removeIf([](Sources::iterator it) { return !it.key().endsWith(".h"_L1); });
+    return circles(sources, 0);
+}
+
+Sources sourcesOf(const QMap<QString, QString> &texts)
+{
+    Sources sources;
+    for (auto it = texts.begin(); it != texts.end(); ++it)
+        sources.insert(it.key(), readIncludes(it.value()));
+    return sources;
 }
 
 } // namespace
@@ -105,71 +162,80 @@ class LayersTest : public QObject {
 
 private Q_SLOTS:
     void initTestCase();
-    void theCheckSeesAnUpwardEdge();
-    void theCheckSeesACircle();
-    void everyFileBelongsToALayer();
-    void noEdgeLeadsUpwards();
-    void noHeadersFormACircle();
+    void theCheckSeesWhatIsPlanted();
+    void roomsStandInOrder();
+    void everyFileHasItsRoom();
+    void noEdgeLeadsOutOfReach();
+    void circlesAreSmall();
     void everySourceBeginsWithItsHeader();
     void noWidgetsBelowTheWindows();
     void nothingIsLeftToDo();
 
 private:
     QDir m_folder {QStringLiteral(SOURCE_ROOT "/src")};
-    Layers m_layers;
+    House m_house;
     Sources m_sources;
 };
 
 void LayersTest::initTestCase()
 {
-    m_layers = readLayers(readText(m_folder.filePath(QStringLiteral("CMakeLists.txt"))));
-    const QStringList files =
-        m_folder.entryList({QStringLiteral("*.h"), QStringLiteral("*.cpp")}, QDir::Files);
+    m_house = readHouse(readText(m_folder.filePath(u"CMakeLists.txt"_s)));
+    const QStringList files = m_folder.entryList({u"*.h"_s, u"*.cpp"_s}, QDir::Files);
     for (const QString &name : files)
         m_sources.insert(name, readIncludes(readText(m_folder.filePath(name))));
     QVERIFY(m_sources.size() > 50);
+    QVERIFY(m_house.rooms.size() > 5);
 }
 
-void LayersTest::theCheckSeesAnUpwardEdge()
+// On a copy of the real list and sources with one include more.
+void LayersTest::theCheckSeesWhatIsPlanted()
 {
-    const Layers layers = readLayers(QStringLiteral("add_library(morvane_base\n a.h # text\n)\n"
-                                                    "add_library(morvane_core b.h b.cpp)\n"));
-    Sources sources;
-    sources.insert(QStringLiteral("a.h"), readIncludes(QStringLiteral("#include \"b.h\"\n")));
-    sources.insert(QStringLiteral("b.h"), readIncludes(QStringLiteral("#include \"a.h\"\n")));
-    QCOMPARE(upwardEdges(sources, layers), QStringList(QStringLiteral("a.h -> b.h")));
+    const auto edges = [this](const QString &file, const QString &include) {
+        Sources sources = m_sources;
+        sources[file].own << include;
+        return forbiddenEdges(sources, m_house);
+    };
+    QCOMPARE(edges(u"creature.h"_s, u"history.h"_s), QStringList(u"creature.h -> history.h"_s));
+    QCOMPARE(edges(u"effect.cpp"_s, u"creaturefile.h"_s),
+             QStringList(u"effect.cpp -> creaturefile.h"_s));
+    QCOMPARE(edges(u"history.cpp"_s, u"nowhere.h"_s), QStringList(u"history.cpp -> nowhere.h"_s));
+    QCOMPARE(edges(u"mainwindow.cpp"_s, u"creature.h"_s), QStringList());
+
+    const Sources around = sourcesOf({{u"a.h"_s, u"#include \"b.h\"\n"_s},
+                                      {u"b.cpp"_s, u"# include \"c.h\"\n"_s},
+                                      {u"c.h"_s, u"#include <QString>\n#include \"a.h\"\n"_s},
+                                      {u"d.h"_s, u"#include \"a.h\"\n"_s}});
+    QCOMPARE(circles(around, 2), QList<QStringList>({{u"a"_s, u"b"_s, u"c"_s}}));
+    QCOMPARE(circles(around, 3), QList<QStringList>());
+    QCOMPARE(circlesOfHeaders(around), QList<QStringList>());
 }
 
-void LayersTest::theCheckSeesACircle()
+// A room that stands lower may not use a higher one, or the list would tell of no order.
+void LayersTest::roomsStandInOrder()
 {
-    Sources sources;
-    sources.insert(QStringLiteral("a.h"), readIncludes(QStringLiteral("# include \"b.h\"\n")));
-    sources.insert(QStringLiteral("b.h"), readIncludes(QStringLiteral("#include \"c.h\"\n")));
-    sources.insert(QStringLiteral("c.h"), readIncludes(QStringLiteral("#include <QString>\n")));
-    QCOMPARE(headersInCircles(sources), QStringList());
-    sources[QStringLiteral("c.h")].own << QStringLiteral("a.h");
-    QCOMPARE(headersInCircles(sources),
-             QStringList({QStringLiteral("a.h"), QStringLiteral("b.h"), QStringLiteral("c.h")}));
-}
-
-void LayersTest::everyFileBelongsToALayer()
-{
-    QStringList strays;
-    for (const QString &name : m_sources.keys()) {
-        if (m_layers.value(name, -1) < 0)
-            strays << name;
+    for (const QString &name : std::as_const(m_house.order)) {
+        for (const QString &used : m_house.rooms.value(name).uses)
+            QVERIFY2(m_house.order.indexOf(used) >= 0
+                         && m_house.order.indexOf(used) < m_house.order.indexOf(name),
+                     qPrintable(name + u" -> " + used));
     }
-    QCOMPARE(strays, QStringList());
 }
 
-void LayersTest::noEdgeLeadsUpwards()
+void LayersTest::everyFileHasItsRoom()
 {
-    QCOMPARE(upwardEdges(m_sources, m_layers), QStringList());
+    const QStringList files = m_house.roomOf.keys();
+    QCOMPARE(files, QStringList(m_sources.keys()));
 }
 
-void LayersTest::noHeadersFormACircle()
+void LayersTest::noEdgeLeadsOutOfReach()
 {
-    QCOMPARE(headersInCircles(m_sources), QStringList());
+    QCOMPARE(forbiddenEdges(m_sources, m_house), QStringList());
+}
+
+void LayersTest::circlesAreSmall()
+{
+    QCOMPARE(circles(m_sources, largestCircle), QList<QStringList>());
+    QCOMPARE(circlesOfHeaders(m_sources), QList<QStringList>());
 }
 
 // That proves that the header compiles by itself.
@@ -177,8 +243,7 @@ void LayersTest::everySourceBeginsWithItsHeader()
 {
     QStringList found;
     for (auto it = m_sources.begin(); it != m_sources.end(); ++it) {
-        QString header = it.key();
-        header.replace(QStringLiteral(".cpp"), QStringLiteral(".h"));
+        const QString header = stem(it.key()) + u".h"_s;
         if (header != it.key() && m_sources.contains(header) && it->own.value(0) != header)
             found << it.key();
     }
@@ -187,16 +252,16 @@ void LayersTest::everySourceBeginsWithItsHeader()
 
 void LayersTest::noWidgetsBelowTheWindows()
 {
-    const QDir widgets(QLibraryInfo::path(QLibraryInfo::HeadersPath)
-                       + QStringLiteral("/QtWidgets"));
-    QVERIFY(widgets.exists(QStringLiteral("QWidget")));
+    const QDir widgets(QLibraryInfo::path(QLibraryInfo::HeadersPath) + u"/QtWidgets"_s);
+    QVERIFY(widgets.exists(u"QWidget"_s));
     QStringList found;
     for (auto it = m_sources.begin(); it != m_sources.end(); ++it) {
-        if (m_layers.value(it.key()) >= firstLayerWithWidgets)
+        const QString library = m_house.rooms.value(m_house.roomOf.value(it.key())).library;
+        if (library != u"morvane_base" && library != u"morvane_core")
             continue;
         for (const QString &name : it->foreign) {
-            if (name.startsWith(QStringLiteral("QtWidgets")) || widgets.exists(name))
-                found << it.key() + QStringLiteral(" -> ") + name;
+            if (name.startsWith("QtWidgets"_L1) || widgets.exists(name))
+                found << u"%1 -> %2"_s.arg(it.key(), name);
         }
     }
     QCOMPARE(found, QStringList());
@@ -204,7 +269,7 @@ void LayersTest::noWidgetsBelowTheWindows()
 
 void LayersTest::nothingIsLeftToDo()
 {
-    static const QRegularExpression marker(QStringLiteral("\\b(TODO|FIXME|XXX|HACK)\\b"));
+    static const QRegularExpression marker(u"\\b(TODO|FIXME|XXX|HACK)\\b"_s);
     QStringList found;
     for (const QString &name : m_sources.keys()) {
         if (readText(m_folder.filePath(name)).contains(marker))
