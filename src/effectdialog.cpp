@@ -435,8 +435,7 @@ int EffectDialog::surgesLeft(const Creature *creature) const
 
 void EffectDialog::previewTarget(Creature *target, Creature *origin, int action)
 {
-    const Health before = target->health();
-    Health after = afterDamage(before, damage());
+    Health after = afterDamage(target->health(), damage());
     const int heal = healingFor(target);
     if (heal != 0 || surgeChange() != 0)
         after = afterHealing(after, heal, -surgeChange());
@@ -449,24 +448,17 @@ void EffectDialog::previewTarget(Creature *target, Creature *origin, int action)
         after = afterHealing(after, target->hsValue(), 1);
     if (action == GainHealingSurge && isOrigin)
         after = afterHealing(after, 0, -1);
-    m_preview->show(target, saturatedDifference(after.hp, before.hp),
-                    saturatedDifference(after.tempHP, before.tempHP),
-                    saturatedDifference(after.surges, before.surges),
-                    action == UseActionPoint && isOrigin ? -1 : 0);
+    m_preview->show(target, after, action == UseActionPoint && isOrigin ? -1 : 0);
 }
 
 void EffectDialog::previewOrigin(Creature *origin, int action)
 {
-    const int hp = origin->currHP();
-    const auto healed = [hp](int healing) {
-        return saturatedDifference(afterHealing({hp}, healing, 0).hp, hp);
-    };
-    if (action == SecondWind && origin->currHS() > 0)
-        m_preview->show(origin, healed(origin->hsValue()), 0, -1, 0);
+    Health after = origin->health();
+    if (action == SecondWind && after.surges > 0)
+        after = afterHealing(after, origin->hsValue(), 1);
     else if (action == GainHealingSurge)
-        m_preview->show(origin, healed(0), 0, 1, 0);
-    else if (action == UseActionPoint)
-        m_preview->show(origin, 0, 0, 0, -1);
+        after = afterHealing(after, 0, -1);
+    m_preview->show(origin, after, action == UseActionPoint ? -1 : 0);
 }
 
 #include "moc_effectdialog.cpp"

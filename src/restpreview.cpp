@@ -3,18 +3,30 @@
 #include <algorithm>
 #include <utility>
 
+#include "saturated.h"
+
 RestPreview::~RestPreview()
 {
     clear();
 }
 
-void RestPreview::show(Creature *creature, int hp, int tempHP, int surges, int actionPoints)
+void RestPreview::show(Creature *creature, const Health &after, int actionPoints)
 {
     const auto isIt = [creature](const Shown &shown) { return shown.creature == creature; };
     if (std::none_of(m_shown.cbegin(), m_shown.cend(), isIt))
         m_shown << Shown {creature, creature->isStable()};
-    creature->setRestAdditions(hp, tempHP, surges);
+    const Health before = real(creature);
+    creature->setRestAdditions(saturatedDifference(after.hp, before.hp),
+                               saturatedDifference(after.tempHP, before.tempHP),
+                               saturatedDifference(after.surges, before.surges));
     creature->setRestAP(actionPoints);
+}
+
+Health RestPreview::real(const Creature *creature)
+{
+    return {saturatedDifference(creature->currHP(), creature->restHP()),
+            saturatedDifference(creature->tempHP(), creature->restTempHP()),
+            saturatedDifference(creature->currHS(), creature->restHS())};
 }
 
 void RestPreview::clear()

@@ -15,9 +15,12 @@ public:
     RestPreview(const RestPreview &) = delete;
     RestPreview &operator=(const RestPreview &) = delete;
 
-    // Adds these to what the creature really has, in place of what was shown on it before.
-    void show(Creature *creature, int hp, int tempHP, int surges, int actionPoints);
+    // Shows this health in place of what the creature has or showed before, and `actionPoints` more
+    // than it has.
+    void show(Creature *creature, const Health &after, int actionPoints);
     void clear();
+    // What the creature has without any preview.
+    static Health real(const Creature *creature);
 
 private:
     struct Shown {

@@ -10,8 +10,8 @@
 #include <QSpinBox>
 
 #include "encounter.h"
+#include "outcome.h"
 #include "readablecolours.h"
-#include "saturated.h"
 #include "smallwidgets.h"
 #include "terms.h"
 #include "text.h"
@@ -135,16 +135,14 @@ void ShortRestDialog::onRestValueChanged()
     for (const Row &row : std::as_const(m_rows)) {
         if (!row.creature)
             continue;
-        Creature &creature = *row.creature;
-        const CreatureVitality live = creature.liveVitality();
-        const int used = qMin(row.surgeBox->value(), qMax(0, live.currHS));
-        const int healing = surgeHealing(used, creature.hsValue(), row.hpBox->value());
+        Health after = RestPreview::real(row.creature);
+        const int used = qMin(row.surgeBox->value(), qMax(0, after.surges));
+        const int extra = row.hpBox->value();
         // Healing counts from 0, but without any the character stays where it is.
-        const bool isHealed = used != 0 || row.hpBox->value() != 0;
-        const int total = isHealed ? afterHealing({live.currHP}, healing, used).hp : live.currHP;
-        m_preview.show(&creature, saturatedDifference(total, live.currHP), 0, -used,
-                       m_grantBox->isChecked() ? 1 : 0);
-        row.totalLabel->setText(tr("= %1").arg(total));
+        if (used != 0 || extra != 0)
+            after = afterHealing(after, surgeHealing(used, row.creature->hsValue(), extra), used);
+        m_preview.show(row.creature, after, m_grantBox->isChecked() ? 1 : 0);
+        row.totalLabel->setText(tr("= %1").arg(after.hp));
         showStatus(row);
     }
 }

@@ -136,9 +136,9 @@ void TestFlatDialog::previewTakesItselfAway()
     const QList<CreatureState> before {aria->state(), rat->state()};
     {
         RestPreview preview;
-        preview.show(aria, 10, 2, -1, 1);
-        preview.show(aria, 9, 2, -1, 1); // in place of the other
-        preview.show(rat, -5, 0, 0, 0);
+        preview.show(aria, {7, 2, 4}, 1);
+        preview.show(aria, {6, 2, 4}, 1); // in place of the other
+        preview.show(rat, {15, 0, 0}, 0);
         QCOMPARE(aria->currHP(), 6);
         QCOMPARE(rat->currHP(), 15);
     }
