@@ -14,4 +14,9 @@ codespell --ignore-words .codespell-keep --quiet-level 2 \
 for file in packaging/*.desktop; do desktop-file-validate "$file"; done
 for file in packaging/*.metainfo.xml; do appstreamcli validate --no-net "$file" >/dev/null; done
 
+tools/scripts/drawrooms.py | diff -q - docs/rooms.svg >/dev/null || {
+  echo "docs/rooms.svg isn't the rooms of src/CMakeLists.txt: run tools/scripts/drawrooms.py" >&2
+  exit 1
+}
+
 bash -n run.sh test.sh .ci/run tools/scripts/*.sh
