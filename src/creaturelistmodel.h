@@ -72,6 +72,7 @@ public Q_SLOTS:
     void onCreatureInListUpdated();
 
 private:
+    // --- columns and cells (creaturelistcolumns.cpp) ---
     struct ColumnSettings;
     static const ColumnSettings columns[];
 
@@ -90,6 +91,8 @@ private:
     void placeColumns();
     void showColumn(int column, bool show);
     void writeSettings();
+
+    // --- view and clicks ---
     void connectEncounter();
     void connectView();
     void reportSelection();
