@@ -6,6 +6,17 @@
 #include "history.h"
 #include "outsidechanges.h"
 
+// Makes the event, whose last argument is the stream, and applies it; of an event without arguments
+// a new one. For what changed outside the history: commands call appendEvent().
+template <typename EventClass, typename... Arguments>
+void appendTo(ObjectStream *stream, Arguments &&...arguments)
+{
+    if constexpr (sizeof...(arguments) == 0)
+        theHistory->doEvent(new EventClass(stream, false));
+    else
+        theHistory->doEvent(new EventClass(std::forward<Arguments>(arguments)..., stream));
+}
+
 // The log, behind the records of what changed outside the history. Null when the log can't be
 // written, of which the user has been told: a command then stops.
 inline ObjectStream *streamForEvent()
@@ -16,17 +27,13 @@ inline ObjectStream *streamForEvent()
     return stream;
 }
 
-// Makes the event, whose last argument is the stream, and applies it; of an event without arguments
-// a new one. False when the log can't be written: nothing has happened then.
+// A command's event, of those arguments. False when the log can't be written: nothing has happened
+// then.
 template <typename EventClass, typename... Arguments>
 bool appendEvent(Arguments &&...arguments)
 {
     ObjectStream *stream = streamForEvent();
-    if (!stream)
-        return false;
-    if constexpr (sizeof...(arguments) == 0)
-        theHistory->doEvent(new EventClass(stream, false));
-    else
-        theHistory->doEvent(new EventClass(std::forward<Arguments>(arguments)..., stream));
-    return true;
+    if (stream)
+        appendTo<EventClass>(stream, std::forward<Arguments>(arguments)...);
+    return stream != nullptr;
 }

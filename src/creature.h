@@ -108,7 +108,7 @@ public:
     // The key name stands for a text that could not be read.
     bool isInvalid() const;
     void setPortrait(const QString &path);
-    // --- the file it is imported from (creatureimport.cpp) ---
+    // --- the file it is imported from (creaturelink.cpp) ---
     // Takes what the import file states, and a free name if it states another. False, and nothing
     // changed, when the file can't be read. A relative path stands in "Characters".
     bool refreshFromImport(const QString &path);

@@ -1,8 +1,8 @@
 #include "outsidechanges.h"
 
+#include "appendevent.h"
 #include "creature.h"
 #include "encounter.h"
-#include "history.h"
 #include "rosterevents.h"
 #include "vitalityevents.h"
 
@@ -22,12 +22,12 @@ void logOutsideChanges(Creature *creature, ObjectStream *stream)
     // must know of that name. Without a name before, no log names the creature.
     const QString before = creature->nameBefore();
     if (!before.isEmpty() && before != creature->name()) {
-        theHistory->doEvent(new RenameCreatureEvent(nameInLog(creature, before),
-                                                    nameInLog(creature, creature->name()), stream));
+        appendTo<RenameCreatureEvent>(stream, nameInLog(creature, before),
+                                      nameInLog(creature, creature->name()));
     }
     const CreatureVitality vitality = creature->liveVitality();
     if (!(vitality == creature->shadowVitality()))
-        theHistory->doEvent(new SetVitalityEvent(vitality, stream));
+        appendTo<SetVitalityEvent>(stream, vitality);
 }
 
 } // namespace
