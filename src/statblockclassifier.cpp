@@ -279,9 +279,10 @@ int StatBlockClassifier::headerMarks(const StatBlockLine &line)
     // What follows the name has to say that it is one: behind such a mark stands any text.
     const NameEnd name = nameEnd(line, marks, 1);
     const int next = line.kindAt(name.end);
-    const bool tellsUsage = next == TokenKind::OpenBracket || TokenKind::isUsageWord(next)
-        || TokenKind::isBulletOrStar(next);
-    return name.isHeader && tellsUsage ? marks : 0;
+    const bool tellsUsage = next == TokenKind::OpenBracket || TokenKind::isUsageWord(next);
+    const bool tellsUsageBehindBullet =
+        TokenKind::isBulletOrStar(next) && TokenKind::isUsageWord(line.kindAt(name.end + 1));
+    return (name.isHeader && tellsUsage) || tellsUsageBehindBullet ? marks : 0;
 }
 
 LineKind::Code StatBlockClassifier::trapActionKind(const StatBlockLine &line)

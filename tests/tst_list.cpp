@@ -60,6 +60,7 @@ private Q_SLOTS:
     void showsTheLatestEvent();
 
     void mapsColoursForADarkPalette();
+    void centresTextOnDemand();
     void fillsTheBar_data();
     void fillsTheBar();
 
@@ -760,6 +761,33 @@ void TestList::mapsColoursForADarkPalette()
     const QString mapped = readableColours(html, dark);
     QVERIFY(!mapped.contains(QLatin1String("color=blue")));
     QVERIFY(mapped.contains(QLatin1String(">blue</font></b>")));
+}
+
+// From the cell's corner, or in the middle both ways.
+void TestList::centresTextOnDemand()
+{
+    setRoster(1);
+    const auto inkOf = [this](bool centre) {
+        QImage image(200, 80, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QStyleOptionViewItem cell;
+        cell.rect = image.rect();
+        cell.palette = QPalette(Qt::black, Qt::white);
+        QPainter painter(&image);
+        RichTextDelegate(false, true, centre)
+            .paint(&painter, cell, m_model->index(0, CreatureListModel::NameColumn));
+        painter.end();
+        QRect ink;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                if (image.pixelColor(x, y) != Qt::white)
+                    ink |= QRect(x, y, 1, 1);
+        return ink;
+    };
+    const QRect corner = inkOf(false);
+    const QRect middle = inkOf(true);
+    QVERIFY(!corner.isEmpty() && corner.left() < 20 && corner.bottom() < 40);
+    QVERIFY(QRect(80, 30, 40, 20).contains(middle.center()));
 }
 
 void TestList::fillsTheBar_data()

@@ -369,9 +369,12 @@ void TestPickDialogs::addsToARunningEncounter()
         QCOMPARE(buttons(dialog), QStringLiteral("Add, Add All*, Cancel*"));
         auto *aria = dialog.findChild<QCheckBox *>(QStringLiteral("character:Aria"));
         QVERIFY(aria->isChecked() && !aria->isEnabled());
+        dialog.findChild<QCheckBox *>(QStringLiteral("character:Borin"))->click();
+        QTRY_VERIFY(showsInPanel("Borin"));
         press(dialog, QStringLiteral("Add All"));
     });
     QCOMPARE(dialog.exec(), 1);
+    QTRY_VERIFY(showsInPanel("Aria")); // whose turn it still is
     QCOMPARE(dialog.selectedCharacters().names(), QStringLiteral("Borin"));
 }
 

@@ -79,6 +79,15 @@ void ShortRestTest::asksForTheLivingCharacters()
         QCOMPARE(titles, QStringList({"Aria", "Bram && Son"}));
         QCOMPARE(text(dialog, "totalLabel:Aria"), QStringLiteral("= 0"));
         QCOMPARE(in<QSpinBox>(dialog, "surgeBox:Aria")->maximum(), 8);
+        // What a surge gives stands at the top of its line.
+        const QRect box = in<QSpinBox>(dialog, "hpBox:Aria")->geometry();
+        const QList<QLabel *> labels = dialog.findChildren<QLabel *>();
+        const auto value = std::find_if(labels.begin(), labels.end(), [](const QLabel *label) {
+            return label->text().startsWith(QLatin1String(" x "));
+        });
+        QVERIFY(value != labels.end());
+        QCOMPARE((*value)->geometry().top(), box.top());
+        QVERIFY((*value)->geometry().bottom() < box.bottom());
         QCOMPARE(in<QSpinBox>(dialog, "surgeBox:Bram & Son")->maximum(), 0);
         dialog.reject();
     });
