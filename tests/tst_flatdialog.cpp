@@ -1,6 +1,7 @@
 // The dialog inside the main window: its loop, its keys, and what can happen while it runs.
 // links: morvane_ui
 #include <QCheckBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
 #include <QScrollBar>
@@ -119,6 +120,12 @@ void TestFlatDialog::takesTheListsPlace()
         QVERIFY(dialog.isVisible());
         QVERIFY(dialog.edit->hasFocus());
         QCOMPARE(m_fixture->window().activeDialog(), &dialog);
+        const QList<QLabel *> labels = table->parentWidget()->findChildren<QLabel *>();
+        const auto title = std::find_if(labels.begin(), labels.end(), [](const QLabel *label) {
+            return label->text().contains(QLatin1String("Numbers"));
+        });
+        QVERIFY(title != labels.end());
+        QCOMPARE((*title)->alignment(), Qt::AlignRight | Qt::AlignVCenter);
         dialog.accept();
     });
     dialog.exec();

@@ -3,6 +3,7 @@
 // everything is due that a turn can raise.
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLineEdit>
 
 #include "effect.h"
 #include "effectevents.h"
@@ -26,6 +27,7 @@ private Q_SLOTS:
     void jumperIsAskedFor_data();
     void jumperIsAskedFor();
     void newcomersJoinBehindTheCurrentCreature();
+    void comesBackAsNew();
     void tooNewLogStopsEveryCommand();
 
 private:
@@ -337,6 +339,31 @@ void TurnOrderTest::newcomersJoinBehindTheCurrentCreature()
     QCOMPARE(theEncounter->at(1)->alias(), QStringLiteral("Gnawer"));
     QVERIFY(theEncounter->at(2)->isHidden());
     QCOMPARE(theEncounter->at(2)->initRoll(), 17);
+}
+
+void TurnOrderTest::comesBackAsNew()
+{
+    run(QStringLiteral("hit Rat 5"));
+    const auto comeBack = [this] {
+        m_fight->window().removeCreatures({m_rat});
+        const int before = theHistory->eventCount();
+        Answer pick(inFlatDialog<FlatDialog>([](FlatDialog &dialog) {
+            dialog.findChild<QTableView *>()->selectRow(1);
+            dialog.findChild<QLineEdit *>(QStringLiteral("monsterIdEdit"))
+                ->setText(QStringLiteral("A"));
+            buttonWithText(dialog, QStringLiteral("Add"))->click();
+        }));
+        Answer roll(rollInitiative({17}));
+        m_fight->action("addMonster")->trigger();
+        return FightFixture::eventClasses(before);
+    };
+    const QStringList arrival {QStringLiteral("AddMonster")};
+    const QStringList renewal = QStringList {QStringLiteral("ExtendedRest")}
+        + QStringList(5, QStringLiteral("RemoveOnGoing"))
+        + QStringList(4, QStringLiteral("PowerUsageChanged"));
+    QCOMPARE(comeBack(), arrival + renewal);
+    QVERIFY(theEncounter->contains(m_rat));
+    QCOMPARE(comeBack(), arrival); // as new as it was
 }
 
 void TurnOrderTest::tooNewLogStopsEveryCommand()
