@@ -192,6 +192,8 @@ void LogLockTest::init()
 
 void LogLockTest::cleanup()
 {
+    if (QTest::currentTestFailed())
+        qInfo("--seed %u", RandomTest::seed());
     m_fight.reset();
     dataReadOnly = false;
 }

@@ -268,7 +268,7 @@ void TestMonkey::plays()
     if (demo)
         copyDemoData(fixture.folder);
     {
-        Monkey monkey(RandomTest::seed(), RandomTest::count(1500));
+        Monkey monkey(RandomTest::seed(), RandomTest::count(20000));
         QDesktopServices::setUrlHandler(QStringLiteral("https"), &monkey, "openLink");
         fixture.open();
         while (!monkey.isDone()) {
