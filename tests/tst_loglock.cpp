@@ -344,7 +344,7 @@ void LogLockTest::lockThatWentIsNotAnothers()
 void LogLockTest::firstFightStaysByteForByte()
 {
     QRandomGenerator chance(RandomTest::seed());
-    for (int i = 0; i < Tries; ++i) {
+    for (int i = 0; i < RandomTest::count(Tries); ++i) {
         const uint seed = chance.generate();
         QFile::remove(m_fight->folder.file(u"history.log"_s));
         FirstProgram first(m_fight->folder.path(), memory(), seed);
