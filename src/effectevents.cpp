@@ -2,11 +2,8 @@
 
 #include "creature.h"
 #include "effect.h"
-#include "findcreature.h"
-#include "objectstream.h"
 #include "power.h"
 #include "saturated.h"
-#include "streamrecords.h"
 #include "terms.h"
 #include "text.h"
 
@@ -22,24 +19,26 @@ constexpr SignedType ongoingPair {EffectType::OngoingDamage, EffectType::Regener
 constexpr SignedType modifierPair {EffectType::Penalty, EffectType::Bonus};
 constexpr SignedType resistPair {EffectType::Vulnerable, EffectType::Resist};
 
-struct TypeAndAmount {
-    int type;
-    int amount;
-};
-
-TypeAndAmount bySign(const SignedType &pair, int amount)
+EffectKind bySign(const SignedType &pair, int amount)
 {
     const int magnitude = amount < 0 ? saturatedDifference(0, amount) : amount;
-    return {amount < 0 ? pair.negative : pair.other, magnitude};
+    return {amount < 0 ? pair.negative : pair.other, magnitude, {}};
 }
 
-TypeAndAmount bySign(int type, int amount)
+EffectKind bySign(int type, int amount)
 {
     if (type == ongoingPair.negative)
         return bySign(ongoingPair, amount);
     if (type == resistPair.negative)
         return bySign(resistPair, amount);
-    return {type, amount};
+    return {type, amount, {}};
+}
+
+EffectKind modifierBySign(int amount, const EffectedAttributes &attributes)
+{
+    EffectKind kind = bySign(modifierPair, amount);
+    kind.attributes = attributes;
+    return kind;
 }
 
 } // namespace
@@ -47,90 +46,59 @@ TypeAndAmount bySign(int type, int amount)
 // --- EffectEvent ---
 
 EffectEvent::EffectEvent(Creature *source, const QList<Creature *> &targets, const QString &text,
-                         int endCondition, int effectType, ObjectStream *stream)
-    : Event(EventType::Effect)
+                         int endCondition, int effectType, const EventRecord &record)
+    : EffectEvent(EventType::Effect, source, targets, text, endCondition, {effectType, 0, {}},
+                  record)
 {
-    init(m_type, source, targets, effectType, text, endCondition, 0, {}, stream);
 }
 
 EffectEvent::EffectEvent(Creature *source, const QList<Creature *> &targets, const QString &text,
                          int endCondition, int amount, const EffectedAttributes &attributes,
-                         ObjectStream *stream)
-    : Event(EventType::Effect)
+                         const EventRecord &record)
+    : EffectEvent(EventType::Effect, source, targets, text, endCondition,
+                  modifierBySign(amount, attributes), record)
 {
-    const TypeAndAmount what = bySign(modifierPair, amount);
-    init(m_type, source, targets, what.type, text, endCondition, what.amount, attributes, stream);
 }
 
 EffectEvent::EffectEvent(Creature *source, const QList<Creature *> &targets, const QString &text,
-                         int endCondition, int effectType, int amount, ObjectStream *stream)
-    : Event(EventType::Effect)
+                         int endCondition, int effectType, int amount, const EventRecord &record)
+    : EffectEvent(EventType::Effect, source, targets, text, endCondition,
+                  bySign(effectType, amount), record)
 {
-    const TypeAndAmount what = bySign(effectType, amount);
-    init(m_type, source, targets, what.type, text, endCondition, what.amount, {}, stream);
 }
 
-EffectEvent::EffectEvent(ObjectStream *stream) : Event(EventType::Effect)
+EffectEvent::EffectEvent(EventType::Code type, Creature *source, const QList<Creature *> &targets,
+                         const QString &text, int endCondition, const EffectKind &kind,
+                         const EventRecord &record)
+    : Event(type, record), m_source(source), m_targets(targets), m_kind(kind),
+      m_endCondition(endCondition), m_text(text)
 {
-    read(stream);
-}
-
-EffectEvent::EffectEvent(EventType::Code type) : Event(type) { }
-
-EffectEvent::~EffectEvent() = default;
-
-void EffectEvent::init(int eventType, Creature *source, const QList<Creature *> &targets,
-                       int effectType, const QString &text, int endCondition, int amount,
-                       const EffectedAttributes &attributes, ObjectStream *stream)
-{
-    m_type = EventType::Code(eventType);
-    if (stream) {
-        beginWriting(stream);
-        writeCreature(stream, source);
-        writeCreatureList(stream, targets);
-        stream->writeInt(ID_EFFECT_EVENT_TYPE, effectType);
-        stream->writeInt(ID_EFFECT_EVENT_EC, endCondition);
-        if (!text.isEmpty())
-            stream->writeString(ID_EFFECT_EVENT_TEXT, text);
-        stream->writeInt(ID_EFFECT_EVENT_AMOUNT, amount);
-        writeAttributes(stream, attributes);
-        endWriting(stream, ID_EFFECT_EVENT_END);
-    }
-    m_source = source;
-    m_targets = withoutNull(targets);
-    m_effectType = effectType;
-    m_endCondition = endCondition;
-    m_text = text;
-    m_amount = amount;
-    m_attributes = attributes;
-    m_visible = isCharacter(source);
+    record.field(m_source);
+    record.field(m_targets);
+    record.field(ID_EFFECT_EVENT_TYPE, m_kind.type);
+    record.field(ID_EFFECT_EVENT_EC, m_endCondition);
+    if (record.has(ID_EFFECT_EVENT_TEXT, !m_text.isEmpty()))
+        record.field(ID_EFFECT_EVENT_TEXT, m_text);
+    record.field(ID_EFFECT_EVENT_AMOUNT, m_kind.amount);
+    record.field(m_kind.attributes);
+    close(record, ID_EFFECT_EVENT_END);
+    m_targets.removeAll(nullptr);
+    m_visible = isCharacter(m_source);
     for (Creature *target : std::as_const(m_targets)) {
-        m_effects.push_back(std::make_unique<Effect>(source, target, effectType, endCondition, text,
-                                                     amount, attributes));
+        m_effects.push_back(std::make_unique<Effect>(m_source, target, m_kind.type, m_endCondition,
+                                                     m_text, m_kind.amount, m_kind.attributes));
         m_visible = m_visible || isCharacter(target);
     }
 }
 
-void EffectEvent::read(ObjectStream *stream)
-{
-    Creature *source = readCreature(stream);
-    const QList<Creature *> targets = readCreatureList(stream);
-    const int effectType = stream->readInt(ID_EFFECT_EVENT_TYPE);
-    const int endCondition = stream->readInt(ID_EFFECT_EVENT_EC);
-    QString text;
-    if (stream->nextIs(ID_EFFECT_EVENT_TEXT))
-        text = stream->readString(ID_EFFECT_EVENT_TEXT);
-    const int amount = stream->readInt(ID_EFFECT_EVENT_AMOUNT);
-    const EffectedAttributes attributes = readAttributes(stream);
-    endReading(stream, ID_EFFECT_EVENT_END);
-    init(m_type, source, targets, effectType, text, endCondition, amount, attributes, nullptr);
-}
+EffectEvent::~EffectEvent() = default;
 
 QString EffectEvent::text() const
 {
-    const QString origin = Effect::showsOrigin(m_effectType) ? arrowPrefix(m_source) : QString();
+    const QString origin = Effect::showsOrigin(m_kind.type) ? arrowPrefix(m_source) : QString();
     // The origin stands in front, so that the description doesn't name it again.
-    const QString what = Effect::describe(nullptr, m_effectType, m_text, m_amount, m_attributes);
+    const QString what =
+        Effect::describe(nullptr, m_kind.type, m_text, m_kind.amount, m_kind.attributes);
     return origin + tr("%1: ").arg(what) + displayNames(m_targets);
 }
 
@@ -148,16 +116,10 @@ void EffectEvent::undo()
 
 // --- TotalDefenseEvent ---
 
-TotalDefenseEvent::TotalDefenseEvent(Creature *creature, ObjectStream *stream)
-    : EffectEvent(EventType::TotalDefense)
+TotalDefenseEvent::TotalDefenseEvent(Creature *creature, const EventRecord &record)
+    : EffectEvent(EventType::TotalDefense, nullptr, {creature}, QString(),
+                  EffectEnd::StartOfTargetsTurn, {EffectType::TotalDefence, 0, {}}, record)
 {
-    init(m_type, nullptr, {creature}, EffectType::TotalDefence, QString(),
-         EffectEnd::StartOfTargetsTurn, 0, {}, stream);
-}
-
-TotalDefenseEvent::TotalDefenseEvent(ObjectStream *stream) : EffectEvent(EventType::TotalDefense)
-{
-    read(stream);
 }
 
 QString TotalDefenseEvent::text() const
@@ -167,44 +129,23 @@ QString TotalDefenseEvent::text() const
 
 // --- RemoveOnGoingEvent ---
 
-RemoveOnGoingEvent::RemoveOnGoingEvent(Creature *creature, Effect *effect, ObjectStream *stream)
-    : RemoveOnGoingEvent(EventType::RemoveOnGoing, creature, effect, stream)
-{
-}
-
-RemoveOnGoingEvent::RemoveOnGoingEvent(ObjectStream *stream)
-    : RemoveOnGoingEvent(EventType::RemoveOnGoing, stream)
+RemoveOnGoingEvent::RemoveOnGoingEvent(Creature *creature, Effect *effect,
+                                       const EventRecord &record)
+    : RemoveOnGoingEvent(EventType::RemoveOnGoing, creature, effect, record)
 {
 }
 
 RemoveOnGoingEvent::RemoveOnGoingEvent(EventType::Code type, Creature *creature, Effect *effect,
-                                       ObjectStream *stream)
-    : Event(type)
+                                       const EventRecord &record)
+    : Event(type, record), m_creature(creature), m_effect(effect)
 {
-    init(type, creature, effect, stream);
-}
-
-RemoveOnGoingEvent::RemoveOnGoingEvent(EventType::Code type, ObjectStream *stream) : Event(type)
-{
-    Creature *creature = readCreature(stream);
-    const int index = stream->readInt(ID_ONGOING_EVENT_EFFECT);
-    endReading(stream, ID_ONGOING_EVENT_END);
-    init(type, creature, creature ? creature->effectAt(index) : nullptr, nullptr);
-}
-
-void RemoveOnGoingEvent::init(int eventType, Creature *creature, Effect *effect,
-                              ObjectStream *stream)
-{
-    m_type = EventType::Code(eventType);
-    if (stream) {
-        beginWriting(stream);
-        writeCreature(stream, creature);
-        stream->writeInt(ID_ONGOING_EVENT_EFFECT, creature ? creature->indexOfEffect(effect) : -1);
-        endWriting(stream, ID_ONGOING_EVENT_END);
-    }
-    m_creature = creature;
-    m_effect = effect;
-    m_visible = effect && (isCharacter(effect->origin()) || isCharacter(effect->target()));
+    int index = creature ? creature->indexOfEffect(effect) : -1;
+    record.field(m_creature);
+    record.field(ID_ONGOING_EVENT_EFFECT, index);
+    close(record, ID_ONGOING_EVENT_END);
+    if (record.isReading())
+        m_effect = m_creature ? m_creature->effectAt(index) : nullptr;
+    m_visible = m_effect && (isCharacter(m_effect->origin()) || isCharacter(m_effect->target()));
 }
 
 QString RemoveOnGoingEvent::conditionText() const
@@ -232,13 +173,8 @@ void RemoveOnGoingEvent::undo()
 // --- its subclasses ---
 
 RemoveAtEndOfTurnEvent::RemoveAtEndOfTurnEvent(Creature *creature, Effect *effect,
-                                               ObjectStream *stream)
-    : RemoveOnGoingEvent(EventType::RemoveAtEndOfTurn, creature, effect, stream)
-{
-}
-
-RemoveAtEndOfTurnEvent::RemoveAtEndOfTurnEvent(ObjectStream *stream)
-    : RemoveOnGoingEvent(EventType::RemoveAtEndOfTurn, stream)
+                                               const EventRecord &record)
+    : RemoveOnGoingEvent(EventType::RemoveAtEndOfTurn, creature, effect, record)
 {
 }
 
@@ -248,13 +184,8 @@ QString RemoveAtEndOfTurnEvent::text() const
 }
 
 RemoveAtStartOfTurnEvent::RemoveAtStartOfTurnEvent(Creature *creature, Effect *effect,
-                                                   ObjectStream *stream)
-    : RemoveOnGoingEvent(EventType::RemoveAtStartOfTurn, creature, effect, stream)
-{
-}
-
-RemoveAtStartOfTurnEvent::RemoveAtStartOfTurnEvent(ObjectStream *stream)
-    : RemoveOnGoingEvent(EventType::RemoveAtStartOfTurn, stream)
+                                                   const EventRecord &record)
+    : RemoveOnGoingEvent(EventType::RemoveAtStartOfTurn, creature, effect, record)
 {
 }
 
@@ -263,13 +194,8 @@ QString RemoveAtStartOfTurnEvent::text() const
     return tr("Start of Turn: Remove ") + conditionText();
 }
 
-RemoveOnSaveEvent::RemoveOnSaveEvent(Creature *creature, Effect *effect, ObjectStream *stream)
-    : RemoveOnGoingEvent(EventType::RemoveOnSave, creature, effect, stream)
-{
-}
-
-RemoveOnSaveEvent::RemoveOnSaveEvent(ObjectStream *stream)
-    : RemoveOnGoingEvent(EventType::RemoveOnSave, stream)
+RemoveOnSaveEvent::RemoveOnSaveEvent(Creature *creature, Effect *effect, const EventRecord &record)
+    : RemoveOnGoingEvent(EventType::RemoveOnSave, creature, effect, record)
 {
 }
 
@@ -279,13 +205,8 @@ QString RemoveOnSaveEvent::text() const
 }
 
 RemoveAtEndOfEncounterEvent::RemoveAtEndOfEncounterEvent(Creature *creature, Effect *effect,
-                                                         ObjectStream *stream)
-    : RemoveOnGoingEvent(EventType::RemoveAtEndOfEncounter, creature, effect, stream)
-{
-}
-
-RemoveAtEndOfEncounterEvent::RemoveAtEndOfEncounterEvent(ObjectStream *stream)
-    : RemoveOnGoingEvent(EventType::RemoveAtEndOfEncounter, stream)
+                                                         const EventRecord &record)
+    : RemoveOnGoingEvent(EventType::RemoveAtEndOfEncounter, creature, effect, record)
 {
 }
 
@@ -297,31 +218,15 @@ QString RemoveAtEndOfEncounterEvent::text() const
 // --- PowerUsageChangedEvent ---
 
 PowerUsageChangedEvent::PowerUsageChangedEvent(Creature *creature, Power *power, int usage,
-                                               ObjectStream *stream)
-    : Event(EventType::PowerUsageChanged), m_creature(creature),
+                                               const EventRecord &record)
+    : Event(EventType::PowerUsageChanged, record), m_creature(creature),
       m_powerName(power ? power->name : QString()), m_usage(usage)
 {
-    beginWriting(stream);
-    stream->writeString(ID_POWER_EVENT_CREATURE, displayNameOf(creature));
-    stream->writeString(ID_POWER_EVENT_POWER, m_powerName);
-    stream->writeInt(ID_POWER_EVENT_USAGE, usage);
-    endWriting(stream, ID_EVENT_END);
-    capture();
-}
-
-PowerUsageChangedEvent::PowerUsageChangedEvent(ObjectStream *stream)
-    : Event(EventType::PowerUsageChanged)
-{
-    m_creature = findCreature(stream->readString(ID_POWER_EVENT_CREATURE), true);
-    m_powerName = stream->readString(ID_POWER_EVENT_POWER);
-    m_usage = stream->readInt(ID_POWER_EVENT_USAGE);
-    endReading(stream, ID_EVENT_END);
-    capture();
-}
-
-void PowerUsageChangedEvent::capture()
-{
-    if (const Power *found = power())
+    record.field(ID_POWER_EVENT_CREATURE, m_creature);
+    record.field(ID_POWER_EVENT_POWER, m_powerName);
+    record.field(ID_POWER_EVENT_USAGE, m_usage);
+    close(record, ID_EVENT_END);
+    if (const Power *found = this->power())
         m_oldState = found->usageState;
 }
 

@@ -10,6 +10,13 @@
 class Effect;
 struct Power;
 
+// What an effect does, in the form of the record.
+struct EffectKind {
+    int type = 0;
+    int amount = 0;
+    EffectedAttributes attributes;
+};
+
 // Owns the effects that it made, one for each target, whether or not they stand on it just then.
 class EffectEvent : public Event {
     Q_OBJECT
@@ -18,13 +25,16 @@ public:
     // `source` may be null. The sign of `amount` chooses between the two types of a pair: negative
     // is a penalty, ongoing damage or vulnerability, other is a bonus, regeneration or resistance.
     EffectEvent(Creature *source, const QList<Creature *> &targets, const QString &text,
-                int endCondition, int effectType, ObjectStream *stream);
+                int endCondition, int effectType, const EventRecord &record);
     EffectEvent(Creature *source, const QList<Creature *> &targets, const QString &text,
                 int endCondition, int amount, const EffectedAttributes &attributes,
-                ObjectStream *stream);
+                const EventRecord &record);
     EffectEvent(Creature *source, const QList<Creature *> &targets, const QString &text,
-                int endCondition, int effectType, int amount, ObjectStream *stream);
-    explicit EffectEvent(ObjectStream *stream);
+                int endCondition, int effectType, int amount, const EventRecord &record);
+    explicit EffectEvent(ObjectStream *stream)
+        : EffectEvent(EventType::Effect, nullptr, {}, QString(), 0, {}, reading(stream))
+    {
+    }
     ~EffectEvent() override;
 
     QString text() const override;
@@ -32,21 +42,15 @@ public:
     void undo() override;
 
 protected:
-    explicit EffectEvent(EventType::Code type);
-
-    // Writes the record, unless `stream` is null, and makes the effects.
-    virtual void init(int eventType, Creature *source, const QList<Creature *> &targets,
-                      int effectType, const QString &text, int endCondition, int amount,
-                      const EffectedAttributes &attributes, ObjectStream *stream);
-    void read(ObjectStream *stream);
+    EffectEvent(EventType::Code type, Creature *source, const QList<Creature *> &targets,
+                const QString &text, int endCondition, const EffectKind &kind,
+                const EventRecord &record);
 
     Creature *m_source = nullptr;
     QList<Creature *> m_targets;
-    int m_effectType = 0;
+    EffectKind m_kind;
     int m_endCondition = 0;
     QString m_text;
-    int m_amount = 0;
-    EffectedAttributes m_attributes;
     std::vector<std::unique_ptr<Effect>> m_effects;
 };
 
@@ -54,8 +58,10 @@ class TotalDefenseEvent : public EffectEvent {
     Q_OBJECT
 
 public:
-    TotalDefenseEvent(Creature *creature, ObjectStream *stream);
-    explicit TotalDefenseEvent(ObjectStream *stream);
+    TotalDefenseEvent(Creature *creature, const EventRecord &record);
+    explicit TotalDefenseEvent(ObjectStream *stream) : TotalDefenseEvent(nullptr, reading(stream))
+    {
+    }
 
     QString text() const override;
     bool isVisibleToPlayers() const override { return true; }
@@ -67,8 +73,11 @@ class RemoveOnGoingEvent : public Event {
     Q_OBJECT
 
 public:
-    RemoveOnGoingEvent(Creature *creature, Effect *effect, ObjectStream *stream);
-    explicit RemoveOnGoingEvent(ObjectStream *stream);
+    RemoveOnGoingEvent(Creature *creature, Effect *effect, const EventRecord &record);
+    explicit RemoveOnGoingEvent(ObjectStream *stream)
+        : RemoveOnGoingEvent(nullptr, nullptr, reading(stream))
+    {
+    }
 
     QString text() const override;
     void redo() override;
@@ -76,11 +85,7 @@ public:
 
 protected:
     RemoveOnGoingEvent(EventType::Code type, Creature *creature, Effect *effect,
-                       ObjectStream *stream);
-    RemoveOnGoingEvent(EventType::Code type, ObjectStream *stream);
-
-    // Writes the record, unless `stream` is null.
-    virtual void init(int eventType, Creature *creature, Effect *effect, ObjectStream *stream);
+                       const EventRecord &record);
     // The effect's name, or "Unknown".
     QString conditionText() const;
 
@@ -93,8 +98,11 @@ class RemoveAtEndOfTurnEvent : public RemoveOnGoingEvent {
     Q_OBJECT
 
 public:
-    RemoveAtEndOfTurnEvent(Creature *creature, Effect *effect, ObjectStream *stream);
-    explicit RemoveAtEndOfTurnEvent(ObjectStream *stream);
+    RemoveAtEndOfTurnEvent(Creature *creature, Effect *effect, const EventRecord &record);
+    explicit RemoveAtEndOfTurnEvent(ObjectStream *stream)
+        : RemoveAtEndOfTurnEvent(nullptr, nullptr, reading(stream))
+    {
+    }
 
     QString text() const override;
 };
@@ -103,8 +111,11 @@ class RemoveAtStartOfTurnEvent : public RemoveOnGoingEvent {
     Q_OBJECT
 
 public:
-    RemoveAtStartOfTurnEvent(Creature *creature, Effect *effect, ObjectStream *stream);
-    explicit RemoveAtStartOfTurnEvent(ObjectStream *stream);
+    RemoveAtStartOfTurnEvent(Creature *creature, Effect *effect, const EventRecord &record);
+    explicit RemoveAtStartOfTurnEvent(ObjectStream *stream)
+        : RemoveAtStartOfTurnEvent(nullptr, nullptr, reading(stream))
+    {
+    }
 
     QString text() const override;
 };
@@ -113,8 +124,11 @@ class RemoveOnSaveEvent : public RemoveOnGoingEvent {
     Q_OBJECT
 
 public:
-    RemoveOnSaveEvent(Creature *creature, Effect *effect, ObjectStream *stream);
-    explicit RemoveOnSaveEvent(ObjectStream *stream);
+    RemoveOnSaveEvent(Creature *creature, Effect *effect, const EventRecord &record);
+    explicit RemoveOnSaveEvent(ObjectStream *stream)
+        : RemoveOnSaveEvent(nullptr, nullptr, reading(stream))
+    {
+    }
 
     QString text() const override;
 };
@@ -123,8 +137,11 @@ class RemoveAtEndOfEncounterEvent : public RemoveOnGoingEvent {
     Q_OBJECT
 
 public:
-    RemoveAtEndOfEncounterEvent(Creature *creature, Effect *effect, ObjectStream *stream);
-    explicit RemoveAtEndOfEncounterEvent(ObjectStream *stream);
+    RemoveAtEndOfEncounterEvent(Creature *creature, Effect *effect, const EventRecord &record);
+    explicit RemoveAtEndOfEncounterEvent(ObjectStream *stream)
+        : RemoveAtEndOfEncounterEvent(nullptr, nullptr, reading(stream))
+    {
+    }
 
     QString text() const override;
 };
@@ -135,15 +152,17 @@ class PowerUsageChangedEvent : public Event {
 
 public:
     // 0: used; 1: unused again; 2 to 7: a recharge roll of `usage` minus 1.
-    PowerUsageChangedEvent(Creature *creature, Power *power, int usage, ObjectStream *stream);
-    explicit PowerUsageChangedEvent(ObjectStream *stream);
+    PowerUsageChangedEvent(Creature *creature, Power *power, int usage, const EventRecord &record);
+    explicit PowerUsageChangedEvent(ObjectStream *stream)
+        : PowerUsageChangedEvent(nullptr, nullptr, 0, reading(stream))
+    {
+    }
 
     QString text() const override;
     void redo() override;
     void undo() override;
 
 private:
-    void capture();
     Power *power() const;
     bool isRechargeRoll() const { return m_usage >= 2 && m_usage <= 7; }
     int die() const { return m_usage - 1; }

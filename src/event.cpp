@@ -26,6 +26,11 @@ bool Replay::isRunning()
     return isReplaying;
 }
 
+Event::Event(EventType::Code type, const EventRecord &record) : m_type(type)
+{
+    record.begin(type);
+}
+
 Event::~Event() = default;
 
 void Event::skipForward(ObjectStream *stream)
@@ -40,23 +45,11 @@ void Event::skipBack(ObjectStream *stream)
         stream->skip(-m_size);
 }
 
-void Event::beginWriting(ObjectStream *stream) const
-{
-    stream->markRecord();
-    stream->writeInt(ID_EVENT_TYPE, m_type);
-}
-
-void Event::endWriting(ObjectStream *stream, int endTag)
-{
-    stream->writeEnd(endTag);
-    m_size = stream->finishRecord();
-}
-
-void Event::endReading(ObjectStream *stream, int endTag)
+void Event::close(const EventRecord &record, int endTag)
 {
     // Without an end tag the record covers all that the search for it passed.
-    m_isWhole = stream->readTo(endTag);
-    m_size = stream->finishRecord();
+    m_isWhole = record.end(endTag);
+    m_size = record.finish();
 }
 
 void ChangeStateEvent::init(Creature *source, Creature *target)

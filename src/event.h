@@ -6,6 +6,7 @@
 
 #include "creaturelist.h"
 #include "creaturesnapshots.h"
+#include "eventrecord.h"
 #include "memorytracker.h"
 
 class ObjectStream;
@@ -73,9 +74,10 @@ public:
 // arguments: what undo needs is captured from the state at construction, which is the same when a
 // log is replayed in order. So nothing may change between construction and the first redo().
 //
-// Each class has a constructor that writes its record and one that reads it; both leave the stream
-// at the record's start. A creature, effect or power that a damaged log names in vain is null, and
-// what an event would do with it isn't done.
+// A class has a constructor that names the fields of its record, with the event's arguments and a
+// stream to write them to, and one that has them read: the same with no arguments and a record to
+// read. Both leave the stream at the record's start. A creature, effect or power that a damaged log
+// names in vain is null, and what an event would do with it isn't done.
 class Event : public QObject {
     Q_OBJECT
 
@@ -97,13 +99,10 @@ public:
     bool isWhole() const { return m_isWhole; }
 
 protected:
-    explicit Event(EventType::Code type) : m_type(type) { }
-
-    // A record to write starts with its type; the fields follow, and the end tag closes it. One to
-    // read has its type behind it already.
-    void beginWriting(ObjectStream *stream) const;
-    void endWriting(ObjectStream *stream, int endTag);
-    void endReading(ObjectStream *stream, int endTag);
+    // Begins the record; the fields follow, and close() ends it.
+    Event(EventType::Code type, const EventRecord &record);
+    void close(const EventRecord &record, int endTag);
+    static EventRecord reading(ObjectStream *stream) { return {stream, true}; }
 
     EventType::Code m_type;
     int m_size = 0;

@@ -8,8 +8,6 @@
 #include "encounter.h"
 #include "findcreature.h"
 #include "monsters.h"
-#include "objectstream.h"
-#include "streamrecords.h"
 #include "windowinterface.h"
 
 namespace {
@@ -62,47 +60,29 @@ QString ownName(const Creature &creature, const QString &displayName)
 
 // --- AddCreaturesEvent ---
 
-void AddCreaturesEvent::write(int eventType, const QString &name, const CreatureList &list,
-                              bool hidden, const QList<CreatureItem> &oldItems,
-                              ObjectStream *stream)
+AddCreaturesEvent::AddCreaturesEvent(EventType::Code type, const QString &name,
+                                     const CreatureList &list, bool hidden,
+                                     const QList<CreatureItem> &oldItems, const EventRecord &record)
+    : ChangeStateEvent(type, record), m_name(name), m_hidden(hidden), m_added(sorted(list)),
+      m_newItems(itemsOf(m_added)), m_oldItems(oldItems), m_newVitality(liveVitality(m_added)),
+      m_oldOrder(theEncounter->creatures())
 {
-    const CreatureList added = sorted(list);
-    m_newVitality = liveVitality(added);
-    beginWriting(stream);
-    stream->writeString(ID_ADD_CREATURE_EVENT_NAME, name);
-    stream->writeInt(ID_ADD_CREATURE_EVENT_HIDDEN, hidden ? 1 : 0);
-    writeItemList(stream, itemsOf(added));
-    writeVitalityList(stream, m_newVitality);
-    endWriting(stream, ID_ADD_CREATURE_EVENT_END);
-    setUp(eventType, name, added, hidden, oldItems);
-}
-
-void AddCreaturesEvent::read(int eventType, ObjectStream *stream)
-{
-    const QString name = stream->readString(ID_ADD_CREATURE_EVENT_NAME);
-    const bool hidden = stream->readInt(ID_ADD_CREATURE_EVENT_HIDDEN) != 0;
-    const QList<CreatureItem> items = readItemListIfNext(stream);
-    m_newVitality = readVitalityList(stream);
-    endReading(stream, ID_ADD_CREATURE_EVENT_END);
-    const CreatureList list(items);
-    const QList<CreatureItem> oldItems = itemsOf(list);
-    applyItems(items);
-    setUp(eventType, name, list, hidden, oldItems);
-}
-
-void AddCreaturesEvent::setUp(int eventType, const QString &name, const CreatureList &list,
-                              bool hidden, const QList<CreatureItem> &oldItems)
-{
-    m_name = name;
-    m_hidden = hidden;
-    m_added = list;
-    m_hiddenBefore = hiddenOf(list);
-    m_newItems = itemsOf(list);
-    m_oldItems = oldItems;
-    m_oldOrder = theEncounter->creatures();
+    record.field(ID_ADD_CREATURE_EVENT_NAME, m_name);
+    record.field(ID_ADD_CREATURE_EVENT_HIDDEN, m_hidden);
+    if (record.has(ID_CREATURE_ITEM_LIST_SIZE))
+        record.field(m_newItems);
+    record.field(m_newVitality);
+    close(record, ID_ADD_CREATURE_EVENT_END);
+    m_added = CreatureList(m_newItems);
+    if (record.isReading()) {
+        m_oldItems = itemsOf(m_added);
+        applyItems(m_newItems);
+    }
+    m_newItems = itemsOf(m_added);
+    m_hiddenBefore = hiddenOf(m_added);
     m_oldVitality = vitalityBefore(m_oldOrder);
     m_newOrder = m_oldOrder;
-    const bool monsters = eventType == EventType::AddMonster || eventType == EventType::AddMonsters;
+    const bool monsters = type == EventType::AddMonster || type == EventType::AddMonsters;
     int place = 0;
     if (theEncounter->isRunning())
         place = theEncounter->currentIndex() + 1;
@@ -139,15 +119,10 @@ void AddCreaturesEvent::undo()
 // --- its subclasses ---
 
 AddMonsterEvent::AddMonsterEvent(const CreatureList &list, bool hidden,
-                                 const QList<CreatureItem> &oldItems, ObjectStream *stream)
-    : AddCreaturesEvent(EventType::AddMonster)
+                                 const QList<CreatureItem> &oldItems, const EventRecord &record)
+    : AddCreaturesEvent(EventType::AddMonster, displayNameOf(list.at(0)), list, hidden, oldItems,
+                        record)
 {
-    write(m_type, displayNameOf(list.at(0)), list, hidden, oldItems, stream);
-}
-
-AddMonsterEvent::AddMonsterEvent(ObjectStream *stream) : AddCreaturesEvent(EventType::AddMonster)
-{
-    read(m_type, stream);
 }
 
 QString AddMonsterEvent::text() const
@@ -156,15 +131,9 @@ QString AddMonsterEvent::text() const
 }
 
 AddMonstersEvent::AddMonstersEvent(const QString &name, const CreatureList &list, bool hidden,
-                                   const QList<CreatureItem> &oldItems, ObjectStream *stream)
-    : AddCreaturesEvent(EventType::AddMonsters)
+                                   const QList<CreatureItem> &oldItems, const EventRecord &record)
+    : AddCreaturesEvent(EventType::AddMonsters, name, list, hidden, oldItems, record)
 {
-    write(m_type, name, list, hidden, oldItems, stream);
-}
-
-AddMonstersEvent::AddMonstersEvent(ObjectStream *stream) : AddCreaturesEvent(EventType::AddMonsters)
-{
-    read(m_type, stream);
 }
 
 QString AddMonstersEvent::text() const
@@ -173,21 +142,9 @@ QString AddMonstersEvent::text() const
 }
 
 SetPartyEvent::SetPartyEvent(const CreatureList &list, bool hidden,
-                             const QList<CreatureItem> &oldItems, ObjectStream *stream)
-    : AddCreaturesEvent(EventType::SetParty)
+                             const QList<CreatureItem> &oldItems, const EventRecord &record)
+    : AddCreaturesEvent(EventType::SetParty, list.names(), list, hidden, oldItems, record)
 {
-    write(m_type, list.names(), list, hidden, oldItems, stream);
-}
-
-SetPartyEvent::SetPartyEvent(ObjectStream *stream) : AddCreaturesEvent(EventType::SetParty)
-{
-    read(m_type, stream);
-}
-
-void SetPartyEvent::setUp(int eventType, const QString &name, const CreatureList &list, bool hidden,
-                          const QList<CreatureItem> &oldItems)
-{
-    AddCreaturesEvent::setUp(eventType, name, list, hidden, oldItems);
     m_newOrder = m_oldOrder;
     m_newOrder.removeKind(false);
     m_newOrder.insertList(theEncounter->currentIndex() + 1, m_added);
@@ -200,16 +157,10 @@ QString SetPartyEvent::text() const
 }
 
 AddCharactersEvent::AddCharactersEvent(const CreatureList &list, bool hidden,
-                                       const QList<CreatureItem> &oldItems, ObjectStream *stream)
-    : AddCreaturesEvent(EventType::AddCharacters)
+                                       const QList<CreatureItem> &oldItems,
+                                       const EventRecord &record)
+    : AddCreaturesEvent(EventType::AddCharacters, list.names(), list, hidden, oldItems, record)
 {
-    write(m_type, list.names(), list, hidden, oldItems, stream);
-}
-
-AddCharactersEvent::AddCharactersEvent(ObjectStream *stream)
-    : AddCreaturesEvent(EventType::AddCharacters)
-{
-    read(m_type, stream);
 }
 
 QString AddCharactersEvent::text() const
@@ -220,39 +171,19 @@ QString AddCharactersEvent::text() const
 // --- SetEncounterEvent ---
 
 SetEncounterEvent::SetEncounterEvent(const EncounterEntry &entry, const CreatureList &list,
-                                     bool hidden, ObjectStream *stream)
-    : ChangeStateEvent(EventType::SetEncounter)
+                                     bool hidden, const EventRecord &record)
+    : ChangeStateEvent(EventType::SetEncounter, record), m_hidden(hidden), m_added(sorted(list)),
+      m_newEntry(entry), m_oldEntry(theEncounter->entry()), m_oldOrder(theEncounter->creatures()),
+      m_newVitality(liveVitality(m_added))
 {
-    const CreatureList added = sorted(list);
-    m_newVitality = liveVitality(added);
-    beginWriting(stream);
-    writeEntry(stream, entry);
-    writeItemList(stream, itemsOf(added));
-    writeVitalityList(stream, m_newVitality);
-    stream->writeInt(ID_SET_ENC_EVENT_HIDDEN, hidden ? 1 : 0);
-    endWriting(stream, ID_SET_ENC_EVENT_END);
-    setUp(entry, added, hidden);
-}
-
-SetEncounterEvent::SetEncounterEvent(ObjectStream *stream)
-    : ChangeStateEvent(EventType::SetEncounter)
-{
-    const EncounterEntry entry = readEntry(stream);
-    const QList<CreatureItem> items = readItemList(stream);
-    m_newVitality = readVitalityList(stream);
-    const bool hidden = stream->readInt(ID_SET_ENC_EVENT_HIDDEN) != 0;
-    endReading(stream, ID_SET_ENC_EVENT_END);
-    setUp(entry, CreatureList(items), hidden);
-}
-
-void SetEncounterEvent::setUp(const EncounterEntry &entry, const CreatureList &list, bool hidden)
-{
-    m_hidden = hidden;
-    m_added = list;
-    m_hiddenBefore = hiddenOf(list);
-    m_newEntry = entry;
-    m_oldEntry = theEncounter->entry();
-    m_oldOrder = theEncounter->creatures();
+    QList<CreatureItem> items = itemsOf(m_added);
+    record.field(m_newEntry);
+    record.field(items);
+    record.field(m_newVitality);
+    record.field(ID_SET_ENC_EVENT_HIDDEN, m_hidden);
+    close(record, ID_SET_ENC_EVENT_END);
+    m_added = CreatureList(items);
+    m_hiddenBefore = hiddenOf(m_added);
     m_oldVitality = vitalityBefore(m_oldOrder);
     m_newOrder = m_oldOrder;
     m_newOrder.removeKind(true);
@@ -286,20 +217,12 @@ void SetEncounterEvent::undo()
 
 // --- ShowHideEvent ---
 
-ShowHideEvent::ShowHideEvent(Creature *creature, bool hide, ObjectStream *stream)
-    : Event(EventType::ShowHide), m_creature(creature), m_hide(hide)
+ShowHideEvent::ShowHideEvent(Creature *creature, bool hide, const EventRecord &record)
+    : Event(EventType::ShowHide, record), m_creature(creature), m_hide(hide)
 {
-    beginWriting(stream);
-    writeCreature(stream, creature);
-    stream->writeInt(ID_SHOW_HIDE_EVENT_HIDE, hide ? 1 : 0);
-    endWriting(stream, ID_SHOW_HIDE_EVENT_END);
-}
-
-ShowHideEvent::ShowHideEvent(ObjectStream *stream)
-    : Event(EventType::ShowHide), m_creature(readCreature(stream)),
-      m_hide(stream->readInt(ID_SHOW_HIDE_EVENT_HIDE) != 0)
-{
-    endReading(stream, ID_SHOW_HIDE_EVENT_END);
+    record.field(m_creature);
+    record.field(ID_SHOW_HIDE_EVENT_HIDE, m_hide);
+    close(record, ID_SHOW_HIDE_EVENT_END);
 }
 
 QString ShowHideEvent::text() const
@@ -322,42 +245,24 @@ void ShowHideEvent::undo()
 
 // --- RemoveCreaturesEvent and its subclass ---
 
-RemoveCreaturesEvent::RemoveCreaturesEvent(Creature *creature, ObjectStream *stream)
-    : RemoveCreaturesEvent(QList<Creature *> {creature}, stream)
+RemoveCreaturesEvent::RemoveCreaturesEvent(Creature *creature, const EventRecord &record)
+    : RemoveCreaturesEvent(QList<Creature *> {creature}, record)
 {
 }
 
-RemoveCreaturesEvent::RemoveCreaturesEvent(const QList<Creature *> &creatures, ObjectStream *stream)
-    : Event(EventType::RemoveCreatures)
+RemoveCreaturesEvent::RemoveCreaturesEvent(const QList<Creature *> &creatures,
+                                           const EventRecord &record)
+    : RemoveCreaturesEvent(EventType::RemoveCreatures, creatures, record)
 {
-    write(creatures, stream);
 }
 
-RemoveCreaturesEvent::RemoveCreaturesEvent(ObjectStream *stream)
-    : RemoveCreaturesEvent(EventType::RemoveCreatures)
+RemoveCreaturesEvent::RemoveCreaturesEvent(EventType::Code type, const QList<Creature *> &creatures,
+                                           const EventRecord &record)
+    : Event(type, record), m_creatures(creatures), m_before(EncounterSnapshot::take())
 {
-    read(stream);
-}
-
-void RemoveCreaturesEvent::write(const QList<Creature *> &creatures, ObjectStream *stream)
-{
-    beginWriting(stream);
-    writeCreatureList(stream, creatures);
-    endWriting(stream, ID_REMOVE_CREATURE_EVENT_END);
-    init(creatures);
-}
-
-void RemoveCreaturesEvent::read(ObjectStream *stream)
-{
-    const QList<Creature *> creatures = readCreatureList(stream);
-    endReading(stream, ID_REMOVE_CREATURE_EVENT_END);
-    init(creatures);
-}
-
-void RemoveCreaturesEvent::init(const QList<Creature *> &creatures)
-{
-    m_creatures = withoutNull(creatures);
-    m_before = EncounterSnapshot::take();
+    record.field(m_creatures);
+    close(record, ID_REMOVE_CREATURE_EVENT_END);
+    m_creatures.removeAll(nullptr);
     m_visible = std::all_of(m_creatures.cbegin(), m_creatures.cend(), isCharacter);
 }
 
@@ -378,16 +283,9 @@ void RemoveCreaturesEvent::undo()
     refreshTurnActions();
 }
 
-RemoveCurrentEvent::RemoveCurrentEvent(Creature *creature, ObjectStream *stream)
-    : RemoveCreaturesEvent(EventType::RemoveCurrent)
+RemoveCurrentEvent::RemoveCurrentEvent(Creature *creature, const EventRecord &record)
+    : RemoveCreaturesEvent(EventType::RemoveCurrent, {creature}, record)
 {
-    write({creature}, stream);
-}
-
-RemoveCurrentEvent::RemoveCurrentEvent(ObjectStream *stream)
-    : RemoveCreaturesEvent(EventType::RemoveCurrent)
-{
-    read(stream);
 }
 
 QString RemoveCurrentEvent::text() const
@@ -398,30 +296,14 @@ QString RemoveCurrentEvent::text() const
 // --- AdjustInitiativeEvent ---
 
 AdjustInitiativeEvent::AdjustInitiativeEvent(const QList<Creature *> &creatures, int delta,
-                                             ObjectStream *stream)
-    : Event(EventType::AdjustInitiative)
+                                             const EventRecord &record)
+    : Event(EventType::AdjustInitiative, record), m_creatures(creatures), m_delta(delta),
+      m_before(EncounterSnapshot::take())
 {
-    beginWriting(stream);
-    writeCreatureList(stream, creatures);
-    stream->writeInt(ID_ADJUST_INITIATIVE_ADJUSTMENT, delta);
-    endWriting(stream, ID_ADJUST_INITIATIVE_EVENT_END);
-    init(creatures, delta);
-}
-
-AdjustInitiativeEvent::AdjustInitiativeEvent(ObjectStream *stream)
-    : Event(EventType::AdjustInitiative)
-{
-    const QList<Creature *> creatures = readCreatureList(stream);
-    const int delta = stream->readInt(ID_ADJUST_INITIATIVE_ADJUSTMENT);
-    endReading(stream, ID_ADJUST_INITIATIVE_EVENT_END);
-    init(creatures, delta);
-}
-
-void AdjustInitiativeEvent::init(const QList<Creature *> &creatures, int delta)
-{
-    m_creatures = withoutNull(creatures);
-    m_delta = delta;
-    m_before = EncounterSnapshot::take();
+    record.field(m_creatures);
+    record.field(ID_ADJUST_INITIATIVE_ADJUSTMENT, m_delta);
+    close(record, ID_ADJUST_INITIATIVE_EVENT_END);
+    m_creatures.removeAll(nullptr);
     m_visible = std::all_of(m_creatures.cbegin(), m_creatures.cend(), isCharacter);
 }
 
@@ -444,21 +326,12 @@ void AdjustInitiativeEvent::undo()
 // --- RenameCreatureEvent ---
 
 RenameCreatureEvent::RenameCreatureEvent(const QString &oldName, const QString &newName,
-                                         ObjectStream *stream)
-    : Event(EventType::RenameCreature), m_oldName(oldName), m_newName(newName)
+                                         const EventRecord &record)
+    : Event(EventType::RenameCreature, record), m_oldName(oldName), m_newName(newName)
 {
-    beginWriting(stream);
-    stream->writeString(ID_RENAME_EVENT_OLD_NAME, oldName);
-    stream->writeString(ID_RENAME_EVENT_NEW_NAME, newName);
-    endWriting(stream, ID_RENAME_EVENT_END);
-    m_visible = m_oldName.contains(QStringLiteral(" ("));
-}
-
-RenameCreatureEvent::RenameCreatureEvent(ObjectStream *stream) : Event(EventType::RenameCreature)
-{
-    m_oldName = stream->readString(ID_RENAME_EVENT_OLD_NAME);
-    m_newName = stream->readString(ID_RENAME_EVENT_NEW_NAME);
-    endReading(stream, ID_RENAME_EVENT_END);
+    record.field(ID_RENAME_EVENT_OLD_NAME, m_oldName);
+    record.field(ID_RENAME_EVENT_NEW_NAME, m_newName);
+    close(record, ID_RENAME_EVENT_END);
     m_visible = m_oldName.contains(QStringLiteral(" ("));
 }
 
@@ -511,28 +384,13 @@ void RenameCreatureEvent::undo()
 // --- SetAliasEvent ---
 
 SetAliasEvent::SetAliasEvent(Creature *creature, bool show, const QString &alias,
-                             ObjectStream *stream)
-    : Event(EventType::SetAlias), m_creature(creature), m_newMode(show), m_newAlias(alias)
+                             const EventRecord &record)
+    : Event(EventType::SetAlias, record), m_creature(creature), m_newMode(show), m_newAlias(alias)
 {
-    beginWriting(stream);
-    stream->writeString(ID_ALIAS_EVENT_CREATURE, displayNameOf(creature));
-    stream->writeInt(ID_ALIAS_EVENT_SHOW, show ? 1 : 0);
-    stream->writeString(ID_ALIAS_EVENT_ALIAS, alias);
-    endWriting(stream, ID_EVENT_END);
-    capture();
-}
-
-SetAliasEvent::SetAliasEvent(ObjectStream *stream) : Event(EventType::SetAlias)
-{
-    m_creature = findCreature(stream->readString(ID_ALIAS_EVENT_CREATURE), true);
-    m_newMode = stream->readInt(ID_ALIAS_EVENT_SHOW) != 0;
-    m_newAlias = stream->readString(ID_ALIAS_EVENT_ALIAS);
-    endReading(stream, ID_EVENT_END);
-    capture();
-}
-
-void SetAliasEvent::capture()
-{
+    record.field(ID_ALIAS_EVENT_CREATURE, m_creature);
+    record.field(ID_ALIAS_EVENT_SHOW, m_newMode);
+    record.field(ID_ALIAS_EVENT_ALIAS, m_newAlias);
+    close(record, ID_EVENT_END);
     if (!m_creature)
         return;
     m_oldMode = m_creature->aliasMode();

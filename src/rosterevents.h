@@ -14,15 +14,9 @@ public:
     void undo() override;
 
 protected:
-    using ChangeStateEvent::ChangeStateEvent;
-
-    // The leaf's constructor calls one of these two; both end in setUp().
-    virtual void read(int eventType, ObjectStream *stream);
     // `oldItems` are the creatures' initiative from before they were rolled.
-    virtual void write(int eventType, const QString &name, const CreatureList &list, bool hidden,
-                       const QList<CreatureItem> &oldItems, ObjectStream *stream);
-    virtual void setUp(int eventType, const QString &name, const CreatureList &list, bool hidden,
-                       const QList<CreatureItem> &oldItems);
+    AddCreaturesEvent(EventType::Code type, const QString &name, const CreatureList &list,
+                      bool hidden, const QList<CreatureItem> &oldItems, const EventRecord &record);
     // " (Hidden)", or empty.
     QString suffix() const;
 
@@ -43,8 +37,10 @@ class AddMonsterEvent : public AddCreaturesEvent {
 
 public:
     AddMonsterEvent(const CreatureList &list, bool hidden, const QList<CreatureItem> &oldItems,
-                    ObjectStream *stream);
-    explicit AddMonsterEvent(ObjectStream *stream);
+                    const EventRecord &record);
+    explicit AddMonsterEvent(ObjectStream *stream) : AddMonsterEvent({}, false, {}, reading(stream))
+    {
+    }
 
     QString text() const override;
 };
@@ -55,8 +51,11 @@ class AddMonstersEvent : public AddCreaturesEvent {
 
 public:
     AddMonstersEvent(const QString &name, const CreatureList &list, bool hidden,
-                     const QList<CreatureItem> &oldItems, ObjectStream *stream);
-    explicit AddMonstersEvent(ObjectStream *stream);
+                     const QList<CreatureItem> &oldItems, const EventRecord &record);
+    explicit AddMonstersEvent(ObjectStream *stream)
+        : AddMonstersEvent({}, {}, false, {}, reading(stream))
+    {
+    }
 
     QString text() const override;
 };
@@ -67,15 +66,11 @@ class SetPartyEvent : public AddCreaturesEvent {
 
 public:
     SetPartyEvent(const CreatureList &list, bool hidden, const QList<CreatureItem> &oldItems,
-                  ObjectStream *stream);
-    explicit SetPartyEvent(ObjectStream *stream);
+                  const EventRecord &record);
+    explicit SetPartyEvent(ObjectStream *stream) : SetPartyEvent({}, false, {}, reading(stream)) { }
 
     QString text() const override;
     bool isVisibleToPlayers() const override { return true; }
-
-protected:
-    void setUp(int eventType, const QString &name, const CreatureList &list, bool hidden,
-               const QList<CreatureItem> &oldItems) override;
 };
 
 class AddCharactersEvent : public AddCreaturesEvent {
@@ -83,8 +78,11 @@ class AddCharactersEvent : public AddCreaturesEvent {
 
 public:
     AddCharactersEvent(const CreatureList &list, bool hidden, const QList<CreatureItem> &oldItems,
-                       ObjectStream *stream);
-    explicit AddCharactersEvent(ObjectStream *stream);
+                       const EventRecord &record);
+    explicit AddCharactersEvent(ObjectStream *stream)
+        : AddCharactersEvent({}, false, {}, reading(stream))
+    {
+    }
 
     QString text() const override;
     bool isVisibleToPlayers() const override { return true; }
@@ -96,16 +94,17 @@ class SetEncounterEvent : public ChangeStateEvent {
 
 public:
     SetEncounterEvent(const EncounterEntry &entry, const CreatureList &list, bool hidden,
-                      ObjectStream *stream);
-    explicit SetEncounterEvent(ObjectStream *stream);
+                      const EventRecord &record);
+    explicit SetEncounterEvent(ObjectStream *stream)
+        : SetEncounterEvent({}, {}, false, reading(stream))
+    {
+    }
 
     QString text() const override;
     void redo() override;
     void undo() override;
 
 private:
-    void setUp(const EncounterEntry &entry, const CreatureList &list, bool hidden);
-
     bool m_hidden = false;
     CreatureList m_added;
     CreatureList m_hiddenBefore; // of those added
@@ -121,8 +120,9 @@ class ShowHideEvent : public Event {
     Q_OBJECT
 
 public:
-    ShowHideEvent(Creature *creature, bool hide, ObjectStream *stream);
-    explicit ShowHideEvent(ObjectStream *stream);
+    ShowHideEvent(Creature *creature, bool hide, const EventRecord &record);
+    explicit ShowHideEvent(ObjectStream *stream)
+        : ShowHideEvent(nullptr, false, reading(stream)) { }
 
     QString text() const override;
     void redo() override;
@@ -133,26 +133,25 @@ private:
     bool m_hide = false;
 };
 
+// The players see it when all are characters.
 class RemoveCreaturesEvent : public Event {
     Q_OBJECT
 
 public:
-    RemoveCreaturesEvent(Creature *creature, ObjectStream *stream);
-    RemoveCreaturesEvent(const QList<Creature *> &creatures, ObjectStream *stream);
-    explicit RemoveCreaturesEvent(ObjectStream *stream);
+    RemoveCreaturesEvent(Creature *creature, const EventRecord &record);
+    RemoveCreaturesEvent(const QList<Creature *> &creatures, const EventRecord &record);
+    explicit RemoveCreaturesEvent(ObjectStream *stream)
+        : RemoveCreaturesEvent(QList<Creature *>(), reading(stream))
+    {
+    }
 
     QString text() const override;
     void redo() override;
     void undo() override;
 
 protected:
-    explicit RemoveCreaturesEvent(EventType::Code type) : Event(type) { }
-
-    // The leaf's constructor calls one of these two; both end in init().
-    void write(const QList<Creature *> &creatures, ObjectStream *stream);
-    void read(ObjectStream *stream);
-    // The players see it when all are characters.
-    void init(const QList<Creature *> &creatures);
+    RemoveCreaturesEvent(EventType::Code type, const QList<Creature *> &creatures,
+                         const EventRecord &record);
 
     QList<Creature *> m_creatures;
     EncounterSnapshot m_before;
@@ -162,27 +161,31 @@ class RemoveCurrentEvent : public RemoveCreaturesEvent {
     Q_OBJECT
 
 public:
-    RemoveCurrentEvent(Creature *creature, ObjectStream *stream);
-    explicit RemoveCurrentEvent(ObjectStream *stream);
+    RemoveCurrentEvent(Creature *creature, const EventRecord &record);
+    explicit RemoveCurrentEvent(ObjectStream *stream) : RemoveCurrentEvent(nullptr, reading(stream))
+    {
+    }
 
     QString text() const override;
 };
 
+// The players see it when all are characters.
 class AdjustInitiativeEvent : public Event {
     Q_OBJECT
 
 public:
     // `delta` in places of the order, negative for up.
-    AdjustInitiativeEvent(const QList<Creature *> &creatures, int delta, ObjectStream *stream);
-    explicit AdjustInitiativeEvent(ObjectStream *stream);
+    AdjustInitiativeEvent(const QList<Creature *> &creatures, int delta, const EventRecord &record);
+    explicit AdjustInitiativeEvent(ObjectStream *stream)
+        : AdjustInitiativeEvent({}, 0, reading(stream))
+    {
+    }
 
     QString text() const override;
     void redo() override;
     void undo() override;
 
 private:
-    void init(const QList<Creature *> &creatures, int delta);
-
     QList<Creature *> m_creatures;
     int m_delta = 0;
     EncounterSnapshot m_before;
@@ -195,8 +198,11 @@ class RenameCreatureEvent : public Event {
 
 public:
     // Both in the form of a display name.
-    RenameCreatureEvent(const QString &oldName, const QString &newName, ObjectStream *stream);
-    explicit RenameCreatureEvent(ObjectStream *stream);
+    RenameCreatureEvent(const QString &oldName, const QString &newName, const EventRecord &record);
+    explicit RenameCreatureEvent(ObjectStream *stream)
+        : RenameCreatureEvent({}, {}, reading(stream))
+    {
+    }
 
     QString text() const override;
     void redo() override;
@@ -215,16 +221,17 @@ class SetAliasEvent : public Event {
 
 public:
     // An empty alias takes it away.
-    SetAliasEvent(Creature *creature, bool show, const QString &alias, ObjectStream *stream);
-    explicit SetAliasEvent(ObjectStream *stream);
+    SetAliasEvent(Creature *creature, bool show, const QString &alias, const EventRecord &record);
+    explicit SetAliasEvent(ObjectStream *stream)
+        : SetAliasEvent(nullptr, false, {}, reading(stream))
+    {
+    }
 
     QString text() const override;
     void redo() override;
     void undo() override;
 
 private:
-    void capture();
-
     Creature *m_creature = nullptr;
     bool m_newMode = false;
     QString m_newAlias;

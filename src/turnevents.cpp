@@ -2,8 +2,6 @@
 
 #include "creature.h"
 #include "encounter.h"
-#include "objectstream.h"
-#include "streamrecords.h"
 #include "windowinterface.h"
 
 namespace {
@@ -24,50 +22,25 @@ void changeTurnCount(Creature *creature, int delta)
 // --- CreatureEvent ---
 
 CreatureEvent::CreatureEvent(EventType::Code type, int endTag, Creature *creature,
-                             ObjectStream *stream)
-    : Event(type), m_creature(creature)
+                             const EventRecord &record)
+    : Event(type, record), m_creature(creature)
 {
-    beginWriting(stream);
-    writeCreature(stream, creature);
-    endWriting(stream, endTag);
-    m_visible = isCharacter(m_creature);
-}
-
-CreatureEvent::CreatureEvent(EventType::Code type, int endTag, ObjectStream *stream)
-    : Event(type), m_creature(readCreature(stream))
-{
-    endReading(stream, endTag);
+    record.field(m_creature);
+    close(record, endTag);
     m_visible = isCharacter(m_creature);
 }
 
 // --- StartEncounterEvent ---
 
-StartEncounterEvent::StartEncounterEvent(const QList<CreatureInit> &characters,
-                                         const QList<CreatureInit> &monsters, ObjectStream *stream)
-    : Event(EventType::StartEncounter), m_newVitality(liveVitality(theEncounter->creatures()))
+StartEncounterEvent::StartEncounterEvent(QList<CreatureInit> characters,
+                                         QList<CreatureInit> monsters, const EventRecord &record)
+    : Event(EventType::StartEncounter, record), m_oldOrder(theEncounter->creatures()),
+      m_oldVitality(vitalityBefore(m_oldOrder)), m_newVitality(m_oldVitality.live)
 {
-    beginWriting(stream);
-    writeInitList(stream, characters);
-    writeInitList(stream, monsters);
-    writeVitalityList(stream, m_newVitality);
-    endWriting(stream, ID_START_ENCOUNTER_EVENT_END);
-    capture(characters, monsters);
-}
-
-StartEncounterEvent::StartEncounterEvent(ObjectStream *stream) : Event(EventType::StartEncounter)
-{
-    const QList<CreatureInit> characters = readInitList(stream);
-    const QList<CreatureInit> monsters = readInitList(stream);
-    m_newVitality = readVitalityList(stream);
-    endReading(stream, ID_START_ENCOUNTER_EVENT_END);
-    capture(characters, monsters);
-}
-
-void StartEncounterEvent::capture(const QList<CreatureInit> &characters,
-                                  const QList<CreatureInit> &monsters)
-{
-    m_oldOrder = theEncounter->creatures();
-    m_oldVitality = vitalityBefore(m_oldOrder);
+    record.field(characters);
+    record.field(monsters);
+    record.field(m_newVitality);
+    close(record, ID_START_ENCOUNTER_EVENT_END);
     const InitiativeOrder built = theEncounter->buildOrder(characters, monsters);
     m_oldItems = built.oldItems;
     m_newOrder = built.order;
@@ -101,16 +74,11 @@ void StartEncounterEvent::undo()
 
 // --- NextTurnEvent ---
 
-NextTurnEvent::NextTurnEvent(ObjectStream *stream, bool reading)
-    : Event(EventType::NextTurn), m_position(theEncounter->position()),
+NextTurnEvent::NextTurnEvent(const EventRecord &record)
+    : Event(EventType::NextTurn, record), m_position(theEncounter->position()),
       m_next(theEncounter->next()), m_nextWasReadied(m_next && m_next->isReadied())
 {
-    if (reading) {
-        endReading(stream, ID_NEXT_TURN_EVENT_END);
-    } else {
-        beginWriting(stream);
-        endWriting(stream, ID_NEXT_TURN_EVENT_END);
-    }
+    close(record, ID_NEXT_TURN_EVENT_END);
     m_visible = isShown(m_next);
 }
 
@@ -139,15 +107,10 @@ void NextTurnEvent::undo()
 
 // --- StopEncounterEvent ---
 
-StopEncounterEvent::StopEncounterEvent(ObjectStream *stream, bool reading)
-    : ChangeStateEvent(EventType::StopEncounter), m_position(theEncounter->position())
+StopEncounterEvent::StopEncounterEvent(const EventRecord &record)
+    : ChangeStateEvent(EventType::StopEncounter, record), m_position(theEncounter->position())
 {
-    if (reading) {
-        endReading(stream, ID_STOP_ENCOUNTER_EVENT_END);
-    } else {
-        beginWriting(stream);
-        endWriting(stream, ID_STOP_ENCOUNTER_EVENT_END);
-    }
+    close(record, ID_STOP_ENCOUNTER_EVENT_END);
     init(nullptr, theEncounter->creatures().list());
 }
 
@@ -173,13 +136,8 @@ void StopEncounterEvent::undo()
 
 // --- DelayEvent ---
 
-DelayEvent::DelayEvent(Creature *creature, ObjectStream *stream)
-    : CreatureEvent(EventType::Delay, ID_DELAY_EVENT_END, creature, stream)
-{
-}
-
-DelayEvent::DelayEvent(ObjectStream *stream)
-    : CreatureEvent(EventType::Delay, ID_DELAY_EVENT_END, stream)
+DelayEvent::DelayEvent(Creature *creature, const EventRecord &record)
+    : CreatureEvent(EventType::Delay, ID_DELAY_EVENT_END, creature, record)
 {
 }
 
@@ -202,13 +160,8 @@ void DelayEvent::undo()
 
 // --- ReadyEvent ---
 
-ReadyEvent::ReadyEvent(Creature *creature, ObjectStream *stream)
-    : CreatureEvent(EventType::Ready, ID_READY_EVENT_END, creature, stream)
-{
-}
-
-ReadyEvent::ReadyEvent(ObjectStream *stream)
-    : CreatureEvent(EventType::Ready, ID_READY_EVENT_END, stream)
+ReadyEvent::ReadyEvent(Creature *creature, const EventRecord &record)
+    : CreatureEvent(EventType::Ready, ID_READY_EVENT_END, creature, record)
 {
 }
 
@@ -231,23 +184,11 @@ void ReadyEvent::undo()
 
 // --- EndReadyEvent ---
 
-EndReadyEvent::EndReadyEvent(Creature *creature, ObjectStream *stream)
-    : CreatureEvent(EventType::EndReady, ID_END_READY_EVENT_END, creature, stream)
+EndReadyEvent::EndReadyEvent(Creature *creature, const EventRecord &record)
+    : CreatureEvent(EventType::EndReady, ID_END_READY_EVENT_END, creature, record),
+      m_current(theEncounter->current()), m_fromIndex(theEncounter->indexOf(m_creature)),
+      m_toIndex(Encounter::indexBeforeCurrent(m_fromIndex, theEncounter->currentIndex()))
 {
-    capture();
-}
-
-EndReadyEvent::EndReadyEvent(ObjectStream *stream)
-    : CreatureEvent(EventType::EndReady, ID_END_READY_EVENT_END, stream)
-{
-    capture();
-}
-
-void EndReadyEvent::capture()
-{
-    m_current = theEncounter->current();
-    m_fromIndex = theEncounter->indexOf(m_creature);
-    m_toIndex = Encounter::indexBeforeCurrent(m_fromIndex, theEncounter->currentIndex());
 }
 
 QString EndReadyEvent::text() const
@@ -275,23 +216,12 @@ void EndReadyEvent::undo()
 
 // --- JumpInEvent ---
 
-JumpInEvent::JumpInEvent(Creature *creature, ObjectStream *stream)
-    : CreatureEvent(EventType::JumpIn, ID_JUMPIN_EVENT_END, creature, stream)
+JumpInEvent::JumpInEvent(Creature *creature, const EventRecord &record)
+    : CreatureEvent(EventType::JumpIn, ID_JUMPIN_EVENT_END, creature, record),
+      m_fromIndex(theEncounter->indexOf(m_creature)),
+      m_toIndex(Encounter::indexAfterCurrent(m_fromIndex, theEncounter->currentIndex())),
+      m_position(theEncounter->position())
 {
-    capture();
-}
-
-JumpInEvent::JumpInEvent(ObjectStream *stream)
-    : CreatureEvent(EventType::JumpIn, ID_JUMPIN_EVENT_END, stream)
-{
-    capture();
-}
-
-void JumpInEvent::capture()
-{
-    m_fromIndex = theEncounter->indexOf(m_creature);
-    m_toIndex = Encounter::indexAfterCurrent(m_fromIndex, theEncounter->currentIndex());
-    m_position = theEncounter->position();
 }
 
 QString JumpInEvent::text() const
@@ -329,21 +259,10 @@ void JumpInEvent::undo()
 
 // --- DiedEvent ---
 
-DiedEvent::DiedEvent(Creature *creature, ObjectStream *stream)
-    : CreatureEvent(EventType::Died, ID_DIED_EVENT_END, creature, stream)
+DiedEvent::DiedEvent(Creature *creature, const EventRecord &record)
+    : CreatureEvent(EventType::Died, ID_DIED_EVENT_END, creature, record),
+      m_before(EncounterSnapshot::take())
 {
-    capture();
-}
-
-DiedEvent::DiedEvent(ObjectStream *stream)
-    : CreatureEvent(EventType::Died, ID_DIED_EVENT_END, stream)
-{
-    capture();
-}
-
-void DiedEvent::capture()
-{
-    m_before = EncounterSnapshot::take();
     m_visible = isShown(m_creature);
 }
 

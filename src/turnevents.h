@@ -10,8 +10,7 @@ class CreatureEvent : public Event {
     Q_OBJECT
 
 protected:
-    CreatureEvent(EventType::Code type, int endTag, Creature *creature, ObjectStream *stream);
-    CreatureEvent(EventType::Code type, int endTag, ObjectStream *stream);
+    CreatureEvent(EventType::Code type, int endTag, Creature *creature, const EventRecord &record);
 
     Creature *m_creature = nullptr;
 };
@@ -20,9 +19,12 @@ class StartEncounterEvent : public Event {
     Q_OBJECT
 
 public:
-    StartEncounterEvent(const QList<CreatureInit> &characters, const QList<CreatureInit> &monsters,
-                        ObjectStream *stream);
-    explicit StartEncounterEvent(ObjectStream *stream);
+    StartEncounterEvent(QList<CreatureInit> characters, QList<CreatureInit> monsters,
+                        const EventRecord &record);
+    explicit StartEncounterEvent(ObjectStream *stream)
+        : StartEncounterEvent({}, {}, reading(stream))
+    {
+    }
 
     QString text() const override;
     void redo() override;
@@ -31,8 +33,6 @@ public:
     bool startsEncounter() const override { return true; }
 
 private:
-    void capture(const QList<CreatureInit> &characters, const QList<CreatureInit> &monsters);
-
     CreatureList m_oldOrder;
     VitalityBefore m_oldVitality;
     QList<CreatureItem> m_oldItems;
@@ -48,13 +48,17 @@ class NextTurnEvent : public Event {
     Q_OBJECT
 
 public:
-    NextTurnEvent(ObjectStream *stream, bool reading);
+    NextTurnEvent(ObjectStream *stream, bool reading) : NextTurnEvent(EventRecord(stream, reading))
+    {
+    }
 
     QString text() const override;
     void redo() override;
     void undo() override;
 
 private:
+    explicit NextTurnEvent(const EventRecord &record);
+
     EncounterPosition m_position;
     Creature *m_next = nullptr;
     bool m_nextWasReadied = false;
@@ -64,7 +68,10 @@ class StopEncounterEvent : public ChangeStateEvent {
     Q_OBJECT
 
 public:
-    StopEncounterEvent(ObjectStream *stream, bool reading);
+    StopEncounterEvent(ObjectStream *stream, bool reading)
+        : StopEncounterEvent(EventRecord(stream, reading))
+    {
+    }
 
     QString text() const override;
     void redo() override;
@@ -72,6 +79,8 @@ public:
     bool isVisibleToPlayers() const override { return true; }
 
 private:
+    explicit StopEncounterEvent(const EventRecord &record);
+
     EncounterPosition m_position;
 };
 
@@ -79,8 +88,8 @@ class DelayEvent : public CreatureEvent {
     Q_OBJECT
 
 public:
-    DelayEvent(Creature *creature, ObjectStream *stream);
-    explicit DelayEvent(ObjectStream *stream);
+    DelayEvent(Creature *creature, const EventRecord &record);
+    explicit DelayEvent(ObjectStream *stream) : DelayEvent(nullptr, reading(stream)) { }
 
     QString text() const override;
     void redo() override;
@@ -91,8 +100,8 @@ class ReadyEvent : public CreatureEvent {
     Q_OBJECT
 
 public:
-    ReadyEvent(Creature *creature, ObjectStream *stream);
-    explicit ReadyEvent(ObjectStream *stream);
+    ReadyEvent(Creature *creature, const EventRecord &record);
+    explicit ReadyEvent(ObjectStream *stream) : ReadyEvent(nullptr, reading(stream)) { }
 
     QString text() const override;
     void redo() override;
@@ -104,16 +113,14 @@ class EndReadyEvent : public CreatureEvent {
     Q_OBJECT
 
 public:
-    EndReadyEvent(Creature *creature, ObjectStream *stream);
-    explicit EndReadyEvent(ObjectStream *stream);
+    EndReadyEvent(Creature *creature, const EventRecord &record);
+    explicit EndReadyEvent(ObjectStream *stream) : EndReadyEvent(nullptr, reading(stream)) { }
 
     QString text() const override;
     void redo() override;
     void undo() override;
 
 private:
-    void capture();
-
     Creature *m_current = nullptr;
     int m_fromIndex = -1;
     int m_toIndex = -1;
@@ -124,16 +131,14 @@ class JumpInEvent : public CreatureEvent {
     Q_OBJECT
 
 public:
-    JumpInEvent(Creature *creature, ObjectStream *stream);
-    explicit JumpInEvent(ObjectStream *stream);
+    JumpInEvent(Creature *creature, const EventRecord &record);
+    explicit JumpInEvent(ObjectStream *stream) : JumpInEvent(nullptr, reading(stream)) { }
 
     QString text() const override;
     void redo() override;
     void undo() override;
 
 private:
-    void capture();
-
     int m_fromIndex = -1;
     int m_toIndex = -1;
     EncounterPosition m_position;
@@ -144,15 +149,13 @@ class DiedEvent : public CreatureEvent {
     Q_OBJECT
 
 public:
-    DiedEvent(Creature *creature, ObjectStream *stream);
-    explicit DiedEvent(ObjectStream *stream);
+    DiedEvent(Creature *creature, const EventRecord &record);
+    explicit DiedEvent(ObjectStream *stream) : DiedEvent(nullptr, reading(stream)) { }
 
     QString text() const override;
     void redo() override;
     void undo() override;
 
 private:
-    void capture();
-
     EncounterSnapshot m_before;
 };

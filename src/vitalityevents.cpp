@@ -3,8 +3,6 @@
 #include "creature.h"
 #include "effect.h"
 #include "encounter.h"
-#include "objectstream.h"
-#include "streamrecords.h"
 #include "terms.h"
 #include "windowinterface.h"
 
@@ -29,37 +27,25 @@ QList<Creature *> livingCharacters()
 
 // --- DamageEvent and its subclass ---
 
-DamageEvent::DamageEvent(Creature *source, Creature *target, int damage, ObjectStream *stream)
-    : DamageEvent(source, QList<Creature *> {target}, damage, stream)
+DamageEvent::DamageEvent(Creature *source, Creature *target, int damage, const EventRecord &record)
+    : DamageEvent(source, QList<Creature *> {target}, damage, record)
 {
 }
 
 DamageEvent::DamageEvent(Creature *source, const QList<Creature *> &targets, int damage,
-                         ObjectStream *stream)
-    : DamageEvent(EventType::Damage, source, targets, damage, stream)
+                         const EventRecord &record)
+    : DamageEvent(EventType::Damage, source, targets, damage, record)
 {
 }
 
-DamageEvent::DamageEvent(ObjectStream *stream) : DamageEvent(EventType::Damage, stream) { }
-
-DamageEvent::DamageEvent(EventType::Code type, Creature *source, const QList<Creature *> &targets,
-                         int damage, ObjectStream *stream)
-    : ChangeStateEvent(type), m_damage(damage)
+DamageEvent::DamageEvent(EventType::Code type, Creature *source, QList<Creature *> targets,
+                         int damage, const EventRecord &record)
+    : ChangeStateEvent(type, record), m_damage(damage)
 {
-    beginWriting(stream);
-    writeCreature(stream, source);
-    writeCreatureList(stream, targets);
-    stream->writeInt(ID_DAMAGE_EVENT_DAMAGE, damage);
-    endWriting(stream, ID_DAMAGE_EVENT_END);
-    init(source, targets);
-}
-
-DamageEvent::DamageEvent(EventType::Code type, ObjectStream *stream) : ChangeStateEvent(type)
-{
-    Creature *source = readCreature(stream);
-    const QList<Creature *> targets = readCreatureList(stream);
-    m_damage = stream->readInt(ID_DAMAGE_EVENT_DAMAGE);
-    endReading(stream, ID_DAMAGE_EVENT_END);
+    record.field(source);
+    record.field(targets);
+    record.field(ID_DAMAGE_EVENT_DAMAGE, m_damage);
+    close(record, ID_DAMAGE_EVENT_END);
     init(source, targets);
 }
 
@@ -75,19 +61,14 @@ void DamageEvent::redo()
 }
 
 OnGoingDamageEvent::OnGoingDamageEvent(Creature *source, Creature *target, int damage,
-                                       ObjectStream *stream)
-    : OnGoingDamageEvent(source, QList<Creature *> {target}, damage, stream)
+                                       const EventRecord &record)
+    : OnGoingDamageEvent(source, QList<Creature *> {target}, damage, record)
 {
 }
 
 OnGoingDamageEvent::OnGoingDamageEvent(Creature *source, const QList<Creature *> &targets,
-                                       int damage, ObjectStream *stream)
-    : DamageEvent(EventType::OnGoingDamage, source, targets, damage, stream)
-{
-}
-
-OnGoingDamageEvent::OnGoingDamageEvent(ObjectStream *stream)
-    : DamageEvent(EventType::OnGoingDamage, stream)
+                                       int damage, const EventRecord &record)
+    : DamageEvent(EventType::OnGoingDamage, source, targets, damage, record)
 {
 }
 
@@ -98,39 +79,27 @@ QString OnGoingDamageEvent::text() const
 
 // --- HealEvent ---
 
-HealEvent::HealEvent(Creature *source, Creature *target, int surges, int hp, ObjectStream *stream)
-    : HealEvent(source, QList<Creature *> {target}, surges, hp, stream)
+HealEvent::HealEvent(Creature *source, Creature *target, int surges, int hp,
+                     const EventRecord &record)
+    : HealEvent(source, QList<Creature *> {target}, surges, hp, record)
 {
 }
 
 HealEvent::HealEvent(Creature *source, const QList<Creature *> &targets, int surges, int hp,
-                     ObjectStream *stream)
-    : HealEvent(EventType::Heal, source, targets, surges, hp, stream)
+                     const EventRecord &record)
+    : HealEvent(EventType::Heal, source, targets, surges, hp, record)
 {
 }
 
-HealEvent::HealEvent(ObjectStream *stream) : HealEvent(EventType::Heal, stream) { }
-
-HealEvent::HealEvent(EventType::Code type, Creature *source, const QList<Creature *> &targets,
-                     int surges, int hp, ObjectStream *stream)
-    : ChangeStateEvent(type), m_surges(surges), m_hp(hp)
+HealEvent::HealEvent(EventType::Code type, Creature *source, QList<Creature *> targets, int surges,
+                     int hp, const EventRecord &record)
+    : ChangeStateEvent(type, record), m_surges(surges), m_hp(hp)
 {
-    beginWriting(stream);
-    writeCreature(stream, source);
-    writeCreatureList(stream, targets);
-    stream->writeInt(ID_HEAL_EVENT_US, surges);
-    stream->writeInt(ID_HEAL_EVENT_HP, hp);
-    endWriting(stream, ID_HEAL_EVENT_END);
-    init(source, targets);
-}
-
-HealEvent::HealEvent(EventType::Code type, ObjectStream *stream) : ChangeStateEvent(type)
-{
-    Creature *source = readCreature(stream);
-    const QList<Creature *> targets = readCreatureList(stream);
-    m_surges = stream->readInt(ID_HEAL_EVENT_US);
-    m_hp = stream->readInt(ID_HEAL_EVENT_HP);
-    endReading(stream, ID_HEAL_EVENT_END);
+    record.field(source);
+    record.field(targets);
+    record.field(ID_HEAL_EVENT_US, m_surges);
+    record.field(ID_HEAL_EVENT_HP, m_hp);
+    close(record, ID_HEAL_EVENT_END);
     init(source, targets);
 }
 
@@ -160,13 +129,8 @@ void HealEvent::redo()
 
 // --- RegenerationEvent ---
 
-RegenerationEvent::RegenerationEvent(Creature *target, int hp, ObjectStream *stream)
-    : HealEvent(EventType::Regeneration, nullptr, {target}, 0, hp, stream)
-{
-}
-
-RegenerationEvent::RegenerationEvent(ObjectStream *stream)
-    : HealEvent(EventType::Regeneration, stream)
+RegenerationEvent::RegenerationEvent(Creature *target, int hp, const EventRecord &record)
+    : HealEvent(EventType::Regeneration, nullptr, {target}, 0, hp, record)
 {
 }
 
@@ -178,13 +142,8 @@ QString RegenerationEvent::text() const
 // --- AdministerFirstAidEvent ---
 
 AdministerFirstAidEvent::AdministerFirstAidEvent(Creature *source, Creature *target,
-                                                 ObjectStream *stream)
-    : HealEvent(EventType::AdministerFirstAid, source, {target}, 1, surgeValue(target), stream)
-{
-}
-
-AdministerFirstAidEvent::AdministerFirstAidEvent(ObjectStream *stream)
-    : HealEvent(EventType::AdministerFirstAid, stream)
+                                                 const EventRecord &record)
+    : HealEvent(EventType::AdministerFirstAid, source, {target}, 1, surgeValue(target), record)
 {
 }
 
@@ -202,25 +161,15 @@ void AdministerFirstAidEvent::redo()
 
 // --- SecondWindEvent ---
 
-SecondWindEvent::SecondWindEvent(Creature *creature, ObjectStream *stream)
-    : HealEvent(EventType::SecondWind, creature, {creature}, 1, surgeValue(creature), stream)
-{
-    makeEffect();
-}
-
-SecondWindEvent::SecondWindEvent(ObjectStream *stream) : HealEvent(EventType::SecondWind, stream)
-{
-    makeEffect();
-}
-
-SecondWindEvent::~SecondWindEvent() = default;
-
-void SecondWindEvent::makeEffect()
+SecondWindEvent::SecondWindEvent(Creature *creature, const EventRecord &record)
+    : HealEvent(EventType::SecondWind, creature, {creature}, 1, surgeValue(creature), record)
 {
     if (m_source && m_source == firstTarget())
         m_effect = std::make_unique<Effect>(m_source, m_source, EffectType::SecondWind,
                                             EffectEnd::StartOfTargetsTurn);
 }
+
+SecondWindEvent::~SecondWindEvent() = default;
 
 QString SecondWindEvent::text() const
 {
@@ -245,13 +194,8 @@ void SecondWindEvent::undo()
 
 // --- GainHealingSurgeEvent ---
 
-GainHealingSurgeEvent::GainHealingSurgeEvent(Creature *creature, ObjectStream *stream)
-    : HealEvent(EventType::GainHealingSurge, creature, {creature}, -1, 0, stream)
-{
-}
-
-GainHealingSurgeEvent::GainHealingSurgeEvent(ObjectStream *stream)
-    : HealEvent(EventType::GainHealingSurge, stream)
+GainHealingSurgeEvent::GainHealingSurgeEvent(Creature *creature, const EventRecord &record)
+    : HealEvent(EventType::GainHealingSurge, creature, {creature}, -1, 0, record)
 {
 }
 
@@ -262,23 +206,14 @@ QString GainHealingSurgeEvent::text() const
 
 // --- SetTempHPEvent ---
 
-SetTempHPEvent::SetTempHPEvent(const QList<Creature *> &targets, int amount, ObjectStream *stream)
-    : ChangeStateEvent(EventType::SetTempHP), m_amount(amount)
+SetTempHPEvent::SetTempHPEvent(QList<Creature *> targets, int amount, const EventRecord &record)
+    : ChangeStateEvent(EventType::SetTempHP, record), m_amount(amount)
 {
-    beginWriting(stream);
-    writeCreature(stream, nullptr);
-    writeCreatureList(stream, targets);
-    stream->writeInt(ID_SET_THP_RESOURCE_AMOUNT, amount);
-    endWriting(stream, ID_SET_THP_RESOURCE_END);
-    init(nullptr, targets);
-}
-
-SetTempHPEvent::SetTempHPEvent(ObjectStream *stream) : ChangeStateEvent(EventType::SetTempHP)
-{
-    Creature *source = readCreature(stream);
-    const QList<Creature *> targets = readCreatureList(stream);
-    m_amount = stream->readInt(ID_SET_THP_RESOURCE_AMOUNT);
-    endReading(stream, ID_SET_THP_RESOURCE_END);
+    Creature *source = nullptr; // in every log of this program
+    record.field(source);
+    record.field(targets);
+    record.field(ID_SET_THP_RESOURCE_AMOUNT, m_amount);
+    close(record, ID_SET_THP_RESOURCE_END);
     init(source, targets);
 }
 
@@ -301,20 +236,11 @@ void SetTempHPEvent::redo()
 
 // --- UseActionPointEvent ---
 
-UseActionPointEvent::UseActionPointEvent(Creature *creature, ObjectStream *stream)
-    : ChangeStateEvent(EventType::UseActionPoint)
+UseActionPointEvent::UseActionPointEvent(Creature *creature, const EventRecord &record)
+    : ChangeStateEvent(EventType::UseActionPoint, record)
 {
-    beginWriting(stream);
-    writeCreature(stream, creature);
-    endWriting(stream, ID_USE_AP_EVENT_END);
-    init(nullptr, creature);
-}
-
-UseActionPointEvent::UseActionPointEvent(ObjectStream *stream)
-    : ChangeStateEvent(EventType::UseActionPoint)
-{
-    Creature *creature = readCreature(stream);
-    endReading(stream, ID_USE_AP_EVENT_END);
+    record.field(creature);
+    close(record, ID_USE_AP_EVENT_END);
     init(nullptr, creature);
 }
 
@@ -331,22 +257,12 @@ void UseActionPointEvent::redo()
 
 // --- UseSecondWindEvent ---
 
-UseSecondWindEvent::UseSecondWindEvent(Creature *creature, int change, ObjectStream *stream)
-    : ChangeStateEvent(EventType::UseSecondWind), m_change(change)
+UseSecondWindEvent::UseSecondWindEvent(Creature *creature, int change, const EventRecord &record)
+    : ChangeStateEvent(EventType::UseSecondWind, record), m_change(change)
 {
-    beginWriting(stream);
-    writeCreature(stream, creature);
-    stream->writeInt(ID_SECOND_WIND_EVENT_CHANGE, change);
-    endWriting(stream, ID_EVENT_END);
-    init(nullptr, creature);
-}
-
-UseSecondWindEvent::UseSecondWindEvent(ObjectStream *stream)
-    : ChangeStateEvent(EventType::UseSecondWind)
-{
-    Creature *creature = readCreature(stream);
-    m_change = stream->readInt(ID_SECOND_WIND_EVENT_CHANGE);
-    endReading(stream, ID_EVENT_END);
+    record.field(creature);
+    record.field(ID_SECOND_WIND_EVENT_CHANGE, m_change);
+    close(record, ID_EVENT_END);
     init(nullptr, creature);
 }
 
@@ -367,21 +283,12 @@ void UseSecondWindEvent::redo()
 
 // --- StabilizeEvent ---
 
-StabilizeEvent::StabilizeEvent(Creature *source, Creature *target, ObjectStream *stream)
-    : ChangeStateEvent(EventType::Stabilize)
+StabilizeEvent::StabilizeEvent(Creature *source, Creature *target, const EventRecord &record)
+    : ChangeStateEvent(EventType::Stabilize, record)
 {
-    beginWriting(stream);
-    writeCreature(stream, source);
-    writeCreature(stream, target);
-    endWriting(stream, ID_STABILIZE_EVENT_END);
-    init(source, target);
-}
-
-StabilizeEvent::StabilizeEvent(ObjectStream *stream) : ChangeStateEvent(EventType::Stabilize)
-{
-    Creature *source = readCreature(stream);
-    Creature *target = readCreature(stream);
-    endReading(stream, ID_STABILIZE_EVENT_END);
+    record.field(source);
+    record.field(target);
+    close(record, ID_STABILIZE_EVENT_END);
     init(source, target);
 }
 
@@ -398,20 +305,12 @@ void StabilizeEvent::redo()
 
 // --- FailedDeathSavingThrowEvent ---
 
-FailedDeathSavingThrowEvent::FailedDeathSavingThrowEvent(Creature *creature, ObjectStream *stream)
-    : ChangeStateEvent(EventType::FailedDeathSavingThrow)
+FailedDeathSavingThrowEvent::FailedDeathSavingThrowEvent(Creature *creature,
+                                                         const EventRecord &record)
+    : ChangeStateEvent(EventType::FailedDeathSavingThrow, record)
 {
-    beginWriting(stream);
-    writeCreature(stream, creature);
-    endWriting(stream, ID_FAILED_DST_EVENT_END);
-    init(nullptr, creature);
-}
-
-FailedDeathSavingThrowEvent::FailedDeathSavingThrowEvent(ObjectStream *stream)
-    : ChangeStateEvent(EventType::FailedDeathSavingThrow)
-{
-    Creature *creature = readCreature(stream);
-    endReading(stream, ID_FAILED_DST_EVENT_END);
+    record.field(creature);
+    close(record, ID_FAILED_DST_EVENT_END);
     init(nullptr, creature);
 }
 
@@ -429,27 +328,13 @@ void FailedDeathSavingThrowEvent::redo()
 
 // --- ShortRestEvent ---
 
-ShortRestEvent::ShortRestEvent(const QList<RestedCreature> &rested, ObjectStream *stream)
-    : ChangeStateEvent(EventType::ShortRest)
+ShortRestEvent::ShortRestEvent(const QList<RestedCreature> &rested, const EventRecord &record)
+    : ChangeStateEvent(EventType::ShortRest, record), m_rested(rested)
 {
-    beginWriting(stream);
-    writeRested(stream, rested);
-    endWriting(stream, ID_SR_ACTION_EVENT_END);
-    capture(rested);
-}
-
-ShortRestEvent::ShortRestEvent(ObjectStream *stream) : ChangeStateEvent(EventType::ShortRest)
-{
-    const QList<RestedCreature> rested = readRested(stream);
-    endReading(stream, ID_SR_ACTION_EVENT_END);
-    capture(rested);
-}
-
-void ShortRestEvent::capture(const QList<RestedCreature> &rested)
-{
-    m_rested = rested;
+    record.field(m_rested);
+    close(record, ID_SR_ACTION_EVENT_END);
     QList<Creature *> targets;
-    for (const RestedCreature &each : rested)
+    for (const RestedCreature &each : std::as_const(m_rested))
         targets << each.creature;
     init(nullptr, targets);
 }
@@ -469,22 +354,14 @@ void ShortRestEvent::redo()
 
 // --- ExtendedRestEvent ---
 
-ExtendedRestEvent::ExtendedRestEvent(const QList<Creature *> &creatures, ObjectStream *stream)
-    : ChangeStateEvent(EventType::ExtendedRest)
+ExtendedRestEvent::ExtendedRestEvent(QList<Creature *> creatures, const EventRecord &record)
+    : ChangeStateEvent(EventType::ExtendedRest, record)
 {
-    beginWriting(stream);
-    if (!creatures.isEmpty())
-        writeCreatureList(stream, creatures);
-    endWriting(stream, ID_EXT_REST_EVENT_END);
-    init(nullptr, creatures.isEmpty() ? livingCharacters() : creatures);
-}
-
-ExtendedRestEvent::ExtendedRestEvent(ObjectStream *stream)
-    : ChangeStateEvent(EventType::ExtendedRest)
-{
-    const bool hasList = stream->nextIs(ID_CREATURE_LIST_SIZE);
-    const QList<Creature *> creatures = hasList ? readCreatureList(stream) : livingCharacters();
-    endReading(stream, ID_EXT_REST_EVENT_END);
+    if (record.has(ID_CREATURE_LIST_SIZE, !creatures.isEmpty()))
+        record.field(creatures);
+    else
+        creatures = livingCharacters();
+    close(record, ID_EXT_REST_EVENT_END);
     init(nullptr, creatures);
 }
 
@@ -502,24 +379,11 @@ void ExtendedRestEvent::redo()
 
 // --- SetVitalityEvent ---
 
-SetVitalityEvent::SetVitalityEvent(const CreatureVitality &vitality, ObjectStream *stream)
-    : Event(EventType::SetVitality), m_newValues(vitality)
+SetVitalityEvent::SetVitalityEvent(const CreatureVitality &vitality, const EventRecord &record)
+    : Event(EventType::SetVitality, record), m_newValues(vitality)
 {
-    beginWriting(stream);
-    writeVitality(stream, vitality);
-    endWriting(stream, ID_SET_VITALITY_EVENT_END);
-    capture();
-}
-
-SetVitalityEvent::SetVitalityEvent(ObjectStream *stream)
-    : Event(EventType::SetVitality), m_newValues(readVitality(stream))
-{
-    endReading(stream, ID_SET_VITALITY_EVENT_END);
-    capture();
-}
-
-void SetVitalityEvent::capture()
-{
+    record.field(m_newValues);
+    close(record, ID_SET_VITALITY_EVENT_END);
     m_visible = isCharacter(m_newValues.creature);
     if (!m_newValues.creature)
         return;

@@ -13,18 +13,20 @@ class DamageEvent : public ChangeStateEvent {
 
 public:
     // `source` may be null.
-    DamageEvent(Creature *source, Creature *target, int damage, ObjectStream *stream);
+    DamageEvent(Creature *source, Creature *target, int damage, const EventRecord &record);
     DamageEvent(Creature *source, const QList<Creature *> &targets, int damage,
-                ObjectStream *stream);
-    explicit DamageEvent(ObjectStream *stream);
+                const EventRecord &record);
+    explicit DamageEvent(ObjectStream *stream)
+        : DamageEvent(nullptr, QList<Creature *>(), 0, reading(stream))
+    {
+    }
 
     QString text() const override;
     void redo() override;
 
 protected:
-    DamageEvent(EventType::Code type, Creature *source, const QList<Creature *> &targets,
-                int damage, ObjectStream *stream);
-    DamageEvent(EventType::Code type, ObjectStream *stream);
+    DamageEvent(EventType::Code type, Creature *source, QList<Creature *> targets, int damage,
+                const EventRecord &record);
 
     int m_damage = 0;
 };
@@ -33,10 +35,13 @@ class OnGoingDamageEvent : public DamageEvent {
     Q_OBJECT
 
 public:
-    OnGoingDamageEvent(Creature *source, Creature *target, int damage, ObjectStream *stream);
+    OnGoingDamageEvent(Creature *source, Creature *target, int damage, const EventRecord &record);
     OnGoingDamageEvent(Creature *source, const QList<Creature *> &targets, int damage,
-                       ObjectStream *stream);
-    explicit OnGoingDamageEvent(ObjectStream *stream);
+                       const EventRecord &record);
+    explicit OnGoingDamageEvent(ObjectStream *stream)
+        : OnGoingDamageEvent(nullptr, QList<Creature *>(), 0, reading(stream))
+    {
+    }
 
     QString text() const override;
 };
@@ -46,18 +51,20 @@ class HealEvent : public ChangeStateEvent {
 
 public:
     // `source` may be null. `surges` are spent by each target; a negative number gives them.
-    HealEvent(Creature *source, Creature *target, int surges, int hp, ObjectStream *stream);
+    HealEvent(Creature *source, Creature *target, int surges, int hp, const EventRecord &record);
     HealEvent(Creature *source, const QList<Creature *> &targets, int surges, int hp,
-              ObjectStream *stream);
-    explicit HealEvent(ObjectStream *stream);
+              const EventRecord &record);
+    explicit HealEvent(ObjectStream *stream)
+        : HealEvent(nullptr, QList<Creature *>(), 0, 0, reading(stream))
+    {
+    }
 
     QString text() const override;
     void redo() override;
 
 protected:
-    HealEvent(EventType::Code type, Creature *source, const QList<Creature *> &targets, int surges,
-              int hp, ObjectStream *stream);
-    HealEvent(EventType::Code type, ObjectStream *stream);
+    HealEvent(EventType::Code type, Creature *source, QList<Creature *> targets, int surges, int hp,
+              const EventRecord &record);
 
     int m_surges = 0;
     int m_hp = 0;
@@ -71,8 +78,11 @@ class RegenerationEvent : public HealEvent {
     Q_OBJECT
 
 public:
-    RegenerationEvent(Creature *target, int hp, ObjectStream *stream);
-    explicit RegenerationEvent(ObjectStream *stream);
+    RegenerationEvent(Creature *target, int hp, const EventRecord &record);
+    explicit RegenerationEvent(ObjectStream *stream)
+        : RegenerationEvent(nullptr, 0, reading(stream))
+    {
+    }
 
     QString text() const override;
 };
@@ -82,8 +92,11 @@ class AdministerFirstAidEvent : public HealEvent {
     Q_OBJECT
 
 public:
-    AdministerFirstAidEvent(Creature *source, Creature *target, ObjectStream *stream);
-    explicit AdministerFirstAidEvent(ObjectStream *stream);
+    AdministerFirstAidEvent(Creature *source, Creature *target, const EventRecord &record);
+    explicit AdministerFirstAidEvent(ObjectStream *stream)
+        : AdministerFirstAidEvent(nullptr, nullptr, reading(stream))
+    {
+    }
 
     QString text() const override;
     void redo() override;
@@ -95,8 +108,8 @@ class SecondWindEvent : public HealEvent {
     Q_OBJECT
 
 public:
-    SecondWindEvent(Creature *creature, ObjectStream *stream);
-    explicit SecondWindEvent(ObjectStream *stream);
+    SecondWindEvent(Creature *creature, const EventRecord &record);
+    explicit SecondWindEvent(ObjectStream *stream) : SecondWindEvent(nullptr, reading(stream)) { }
     ~SecondWindEvent() override;
 
     QString text() const override;
@@ -105,8 +118,6 @@ public:
     bool isVisibleToPlayers() const override { return true; }
 
 private:
-    void makeEffect();
-
     // Null when a record names another source than target.
     std::unique_ptr<Effect> m_effect;
 };
@@ -115,8 +126,11 @@ class GainHealingSurgeEvent : public HealEvent {
     Q_OBJECT
 
 public:
-    GainHealingSurgeEvent(Creature *creature, ObjectStream *stream);
-    explicit GainHealingSurgeEvent(ObjectStream *stream);
+    GainHealingSurgeEvent(Creature *creature, const EventRecord &record);
+    explicit GainHealingSurgeEvent(ObjectStream *stream)
+        : GainHealingSurgeEvent(nullptr, reading(stream))
+    {
+    }
 
     QString text() const override;
     bool isVisibleToPlayers() const override { return true; }
@@ -126,8 +140,8 @@ class SetTempHPEvent : public ChangeStateEvent {
     Q_OBJECT
 
 public:
-    SetTempHPEvent(const QList<Creature *> &targets, int amount, ObjectStream *stream);
-    explicit SetTempHPEvent(ObjectStream *stream);
+    SetTempHPEvent(QList<Creature *> targets, int amount, const EventRecord &record);
+    explicit SetTempHPEvent(ObjectStream *stream) : SetTempHPEvent({}, 0, reading(stream)) { }
 
     QString text() const override;
     void redo() override;
@@ -140,8 +154,11 @@ class UseActionPointEvent : public ChangeStateEvent {
     Q_OBJECT
 
 public:
-    UseActionPointEvent(Creature *creature, ObjectStream *stream);
-    explicit UseActionPointEvent(ObjectStream *stream);
+    UseActionPointEvent(Creature *creature, const EventRecord &record);
+    explicit UseActionPointEvent(ObjectStream *stream)
+        : UseActionPointEvent(nullptr, reading(stream))
+    {
+    }
 
     QString text() const override;
     void redo() override;
@@ -153,8 +170,11 @@ class UseSecondWindEvent : public ChangeStateEvent {
 
 public:
     // -1: used; 1: gained back.
-    UseSecondWindEvent(Creature *creature, int change, ObjectStream *stream);
-    explicit UseSecondWindEvent(ObjectStream *stream);
+    UseSecondWindEvent(Creature *creature, int change, const EventRecord &record);
+    explicit UseSecondWindEvent(ObjectStream *stream)
+        : UseSecondWindEvent(nullptr, 0, reading(stream))
+    {
+    }
 
     QString text() const override;
     void redo() override;
@@ -167,8 +187,11 @@ class StabilizeEvent : public ChangeStateEvent {
     Q_OBJECT
 
 public:
-    StabilizeEvent(Creature *source, Creature *target, ObjectStream *stream);
-    explicit StabilizeEvent(ObjectStream *stream);
+    StabilizeEvent(Creature *source, Creature *target, const EventRecord &record);
+    explicit StabilizeEvent(ObjectStream *stream)
+        : StabilizeEvent(nullptr, nullptr, reading(stream))
+    {
+    }
 
     QString text() const override;
     void redo() override;
@@ -179,8 +202,11 @@ class FailedDeathSavingThrowEvent : public ChangeStateEvent {
     Q_OBJECT
 
 public:
-    FailedDeathSavingThrowEvent(Creature *creature, ObjectStream *stream);
-    explicit FailedDeathSavingThrowEvent(ObjectStream *stream);
+    FailedDeathSavingThrowEvent(Creature *creature, const EventRecord &record);
+    explicit FailedDeathSavingThrowEvent(ObjectStream *stream)
+        : FailedDeathSavingThrowEvent(nullptr, reading(stream))
+    {
+    }
 
     QString text() const override;
     void redo() override;
@@ -191,16 +217,14 @@ class ShortRestEvent : public ChangeStateEvent {
     Q_OBJECT
 
 public:
-    ShortRestEvent(const QList<RestedCreature> &rested, ObjectStream *stream);
-    explicit ShortRestEvent(ObjectStream *stream);
+    ShortRestEvent(const QList<RestedCreature> &rested, const EventRecord &record);
+    explicit ShortRestEvent(ObjectStream *stream) : ShortRestEvent({}, reading(stream)) { }
 
     QString text() const override;
     void redo() override;
     bool isVisibleToPlayers() const override { return true; }
 
 private:
-    void capture(const QList<RestedCreature> &rested);
-
     QList<RestedCreature> m_rested;
 };
 
@@ -213,8 +237,8 @@ class ExtendedRestEvent : public ChangeStateEvent {
 public:
     // An empty list stands for the living characters of the encounter and isn't written, so that a
     // replay rests whoever is in the party then.
-    ExtendedRestEvent(const QList<Creature *> &creatures, ObjectStream *stream);
-    explicit ExtendedRestEvent(ObjectStream *stream);
+    ExtendedRestEvent(QList<Creature *> creatures, const EventRecord &record);
+    explicit ExtendedRestEvent(ObjectStream *stream) : ExtendedRestEvent({}, reading(stream)) { }
 
     QString text() const override;
     void redo() override;
@@ -226,16 +250,14 @@ class SetVitalityEvent : public Event {
     Q_OBJECT
 
 public:
-    SetVitalityEvent(const CreatureVitality &vitality, ObjectStream *stream);
-    explicit SetVitalityEvent(ObjectStream *stream);
+    SetVitalityEvent(const CreatureVitality &vitality, const EventRecord &record);
+    explicit SetVitalityEvent(ObjectStream *stream) : SetVitalityEvent({}, reading(stream)) { }
 
     QString text() const override;
     void redo() override;
     void undo() override;
 
 private:
-    void capture();
-
     CreatureVitality m_oldLive;
     CreatureVitality m_oldShadow;
     CreatureVitality m_newValues;

@@ -6,13 +6,15 @@
 QStringList LoggedEvent::journal;
 
 LoggedEvent::LoggedEvent(const QString &text, ObjectStream *stream)
-    : Event(EventType::SetAlias), m_text(text)
+    : Event(EventType::SetAlias, stream), m_text(text)
 {
-    beginWriting(stream);
-    stream->writeString(ID_ALIAS_EVENT_CREATURE, QString());
-    stream->writeInt(ID_ALIAS_EVENT_SHOW, 1);
-    stream->writeString(ID_ALIAS_EVENT_ALIAS, text);
-    endWriting(stream, ID_EVENT_END);
+    const EventRecord record(stream);
+    Creature *nobody = nullptr;
+    bool show = true;
+    record.field(ID_ALIAS_EVENT_CREATURE, nobody);
+    record.field(ID_ALIAS_EVENT_SHOW, show);
+    record.field(ID_ALIAS_EVENT_ALIAS, m_text);
+    close(record, ID_EVENT_END);
 }
 
 LoggedEvent::~LoggedEvent()
