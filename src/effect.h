@@ -7,58 +7,8 @@
 
 #include "creature.h"
 #include "effectedattributes.h"
+#include "effectkinds.h"
 #include "memorytracker.h"
-
-namespace EffectType {
-enum Code {
-    None = 0,
-    Blinded = 1,
-    Dazed,
-    Deafened,
-    Dominated,
-    Grabbed,
-    Helpless,
-    Hidden,
-    Immobilized,
-    Marked,
-    Petrified,
-    Prone,
-    Restrained,
-    Slowed,
-    Stunned,
-    Surprised,
-    Unconscious,
-    Weakened,
-    TotalDefence,
-    SecondWind,
-    OngoingDamage,
-    Regeneration,
-    Penalty,
-    Bonus,
-    PartialCover,
-    SuperiorCover,
-    Concealment,
-    TotalConcealment,
-    Resist,
-    Vulnerable,
-    OtherGood,
-    OtherBad,
-    Insubstantial,
-    Phasing
-};
-}
-
-namespace EffectEnd {
-enum Code {
-    Special = 0,
-    EndOfOriginsTurn,
-    EndOfTargetsTurn,
-    SaveEnds,
-    EndOfEncounter,
-    StartOfOriginsTurn,
-    StartOfTargetsTurn
-};
-}
 
 // Owned by the event that made it; a creature's list only points at it. Origin and target are not
 // owned. When it dies it takes itself off its target, unless the target is already gone.

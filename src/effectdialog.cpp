@@ -98,13 +98,10 @@ int EffectDialog::condition() const
 
 EffectedAttributes EffectDialog::attributes() const
 {
-    return {.ac = m_attributes[AC]->isChecked(),
-            .fortitude = m_attributes[Fortitude]->isChecked(),
-            .reflex = m_attributes[Reflex]->isChecked(),
-            .will = m_attributes[Will]->isChecked(),
-            .hit = m_attributes[Hit]->isChecked(),
-            .damage = m_attributes[Damage]->isChecked(),
-            .savingThrows = m_attributes[SavingThrows]->isChecked()};
+    EffectedAttributes attributes;
+    for (int i = 0; i < AttributeCount; ++i)
+        attributes.*attributeKinds[i].isAffected = m_attributes[i]->isChecked();
+    return attributes;
 }
 
 int EffectDialog::endCondition() const
@@ -232,16 +229,13 @@ void EffectDialog::updateEndConditions()
 void EffectDialog::updateEndLabels()
 {
     const Creature *creature = origin();
-    const auto setText = [this](int value, const QString &text) {
-        m_endBox->setItemText(m_endBox->findData(value), text);
-    };
-    if (creature) {
-        const QString name = shortened(creature->displayName(), LongestName);
-        setText(EffectEnd::EndOfOriginsTurn, tr("End of %1's next turn").arg(name));
-        setText(EffectEnd::StartOfOriginsTurn, tr("Start of %1's next turn").arg(name));
-    } else {
-        setText(EffectEnd::EndOfOriginsTurn, tr("End of next turn"));
-        setText(EffectEnd::StartOfOriginsTurn, tr("Start of next turn"));
+    const QString name = creature ? shortened(creature->displayName(), LongestName) : QString();
+    for (const EffectDuration &duration : effectDurations()) {
+        if (!duration.originChoice)
+            continue;
+        m_endBox->setItemText(m_endBox->findData(duration.end),
+                              creature ? Effect::tr(duration.originChoice).arg(name)
+                                       : Effect::tr(duration.choice));
     }
 }
 

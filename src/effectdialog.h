@@ -18,6 +18,7 @@ class QGroupBox;
 class QLineEdit;
 class QPushButton;
 class QSpinBox;
+struct EffectPair;
 
 // Reads like a form: it makes no event, and its owner asks for what was entered once exec() has
 // returned. While it is open its creatures show a preview of the outcome in their live numbers; it
@@ -100,7 +101,7 @@ private:
         int value;
         QString text;
     };
-    // The order of EffectedAttributes.
+    // The order of attributeKinds.
     enum Attribute { AC, Fortitude, Reflex, Will, Hit, Damage, SavingThrows, AttributeCount };
 
     static bool isRunning();
@@ -109,7 +110,8 @@ private:
     // --- the form (effectdialogform.cpp) ---
     DisableComboBox *choiceBox(const QString &objectName, const QList<Choice> &choices, int value);
     QSpinBox *amountBox(const QString &objectName, int max);
-    AmountPair amountPair(const QString &name, const QList<Choice> &choices, int max);
+    AmountPair amountPair(const QString &name, const EffectPair &kinds, const QList<int> &amounts,
+                          int max);
     QWidget *pairRow(const AmountPair &pair);
     QGroupBox *group(const QString &objectName, const QString &title, QWidget *content);
     QWidget *buildForm();
@@ -122,8 +124,7 @@ private:
     QGroupBox *buildComment();
     QGroupBox *buildResistance();
     QGroupBox *buildEnd();
-    void addAttribute(QGridLayout *grid, Attribute attribute, const QString &text, int row,
-                      int column, int span = 1);
+    void addAttribute(QGridLayout *grid, Attribute attribute, int row, int column, int span = 1);
     QPushButton *attributeButton(const QString &objectName, const QString &text);
     void fillSurgeBox();
     void fillMixedSurges(const QList<int> &values, bool canGain, bool canSpend);

@@ -81,9 +81,19 @@ QSpinBox *EffectDialog::amountBox(const QString &objectName, int max)
     return box;
 }
 
-EffectDialog::AmountPair EffectDialog::amountPair(const QString &name, const QList<Choice> &choices,
-                                                  int max)
+// From the best of the usual amounts down to none, and from there to the worst.
+EffectDialog::AmountPair EffectDialog::amountPair(const QString &name, const EffectPair &kinds,
+                                                  const QList<int> &amounts, int max)
 {
+    const EffectKind &good = effectKind(kinds.good);
+    const EffectKind &bad = effectKind(kinds.bad);
+    QList<Choice> choices;
+    for (auto amount = amounts.crbegin(); amount != amounts.crend(); ++amount)
+        choices << Choice {*amount, Effect::tr(good.choice).arg(*amount)};
+    choices << Choice {1, Effect::tr(good.plainChoice)} << Choice {0, QString()}
+            << Choice {-1, Effect::tr(bad.plainChoice)};
+    for (const int amount : amounts)
+        choices << Choice {-amount, Effect::tr(bad.choice).arg(amount)};
     AmountPair pair;
     pair.box = choiceBox(name + QStringLiteral("Box"), choices, 0);
     pair.amount = amountBox(name + QStringLiteral("Amount"), max);
@@ -110,32 +120,10 @@ QGroupBox *EffectDialog::group(const QString &objectName, const QString &title, 
 QWidget *EffectDialog::buildForm()
 {
     m_damageBox = amountBox(QStringLiteral("damageBox"), MostHP);
-    m_conditionBox = choiceBox(QStringLiteral("conditionBox"),
-                               {{EffectType::None, QString()},
-                                {EffectType::Blinded, tr("Blinded")},
-                                {EffectType::Concealment, tr("Concealment")},
-                                {EffectType::Dazed, tr("Dazed")},
-                                {EffectType::Deafened, tr("Deafened")},
-                                {EffectType::Dominated, tr("Dominated")},
-                                {EffectType::Grabbed, tr("Grabbed")},
-                                {EffectType::Helpless, tr("Helpless")},
-                                {EffectType::Hidden, tr("Hidden")},
-                                {EffectType::Immobilized, tr("Immobilized")},
-                                {EffectType::Insubstantial, tr("Insubstantial")},
-                                {EffectType::Marked, term(Term::Marked)},
-                                {EffectType::PartialCover, tr("Partial Cover")},
-                                {EffectType::Petrified, tr("Petrified")},
-                                {EffectType::Phasing, tr("Phasing")},
-                                {EffectType::Prone, tr("Prone")},
-                                {EffectType::Restrained, tr("Restrained")},
-                                {EffectType::Slowed, tr("Slowed")},
-                                {EffectType::Stunned, tr("Stunned")},
-                                {EffectType::SuperiorCover, tr("Superior Cover")},
-                                {EffectType::Surprised, tr("Surprised")},
-                                {EffectType::TotalConcealment, tr("Total Concealment")},
-                                {EffectType::Unconscious, tr("Unconscious")},
-                                {EffectType::Weakened, tr("Weakened")}},
-                               EffectType::None);
+    QList<Choice> conditions {{EffectType::None, QString()}};
+    for (const EffectKind &kind : conditionKinds())
+        conditions << Choice {kind.type, kind.text()};
+    m_conditionBox = choiceBox(QStringLiteral("conditionBox"), conditions, EffectType::None);
 
     auto *grid = new QGridLayout;
     grid->setContentsMargins(0, 0, 0, 0);
@@ -297,35 +285,13 @@ QGroupBox *EffectDialog::buildHealing()
 
 QGroupBox *EffectDialog::buildOngoing()
 {
-    m_ongoing = amountPair(QStringLiteral("ongoing"),
-                           {{15, tr("Regeneration 15")},
-                            {10, tr("Regeneration 10")},
-                            {5, tr("Regeneration 5")},
-                            {2, tr("Regeneration 2")},
-                            {1, tr("Regeneration")},
-                            {0, QString()},
-                            {-1, tr("Ongoing Damage")},
-                            {-2, tr("Ongoing Damage 2")},
-                            {-5, tr("Ongoing Damage 5")},
-                            {-10, tr("Ongoing Damage 10")},
-                            {-15, tr("Ongoing Damage 15")}},
-                           MostOngoing);
+    m_ongoing = amountPair(QStringLiteral("ongoing"), ongoingPair, {2, 5, 10, 15}, MostOngoing);
     return group(QStringLiteral("ongoingGroup"), tr("Ongoing"), pairRow(m_ongoing));
 }
 
 QGroupBox *EffectDialog::buildBonus()
 {
-    m_effect = amountPair(QStringLiteral("effect"),
-                          {{10, tr("+10 Bonus")},
-                           {5, tr("+5 Bonus")},
-                           {2, tr("+2 Bonus")},
-                           {1, tr("Bonus")},
-                           {0, QString()},
-                           {-1, tr("Penalty")},
-                           {-2, tr("-2 Penalty")},
-                           {-5, tr("-5 Penalty")},
-                           {-10, tr("-10 Penalty")}},
-                          MostBonus);
+    m_effect = amountPair(QStringLiteral("effect"), modifierPair, {2, 5, 10}, MostBonus);
     m_allDefensesButton = attributeButton(QStringLiteral("allDefensesButton"), tr("All Defenses"));
     m_hitDamageButton = attributeButton(QStringLiteral("hitDamageButton"), tr("Hit && Damage"));
 
@@ -333,21 +299,22 @@ QGroupBox *EffectDialog::buildBonus()
     grid->setContentsMargins(0, 0, 0, 0);
     grid->addWidget(m_effect.box, 0, 0);
     grid->addWidget(m_effect.amount, 0, 1);
-    addAttribute(grid, AC, tr("AC"), 0, 2);
-    addAttribute(grid, Fortitude, tr("Fortitude"), 0, 4);
-    addAttribute(grid, Reflex, tr("Reflex"), 0, 6);
-    addAttribute(grid, Will, tr("Will"), 0, 8);
+    addAttribute(grid, AC, 0, 2);
+    addAttribute(grid, Fortitude, 0, 4);
+    addAttribute(grid, Reflex, 0, 6);
+    addAttribute(grid, Will, 0, 8);
     grid->addWidget(m_allDefensesButton, 1, 0);
     grid->addWidget(m_hitDamageButton, 1, 1);
-    addAttribute(grid, Hit, tr("Hit"), 1, 2);
-    addAttribute(grid, Damage, tr("Damage"), 1, 4);
-    addAttribute(grid, SavingThrows, tr("Saving Throws"), 1, 6, 3);
+    addAttribute(grid, Hit, 1, 2);
+    addAttribute(grid, Damage, 1, 4);
+    addAttribute(grid, SavingThrows, 1, 6, 3);
     return group(QStringLiteral("bonusGroup"), tr("Bonus/Penalty"), wrap(grid));
 }
 
-void EffectDialog::addAttribute(QGridLayout *grid, Attribute attribute, const QString &text,
-                                int row, int column, int span)
+void EffectDialog::addAttribute(QGridLayout *grid, Attribute attribute, int row, int column,
+                                int span)
 {
+    const QString text = Effect::tr(attributeKinds[attribute].name);
     static constexpr const char *Names[AttributeCount] = {
         "acCheck",  "fortitudeCheck", "reflexCheck",      "willCheck",
         "hitCheck", "damageCheck",    "savingThrowsCheck"};
@@ -385,34 +352,16 @@ QGroupBox *EffectDialog::buildComment()
 
 QGroupBox *EffectDialog::buildResistance()
 {
-    m_resVul = amountPair(QStringLiteral("resVul"),
-                          {{15, tr("Resistance 15")},
-                           {10, tr("Resistance 10")},
-                           {5, tr("Resistance 5")},
-                           {2, tr("Resistance 2")},
-                           {1, tr("Resistance")},
-                           {0, QString()},
-                           {-1, tr("Vulnerability")},
-                           {-2, tr("Vulnerability 2")},
-                           {-5, tr("Vulnerability 5")},
-                           {-10, tr("Vulnerability 10")},
-                           {-15, tr("Vulnerability 15")}},
-                          MostResistance);
+    m_resVul = amountPair(QStringLiteral("resVul"), resistPair, {2, 5, 10, 15}, MostResistance);
     return group(QStringLiteral("resVulGroup"), tr("Resist/Vulnerable"), pairRow(m_resVul));
 }
 
 QGroupBox *EffectDialog::buildEnd()
 {
-    m_endBox = choiceBox(QStringLiteral("endBox"),
-                         {{NoEnd, QString()},
-                          {EffectEnd::Special, tr("End special")},
-                          {EffectEnd::EndOfOriginsTurn, tr("End of next turn")},
-                          {EffectEnd::StartOfOriginsTurn, tr("Start of next turn")},
-                          {EffectEnd::SaveEnds, tr("Save ends")},
-                          {EffectEnd::EndOfEncounter, tr("End of encounter")},
-                          {EffectEnd::EndOfTargetsTurn, tr("End of target's next turn")},
-                          {EffectEnd::StartOfTargetsTurn, tr("Start of target's next turn")}},
-                         NoEnd);
+    QList<Choice> choices {{NoEnd, QString()}};
+    for (const EffectDuration &duration : effectDurations())
+        choices << Choice {duration.end, Effect::tr(duration.choice)};
+    m_endBox = choiceBox(QStringLiteral("endBox"), choices, NoEnd);
     m_endBox->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     m_endBox->setMinimumContentsLength(NameCharacters);
     return group(QStringLiteral("endGroup"), tr("End Condition"), m_endBox);

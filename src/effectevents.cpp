@@ -9,36 +9,26 @@
 
 namespace {
 
-// A type of effect with the one of opposite sign; both have amounts that aren't negative.
-struct SignedType {
-    int negative;
-    int other;
-};
-
-constexpr SignedType ongoingPair {EffectType::OngoingDamage, EffectType::Regeneration};
-constexpr SignedType modifierPair {EffectType::Penalty, EffectType::Bonus};
-constexpr SignedType resistPair {EffectType::Vulnerable, EffectType::Resist};
-
-EffectKind bySign(const SignedType &pair, int amount)
+EffectValues bySign(const EffectPair &pair, int amount)
 {
     const int magnitude = amount < 0 ? saturatedDifference(0, amount) : amount;
-    return {amount < 0 ? pair.negative : pair.other, magnitude, {}};
+    return {amount < 0 ? pair.bad : pair.good, magnitude, {}};
 }
 
-EffectKind bySign(int type, int amount)
+EffectValues bySign(int type, int amount)
 {
-    if (type == ongoingPair.negative)
+    if (type == ongoingPair.bad)
         return bySign(ongoingPair, amount);
-    if (type == resistPair.negative)
+    if (type == resistPair.bad)
         return bySign(resistPair, amount);
     return {type, amount, {}};
 }
 
-EffectKind modifierBySign(int amount, const EffectedAttributes &attributes)
+EffectValues modifierBySign(int amount, const EffectedAttributes &attributes)
 {
-    EffectKind kind = bySign(modifierPair, amount);
-    kind.attributes = attributes;
-    return kind;
+    EffectValues values = bySign(modifierPair, amount);
+    values.attributes = attributes;
+    return values;
 }
 
 } // namespace
@@ -68,25 +58,26 @@ EffectEvent::EffectEvent(Creature *source, const QList<Creature *> &targets, con
 }
 
 EffectEvent::EffectEvent(EventType::Code type, Creature *source, const QList<Creature *> &targets,
-                         const QString &text, int endCondition, const EffectKind &kind,
+                         const QString &text, int endCondition, const EffectValues &values,
                          const EventRecord &record)
-    : Event(type, record), m_source(source), m_targets(targets), m_kind(kind),
+    : Event(type, record), m_source(source), m_targets(targets), m_values(values),
       m_endCondition(endCondition), m_text(text)
 {
     record.field(m_source);
     record.field(m_targets);
-    record.field(ID_EFFECT_EVENT_TYPE, m_kind.type);
+    record.field(ID_EFFECT_EVENT_TYPE, m_values.type);
     record.field(ID_EFFECT_EVENT_EC, m_endCondition);
     if (record.has(ID_EFFECT_EVENT_TEXT, !m_text.isEmpty()))
         record.field(ID_EFFECT_EVENT_TEXT, m_text);
-    record.field(ID_EFFECT_EVENT_AMOUNT, m_kind.amount);
-    record.field(m_kind.attributes);
+    record.field(ID_EFFECT_EVENT_AMOUNT, m_values.amount);
+    record.field(m_values.attributes);
     close(record, ID_EFFECT_EVENT_END);
     m_targets.removeAll(nullptr);
     m_visible = isCharacter(m_source);
     for (Creature *target : std::as_const(m_targets)) {
-        m_effects.push_back(std::make_unique<Effect>(m_source, target, m_kind.type, m_endCondition,
-                                                     m_text, m_kind.amount, m_kind.attributes));
+        m_effects.push_back(std::make_unique<Effect>(m_source, target, m_values.type,
+                                                     m_endCondition, m_text, m_values.amount,
+                                                     m_values.attributes));
         m_visible = m_visible || isCharacter(target);
     }
 }
@@ -95,10 +86,10 @@ EffectEvent::~EffectEvent() = default;
 
 QString EffectEvent::text() const
 {
-    const QString origin = Effect::showsOrigin(m_kind.type) ? arrowPrefix(m_source) : QString();
+    const QString origin = Effect::showsOrigin(m_values.type) ? arrowPrefix(m_source) : QString();
     // The origin stands in front, so that the description doesn't name it again.
     const QString what =
-        Effect::describe(nullptr, m_kind.type, m_text, m_kind.amount, m_kind.attributes);
+        Effect::describe(nullptr, m_values.type, m_text, m_values.amount, m_values.attributes);
     return origin + tr("%1: ").arg(what) + displayNames(m_targets);
 }
 

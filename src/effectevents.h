@@ -11,7 +11,7 @@ class Effect;
 struct Power;
 
 // What an effect does, in the form of the record.
-struct EffectKind {
+struct EffectValues {
     int type = 0;
     int amount = 0;
     EffectedAttributes attributes;
@@ -43,12 +43,12 @@ public:
 
 protected:
     EffectEvent(EventType::Code type, Creature *source, const QList<Creature *> &targets,
-                const QString &text, int endCondition, const EffectKind &kind,
+                const QString &text, int endCondition, const EffectValues &values,
                 const EventRecord &record);
 
     Creature *m_source = nullptr;
     QList<Creature *> m_targets;
-    EffectKind m_kind;
+    EffectValues m_values;
     int m_endCondition = 0;
     QString m_text;
     std::vector<std::unique_ptr<Effect>> m_effects;
