@@ -6,6 +6,7 @@
 #include <array>
 
 #include "keyvalue.h"
+#include "tables.h"
 #include "testhome.h"
 #include "text.h"
 
@@ -33,27 +34,11 @@ private Q_SLOTS:
 
 void TextTest::wraps()
 {
-    struct Case {
-        const char *html;
-        int width;
-        const char *expected;
-    };
-    const Case cases[] = {{"one two", 20, "one two"},
-                          {"", 5, ""},
-                          {"aaaa bbbb cc", 4, "aaaa<br>bbbb<br>cc"},
-                          {"aaaa bbbbbbbbb cc", 6, "aaaa<br>bbbbbbbbb<br>cc"},
-                          {"aa bbbb cc", 6, "aa bbbb<br>cc"},
-                          {"aaaa/bbbb cc", 5, "aaaa/<br>bbbb cc"},
-                          {"aaaa\\bbbb", 5, "aaaa\\<br>bbbb"},
-                          {"<b>aa</b> <i>bb</i> cc", 5, "<b>aa</b> <i>bb</i><br>cc"},
-                          {"&lt;&gt;&amp; bb cc", 6, "&lt;&gt;&amp; bb<br>cc"},
-                          {"a & b & c", 100, "a & b & c"},
-                          {"aa<br>bb", 20, "aa bb"},
-                          {"aa \n\t bb", 20, "aa bb"},
-                          {"aaa bb<p>ccc dd", 6, "aaa bb<p>ccc dd"},
-                          {"aa <b bb cc", 2, "aa<br><b bb cc"}};
-    for (const Case &each : cases)
-        QCOMPARE(wrapRichText(QLatin1String(each.html), each.width), QLatin1String(each.expected));
+    QCOMPARE(differences(u"wrapped"_s, 3,
+                         [](const QStringList &row) -> QString {
+                             return wrapRichText(row[0], row[1].toInt());
+                         }),
+             QString());
 }
 
 void TextTest::wrappingKeepsTheWords()
@@ -125,21 +110,12 @@ void TextTest::changesFirstLetters()
 
 void TextTest::knowsNumbers()
 {
-    struct Case {
-        const char *text;
-        bool number;
-        int leading;
-    };
-    const Case cases[] = {{"", true, 0},           {"42", true, 42},
-                          {"-7", true, -7},        {"+3", true, 3},
-                          {"1,250", true, 1},      {" 12 squares", false, 12},
-                          {"--4", true, 0},        {"- 4", false, 0},
-                          {"fly 6", false, 0},     {"2147483647", true, 2147483647},
-                          {"2147483648", true, 0}, {"\u0663", false, 0}};
-    for (const auto &[text, number, leading] : cases) {
-        QCOMPARE(isNumber(QString::fromUtf8(text)), number);
-        QCOMPARE(leadingInt(QString::fromUtf8(text)), leading);
-    }
+    QCOMPARE(differences(
+                 u"numbers"_s, 2,
+                 [](const QStringList &row) -> QString {
+                     return (isNumber(row[0]) ? u"yes %1"_s : u"no %1"_s).arg(leadingInt(row[0]));
+                 }),
+             QString());
     QCOMPARE(signedNumber(42), "+42");
     QCOMPARE(signedNumber(-7), "-7");
     QCOMPARE(signedNumber(0), "0");
@@ -174,31 +150,18 @@ void TextTest::escapes()
 
 void TextTest::parsesKeyValue()
 {
-    struct Case {
-        QByteArray line;
-        bool good;
-        QString key, kept, resolved;
+    const auto parse = [](const QStringList &row) -> QString {
+        KeyValue kept {u"stale"_s, u"stale"_s};
+        KeyValue resolved;
+        const bool isGood = parseKeyValue(row[0].toUtf8(), Escapes::Keep, kept);
+        if (isGood != parseKeyValue(row[0].toUtf8(), Escapes::Resolve, resolved))
+            return u"undecided"_s;
+        return isGood ? kept.key + u'|' + kept.value + u'|' + resolved.value : u"bad"_s;
     };
-    const Case cases[] = {{"name=Aria", true, "name", "Aria", "Aria"},
-                          {" \tname =  Aria \r", true, "name", "Aria", "Aria"},
-                          {"a=b=c", true, "a", "b=c", "b=c"},
-                          {"a=", true, "a", "", ""},
-                          {"group", true, "group", "", ""},
-                          {"  # a=b", true, "", "", ""},
-                          {" \t ", true, "", "", ""},
-                          {"", true, "", "", ""},
-                          {"a=x\\ny\\\\\\z", true, "a", "x\\ny\\\\\\z", "x\ny\\z"},
-                          {" =b", false, "", "", ""},
-                          {"a=\xff", true, "a", QChar(0xfffd), QChar(0xfffd)}};
-    for (const Case &each : cases) {
-        KeyValue result {u"stale"_s, u"stale"_s};
-        QCOMPARE(parseKeyValue(each.line, Escapes::Keep, result), each.good);
-        QCOMPARE(result.key, each.key);
-        QCOMPARE(result.value, each.kept);
-        QCOMPARE(parseKeyValue(each.line, Escapes::Resolve, result), each.good);
-        QCOMPARE(result.key, each.key);
-        QCOMPARE(result.value, each.resolved);
-    }
+    QCOMPARE(differences(u"keyvalues"_s, 2, parse), QString());
+    KeyValue result;
+    QVERIFY(parseKeyValue("a=\xff", Escapes::Keep, result));
+    QCOMPARE(result.value, QString(QChar(0xfffd)));
 }
 
 void TextTest::limitsTheKey()

@@ -1,0 +1,51 @@
+#include "tables.h"
+
+#include <QFile>
+#include <QMap>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString unescaped(const QString &text)
+{
+    static const QMap<QChar, QChar> signs {{u'n', u'\n'}, {u'r', u'\r'}, {u't', u'\t'}};
+    QString result;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text.at(i) != u'\\' || i + 1 == text.size()) {
+            result += text.at(i);
+        } else if (text.at(++i) == u'u') {
+            result += QChar(text.mid(i + 1, 4).toUShort(nullptr, 16));
+            i += 4;
+        } else {
+            result += signs.value(text.at(i), text.at(i));
+        }
+    }
+    return result;
+}
+
+} // namespace
+
+QString differences(const QString &name, qsizetype columns,
+                    const std::function<QString(const QStringList &)> &evaluate)
+{
+    QFile file(QStringLiteral(TEST_DATA "/tables/%1.txt").arg(name));
+    if (!file.open(QIODevice::ReadOnly))
+        return u"no table "_s + name;
+    QString found;
+    int rows = 0;
+    for (const QString &line : QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts)) {
+        if (line.startsWith(u'#'))
+            continue;
+        ++rows;
+        QStringList row = line.split(u'\t');
+        for (QString &column : row)
+            column = unescaped(column);
+        row.resize(columns);
+        const QString expected = row.takeLast();
+        const QString actual = evaluate(row);
+        if (actual != expected)
+            found += u"\n%1\n  expected: %2\n  actual:   %3"_s.arg(line, expected, actual);
+    }
+    return rows == 0 ? u"no row in "_s + name : found;
+}

@@ -1,0 +1,12 @@
+// Tables of inputs and what comes of them, kept as data.
+#pragma once
+
+#include <QStringList>
+#include <functional>
+
+// Compares the last column of each row of tests/data/tables/`name`.txt with what `evaluate` makes
+// of the others, and lists the rows that differ; empty when none does, and never for an empty
+// table. Columns stand between tabs; \n, \r, \t, \\ and \uXXXX are escapes; a line that begins with
+// "#" tells about those below it. A row that leaves columns out at its end has them empty.
+QString differences(const QString &name, qsizetype columns,
+                    const std::function<QString(const QStringList &)> &evaluate);
