@@ -5,12 +5,12 @@
 
 #include "coreobjects.h"
 #include "creatures.h"
-#include "datatable.h"
 #include "encounter.h"
 #include "findcreature.h"
 #include "history.h"
 #include "outsidechanges.h"
 #include "scriptedwindows.h"
+#include "tables.h"
 #include "testdata.h"
 #include "testhome.h"
 
@@ -22,15 +22,12 @@ class TestEncounter : public QObject {
 private Q_SLOTS:
     void init();
     void cleanup();
-    void orderFollowsTheRolls_data();
     void orderFollowsTheRolls();
     void groupSharesItsRow();
     void positionsGoRound();
     void movedCreatureLandsBesideTheCurrent();
-    void removal_data();
     void removal();
     void theDeadFall();
-    void adjusting_data();
     void adjusting();
     void labels();
     void playersKnowLess();
@@ -40,6 +37,8 @@ private:
     Creature *add(std::unique_ptr<Creature> creature);
     // Characters with one-letter names, in this order.
     void fill(const QString &names);
+    // Those of these names, "X" being the stranger, behind a null.
+    QList<Creature *> chosen(const QString &names, Creature *stranger) const;
     QString order() const { return theEncounter->creatures().names().remove(u", "_qs); }
 
     std::unique_ptr<ScriptedWindows> m_windows;
@@ -77,44 +76,36 @@ void TestEncounter::fill(const QString &names)
         add(makeCharacter(QString(name)));
 }
 
-void TestEncounter::orderFollowsTheRolls_data()
+QList<Creature *> TestEncounter::chosen(const QString &names, Creature *stranger) const
 {
-    addColumns<QList<int>, QList<int>, QList<int>, QString>(
-        {"rolls", "bonuses", "randoms", "expected"});
-    const auto row = [](const char *name, const QList<int> &rolls, const QList<int> &bonuses,
-                        const QList<int> &randoms, const char *expected) {
-        QTest::newRow(name) << rolls << bonuses << randoms << QString::fromLatin1(expected);
-    };
-    row("by roll", {5, 20, 12}, {9, 1, 1}, {9, 1, 1}, "BCA");
-    row("by bonus", {12, 12, 12}, {1, 2, 3}, {9, 9, 1}, "CBA");
-    row("by chance", {12, 12, 12}, {2, 2, 2}, {1, 3, 2}, "BCA");
-    row("full tie", {12, 12, 12}, {2, 2, 2}, {7, 7, 7}, "ABC");
-    row("no initiative first", {12, 19, 1000}, {2, 2, NotStated}, {7, 7, 0}, "CBA");
-    row("below zero", {-3, 0, -1}, {-5, 2, 2}, {7, 7, 7}, "BCA");
+    QList<Creature *> creatures {nullptr};
+    for (const QChar name : names)
+        creatures.append(name == u'X' ? stranger : theEncounter->at(name.unicode() - u'A'));
+    return creatures;
 }
 
 void TestEncounter::orderFollowsTheRolls()
 {
-    auto [rolls, bonuses, randoms] =
-        fetch<QList<int>, QList<int>, QList<int>>({"rolls", "bonuses", "randoms"});
-    QList<CreatureInit> entries;
-    for (int i = 0; i < 3; ++i) {
-        const QString name(QChar(u'A' + i));
-        add(makeCharacter(name, 30, bonuses[i]))->setItem({nullptr, 1, 2});
-        entries.append({name, rolls[i], randoms[i]});
-    }
-    // Entries of the other kind don't count, nor does a second one.
-    const QList<CreatureInit> monsters {{u"A"_s, 99, 99}};
-    entries.append({u"A"_s, 99, 99});
-    const InitiativeOrder built = theEncounter->buildOrder(entries, monsters);
-    QTEST(built.order.names().remove(u", "_qs), "expected");
-    QCOMPARE(order(), u"ABC"_s);
-    for (int i = 0; i < 3; ++i) {
-        QCOMPARE(built.oldItems[i].roll, 1);
-        QCOMPARE(built.newItems[i].roll, rolls[i]);
-        QCOMPARE(built.newItems[i].random, randoms[i]);
-        QCOMPARE(theEncounter->at(i)->initRoll(), 1); // building changes nobody
-    }
+    const auto orderOf = [this](const QStringList &row) -> QString {
+        theEncounter->reset();
+        QList<CreatureInit> entries;
+        for (int i = 0; i < 3; ++i) {
+            const QString name(QChar(u'A' + i));
+            add(makeCharacter(name, 30, numbers(row[1])[i]))->setItem({nullptr, 1, 2});
+            entries.append({name, numbers(row[0])[i], numbers(row[2])[i]});
+        }
+        // Entries of the other kind don't count, nor does a second one.
+        entries.append({u"A"_s, 99, 99});
+        const InitiativeOrder built = theEncounter->buildOrder(entries, {{u"A"_s, 99, 99}});
+        for (int i = 0; i < 3; ++i) {
+            if (built.oldItems[i].roll != 1 || built.newItems[i].roll != entries[i].roll
+                || built.newItems[i].random != entries[i].random
+                || theEncounter->at(i)->initRoll() != 1) // building changes nobody
+                return u"item %1"_s.arg(i);
+        }
+        return order() == u"ABC" ? built.order.names().remove(u", "_s) : order();
+    };
+    QCOMPARE(differences(u"order"_s, 4, orderOf), QString());
 }
 
 void TestEncounter::groupSharesItsRow()
@@ -171,35 +162,21 @@ void TestEncounter::movedCreatureLandsBesideTheCurrent()
     }
 }
 
-void TestEncounter::removal_data()
-{
-    addColumns<int, QString, int, int, QString>(
-        {"current", "removed", "currentAfter", "roundAfter", "next"});
-    QTest::newRow("below") << 1 << "C" << 1 << 3 << "D";
-    QTest::newRow("above") << 1 << "A" << 0 << 3 << "C";
-    QTest::newRow("the current one") << 1 << "B" << 0 << 3 << "C";
-    QTest::newRow("the current one on top") << 0 << "A" << 2 << 2 << "B";
-    QTest::newRow("the current one at the bottom") << 3 << "D" << 2 << 3 << "A";
-    QTest::newRow("several") << 2 << "AC" << 0 << 3 << "D";
-    QTest::newRow("stopped") << -1 << "AB" << -1 << 3 << "C";
-    QTest::newRow("stranger") << 2 << "X" << 2 << 3 << "D";
-}
-
 void TestEncounter::removal()
 {
-    auto [current, removed] = fetch<int, QString>({"current", "removed"});
-    fill(u"ABCD"_s);
-    theEncounter->setPosition({3, current, {}});
     const auto stranger = makeCharacter(u"X"_s);
-    QList<Creature *> leaving {nullptr};
-    for (const QChar name : removed)
-        leaving.append(name == u'X' ? stranger.get() : theEncounter->at(name.unicode() - u'A'));
-    QSignalSpy counted(theEncounter, &Encounter::doCreatureCountChanged);
-    theEncounter->remove(leaving);
-    QTEST(theEncounter->currentIndex(), "currentAfter");
-    QTEST(theEncounter->round(), "roundAfter");
-    QTEST(theEncounter->next()->name(), "next");
-    QCOMPARE(counted.count(), 1);
+    const auto remove = [&](const QStringList &row) -> QString {
+        theEncounter->reset();
+        fill(u"ABCD"_s);
+        theEncounter->setPosition({3, row[0].toInt(), {}});
+        const QSignalSpy counted(theEncounter, &Encounter::doCreatureCountChanged);
+        theEncounter->remove(chosen(row[1], stranger.get()));
+        return counted.count() == 1 ? u"%1 %2 %3"_s.arg(theEncounter->currentIndex())
+                                          .arg(theEncounter->round())
+                                          .arg(theEncounter->next()->name())
+                                    : u"told %1 times"_s.arg(counted.count());
+    };
+    QCOMPARE(differences(u"removal"_s, 3, remove), QString());
 }
 
 void TestEncounter::theDeadFall()
@@ -218,37 +195,20 @@ void TestEncounter::theDeadFall()
     QVERIFY(!theEncounter->isRunning());
 }
 
-void TestEncounter::adjusting_data()
-{
-    addColumns<QString, int, QString>({"chosen", "delta", "expected"});
-    QTest::newRow("up") << "C" << -1 << "ACBDE";
-    QTest::newRow("down") << "C" << 1 << "ABDCE";
-    QTest::newRow("from the top, by a swap") << "A" << -1 << "EBCDA";
-    QTest::newRow("from the bottom") << "E" << 1 << "EBCDA";
-    QTest::newRow("two up") << "BC" << -1 << "BCADE";
-    QTest::newRow("stranger") << "X" << 1 << "ABCDE";
-    QTest::newRow("none") << "" << 1 << "ABCDE";
-    QTest::newRow("all around") << "B" << -5 << "ABCDE";
-    // What a damaged log may hold: as many rounds as there are, at once.
-    QTest::newRow("least") << "A" << std::numeric_limits<int>::min() << "CBADE";
-    QTest::newRow("most") << "A" << std::numeric_limits<int>::max() << "CBADE";
-}
-
 void TestEncounter::adjusting()
 {
-    auto [chosen, delta] = fetch<QString, int>({"chosen", "delta"});
-    fill(u"ABCDE"_s);
-    theEncounter->setPosition({1, 1, {}});
-    const Creature *current = theEncounter->current();
     const auto stranger = makeCharacter(u"X"_s);
-    QList<Creature *> creatures {nullptr};
-    for (const QChar name : chosen)
-        creatures.append(name == u'X' ? stranger.get() : theEncounter->at(name.unicode() - u'A'));
-    theEncounter->adjustInitiative(creatures, delta);
-    QTEST(order(), "expected");
-    QCOMPARE(theEncounter->current(), current);
+    const auto adjust = [&](const QStringList &row) -> QString {
+        theEncounter->reset();
+        fill(u"ABCDE"_s);
+        theEncounter->setPosition({1, 1, {}});
+        const Creature *current = theEncounter->current();
+        theEncounter->adjustInitiative(chosen(row[0], stranger.get()), row[1].toInt());
+        return theEncounter->current() == current ? order() : u"another's turn"_s;
+    };
+    QCOMPARE(differences(u"adjusting"_s, 3, adjust), QString());
     theEncounter->reset();
-    theEncounter->adjustInitiative(creatures, delta);
+    theEncounter->adjustInitiative({stranger.get()}, 1);
     QCOMPARE(theEncounter->currentIndex(), -1);
 }
 

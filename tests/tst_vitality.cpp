@@ -6,6 +6,7 @@
 #include "coreobjects.h"
 #include "creatures.h"
 #include "encounter.h"
+#include "tables.h"
 #include "testhome.h"
 
 using namespace Qt::StringLiterals;
@@ -53,88 +54,59 @@ private:
 
 void TestVitality::damage()
 {
-    struct Case {
-        int hp, temp, amount, hpAfter, tempAfter, taken;
-        bool stable;
-    };
-    const Case cases[] = {{20, 0, 5, 15, 0, 5, true},   {20, 7, 5, 20, 2, 0, true},
-                          {20, 7, 9, 18, 0, 2, true},   {20, 7, 7, 20, 0, 0, true},
-                          {20, 0, 20, 0, 0, 20, false}, {20, 0, 500, -480, 0, 500, false},
-                          {-3, 9, 5, -3, 4, 0, false}};
-    for (const Case &each : cases) {
+    const auto strike = [](const QStringList &row) -> QString {
+        const QList<int> given = numbers(row);
         const auto aria = makeCharacter(u"Aria"_s);
-        aria->setCurrHP(each.hp);
-        aria->setTempHP(each.temp);
-        aria->takeDamage(each.amount, nullptr);
-        QCOMPARE(aria->currHP(), each.hpAfter);
-        QCOMPARE(aria->tempHP(), each.tempAfter);
-        QCOMPARE(aria->damageTaken(), each.taken);
-        QCOMPARE(aria->isStable(), each.stable);
+        aria->setCurrHP(given[0]);
+        aria->setTempHP(given[1]);
+        aria->takeDamage(given[2], nullptr);
         // It went through the history: no change from outside.
-        QCOMPARE(aria->shadowVitality().currHP, aria->currHP());
-        QVERIFY(aria->lastHitBy().isEmpty());
-    }
+        if (aria->shadowVitality().currHP != aria->currHP() || !aria->lastHitBy().isEmpty())
+            return u"a change from outside"_s;
+        return u"%1 %2 %3 %4"_s.arg(aria->currHP())
+            .arg(aria->tempHP())
+            .arg(aria->damageTaken())
+            .arg(QVariant(aria->isStable()).toString());
+    };
+    QCOMPARE(differences(u"damage"_s, 4, strike), QString());
 }
 
 void TestVitality::healing()
 {
-    struct Case {
-        int hp, surges, heal, used, hpAfter, surgesAfter;
-        bool stable;
-    };
-    const Case cases[] = {
-        {10, 8, 7, 1, 17, 7, true},  {-5, 8, 3, 0, 3, 8, true}, // counts from zero
-        {28, 8, 7, 0, 30, 8, true},  {-5, 3, 0, -1, 0, 4, false}, // a surge gained while down
-        {10, 8, 0, -1, 10, 8, true}, // no more surges than a day's
-        {10, 0, 7, 1, 17, 0, true}};
-    for (const Case &each : cases) {
+    const auto heal = [](const QStringList &row) -> QString {
+        const QList<int> given = numbers(row);
         const auto aria = makeCharacter(u"Aria"_s);
-        aria->takeDamage(30 - each.hp, nullptr);
-        aria->setCurrHS(each.surges);
-        aria->heal(each.heal, each.used);
-        QCOMPARE(aria->currHP(), each.hpAfter);
-        QCOMPARE(aria->currHS(), each.surgesAfter);
-        QCOMPARE(aria->isStable(), each.stable);
-        QCOMPARE(aria->healCount(), 1);
-        QCOMPARE(aria->shadowVitality().currHP, aria->currHP());
-        QCOMPARE(aria->shadowVitality().currHS, aria->currHS());
-    }
+        aria->takeDamage(30 - given[0], nullptr);
+        aria->setCurrHS(given[1]);
+        aria->heal(given[2], given[3]);
+        if (!(aria->shadowVitality() == aria->liveVitality()) || aria->healCount() != 1)
+            return u"a change from outside"_s;
+        return u"%1 %2 %3"_s.arg(aria->currHP())
+            .arg(aria->currHS())
+            .arg(QVariant(aria->isStable()).toString());
+    };
+    QCOMPARE(differences(u"healing"_s, 5, heal), QString());
 }
 
 void TestVitality::states()
 {
-    enum State { Up = 0, Dead = 1, Dying = 2, Bloodied = 4 };
-    struct Case {
-        bool isMonster;
-        int maxHP, hp, failed, state, percent, playersPercent;
+    const auto stateOf = [](const QStringList &row) -> QString {
+        const QList<int> given = numbers(row);
+        const auto creature = makeOne(row[0] == u"monster", given[1]);
+        creature->setCurrHP(given[2]);
+        creature->setFailedDeathSaves(given[3]);
+        QStringList states;
+        if (creature->isDead())
+            states << u"Dead"_s;
+        if (creature->isDying())
+            states << u"Dying"_s;
+        if (creature->isBloodied())
+            states << u"Bloodied"_s;
+        return u"%1 %2 %3"_s.arg(states.isEmpty() ? u"Up"_s : states.join(u'+'))
+            .arg(creature->hpPercent())
+            .arg(creature->playersHpPercent());
     };
-    const Case cases[] = {{true, 1, 1, 0, Up, 100, 100}, // minions
-                          {true, 1, 0, 0, Dead | Bloodied, 0, 0},
-                          {true, 20, 19, 0, Up, 95, 90},
-                          {true, 21, 10, 0, Bloodied, 48, 50},
-                          {true, 21, 11, 0, Up, 53, 90},
-                          {true, 20, -3, 0, Dead | Bloodied, 0, 0},
-                          {true, 0, 0, 0, Up, 0, 0}, // no stated hit points
-                          {true, 0, -1, 0, Dead, 0, 0},
-                          {false, 3, 1, 0, Bloodied, 34, 34},
-                          {false, 30, 35, 0, Up, 100, 100},
-                          {false, 30, 0, 2, Dying | Bloodied, 0, 0},
-                          {false, 30, -1, 0, Dying | Bloodied, -4, -4},
-                          {false, 25, -11, 0, Dying | Bloodied, -44, -44},
-                          {false, 25, -12, 0, Dead | Bloodied, -48, -48}, // rounded to zero
-                          {false, 30, 0, 3, Dead | Bloodied, 0, 0},
-                          {false, 30, 1, 3, Bloodied, 4, 4},
-                          {false, 30, -900, 0, Dead | Bloodied, -100, -100}};
-    for (const Case &each : cases) {
-        const auto creature = makeOne(each.isMonster, each.maxHP);
-        creature->setCurrHP(each.hp);
-        creature->setFailedDeathSaves(each.failed);
-        QCOMPARE((creature->isDead() ? Dead : 0) | (creature->isDying() ? Dying : 0)
-                     | (creature->isBloodied() ? Bloodied : 0),
-                 each.state);
-        QCOMPARE(creature->hpPercent(), each.percent);
-        QCOMPARE(creature->playersHpPercent(), each.playersPercent);
-    }
+    QCOMPARE(differences(u"states"_s, 5, stateOf), QString());
 }
 
 // The road of a character between life and death, as far as hits, heals and rests decide it.

@@ -49,3 +49,16 @@ QString differences(const QString &name, qsizetype columns,
     }
     return rows == 0 ? u"no row in "_s + name : found;
 }
+
+QList<int> numbers(const QStringList &texts)
+{
+    QList<int> result;
+    for (const QString &text : texts)
+        result.append(text.toInt());
+    return result;
+}
+
+QList<int> numbers(const QString &text)
+{
+    return numbers(text.split(u' '));
+}

@@ -10,3 +10,8 @@
 // "#" tells about those below it. A row that leaves columns out at its end has them empty.
 QString differences(const QString &name, qsizetype columns,
                     const std::function<QString(const QStringList &)> &evaluate);
+
+// Each as a number; 0 for what is none.
+QList<int> numbers(const QStringList &texts);
+// The same of one text, with blanks between two numbers.
+QList<int> numbers(const QString &text);
