@@ -66,7 +66,6 @@ private Q_SLOTS:
     void anUnwritableFolderLeavesTheOldFile();
     void trackerListsWhatIsLeft();
     void trackerReportsStrangers();
-    void windowsAreNeverNull();
     void diceStayInRange();
 
 private:
@@ -208,22 +207,6 @@ void BaseTest::trackerReportsStrangers()
     QTest::ignoreMessage(QtDebugMsg, "MM: 0x4000 Pointer not allocated");
     MemoryTracker::remove(stranger);
     QCOMPARE(MemoryTracker::count(), 0);
-}
-
-void BaseTest::windowsAreNeverNull()
-{
-    {
-        ScriptedWindows scripted;
-        scripted.answers << true;
-        QVERIFY(windows().askMessage(QStringLiteral("Title"), QStringLiteral("Text"),
-                                     QStringLiteral("Yes")));
-        QCOMPARE(scripted.shown, QStringList(QStringLiteral("Title|Text|Yes")));
-    }
-    QVERIFY(!windows().askMessage(QStringLiteral("Delete"), QStringLiteral("<b>All</b>?"),
-                                  QStringLiteral("Yes")));
-    QCOMPARE(windows().askFolder(QStringLiteral("Folder"), QStringLiteral("Which?"),
-                                 QStringLiteral("Use")),
-             WindowInterface::FolderAnswer::Cancel);
 }
 
 void BaseTest::diceStayInRange()

@@ -11,7 +11,6 @@
 #include "findcreature.h"
 #include "history.h"
 #include "tables.h"
-#include "terms.h"
 #include "testdata.h"
 #include "testhome.h"
 #include "turncycle.h"
@@ -44,11 +43,9 @@ private Q_SLOTS:
     void durations();
     void flagsKeepUnknownBits();
     void modifiers();
-    void favoursASide();
     void endsWithATurn();
     void neverEndsInTheTurnThatSetIt();
     void savesWaitForTheNextTurn();
-    void deathSaveIsARow();
     void diesOffItsTarget();
     void outlivesItsCreatures();
     void startOfTurnRaisesEvents();
@@ -191,16 +188,6 @@ void TestEffect::modifiers()
     }
 }
 
-void TestEffect::favoursASide()
-{
-    const Effect good(nullptr, m_aria.get(), EffectType::Phasing, EffectEnd::Special);
-    const Effect bad(nullptr, m_aria.get(), EffectType::Prone, EffectEnd::Special);
-    QVERIFY(good.favours(m_aria.get(), m_bren.get()));
-    QVERIFY(!good.favours(m_aria.get(), m_rat.get()));
-    QVERIFY(!bad.favours(m_aria.get(), m_bren.get()));
-    QVERIFY(bad.favours(m_rat.get(), m_bren.get()));
-}
-
 // Bren is the origin, the rat the target.
 void TestEffect::endsWithATurn()
 {
@@ -255,14 +242,6 @@ void TestEffect::savesWaitForTheNextTurn()
     m_aria->setTurnCount(1);
     QVERIFY(onAria.needsSave(m_aria.get()));
     QVERIFY(!onAria.needsSave(m_rat.get()));
-}
-
-void TestEffect::deathSaveIsARow()
-{
-    const DyingEffect row(m_aria.get());
-    QCOMPARE(row.conditionText(), term(Term::DeathSavingThrow));
-    QVERIFY(!row.needsSave(m_aria.get()));
-    QCOMPARE(m_aria->effectCount(), 0);
 }
 
 void TestEffect::diesOffItsTarget()

@@ -8,9 +8,8 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
-#include "creature.h"
+#include "creaturedata.h"
 #include "creaturereport.h"
-#include "paths.h"
 #include "statblockparser.h"
 #include "tables.h"
 #include "testhome.h"
@@ -57,7 +56,6 @@ private Q_SLOTS:
     void readsPowers();
     void joinsWrappedSentences();
     void verdictCountsFields();
-    void loadsFromFiles();
     void longTextsTakeLinearTime_data();
     void longTextsTakeLinearTime();
 };
@@ -161,25 +159,6 @@ void StatBlocksTest::verdictCountsFields()
                                    QString()));
     QCOMPARE(data.name, u"Aria"_s);
     QVERIFY(!data.isMonster && data.group.isEmpty());
-}
-
-void StatBlocksTest::loadsFromFiles()
-{
-    QTemporaryDir dir;
-    QVERIFY(QDir(dir.path()).mkdir(u"Monsters"_s));
-    for (const char *name : {"solo", "trap"})
-        QVERIFY(QFile::copy(folder + QLatin1String(name) + u".txt"_s,
-                            creaturePath(QLatin1String(name) + u".txt"_s, true, dir.path())));
-    Creature monster;
-    QVERIFY(monster.load(u"solo.txt"_s, true, dir.path()));
-    QVERIFY(!monster.isInvalid() && !monster.isDisabled());
-    QCOMPARE(monster.displayName(), u"Vethrisk, the Drowned Bell"_s);
-    QCOMPARE(monster.currHP(), 560);
-    QCOMPARE(monster.senses(), u"Blindsight 10, darkvision"_s);
-    QCOMPARE(monster.statBlock(), QString::fromUtf8(readFile(folder + u"solo.txt"_s)));
-    Creature trapCreature;
-    QVERIFY(trapCreature.load(u"trap.txt"_s, true, dir.path()));
-    QVERIFY(!trapCreature.isInvalid() && trapCreature.isDisabled());
 }
 
 void StatBlocksTest::longTextsTakeLinearTime_data()

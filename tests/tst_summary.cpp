@@ -1,6 +1,5 @@
 // The rich texts of a creature in lists and panels.
 #include <QGuiApplication>
-#include <array>
 
 #include "coreobjects.h"
 #include "creatures.h"
@@ -32,9 +31,7 @@ class TestSummary : public QObject {
 private Q_SLOTS:
     void init();
     void cleanup();
-    void names();
     void playersNames();
-    void header();
     void defences();
     void status_data();
     void status();
@@ -45,9 +42,7 @@ private Q_SLOTS:
     void actionPoints();
     void savingThrows();
     void initiative();
-    void speed();
     void abilities();
-    void senses();
 
 private:
     // A bonus or, with a negative amount, a penalty to all that can be modified.
@@ -83,25 +78,6 @@ void TestSummary::modifyAll(Creature *creature, int amount)
     creature->addEffect(m_effects.back().get());
 }
 
-void TestSummary::names()
-{
-    const std::array<QString, 3> cases[] = {{"Rat", "1", "Rat (1)"},
-                                            {"Rat", "", "Rat"},
-                                            {"", "1", "1"},
-                                            {"", "", ""},
-                                            {"%2", "1", "%2 (1)"}};
-    for (const auto &[group, name, expected] : cases) {
-        m_rat->setGroup(group);
-        m_rat->setName(name);
-        QCOMPARE(m_rat->displayName(), expected);
-        m_rat->setField(&CreatureData::type, group);
-        m_rat->setField(&CreatureData::race, name);
-        QCOMPARE(m_rat->typeAndRace(), expected);
-        m_aria->setGroup(group);
-        QCOMPARE(m_aria->displayName(), u"Aria"_s);
-    }
-}
-
 void TestSummary::playersNames()
 {
     for (Creature *creature : {m_aria.get(), m_rat.get()})
@@ -114,18 +90,6 @@ void TestSummary::playersNames()
     QCOMPARE(m_rat->playersName(), u"Shade (1)"_s);
     m_rat->setAlias(QString());
     QCOMPARE(m_rat->playersName(), u" (1)"_s);
-}
-
-void TestSummary::header()
-{
-    QCOMPARE(m_aria->headerLine(), u"Level 1"_s);
-    m_aria->setField(&CreatureData::race, u"Elf"_s);
-    m_aria->setField(&CreatureData::charClass, u"Ranger"_s);
-    QCOMPARE(m_aria->headerLine(), u"Level 1 Elf Ranger"_s);
-    m_aria->setField(&CreatureData::level, 0);
-    m_aria->setField(&CreatureData::charClass, QString());
-    QCOMPARE(m_aria->headerLine(), u"Elf"_s);
-    QCOMPARE(m_rat->headerLine(), QString());
 }
 
 void TestSummary::defences()
@@ -313,13 +277,6 @@ void TestSummary::initiative()
     QCOMPARE(differences(u"initiative"_s, 5, textsOf), QString());
 }
 
-void TestSummary::speed()
-{
-    m_rat->setField(&CreatureData::speed, u"6, climb %1 & <3"_s);
-    QCOMPARE(m_rat->speedLine(false),
-             u"<b>Speed </b>6, climb %1 &amp; &lt;3; <b>Initiative </b>+1"_s);
-}
-
 void TestSummary::abilities()
 {
     const auto textOf = [this](const QStringList &row) -> QString {
@@ -328,18 +285,6 @@ void TestSummary::abilities()
         return m_aria->abilityText(u"Str"_s, {row[0].toInt(), modifier}).remove(u"<b>Str </b>"_s);
     };
     QCOMPARE(differences(u"abilities"_s, 4, textOf), QString());
-}
-
-void TestSummary::senses()
-{
-    QCOMPARE(m_rat->sensesText(), QString());
-    m_rat->setField(&CreatureData::insight, 0);
-    QCOMPARE(m_rat->sensesText(), u"<b>Insight </b>0"_s);
-    m_rat->setField(&CreatureData::perception, 5);
-    CreatureData data = m_rat->data();
-    data.senses = u"blind <i>"_s;
-    m_rat->assign(data);
-    QCOMPARE(m_rat->sensesText(), u"Blind &lt;i&gt;; <b>Perception </b>+5; <b>Insight </b>0"_s);
 }
 
 MORVANE_TEST_MAIN(QGuiApplication, TestSummary)

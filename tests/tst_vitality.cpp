@@ -42,8 +42,6 @@ private Q_SLOTS:
     void actionPoints();
     void previewComesAndGoes();
     void previewSplitsActionPoints();
-    void playersSeeNoPreview();
-    void shortRest();
     void extendedRestReadiesAnew();
     void endOfEncounter();
     void extremeNumbersStopAtTheEnds();
@@ -214,31 +212,6 @@ void TestVitality::previewSplitsActionPoints()
     aria->clearRestAdditions();
     QCOMPARE(aria->currAP(), 0);
     QCOMPARE(aria->apUsedInEncounter(), 1);
-}
-
-void TestVitality::playersSeeNoPreview()
-{
-    const auto rat = makeMonster(u"Rat"_s, u"1"_s);
-    rat->setRestAdditions(-20, 0, 0);
-    QVERIFY(rat->isDead());
-    QVERIFY(!rat->isDead(true));
-    QCOMPARE(rat->playersHpPercent(), 100);
-    QCOMPARE(rat->hpPercent(), 0);
-}
-
-void TestVitality::shortRest()
-{
-    const auto aria = makeCharacter(u"Aria"_s);
-    aria->takeDamage(33, nullptr);
-    aria->setSecondWindUsed(true);
-    aria->shortRest(14, 2, true);
-    QCOMPARE(aria->currHP(), 14);
-    QCOMPARE(aria->currHS(), 6);
-    QCOMPARE(aria->currAP(), 2);
-    QVERIFY(aria->liveVitality() == aria->shadowVitality());
-    QVERIFY(aria->secondWindUsed());
-    aria->shortRest(0, 0, false);
-    QCOMPARE(aria->currAP(), 2);
 }
 
 void TestVitality::extendedRestReadiesAnew()
