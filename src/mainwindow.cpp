@@ -28,6 +28,7 @@
 #include "messagedialog.h"
 #include "switchboard.h"
 #include "windows.h"
+#include "windowstate.h"
 
 namespace {
 
@@ -71,10 +72,9 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), m_refreshTimer(ne
 
 MainWindow::~MainWindow()
 {
-    QSettings settings;
-    settings.setValue(QStringLiteral("mainWindow/geometry"), saveGeometry());
-    settings.setValue(QStringLiteral("mainWindow/state"),
-                      m_stateAtClose.isEmpty() ? saveState() : m_stateAtClose);
+    QSettings().setValue(QStringLiteral("mainWindow/geometry"), saveGeometry());
+    keepWindowState(QStringLiteral("mainWindow/state"),
+                    m_stateAtClose.isEmpty() ? saveState() : m_stateAtClose);
     shutDown();
     // Before its view is deleted, whose columns it saves.
     delete m_listModel;
@@ -190,9 +190,8 @@ void MainWindow::restoreLayout()
     if (size() != DefaultSize)
         setWindowState(Qt::WindowMaximized);
     m_actions->breakToolBars();
-    const QSettings settings;
-    restoreGeometry(settings.value(QStringLiteral("mainWindow/geometry")).toByteArray());
-    restoreState(settings.value(QStringLiteral("mainWindow/state")).toByteArray());
+    restoreGeometry(QSettings().value(QStringLiteral("mainWindow/geometry")).toByteArray());
+    restoreState(keptWindowState(QStringLiteral("mainWindow/state")));
     toggleCurrentWindow();
     toggleSelectedWindow();
     toggleHistoryWindow();
