@@ -79,19 +79,15 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void kindsOfFolders_data();
-    void kindsOfFolders();
     void treeIsCopiedOnce();
     void brokenTreesAreRefused();
     void storedFolderComesFirst();
     void placesAreSearchedInOrder();
     void firstStartCopiesTheDemoData();
-    void titleNamesTheFolder();
     void cancelledChoiceLeavesTheOldFolder();
     void refusedFolderLeavesTheOldFolder();
     void choosingAnotherFolderReplacesTheFight();
     void unknownEventIsTold();
-    void unsavedWork_data();
     void unsavedWork();
     void messagesReachAnOpenLogOnly();
 
@@ -138,26 +134,6 @@ void DataFolderTest::checkOld() const
     QCOMPARE(theMonsters->count(), 1);
     QCOMPARE(theHistory->eventCount(), 1);
     QCOMPARE(theEncounter->at(0), theCharacters->at(0));
-}
-
-void DataFolderTest::kindsOfFolders_data()
-{
-    QTest::addColumn<QStringList>("folders");
-    QTest::addColumn<bool>("all");
-    QTest::addColumn<bool>("none");
-    QTest::newRow("empty") << QStringList() << false << true;
-    QTest::newRow("one") << QStringList {"Monsters"} << false << false;
-    QTest::newRow("all") << AllFolders << true << false;
-    QTest::newRow("others") << QStringList {"History"} << false << true;
-}
-
-void DataFolderTest::kindsOfFolders()
-{
-    QFETCH(const QStringList, folders);
-    const QTemporaryDir dir;
-    makeFolders(dir.path(), folders);
-    QTEST(hasAllDataFolders(QDir(dir.path())), "all");
-    QTEST(hasNoDataFolders(QDir(dir.path())), "none");
 }
 
 void DataFolderTest::treeIsCopiedOnce()
@@ -257,16 +233,6 @@ void DataFolderTest::firstStartCopiesTheDemoData()
     QCOMPARE(m_window->windowTitle(), QStringLiteral("Morvane DM's Display"));
 }
 
-void DataFolderTest::titleNamesTheFolder()
-{
-    const TestDataFolder folder;
-    addLibrary(folder);
-    QString path = folder.path();
-    QString display = path;
-    QVERIFY(setDataFolder(path, display));
-    QCOMPARE(m_window->windowTitle(), QStringLiteral("Morvane - ") + QDir(folder.path()).dirName());
-}
-
 void DataFolderTest::cancelledChoiceLeavesTheOldFolder()
 {
     loadOld();
@@ -309,6 +275,7 @@ void DataFolderTest::choosingAnotherFolderReplacesTheFight()
     QVERIFY(answer.wasAnswered);
     QCOMPARE(QDir(dataRoot), QDir(other.path()));
     QCOMPARE(displayRoot, dataRoot);
+    QCOMPARE(m_window->windowTitle(), QStringLiteral("Morvane - ") + QDir(dataRoot).dirName());
     QCOMPARE(theCharacters->count(), 2);
     QCOMPARE(theEncounter->count(), 0);
     QCOMPARE(theHistory->eventCount(), 0);
@@ -348,28 +315,15 @@ void DataFolderTest::unknownEventIsTold()
     QCOMPARE(QSettings().value(QStringLiteral("dataDir/path")).toString(), m_old->path());
 }
 
-void DataFolderTest::unsavedWork_data()
-{
-    QTest::addColumn<QList<int>>("counts");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("one") << QList<int> {0, 1, 0} << QStringLiteral("<b>Rat</b> was");
-    QTest::newRow("several") << QList<int> {2, 0, 0} << QStringLiteral("2 Characters were");
-    QTest::newRow("two kinds") << QList<int> {0, 1, 3}
-                               << QStringLiteral("<b>Rat</b> and 3 Encounters were");
-    QTest::newRow("three kinds") << QList<int> {1, 4, 1}
-                                 << QStringLiteral("<b>Aria</b>, 4 Monsters and <b>Den</b> were");
-}
-
 void DataFolderTest::unsavedWork()
 {
-    QFETCH(const QList<int>, counts);
-    QFETCH(const QString, text);
-    const QList<UnsavedItems> kinds {
-        {counts.at(0), QStringLiteral("Aria"), QStringLiteral("%1 Characters")},
-        {counts.at(1), QStringLiteral("Rat"), QStringLiteral("%1 Monsters")},
-        {counts.at(2), QStringLiteral("Den"), QStringLiteral("%1 Encounters")}};
+    const QList<UnsavedItems> kinds {{1, QStringLiteral("Aria"), QStringLiteral("%1 Characters")},
+                                     {4, QStringLiteral("Rat"), QStringLiteral("%1 Monsters")},
+                                     {0, QStringLiteral("Den"), QStringLiteral("%1 Encounters")}};
     QCOMPARE(unsavedWorkText(kinds, QStringLiteral("Why?")),
-             text + QStringLiteral(" not saved.<p>Why?"));
+             QStringLiteral("<b>Aria</b> and 4 Monsters were not saved.<p>Why?"));
+    QCOMPARE(unsavedWorkText(kinds.first(1), QString()).left(16),
+             QStringLiteral("<b>Aria</b> was "));
 }
 
 void DataFolderTest::messagesReachAnOpenLogOnly()

@@ -17,7 +17,6 @@ private Q_SLOTS:
     void namedInSources_data();
     void namedInSources();
     void everyPictureComesInDoubleSize();
-    void shortPrefixFindsTheSamePicture();
     void noPictureIsEmpty();
 };
 
@@ -111,14 +110,6 @@ void ImagesTest::everyPictureComesInDoubleSize()
     }
     QCOMPARE(2 * checked, int(paths.size()));
     QVERIFY(checked > 0);
-}
-
-void ImagesTest::shortPrefixFindsTheSamePicture()
-{
-    // The message box asks for ":images/NAME", all others for ":/images/NAME".
-    const QString name = QStringLiteral("morvane-info.png");
-    QVERIFY(!QImage(u":images/" + name).isNull());
-    QCOMPARE(QImage(u":images/" + name), QImage(u":/images/" + name));
 }
 
 void ImagesTest::noPictureIsEmpty()

@@ -5,9 +5,6 @@
 #include "effectevents.h"
 #include "fightfixture.h"
 #include "fightreport.h"
-#include "findcreature.h"
-#include "pickencounterdialog.h"
-#include "power.h"
 #include "testhome.h"
 
 namespace {
@@ -46,21 +43,15 @@ private Q_SLOTS:
     void init();
     void cleanup() { m_fight.reset(); }
 
-    void fightComesBack();
-    void steppedBackEndComesBackApplied();
-    void newEventCutsTheTailForGood();
     void fightSurvivesALostFile();
     void linkedHeroComesBack();
     void editedFileCountsForTheNextCommand();
     void namesHoldBrackets();
-    void monstersComeBackFresh();
-    void clearedHistoryLeavesNothing();
 
 private:
     void fight();
     void hit(int row, int damage);
     void restart();
-    void loadEncounter(const QString &button);
     void clearHistory(const QString &button);
 
     std::unique_ptr<FightFixture> m_fight;
@@ -108,47 +99,6 @@ void RestartTest::restart()
 {
     m_fight->close();
     m_fight->open();
-}
-
-void RestartTest::fightComesBack()
-{
-    QVERIFY(theEncounter->round() >= 2);
-    const QStringList shown = fightAsShown();
-    const QStringList texts = historyTexts();
-    const int position = theHistory->position();
-    restart();
-    QCOMPARE(fightAsShown(), shown);
-    QCOMPARE(historyTexts(), texts);
-    QCOMPARE(theHistory->position(), position);
-    QVERIFY(m_fight->action("nextTurn")->isEnabled());
-    QCOMPARE(m_fight->table()->model()->rowCount(), theEncounter->count());
-    // And it can be taken back to its start as before.
-    while (theHistory->canStepBack())
-        m_fight->action("stepBack")->trigger();
-    QCOMPARE(theEncounter->count(), 0);
-}
-
-void RestartTest::steppedBackEndComesBackApplied()
-{
-    const QStringList shown = fightAsShown();
-    m_fight->action("stepBack")->trigger();
-    m_fight->action("stepBack")->trigger();
-    QVERIFY(fightAsShown() != shown);
-    restart();
-    QCOMPARE(fightAsShown(), shown);
-    QVERIFY(!m_fight->action("stepForward")->isEnabled());
-}
-
-void RestartTest::newEventCutsTheTailForGood()
-{
-    for (int step = 0; step < 3; ++step)
-        m_fight->action("stepBack")->trigger();
-    hit(0, 2);
-    const QStringList shown = fightAsShown();
-    const QStringList texts = historyTexts();
-    restart();
-    QCOMPARE(fightAsShown(), shown);
-    QCOMPARE(historyTexts(), texts);
 }
 
 void RestartTest::fightSurvivesALostFile()
@@ -314,63 +264,6 @@ void RestartTest::namesHoldBrackets()
     QCOMPARE(fightAsShown(), shown);
     for (const Creature *creature : theEncounter->creatures())
         QVERIFY(!creature->isMissing());
-}
-
-void RestartTest::loadEncounter(const QString &button)
-{
-    Answer answer(inFlatDialog<PickEncounterDialog>([button](PickEncounterDialog &dialog) {
-        auto *table = dialog.findChild<QTableView *>();
-        for (int row = 0; row < table->model()->rowCount(); ++row) {
-            if (table->model()->index(row, 0).data() == QStringLiteral("Den"))
-                table->selectRow(row);
-        }
-        buttonWithText(dialog, button)->click();
-    }));
-    m_fight->action("loadEncounter")->trigger();
-    QVERIFY(answer.wasAnswered);
-}
-
-void RestartTest::monstersComeBackFresh()
-{
-    m_fight = std::make_unique<FightFixture>();
-    m_fight->folder.addCharacter(QStringLiteral("Aria"));
-    m_fight->folder.write(QStringLiteral("Monsters/rat.txt"),
-                          QStringLiteral("Rat\nLevel 1 Brute\nSmall natural beast\nXP 100\n"
-                                         "Initiative +2\nHP 20\nAC 15; Fortitude 14, Reflex 13, "
-                                         "Will 12\nSpeed 6\nm Bite (standard; encounter)\n"
-                                         "+4 vs AC; 1d6 damage.\n"));
-    m_fight->folder.write(QStringLiteral("Encounters/den.txt"),
-                          QStringLiteral("name=Den\ndescription=\nRat=1,2\n"));
-    m_fight->open();
-    m_fight->setParty();
-    loadEncounter(QStringLiteral("Add"));
-    // The first time adds the arrival and nothing else.
-    QCOMPARE(FightFixture::eventClasses(), QStringList({"SetParty", "AddMonsters"}));
-    m_fight->start({25, 15, 20});
-    Creature *rat = findCreature(QStringLiteral("Rat (1)"), false);
-    QVERIFY(rat && !rat->powers().isEmpty());
-    appendEvent<EffectEvent>(nullptr, QList<Creature *> {rat}, QString(), 0, 9);
-    appendEvent<PowerUsageChangedEvent>(rat, rat->powerAt(0), 0);
-    QVERIFY(rat->powerAt(0)->isUsed());
-    hit(theEncounter->indexOf(rat), 50);
-    m_fight->action("startStop")->trigger();
-    QVERIFY(!theEncounter->isRunning());
-    const int events = theHistory->eventCount();
-    loadEncounter(QStringLiteral("Add"));
-    QCOMPARE(FightFixture::eventClasses(events),
-             QStringList({"AddMonsters", "ExtendedRest", "RemoveOnGoing", "PowerUsageChanged"}));
-    QVERIFY(!rat->isDead() && rat->effects().isEmpty() && !rat->powerAt(0)->isUsed());
-    const QJsonObject report = fightReport(true);
-    restart();
-    QCOMPARE(fightReport(true), report);
-}
-
-void RestartTest::clearedHistoryLeavesNothing()
-{
-    Creature *bram = theCharacters->find(QStringLiteral("Bram"));
-    appendEvent<SetAliasEvent>(bram, true, QStringLiteral("The Fox"));
-    appendEvent<ShowHideEvent>(bram, true);
-    clearHistory(QStringLiteral("Clear History"));
 }
 
 // What is left is what a fresh start gives.
