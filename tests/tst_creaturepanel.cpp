@@ -8,7 +8,6 @@
 #include <QTextDocument>
 
 #include "creaturewidget.h"
-#include "datatable.h"
 #include "dynlabel.h"
 #include "effect.h"
 #include "effectdialog.h"
@@ -21,6 +20,7 @@
 #include "shortrestdialog.h"
 #include "smallwidgets.h"
 #include "switchboard.h"
+#include "tables.h"
 #include "testhome.h"
 #include "text.h"
 #include "vitalityevents.h"
@@ -32,20 +32,16 @@ private Q_SLOTS:
     void init();
     void cleanup() { m_fight.reset(); }
 
-    void stylesFollowFlagsAndCreature_data();
     void stylesFollowFlagsAndCreature();
     void rowsStandInOrder();
-    void fieldsOfAFileAreShownAsTheyStand();
     void headFollowsTheCreature();
     void linesOfTheHeadFitTheirBox();
-    void severalCreaturesStandBelowEachOther();
     void clickTicksAPower();
     void powersRestWhileADialogRuns();
     void labelsOutliveTheirPowers();
     void changesOfTheCreatureKeepThePlace();
     void aliasRowSwitchesAndEdits();
     void panelFollowsTheDialogs();
-    void creaturesMayGo();
 
 private:
     enum Row { Rat1, Rat2, Aria };
@@ -135,51 +131,17 @@ void CreaturePanelTest::init()
     tick();
 }
 
-void CreaturePanelTest::stylesFollowFlagsAndCreature_data()
-{
-    addColumns<int, bool, bool, QString>({"flags", "monster", "disabled", "style"});
-    const auto row = [](const char *name, int flags, bool monster, bool disabled,
-                        const char *colours, int side, int top, int bottom) {
-        QTest::newRow(name) << flags << monster << disabled
-                            << QStringLiteral("QFrame { %1; padding-left: %2px; padding-right: "
-                                              "%2px; padding-top: %3px; padding-bottom: %4px }")
-                                   .arg(QLatin1String(colours))
-                                   .arg(side)
-                                   .arg(top)
-                                   .arg(bottom);
-    };
-    constexpr char Unused[] = "background-color: #cccccc; color: #000000";
-    constexpr char Spent[] = "background-color: #cccccc; color: #7f7f7f";
-    row("title", 0x101, true, false, "background-color: #333333; color: #ffffff", 10, 3, 0);
-    row("type", 0x202, true, true, "background-color: #39291b; color: #ffffff", 10, 0, 3);
-    row("vital", 3, false, false, Unused, 10, 0, 0);
-    row("conditions", 0x304, true, true, "background-color: #eedccd; color: #000000", 10, 3, 3);
-    row("heading", 5, false, false,
-        "background-color: #00157f; color: #ffffff; font-variant: small-caps; font-size: 13px", 10,
-        0, 0);
-    row("power", 6, true, false, Unused, 10, 0, 0);
-    row("used", 0x406, true, false, Spent, 10, 0, 0);
-    row("hovered", 0x806, true, false, Spent, 10, 0, 0);
-    row("used and hovered", 0xc06, true, false, Unused, 10, 0, 0);
-    row("a character's used", 0x406, false, false, Unused, 10, 0, 0);
-    row("text", 7, true, true, "background-color: #eedccd; color: #052f09", 25, 0, 0);
-    row("used text", 0x407, true, false, "background-color: #e6e6e6; color: #626262", 25, 0, 0);
-    row("used list", 0x408, false, false, "background-color: #e6e6e6; color: #002e76", 10, 0, 0);
-    row("closing", 0x209, true, true, "background-color: #c8ad9d; color: #000000", 10, 0, 3);
-    row("tail", 0x10a, true, false, "background-color: #e6e6e6; color: #002e76", 10, 3, 0);
-    row("trailer", 0x30b, true, true, "color: #a8a8a8", 10, 3, 3);
-}
-
 void CreaturePanelTest::stylesFollowFlagsAndCreature()
 {
-    const auto [flags, monster, disabled, style] =
-        fetch<int, bool, bool, QString>({"flags", "monster", "disabled", "style"});
-    CreatureData data;
-    data.isMonster = monster;
-    data.disabled = disabled;
-    Creature shown;
-    shown.assign(data);
-    QCOMPARE(styleFor(flags, &shown), style);
+    const auto styleOf = [](const QStringList &row) {
+        CreatureData data;
+        data.isMonster = row[1] == u"true";
+        data.disabled = row[2] == u"true";
+        Creature shown;
+        shown.assign(data);
+        return styleFor(row[0].toInt(nullptr, 16), &shown);
+    };
+    QCOMPARE(differences(QStringLiteral("panelstyles"), 4, styleOf), QString());
 }
 
 void CreaturePanelTest::rowsStandInOrder()
@@ -246,33 +208,6 @@ void CreaturePanelTest::rowsStandInOrder()
     }));
 }
 
-void CreaturePanelTest::fieldsOfAFileAreShownAsTheyStand()
-{
-    const QString foreign = QStringLiteral("<b>%1&amp; \"x\"");
-    CreatureData data;
-    for (QString CreatureData::*field :
-         {&CreatureData::name, &CreatureData::group, &CreatureData::headerText, &CreatureData::type,
-          &CreatureData::role, &CreatureData::resist, &CreatureData::immune, &CreatureData::detect,
-          &CreatureData::savingThrows, &CreatureData::speed, &CreatureData::senses,
-          &CreatureData::skills, &CreatureData::alignment, &CreatureData::languages,
-          &CreatureData::equipment, &CreatureData::description})
-        data.*field = foreign;
-    Creature shown;
-    shown.assign(data);
-    shown.setAlias(foreign);
-    int found = 0;
-    for (const PanelRow &row : panelRows(&shown, false))
-        found += int(QString(row.left + row.right).count(foreign.toHtmlEscaped()));
-    QCOMPARE(found, 16 + 1); // the sixteen fields, and the alias
-    // More than a panel can hold ends in a row that says so.
-    Power power;
-    power.name = foreign;
-    data.powers.fill(power, 5000);
-    shown.assign(data);
-    QCOMPARE(panelRows(&shown, true).size(), 1001);
-    QCOMPARE(panelRows(&shown, true).last().left, QStringLiteral("&hellip;"));
-}
-
 void CreaturePanelTest::headFollowsTheCreature()
 {
     QCOMPARE(text(current(), "nameLabel"), QStringLiteral("Rat (1)"));
@@ -336,23 +271,6 @@ void CreaturePanelTest::linesOfTheHeadFitTheirBox()
         }
         QCOMPARE(cut, width == 220);
     }
-}
-
-void CreaturePanelTest::severalCreaturesStandBelowEachOther()
-{
-    const auto *effects = m_fight->window().findChild<QTableView *>(QStringLiteral("effectsList"));
-    appendEvent<EffectEvent>(nullptr, QList<Creature *> {creature(Aria)}, QString(),
-                             EffectEnd::Special, EffectType::Prone);
-    show(Aria);
-    QCOMPARE(effects->model()->rowCount(), 1);
-    m_fight->click(Rat2, Qt::ControlModifier);
-    tick();
-    QCOMPARE(effects->model()->rowCount(), 0);
-    QCOMPARE(labels<PowerLabel>(selected()).size(), 6);
-    QCOMPARE(text(selected(), "nameLabel"), QStringLiteral("Rat (2)"));
-    // Each label works on its own creature.
-    QTest::mouseClick(labels<PowerLabel>(selected()).at(4), Qt::LeftButton);
-    QVERIFY(creature(Aria)->powers().at(1).isUsed() && !creature(Rat2)->powers().at(1).isUsed());
 }
 
 void CreaturePanelTest::clickTicksAPower()
@@ -505,24 +423,6 @@ void CreaturePanelTest::panelFollowsTheDialogs()
         QCOMPARE(during, QStringLiteral("Aria"));
         tick();
         QCOMPARE(text(current(), "nameLabel"), QString());
-    }
-}
-
-void CreaturePanelTest::creaturesMayGo()
-{
-    m_fight->click(Rat1);
-    m_fight->click(Aria, Qt::ControlModifier);
-    tick();
-    QVERIFY(!labels<PowerLabel>(selected()).isEmpty());
-    Answer answer(inMessage(QStringLiteral("Clear History")));
-    m_fight->action("newHistory")->trigger();
-    QVERIFY(answer.wasAnswered);
-    for (const PowerLabel *label : labels<PowerLabel>(selected()))
-        QTest::mouseClick(const_cast<PowerLabel *>(label), Qt::LeftButton);
-    tick();
-    for (const QWidget *shown : {current(), selected()}) {
-        QCOMPARE(text(shown, "nameLabel"), QString());
-        QVERIFY(labels<QLabel>(shown).isEmpty());
     }
 }
 
