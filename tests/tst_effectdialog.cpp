@@ -12,6 +12,7 @@
 #include "findcreature.h"
 #include "history.h"
 #include "outsidechanges.h"
+#include "tables.h"
 #include "testhome.h"
 #include "vitalityevents.h"
 
@@ -89,7 +90,7 @@ QSpinBox *spin(const EffectDialog &form, const char *name)
     return form.findChild<QSpinBox *>(QLatin1String(name));
 }
 
-QString numbers(const QString &name)
+QString numbersOf(const QString &name)
 {
     const Creature *who = creature(name);
     return QStringLiteral("%1+%2 hp, %3 hs, %4 ap")
@@ -115,7 +116,7 @@ QString answer(const EffectDialog &form, const QString &asked)
     }
     const auto *box = form.findChild<QComboBox *>(asked.section(u' ', -1));
     if (!box)
-        return numbers(asked);
+        return numbersOf(asked);
     const auto *choices = qobject_cast<const DisableComboBox *>(box);
     const bool texts = asked.startsWith(u"items");
     QStringList items;
@@ -184,89 +185,18 @@ void TestEffectDialog::init()
 
 void TestEffectDialog::offersAndShows_data()
 {
-    QTest::addColumn<bool>("running");
-    QTest::addColumn<QString>("selected");
-    QTest::addColumn<QString>("before");
-    QTest::addColumn<QString>("fields");
-    QTest::addColumn<QString>("asked");
-    QTest::addColumn<QString>("answer");
-    const char *asked = "";
-    const auto row = [&](const char *where, const char *selected, const char *before,
-                         const char *fields, const char *answer) {
-        const bool running = qstrcmp(where, "fight") == 0;
-        QTest::addRow("%s in %s: %s, %s, %s", asked, where, selected, before, fields)
-            << running << selected << before << fields << asked << answer;
-    };
-
-    asked = "items of originBox";
-    row("fight", "", "", "", "Aria (current)|Borin|Cleo|Any monster");
-    row("fight", "Aria", "", "", "Aria (self)|Borin|Cleo|Any monster");
-    row("fight", "Ogre (1)", "", "", "Aria (current)|Borin|Cleo|Ogre (1) (self)|Any monster");
-    row("fight", "Borin,Ogre (1)", "", "", "Aria (current)|Borin|Cleo|Any monster");
-    row("rest", "Borin", "", "", "|Aria|Borin (self)|Cleo");
-    row("rest", "Borin,Cleo", "", "", "|Aria|Borin|Cleo");
-    asked = "origin and title";
-    row("fight", "Borin", "", "", "Aria (current): Aria, Aria's Actions");
-    row("fight", "Borin", "", "originBox=Any monster", "Any monster: nobody, Actions");
-    row("rest", "Borin", "", "", "Borin (self): Borin, Borin's Actions");
-    row("rest", "Borin,Cleo", "", "", ": nobody, Action");
-
-    asked = "items of surgeBox";
-    row("rest", "Aria", "spend Aria 6", "surgeValueBox=5",
-        "Gain 6|Gain 5|Gain 4|Gain 3|Gain 2|Gain 1||Use 1 (+5 HP)|Use 2 (+10 HP)");
-    row("rest", "Aria", "spend Aria 6", "surgeValueBox=0",
-        "Gain 6|Gain 5|Gain 4|Gain 3|Gain 2|Gain 1||Lose 1|Lose 2");
-    row("rest", "Aria,Ogre (1)", "spend Aria 6", "", "");
-    row("rest", "Aria,Cleo", "spend Aria 1;spend Cleo 2", "", "Gain 1||Use 1 (+5 or 9 HP)|Lose 1");
-    row("rest", "Cleo,Aria,Borin", "", "", "|Use 1 (+5, 7 or 9 HP)|Lose 1");
-    row("rest", "Aria,Cleo", "spend Aria 8;spend Cleo 1", "", "Gain 1|");
-    asked = "surge value";
-    row("rest", "Aria", "", "", "5");
-    row("rest", "Ogre (1)", "", "", "0 disabled");
-    row("rest", "Aria,Cleo", "", "", "absent");
-
-    asked = "enabled in actionBox";
-    row("rest", "Aria,Borin", "", "", "0");
-    row("rest", "Aria", "hit Aria 22", "originBox=Borin", "0 1 6");
-    row("fight", "Ogre (1)", "", "", "0 1 2 3");
-    row("fight", "Aria", "spend Aria 8", "", "0 1 2 6");
-    row("fight", "Ogre (1)", "wind Aria 1;point Aria 1;points Aria 1", "", "0 2");
-    row("fight", "Ogre (1)", "spend Borin 1", "originBox=Borin", "0 6");
-    row("fight", "Ogre (1)", "points Ogre (1) 2", "originBox=Ogre (1) (self)", "0 1");
-    row("fight", "Cleo", "hit Cleo 40", "originBox=Any monster", "0 4 5");
-    row("fight", "Cleo", "hit Cleo 40;stable Cleo 1", "originBox=Any monster", "0 5");
-    row("fight", "Cleo", "spend Cleo 8", "originBox=Any monster", "0");
-    row("fight", "Borin,Cleo", "hit Cleo 40", "originBox=Any monster", "0");
-
-    asked = "enabled in endBox";
-    row("fight", "Aria", "", "", "-1");
-    row("rest", "Aria", "", "conditionBox=11;originBox=Borin", "0 4");
-    row("fight", "Aria", "", "conditionBox=11;originBox=Any monster", "0 3 4 2 6");
-    row("fight", "Aria", "", "conditionBox=11", "0 1 5 3 4");
-    row("fight", "Aria", "", "conditionBox=11;originBox=Borin", "0 1 5 3 4 2 6");
-    row("fight", "Aria,Borin", "", "conditionBox=11;originBox=Borin", "0 1 5 3 4 2 6");
-
-    asked = "Cleo";
-    row("fight", "Cleo", "hit Cleo 16;temp Cleo 4", "damageBox=10", "14+0 hp, 8 hs, 1 ap");
-    row("fight", "Cleo", "hit Cleo 16;temp Cleo 12", "damageBox=10", "20+2 hp, 8 hs, 1 ap");
-    row("fight", "Cleo", "hit Cleo 39", "healBox=5", "5+0 hp, 8 hs, 1 ap");
-    row("fight", "Cleo", "temp Cleo 4", "tempBox=3", "36+4 hp, 8 hs, 1 ap");
-    row("fight", "Cleo", "hit Cleo 30", "surgeBox=-2;surgeValueBox=10;healBox=1",
-        "27+0 hp, 6 hs, 1 ap");
-    row("fight", "Cleo,Aria", "hit Cleo 16;temp Cleo 4", "damageBox=30;surgeBox=-1000;tempBox=8",
-        "9+8 hp, 7 hs, 1 ap");
-    row("fight", "Cleo", "hit Cleo 36", "actionBox=5", "9+0 hp, 7 hs, 1 ap");
-    row("fight", "Cleo", "hit Cleo 36", "actionBox=5;surgeBox=-8", "72+0 hp, 0 hs, 1 ap");
+    useTable(QStringLiteral("effectform"),
+             {"where", "selected", "before", "fields", "asked", "answer"});
 }
 
 void TestEffectDialog::offersAndShows()
 {
-    QFETCH(bool, running);
+    QFETCH(QString, where);
     QFETCH(QString, selected);
     QFETCH(QString, before);
     QFETCH(QString, fields);
     QFETCH(QString, asked);
-    if (running)
+    if (where == u"fight")
         start();
     befall(before);
     EffectDialog form(creatures(selected));
@@ -360,14 +290,14 @@ void TestEffectDialog::previewsTheOrigin()
     befall(QStringLiteral("hit Aria 10;spend Aria 7;spend Borin 1"));
     EffectDialog form(creatures(QStringLiteral("Ogre (1)")));
     enter(form, QStringLiteral("actionBox=3"));
-    QCOMPARE(numbers(aria), QStringLiteral("15+0 hp, 0 hs, 1 ap"));
+    QCOMPARE(numbersOf(aria), QStringLiteral("15+0 hp, 0 hs, 1 ap"));
     enter(form, QStringLiteral("damageBox=3")); // a surge that is shown as spent is still there
     QCOMPARE(form.action(), int(EffectDialog::SecondWind));
     enter(form, QStringLiteral("actionBox=1"));
-    QCOMPARE(numbers(aria), QStringLiteral("10+0 hp, 1 hs, 0 ap"));
+    QCOMPARE(numbersOf(aria), QStringLiteral("10+0 hp, 1 hs, 0 ap"));
     enter(form, QStringLiteral("originBox=Borin;actionBox=6")); // hers ends
-    QCOMPARE(numbers(aria), QStringLiteral("10+0 hp, 1 hs, 1 ap"));
-    QCOMPARE(numbers(QStringLiteral("Borin")), QStringLiteral("28+0 hp, 8 hs, 1 ap"));
+    QCOMPARE(numbersOf(aria), QStringLiteral("10+0 hp, 1 hs, 1 ap"));
+    QCOMPARE(numbersOf(QStringLiteral("Borin")), QStringLiteral("28+0 hp, 8 hs, 1 ap"));
 }
 
 // A preview is what comes of it: healing counts from 0 hit points, and first aid is for one.
@@ -402,12 +332,12 @@ void TestEffectDialog::previewsTheDying()
     QString shown;
     Answer answer(inFlatDialog<EffectDialog>([&](EffectDialog &form) {
         enter(form, fields);
-        shown = numbers(dying);
+        shown = numbersOf(dying);
         form.accept();
     }));
     m_fight->window().onAddConditionOrEffect();
     QVERIFY(answer.wasAnswered);
-    QCOMPARE(numbers(dying), shown);
+    QCOMPARE(numbersOf(dying), shown);
     QVERIFY(creature(dying)->currHP() >= 0);
 }
 
@@ -440,8 +370,8 @@ void TestEffectDialog::forgetsThePreview()
     const CreatureState cleoBefore = cleo->state();
     Answer answer(inFlatDialog<EffectDialog>([&](EffectDialog &form) {
         enter(form, QStringLiteral("surgeBox=-8;tempBox=7;actionBox=1"));
-        QCOMPARE(numbers(QStringLiteral("Cleo")), QStringLiteral("72+7 hp, 0 hs, 1 ap"));
-        QCOMPARE(numbers(QStringLiteral("Aria")), QStringLiteral("20+0 hp, 8 hs, 0 ap"));
+        QCOMPARE(numbersOf(QStringLiteral("Cleo")), QStringLiteral("72+7 hp, 0 hs, 1 ap"));
+        QCOMPARE(numbersOf(QStringLiteral("Aria")), QStringLiteral("20+0 hp, 8 hs, 0 ap"));
         end(form);
     }));
     m_fight->window().onAddConditionOrEffect();
@@ -482,13 +412,13 @@ void TestEffectDialog::previewNeverLeavesTheScreen()
         QCOMPARE(logged(), QStringList());
         cleo->setField(&CreatureData::maxHP, 40);
         QCOMPARE(logged(), change);
-        QCOMPARE(numbers(QStringLiteral("Cleo")), shown);
+        QCOMPARE(numbersOf(QStringLiteral("Cleo")), shown);
         theCharacters->saveAll();
         QVERIFY(cleo->shadowVitality() == cleo->liveVitality());
         QCOMPARE(cleo->shadowVitality().currHP, 6);
         theHistory->stepBack();
         theHistory->stepForward();
-        QCOMPARE(numbers(QStringLiteral("Cleo")), shown);
+        QCOMPARE(numbersOf(QStringLiteral("Cleo")), shown);
         form.reject();
     }));
     m_fight->window().onAddConditionOrEffect();
@@ -503,45 +433,14 @@ void TestEffectDialog::previewNeverLeavesTheScreen()
 
 void TestEffectDialog::logsWhatWasEntered_data()
 {
-    QTest::addColumn<QString>("selected");
-    QTest::addColumn<QString>("fields");
-    QTest::addColumn<QString>("texts");
-    QTest::addColumn<int>("end"); // of all effects
-    const auto row = [](const char *selected, const char *fields, const char *texts, int end = 0) {
-        QTest::newRow(fields) << selected << fields << texts << end;
-    };
-    row("Borin,Ogre (1)",
-        "damageBox=9;healBox=4;tempBox=6;conditionBox=9;ongoingBox=-5;effectBox=2;"
-        "hitDamageButton=;resVulBox=-10;commentEdit= fire ;endBox=3;actionBox=3",
-        "Aria -> Damaged 9: Borin, Ogre (1)|Aria -> Healed 4: Borin, Ogre (1)|"
-        "Gained Temporary HP 6: Borin, Ogre (1)|Aria -> Marked (fire): Borin, Ogre (1)|"
-        "Aria -> Ongoing 5 Damage ( fire ): Borin, Ogre (1)|"
-        "Aria -> +2 to Hit & Damage (fire): Borin, Ogre (1)|"
-        "Aria -> Vulnerable 10 ( fire ): Borin, Ogre (1)|Second Wind: Aria",
-        EffectEnd::SaveEnds);
-    row("Borin", "ongoingBox=5;effectBox=-2;resVulBox=5",
-        "Aria -> Regeneration 5: Borin|Aria -> -2 Penalty: Borin|Aria -> Resist 5: Borin");
-    row("Borin,Cleo", "surgeBox=-1;healBox=3", "Aria -> Healed 3 (-1 HS): Borin, Cleo");
-    row("Borin,Cleo", "surgeBox=-1000;healBox=3",
-        "Aria -> Healed 10 (-1 HS): Borin|Aria -> Healed 12 (-1 HS): Cleo");
-    row("Borin", "surgeBox=-2;healBox=3", "Aria -> Healed 17 (-2 HS): Borin");
-    row("Borin", "surgeBox=1", "Aria -> Healing Surges +1: Borin");
-    row("Borin", "actionBox=1", "Use Action Point: Aria");
-    row("Borin", "actionBox=2", "Total Defence: Aria");
-    row("Borin", "originBox=Cleo;actionBox=6", "Cleo -> Gained Healing Surge: Cleo");
-    row("Cleo", "actionBox=4", "Aria -> Stabilized: Cleo");
-    row("Cleo", "actionBox=5", "Aria -> Second Wind (First Aid): Cleo");
-    row("Borin", "", "");
-    row("Borin", "commentEdit=  ", "");
-    row("Borin", "commentEdit= on fire ", "Aria -> on fire: Borin");
-    row("Borin", "commentEdit=net;conditionBox=5", "Aria -> Grabbed (net): Borin");
+    useTable(QStringLiteral("effectcommands"), {"selected", "fields", "texts", "end"});
 }
 
 void TestEffectDialog::logsWhatWasEntered()
 {
     QFETCH(QString, selected);
     QFETCH(QString, fields);
-    QFETCH(int, end);
+    QFETCH(QString, end);
     start();
     befall(QStringLiteral("spend Borin 2;spend Cleo 2;hit Cleo 40"));
     creature(QStringLiteral("Borin"))->setCurrHP(27);
@@ -560,7 +459,7 @@ void TestEffectDialog::logsWhatWasEntered()
     QTEST(texts.mid(1).join(u'|'), "texts");
     for (Creature *target : creatures(selected))
         for (const Effect *effect : target->effects())
-            QCOMPARE(effect->endCode(), end);
+            QCOMPARE(effect->endCode(), end.toInt());
 }
 
 void TestEffectDialog::tabsRowByRow_data()
@@ -617,7 +516,7 @@ void TestEffectDialog::worksByKeys()
         QCOMPARE(form.action(), int(EffectDialog::UseActionPoint));
         press(Qt::Key_A); // of nobody's first aid
         QCOMPARE(form.action(), int(EffectDialog::UseActionPoint));
-        QCOMPARE(numbers(QStringLiteral("Aria")), QStringLiteral("20+0 hp, 8 hs, 0 ap"));
+        QCOMPARE(numbersOf(QStringLiteral("Aria")), QStringLiteral("20+0 hp, 8 hs, 0 ap"));
         press(Qt::Key_Return);
     }));
     m_fight->window().onAddConditionOrEffect();

@@ -11,6 +11,7 @@
 #include "history.h"
 #include "jumpindialog.h"
 #include "savingthrowdialog.h"
+#include "tables.h"
 #include "testhome.h"
 #include "vitalityevents.h"
 
@@ -135,87 +136,22 @@ QStringList TurnOrderTest::textsFrom(int first)
 
 void TurnOrderTest::commands_data()
 {
-    QTest::addColumn<QStringList>("before");
-    QTest::addColumn<QString>("command");
-    QTest::addColumn<QStringList>("saves");
-    QTest::addColumn<QStringList>("texts");
-    const QStringList endOfAria {"End of Turn: Remove Stunned", "End of Turn: Remove Phasing",
-                                 "End of Turn: Remove Concealment", "End of Turn: Remove Prone"};
-    // Ongoing damage, the oldest first; regeneration; what ends now, in the order of the list; the
-    // powers.
-    const QStringList damageAndMending {"* Next Turn: Rat (A) *", "On Going Damage 5: Rat (A)",
-                                        "On Going Damage 3: Rat (A)", "Regeneration 2: Rat (A)",
-                                        "Start of Turn: Remove Dazed"};
-    const QStringList powers {"Rat (A): Unused Bite", "Recharge: Rat (A), Howl"};
-    const QStringList startOfRat =
-        damageAndMending + QStringList {"Start of Turn: Remove Slowed"} + powers;
-
-    const auto row = [](const char *name, const QStringList &before, const char *command,
-                        const QStringList &texts, const QStringList &saves = {}) {
-        QTest::newRow(name) << before << QString::fromLatin1(command) << saves << texts;
-    };
-    row("next turn", {}, "nextTurn", endOfAria + startOfRat);
-    row("ready", {}, "ready", QStringList {"* Ready: Aria *"} + endOfAria + startOfRat);
-    // What helps her or harms the foe ends; what harms her or helps the foe waits for her turn.
-    row("delay", {}, "delay",
-        QStringList {"* Delayed: Aria *", "End of Turn: Remove Phasing",
-                     "End of Turn: Remove Prone"}
-            + startOfRat);
-    // She joins behind Bram, whose turn it was, so that the rat now stands first.
-    row("delay that runs out", {"delay", "nextTurn"}, "nextTurn",
-        {"* Jump in: Aria *", "End of Turn: Remove Concealment", "End of Turn: Remove Stunned",
-         "Start of Turn: Remove Weakened"});
-    const QStringList startOfAria {"* Next Turn: Aria *", "Start of Turn: Remove Weakened"};
-    const QStringList cursedBram {"hex Bram rot", "hex Bram fear", "hit Bram 32", "nextTurn",
-                                  "nextTurn"};
-    row("next turn, saves", cursedBram, "nextTurn",
-        QStringList {"Saved: Remove rot", "Failed Death Saving Throw: Bram"} + startOfAria,
-        {"100"});
-    row("ready, saves", cursedBram, "ready",
-        QStringList {"* Ready: Bram *", "Saved: Remove fear"} + startOfAria, {"011"});
-    row("delay, no saves", cursedBram, "delay", QStringList {"* Delayed: Bram *"} + startOfAria);
-    row("delay that runs out, saves", {"delay", "nextTurn", "hex Aria rot", "hit Aria 32"},
-        "nextTurn",
-        {"* Jump in: Aria *", "Saved: Remove rot", "Failed Death Saving Throw: Aria",
-         "End of Turn: Remove Concealment", "End of Turn: Remove Stunned",
-         "Start of Turn: Remove Weakened"},
-        {"10"});
-    // The dead have their saves, but none from death.
-    row("passing over the dead", {"hex Bram rot", "hit Bram 60", "nextTurn"}, "nextTurn",
-        QStringList {"* Next Turn: Bram *", "Saved: Remove rot"} + startOfAria, {"1"});
-    // The turn that is interrupted ends; nothing of the start of hers is raised.
-    row("jump in, delayed", {"hex Rat rot", "delay"}, "jumpIn",
-        {"Saved: Remove rot", "* Jump in: Aria *"}, {"1"});
-    row("jump in, readied", {"hex Rat rot", "ready"}, "jumpIn", {"* Ready action: Aria *"});
-    row("removal of the current creature", {}, "remove",
-        QStringList {"Removed: Bram"} + damageAndMending + powers
-            + QStringList {"Removed Current: Aria"});
-    // Nobody is left to pass the turn to.
-    row("removal of all", {}, "clear",
-        {"End of Encounter: Remove Stunned", "End of Encounter: Remove Phasing",
-         "End of Encounter: Remove Dazed", "End of Encounter: Remove Concealment",
-         "End of Encounter: Remove Prone", "End of Encounter: Remove Slowed",
-         "End of Encounter: Remove Weakened", "* Stop Encounter *",
-         "Removed: Aria, Rat (A), Bram"});
-    row("stop", {}, "startStop",
-        {"End of Encounter: Remove Stunned", "End of Encounter: Remove Phasing",
-         "End of Encounter: Remove Dazed", "End of Encounter: Remove Concealment",
-         "End of Encounter: Remove Prone", "End of Encounter: Remove Slowed",
-         "End of Encounter: Remove Weakened", "* Stop Encounter *", "Removed: Rat (A)"});
+    useTable(QStringLiteral("turncommands"), {"before", "command", "saves", "texts"});
 }
 
 void TurnOrderTest::commands()
 {
-    QFETCH(const QStringList, before);
+    QFETCH(const QString, before);
     QFETCH(const QString, command);
-    for (const QString &earlier : before)
+    QFETCH(const QString, saves);
+    for (const QString &earlier : before.split(u';', Qt::SkipEmptyParts))
         run(earlier);
     const int first = theHistory->eventCount();
-    QFETCH(QStringList, saves);
-    Answer answer([&] { return answerSaves(&saves); });
+    QStringList answers = saves.split(u';', Qt::SkipEmptyParts);
+    Answer answer([&] { return answerSaves(&answers); });
     run(command);
-    QCOMPARE(saves, QStringList()); // each dialog came, and none besides
-    QTEST(textsFrom(first), "texts");
+    QCOMPARE(answers, QStringList()); // each dialog came, and none besides
+    QTEST(textsFrom(first).join(u'|'), "texts");
 }
 
 void TurnOrderTest::startGivesTheTurnToTheFirstWhoCanAct()

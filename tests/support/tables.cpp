@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QMap>
+#include <QTest>
 
 using namespace Qt::StringLiterals;
 
@@ -24,30 +25,57 @@ QString unescaped(const QString &text)
     return result;
 }
 
+QStringList linesOf(const QString &name)
+{
+    QFile file(QStringLiteral(TEST_DATA "/tables/%1.txt").arg(name));
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("no table %s", qPrintable(name));
+    return QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
+}
+
+QStringList rowOf(const QString &line, qsizetype columns)
+{
+    QStringList row = line.split(u'\t');
+    for (QString &column : row)
+        column = unescaped(column);
+    row.resize(columns);
+    return row;
+}
+
 } // namespace
 
 QString differences(const QString &name, qsizetype columns,
                     const std::function<QString(const QStringList &)> &evaluate)
 {
-    QFile file(QStringLiteral(TEST_DATA "/tables/%1.txt").arg(name));
-    if (!file.open(QIODevice::ReadOnly))
-        return u"no table "_s + name;
     QString found;
     int rows = 0;
-    for (const QString &line : QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts)) {
+    for (const QString &line : linesOf(name)) {
         if (line.startsWith(u'#'))
             continue;
         ++rows;
-        QStringList row = line.split(u'\t');
-        for (QString &column : row)
-            column = unescaped(column);
-        row.resize(columns);
+        QStringList row = rowOf(line, columns);
         const QString expected = row.takeLast();
         const QString actual = evaluate(row);
         if (actual != expected)
             found += u"\n%1\n  expected: %2\n  actual:   %3"_s.arg(line, expected, actual);
     }
     return rows == 0 ? u"no row in "_s + name : found;
+}
+
+void useTable(const QString &name, std::initializer_list<const char *> columns)
+{
+    for (const char *column : columns)
+        QTest::addColumn<QString>(column);
+    QString heading;
+    for (const QString &line : linesOf(name)) {
+        if (line.startsWith(u'#')) {
+            heading = line.mid(2);
+            continue;
+        }
+        QTestData &data = QTest::newRow(qPrintable(heading + u": "_s + line));
+        for (const QString &text : rowOf(line, qsizetype(columns.size())))
+            data << text;
+    }
 }
 
 QList<int> numbers(const QStringList &texts)
