@@ -88,5 +88,5 @@ QList<int> numbers(const QStringList &texts)
 
 QList<int> numbers(const QString &text)
 {
-    return numbers(text.split(u' '));
+    return numbers(text.split(u' ', Qt::SkipEmptyParts));
 }
