@@ -148,89 +148,16 @@ void TestEvents::readsAndIsSeen()
 {
     Creature *aria = creature("Aria");
     Creature *borin = creature("Borin");
-    Creature *cleo = creature("Cleo");
     Creature *rat = creature("Rat (1)");
-    Creature *ogre = creature("Ogre (1)");
-    const QList<Creature *> party {aria, borin};
-    const QList<Creature *> rats {rat};
-    const EncounterEntry cellar {QString(), u"Cellar"_s, QString(), 3, 450, QString()};
-    const EffectedAttributes defences {.ac = true, .fortitude = true, .reflex = true, .will = true};
-    std::vector<std::unique_ptr<Effect>> effects;
-    const auto effectOn = [&effects](Creature *target, int type) {
-        effects.push_back(std::make_unique<Effect>(nullptr, target, type, EffectEnd::SaveEnds));
-        target->insertEffect(0, effects.back().get());
-        return effects.back().get();
-    };
     ObjectStream *s = theHistory->getStream();
-    check(1, "* Start Encounter: Rat (1) *", false,
-          new StartEncounterEvent({{u"Aria"_s, 9, 1}}, {{u"Rat"_s, 15, 2}}, s));
-    check(2, "* Next Turn: Aria *", true, new NextTurnEvent(s, false));
-    check(3, "* Stop Encounter *", true, new StopEncounterEvent(s, false));
-    check(4, "Aria -> Damaged 12: Rat (1), Rat (2)", true,
-          new DamageEvent(aria, QList {rat, creature("Rat (2)")}, 12, s));
-    check(5, "On Going Damage 5: Aria", true, new OnGoingDamageEvent(rat, aria, 5, s));
-    check(6, "Healed 8: Borin", true, new HealEvent(nullptr, borin, 0, 8, s));
-    check(6, "Aria -> Healed 8 (-2 HS): Borin", true, new HealEvent(aria, borin, 2, 8, s));
     check(6, "Healed 8 (+1 HS): Borin", true, new HealEvent(nullptr, borin, -1, 8, s));
     check(6, "Healing Surges -1: Borin", true, new HealEvent(nullptr, borin, 1, 0, s));
     check(6, "Healing Surges +2: Borin", true, new HealEvent(nullptr, borin, -2, 0, s));
-    check(7, "Regeneration 5: Rat (1)", false, new RegenerationEvent(rat, 5, s));
-    check(8, "Gained Temporary HP 6: Aria, Borin", true, new SetTempHPEvent(party, 6, s));
-    check(
-        9, "Aria -> Marked: Rat (1)", true,
-        new EffectEvent(aria, rats, QString(), EffectEnd::EndOfOriginsTurn, EffectType::Marked, s));
     check(9, "Partial Cover (a barrel): Aria", true,
           new EffectEvent(aria, QList {aria}, u"a barrel"_s, 4, EffectType::PartialCover, s));
-    check(9, "Aria -> +2 to all Defenses: Borin", true,
-          new EffectEvent(aria, QList {borin}, QString(), 1, 2, defences, s));
-    check(9, "Ongoing 5 Damage (fire): Rat (1)", false,
-          new EffectEvent(nullptr, rats, u"fire"_s, 3, EffectType::OngoingDamage, -5, s));
-    check(10, "Remove Dazed", true,
-          new RemoveOnGoingEvent(aria, effectOn(aria, EffectType::Dazed), s));
-    check(11, "End of Turn: Remove Dazed", true,
-          new RemoveAtEndOfTurnEvent(aria, effectOn(aria, EffectType::Dazed), s));
-    check(12, "Start of Turn: Remove Prone", false,
-          new RemoveAtStartOfTurnEvent(rat, effectOn(rat, EffectType::Prone), s));
-    check(13, "Saved: Remove Slowed", true,
-          new RemoveOnSaveEvent(aria, effectOn(aria, EffectType::Slowed), s));
-    check(14, "End of Encounter: Remove Slowed", true,
-          new RemoveAtEndOfEncounterEvent(aria, effectOn(aria, EffectType::Slowed), s));
-    check(15, "* Delayed: Aria *", true, new DelayEvent(aria, s));
-    check(16, "* Jump in: Rat (1) *", false, new JumpInEvent(rat, s));
-    check(17, "* Ready: Rat (1) *", false, new ReadyEvent(rat, s));
-    check(18, "* Ready action: Aria *", true, new EndReadyEvent(aria, s));
-    check(19, "Died: Rat (1)", true, new DiedEvent(rat, s));
     rat->setHidden(true);
     check(19, "Died: Rat (1)", false, new DiedEvent(rat, s));
-    theEncounter->setPosition({1, 1, {}});
-    check(2, "* Next Turn: Rat (1) *", false, new NextTurnEvent(s, false));
-    theEncounter->reset();
-    TestFight::setRoster({u"Aria"_s, u"Borin"_s, u"Rat (1)"_s, u"Rat (2)"_s});
     rat->setHidden(false);
-    check(20, "Failed Death Saving Throw: Aria", true, new FailedDeathSavingThrowEvent(aria, s));
-    check(21, "Use Action Point: Aria", true, new UseActionPointEvent(aria, s));
-    check(22, "Total Defence: Rat (1)", true, new TotalDefenseEvent(rat, s));
-    check(23, "Second Wind: Aria", true, new SecondWindEvent(aria, s));
-    check(24, "Borin -> Stabilized: Aria", true, new StabilizeEvent(borin, aria, s));
-    check(25, "Short Rest: Aria, Borin", true,
-          new ShortRestEvent({{aria, 1, 7, 1}, {borin, 0, 0, 1}}, s));
-    check(26, "Extended Rest: Aria, Borin", true, new ExtendedRestEvent({}, s));
-    check(26, "Extended Rest: Rat (1)", true, new ExtendedRestEvent(rats, s));
-    check(27, "Set Encounter: Cellar (Hidden)", false,
-          new SetEncounterEvent(cellar, CreatureList(QList {creature("Rat (3)")}), true, s));
-    check(28, "Add Monster: Ogre (1)", false,
-          new AddMonsterEvent(CreatureList(QList {ogre}), false, {}, s));
-    check(29, "Add Encounter: Cellar (Hidden)", false,
-          new AddMonstersEvent(u"Cellar"_s, CreatureList(QList {ogre}), true, {}, s));
-    check(30, "Set Party: Aria, Cleo", true,
-          new SetPartyEvent(CreatureList(QList {aria, cleo}), false, {}, s));
-    check(31, "Add Characters: Cleo (Hidden)", true,
-          new AddCharactersEvent(CreatureList(QList {cleo}), true, {}, s));
-    check(32, "Hide Aria", false, new ShowHideEvent(aria, true, s));
-    check(32, "Show Rat (1)", false, new ShowHideEvent(rat, false, s));
-    check(33, "Aria -> Second Wind (First Aid): Borin", true,
-          new AdministerFirstAidEvent(aria, borin, s));
-    check(34, "Aria -> Gained Healing Surge: Aria", true, new GainHealingSurgeEvent(aria, s));
     check(35,
           "Changed Aria: Init +-2; Max HP 31; Curr HP 29; MAX HS 7; Curr HS 6; HS Value 5; Init AP "
           "2; AP 3",
@@ -238,18 +165,8 @@ void TestEvents::readsAndIsSeen()
     CreatureVitality vitality = aria->liveVitality();
     vitality.initBonus = NotStated;
     check(35, "Changed Aria: Init -", true, new SetVitalityEvent(vitality, s));
-    check(35, "Changed Rat (1)", false, new SetVitalityEvent(rat->liveVitality(), s));
-    check(36, "Removed: Aria, Borin", true, new RemoveCreaturesEvent(party, s));
     check(36, "Removed: Aria, Rat (1)", false, new RemoveCreaturesEvent(QList {aria, rat}, s));
-    check(37, "Removed Current: Aria", true, new RemoveCurrentEvent(aria, s));
-    check(38, "Initiative +1: Rat (1)", false, new AdjustInitiativeEvent(rats, 1, s));
-    check(38, "Initiative -1: Aria", true, new AdjustInitiativeEvent(QList {aria}, -1, s));
-    check(39, "Rename Aria -> Ariadne", false, new RenameCreatureEvent(u"Aria"_s, u"Ariadne"_s, s));
-    check(39, "Rename Rat (1) -> Rat (9)", true,
-          new RenameCreatureEvent(u"Rat (1)"_s, u"Rat (9)"_s, s));
-    check(40, "Rat (1): Used Bite", false, new PowerUsageChangedEvent(rat, rat->powerAt(0), 0, s));
-    check(41, "Rat (1): Show Alias: Beast", false, new SetAliasEvent(rat, true, u"Beast"_s, s));
-    check(42, "Use Second Wind: Aria", true, new UseSecondWindEvent(aria, -1, s));
+    check(38, "Initiative +1: Rat (1)", false, new AdjustInitiativeEvent(QList {rat}, 1, s));
     check(42, "Gain Second Wind: Aria", true, new UseSecondWindEvent(aria, 1, s));
     check(42, "", true, new UseSecondWindEvent(aria, 5, s));
 }
