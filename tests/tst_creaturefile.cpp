@@ -30,12 +30,10 @@ private Q_SLOTS:
     void characterTextReadsBack();
     void heroKeepsThePowersOfItsStatBlock();
     void starterTextOfMonster();
-    void loadReadiesTheCreature();
     void savesWholeFileWithCRLF();
     void derivesFileNames_data();
     void derivesFileNames();
     void failedSaveChangesNothing();
-    void revertGoesBack();
     void findsMovedPortrait();
     void leavesGiantsUnread();
     void takesNoPictureButOfItsFolder();
@@ -45,7 +43,6 @@ private Q_SLOTS:
     void adoptsChosenPictures();
     void writesPortraitIntoText_data();
     void writesPortraitIntoText();
-    void survivesAnyBytes();
 
 private:
     static void addPicture(const QString &path, const QSize &size = QSize(8, 6));
@@ -265,26 +262,6 @@ void TestCreatureFile::starterTextOfMonster()
              "AC 16; Will 12\nSpeed 5\nAction Points 0\n");
 }
 
-void TestCreatureFile::loadReadiesTheCreature()
-{
-    const TestDataFolder folder;
-    QFile file(folder.file(u"Characters/aria.txt"_s));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("\xEF\xBB\xBF" + knight.toUtf8().replace("\n", "\r\n")
-               + "hs-resources=7\rvision=low");
-    file.close();
-    Creature creature;
-    QVERIFY(creature.load(u"aria.txt"_s, false, QString()));
-    QCOMPARE(creature.statBlock(), knight + u"hs-resources=7\nvision=low"_s);
-    QCOMPARE(creature.savedStatBlock(), creature.statBlock());
-    QCOMPARE(creature.fileName(), "aria.txt");
-    QCOMPARE(creature.nameBefore(), "Aria");
-    QCOMPARE(creature.senses(), "Low");
-    QCOMPARE(creature.currHP(), 40);
-    QCOMPARE(creature.currHS(), 7);
-    QVERIFY(creature.shadowVitality() == creature.liveVitality());
-}
-
 void TestCreatureFile::savesWholeFileWithCRLF()
 {
     const TestDataFolder folder;
@@ -354,35 +331,6 @@ void TestCreatureFile::failedSaveChangesNothing()
     QCOMPARE(creature.fileName(), QString());
     QCOMPARE(creature.savedStatBlock(), QString());
     QVERIFY(creature.isModified());
-}
-
-void TestCreatureFile::revertGoesBack()
-{
-    const TestDataFolder folder;
-    folder.write(u"Characters/aria.txt"_s, knight);
-    Creature creature;
-    QVERIFY(creature.load(u"aria.txt"_s, false, QString()));
-    creature.rename(u"Arianna"_s);
-    creature.setCurrHP(3);
-    QVERIFY(creature.isModified());
-    creature.revert();
-    QVERIFY(!creature.isModified());
-    QCOMPARE(creature.name(), "Aria");
-    QCOMPARE(creature.statBlock(), knight);
-    QCOMPARE(creature.currHP(), 3);
-
-    // A saved text that can't be read leaves what there is.
-    creature.setSavedStatBlock(u"gibberish"_s);
-    creature.rename(u"Arianna"_s);
-    creature.revert();
-    QVERIFY(!creature.isModified());
-    QCOMPARE(creature.name(), "Arianna");
-
-    creature.setNew(true);
-    creature.setStatBlock(u"half a text"_s);
-    creature.revert();
-    QVERIFY(!creature.isNew());
-    QCOMPARE(creature.statBlock(), "half a text");
 }
 
 void TestCreatureFile::findsMovedPortrait()
@@ -580,35 +528,6 @@ void TestCreatureFile::writesPortraitIntoText()
 {
     QFETCH(QString, text);
     QTEST(withPortraitInText(text, u"r.png"_s), "expected");
-}
-
-// No text may crash the reader or make it slow, and each keeps its words.
-void TestCreatureFile::survivesAnyBytes()
-{
-    const TestDataFolder folder;
-    QByteArray many;
-    for (int i = 0; i < 50000; ++i)
-        many += "name=a\n";
-    const QList<QByteArray> texts {many,
-                                   QByteArray(1000000, '='),
-                                   QByteArray(1000000, '\r'),
-                                   QByteArray(1000000, '\0'),
-                                   "level=99999999999999\nname=\xff\xfe",
-                                   "portrait=../../../etc\nportrait=.\nname=a\nlevel=1\nrace=b\n"
-                                   "role=c"};
-    for (const QByteArray &text : texts) {
-        CreatureData data;
-        parseText(false, text, data, QString());
-        validate(data, false, QString());
-        QVERIFY(!data.name.isEmpty());
-        withPortraitInText(QString::fromUtf8(text), u"%1"_s);
-    }
-    CreatureData data;
-    data.isMonster = false;
-    QByteArray cut("name=a\nlevel=1\nrace=b\nrole=c");
-    cut.append('\0').append("rest");
-    QVERIFY(readKeyForm(cut, data, QString()));
-    QCOMPARE(data.statBlock, "name=a\nlevel=1\nrace=b\nrole=c");
 }
 
 MORVANE_TEST_MAIN(QGuiApplication, TestCreatureFile)

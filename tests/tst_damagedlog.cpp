@@ -160,7 +160,6 @@ private Q_SLOTS:
     void mutatedLogs();
     void tellsWhatIsLost_data();
     void tellsWhatIsLost();
-    void largeLogs();
     void recordsWithoutFields();
     void sizesAreNotBelieved_data();
     void sizesAreNotBelieved();
@@ -361,33 +360,6 @@ void TestDamagedLog::tellsWhatIsLost()
     start(file());
     QCOMPARE(theHistory->eventCount(), events + 1);
     QVERIFY(theHistory->damageText().isEmpty());
-}
-
-// No log is cut short: what is larger than can be held is refused, and nothing is written to it.
-void TestDamagedLog::largeLogs()
-{
-    m_fight->windows().shown.clear();
-    constexpr qint64 Padding = 257 * 1024 * 1024;
-    start(m_header + QByteArray::fromHex("e803 fc 00001010")); // an unknown field of that size
-    theHistory->clear();
-    QFile log(historyPath());
-    QVERIFY(log.open(QIODevice::Append) && log.resize(log.size() + Padding));
-    log.write(m_log.sliced(m_header.size()));
-    log.close();
-    qint64 told = 0;
-    theHistory->load([&](qint64 done, qint64 total) { told = done <= total ? done : 0; });
-    QVERIFY(told > Padding);
-    QCOMPARE(theHistory->eventCount(), 50);
-    theHistory->clear();
-
-    QVERIFY(log.resize(ObjectStream::LargestLog + 1));
-    theHistory->load();
-    QCOMPARE(theHistory->eventCount(), 0);
-    QVERIFY(!theHistory->getStream());
-    QCOMPARE(m_fight->windows().shown.size(), 2);
-    QVERIFY(
-        m_fight->windows().shown.takeLast().startsWith(QStringLiteral("History File too Large|")));
-    QCOMPARE(log.size(), ObjectStream::LargestLog + 1);
 }
 
 // Each kind of event in the middle of a fight, with nothing in its record but its type.

@@ -144,9 +144,6 @@ private Q_SLOTS:
     void previewsTheOrigin();
     void previewsTheDying_data();
     void previewsTheDying();
-    void forgetsThePreview_data();
-    void forgetsThePreview();
-    void previewNeverLeavesTheScreen();
     void logsWhatWasEntered_data();
     void logsWhatWasEntered();
     void tabsRowByRow_data();
@@ -339,94 +336,6 @@ void TestEffectDialog::previewsTheDying()
     QVERIFY(answer.wasAnswered);
     QCOMPARE(numbersOf(dying), shown);
     QVERIFY(creature(dying)->currHP() >= 0);
-}
-
-void TestEffectDialog::forgetsThePreview_data()
-{
-    using End = std::function<void(EffectDialog &)>;
-    QTest::addColumn<End>("end");
-    QTest::newRow("cancel") << End(
-        [](EffectDialog &form) { enter(form, QStringLiteral("cancelButton=")); });
-    QTest::newRow("escape") << End(
-        [](EffectDialog &form) { QTest::keyClick(spin(form, "damageBox"), Qt::Key_Escape); });
-    QTest::newRow("window closed") << End([](EffectDialog &) { theMainWindow->close(); });
-    QTest::newRow("typed behind the answer") << End([](EffectDialog &form) {
-        form.reject();
-        enter(form, QStringLiteral("damageBox=99"));
-    });
-}
-
-void TestEffectDialog::forgetsThePreview()
-{
-    QFETCH(std::function<void(EffectDialog &)>, end);
-    start();
-    const Creature *aria = creature(QStringLiteral("Aria"));
-    Creature *cleo = creature(QStringLiteral("Cleo"));
-    appendEvent<DamageEvent>(nullptr, cleo, 39);
-    appendEvent<StabilizeEvent>(nullptr, cleo);
-    select(QStringLiteral("Cleo"));
-    const int events = theHistory->eventCount();
-    const CreatureState ariaBefore = aria->state();
-    const CreatureState cleoBefore = cleo->state();
-    Answer answer(inFlatDialog<EffectDialog>([&](EffectDialog &form) {
-        enter(form, QStringLiteral("surgeBox=-8;tempBox=7;actionBox=1"));
-        QCOMPARE(numbersOf(QStringLiteral("Cleo")), QStringLiteral("72+7 hp, 0 hs, 1 ap"));
-        QCOMPARE(numbersOf(QStringLiteral("Aria")), QStringLiteral("20+0 hp, 8 hs, 0 ap"));
-        end(form);
-    }));
-    m_fight->window().onAddConditionOrEffect();
-    QVERIFY(answer.wasAnswered);
-    QVERIFY(aria->state() == ariaBefore);
-    QVERIFY(cleo->state() == cleoBefore); // on the ground and stabilized
-    theEncounter->markVitalityStale();
-    QVERIFY(streamForEvent());
-    QCOMPARE(theHistory->eventCount(), events);
-    QVERIFY(m_fight->action("surge")->isEnabled()); // the shown numbers had none left
-}
-
-// Whatever is logged or saved while the form is open comes from the real numbers.
-void TestEffectDialog::previewNeverLeavesTheScreen()
-{
-    start();
-    Creature *aria = creature(QStringLiteral("Aria"));
-    Creature *cleo = creature(QStringLiteral("Cleo"));
-    appendEvent<DamageEvent>(nullptr, cleo, 30);
-    select(QStringLiteral("Cleo"));
-    const CreatureState ariaBefore = aria->state();
-    const CreatureState cleoBefore = cleo->state();
-    const QMap<QString, QByteArray> files = m_fight->folder.files();
-    const int events = theHistory->eventCount();
-    const auto logged = [events] {
-        checkVitality(theHistory->getStream());
-        QStringList texts;
-        for (int i = events; i < theHistory->eventCount(); ++i)
-            texts << theHistory->eventText(i);
-        return texts;
-    };
-    const QString shown = QStringLiteral("72+7 hp, 0 hs, 1 ap");
-    const QStringList change {QStringLiteral("Changed Cleo: Max HP 40")};
-    Answer answer(inFlatDialog<EffectDialog>([&](EffectDialog &form) {
-        enter(form, QStringLiteral("surgeBox=-8;surgeValueBox=8;healBox=2;tempBox=7;actionBox=1"));
-        QCOMPARE(m_fight->folder.files(), files);
-        theEncounter->markVitalityStale();
-        QCOMPARE(logged(), QStringList());
-        cleo->setField(&CreatureData::maxHP, 40);
-        QCOMPARE(logged(), change);
-        QCOMPARE(numbersOf(QStringLiteral("Cleo")), shown);
-        theCharacters->saveAll();
-        QVERIFY(cleo->shadowVitality() == cleo->liveVitality());
-        QCOMPARE(cleo->shadowVitality().currHP, 6);
-        theHistory->stepBack();
-        theHistory->stepForward();
-        QCOMPARE(numbersOf(QStringLiteral("Cleo")), shown);
-        form.reject();
-    }));
-    m_fight->window().onAddConditionOrEffect();
-    QVERIFY(answer.wasAnswered);
-    QVERIFY(aria->state() == ariaBefore);
-    QVERIFY(cleo->state() == cleoBefore);
-    theEncounter->markVitalityStale();
-    QCOMPARE(logged(), change);
 }
 
 // --- what is logged ---

@@ -19,10 +19,7 @@ private Q_SLOTS:
     void showsTheOneSelectedCreature();
     void followsTheHistory();
     void clickRemovesThatEffect();
-    void clickInTheTextOrDuringADialogDoesNothing();
     void iconsLookDisabledDuringADialog();
-    void survivesWhatItShows_data();
-    void survivesWhatItShows();
     void docksAreToggledAndRemembered();
 
 private:
@@ -124,21 +121,6 @@ void EffectListTest::clickRemovesThatEffect()
     QCOMPARE(QApplication::focusWidget(), static_cast<QWidget *>(m_fight->table()));
 }
 
-void EffectListTest::clickInTheTextOrDuringADialogDoesNothing()
-{
-    m_fight->click(0);
-    const int before = theHistory->eventCount();
-    clickIn(1, 1);
-    Answer answer(inFlatDialog<FlatDialog>([&](FlatDialog &dialog) {
-        clickIn(1, 0);
-        dialog.reject();
-    }));
-    m_fight->action("startStop")->trigger();
-    QVERIFY(answer.wasAnswered);
-    QCOMPARE(theHistory->eventCount(), before);
-    QCOMPARE(texts().size(), 3);
-}
-
 void EffectListTest::iconsLookDisabledDuringADialog()
 {
     m_fight->click(0);
@@ -153,55 +135,6 @@ void EffectListTest::iconsLookDisabledDuringADialog()
     m_fight->action("startStop")->trigger();
     QVERIFY(answer.wasAnswered);
     QCOMPARE(picture(), usual);
-}
-
-void EffectListTest::survivesWhatItShows_data()
-{
-    QTest::addColumn<int>("what");
-    QTest::newRow("the creature leaves") << 0;
-    QTest::newRow("the library is replaced") << 1;
-    QTest::newRow("the creature dies under it") << 2;
-    QTest::newRow("the fight goes back to its start") << 3;
-    QTest::newRow("the window is closed") << 4;
-}
-
-void EffectListTest::survivesWhatItShows()
-{
-    QFETCH(const int, what);
-    m_fight->click(1);
-    QCOMPARE(texts().size(), 1);
-    const QModelIndex shown = list()->model()->index(0, 1);
-    switch (what) {
-    case 0:
-        m_fight->window().removeCreatures(m_fight->window().selectedCreatures());
-        break;
-    case 1: {
-        TestDataFolder other;
-        other.addCharacter(QStringLiteral("Cleo"));
-        other.addMonster(QStringLiteral("Wolf"));
-        other.write(QStringLiteral("Encounters/rest.txt"),
-                    QStringLiteral("name=Rest\ndescription=\n"));
-        QString path = other.path();
-        QString display = path;
-        setDataFolder(path, display);
-        break;
-    }
-    case 2:
-        theEncounter->blockSignals(true); // nobody tells of it
-        theEncounter->reset();
-        theMonsters->clear();
-        break;
-    case 3:
-        theHistory->moveTo(-1);
-        break;
-    default:
-        m_tester.reset();
-        m_fight->close();
-        return;
-    }
-    QCOMPARE(texts(), QStringList());
-    QVERIFY(!shown.data().isValid());
-    list()->grab();
 }
 
 void EffectListTest::docksAreToggledAndRemembered()

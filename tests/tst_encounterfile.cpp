@@ -29,7 +29,6 @@ private Q_SLOTS:
     void savesAndRevertsAll();
     void followsRenamedTemplates();
     void bringsClonesIntoPlay();
-    void hugeFilesAreReadInLinearTime();
 };
 
 namespace {
@@ -364,21 +363,6 @@ void TestEncounterFile::bringsClonesIntoPlay()
     QVERIFY(creatures.at(2)->isMissing());
     QVERIFY(!creatures.at(1)->isHidden());
     QVERIFY(encounter.creatures() == creatures);
-}
-
-void TestEncounterFile::hugeFilesAreReadInLinearTime()
-{
-    QByteArray ids;
-    QByteArray marks;
-    for (int i = 0; i < 50000; ++i) {
-        const QByteArray id = QByteArray::number(i);
-        ids += id + ',';
-        marks += "alias#" + id + "=x\nhidden#" + id + "=true\n";
-    }
-    PreparedEncounter encounter;
-    QVERIFY(encounter.parse("name=a\ndescription=\nRat=" + ids + '\n' + marks));
-    QCOMPARE(encounter.monsters().size(), 50000);
-    QVERIFY(encounter.monsters().last().hidden);
 }
 
 MORVANE_TEST_MAIN(QGuiApplication, TestEncounterFile)

@@ -51,12 +51,10 @@ private Q_SLOTS:
 
     void endsByKey_data();
     void endsByKey();
-    void returnsWhatDoneGot();
     void takesTheListsPlace();
     void previewTakesItselfAway();
     void endsWithTheWindow();
     void survivesAReplacedLibrary();
-    void cannotStartWithoutAWindow();
 
     void fitsItsArea();
     void togglesByItsLabel();
@@ -100,15 +98,6 @@ void TestFlatDialog::endsByKey()
     QCOMPARE(dialog.edit->text(), QStringLiteral("7"));
     QCOMPARE(dialog.finished, 1);
     QVERIFY(!dialog.wasActiveAtEnd);
-}
-
-void TestFlatDialog::returnsWhatDoneGot()
-{
-    NumberDialog dialog;
-    for (const int result : {7, 3, 0}) {
-        whenDialogRuns([&] { dialog.done(result); });
-        QCOMPARE(dialog.exec(), result);
-    }
 }
 
 void TestFlatDialog::takesTheListsPlace()
@@ -176,13 +165,6 @@ void TestFlatDialog::survivesAReplacedLibrary()
         dialog.accept();
     });
     QCOMPARE(dialog.exec(), 1);
-}
-
-void TestFlatDialog::cannotStartWithoutAWindow()
-{
-    m_fixture->close();
-    NumberDialog dialog;
-    QCOMPARE(dialog.exec(), 0);
 }
 
 // --- the small widgets ---

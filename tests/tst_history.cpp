@@ -28,9 +28,6 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void eventsAreAppliedInOrder();
-    void stepsStayInTheHistory();
-    void newEventReplacesWhatWasTakenBack();
     void moveToBracketsItsSteps();
     void truncateRemovesTheRest();
     void clearLeavesTheLog();
@@ -39,7 +36,6 @@ private Q_SLOTS:
     void recentVisibleEvents();
 
     void loadWithoutALogMakesNone();
-    void loadAppliesTheWholeLog();
     void loadStopsAtAnUnknownEvent();
     void laterVersionIsRefused();
     void logThatCannotBeOpened_data();
@@ -111,66 +107,6 @@ void HistoryTest::writeLog(const QByteArray &bytes) const
 QStringList HistoryTest::backups() const
 {
     return QDir(m_folder->file(u"History"_s)).entryList(QDir::Files, QDir::Name);
-}
-
-void HistoryTest::eventsAreAppliedInOrder()
-{
-    QSignalSpy changed(m_history.get(), &History::doHistoryChanged);
-    play(Three);
-    QCOMPARE(LoggedEvent::journal, QStringList({u"redo one"_s, u"redo two"_s, u"redo three"_s}));
-    QCOMPARE(changed.size(), 3);
-    QCOMPARE(m_windows->historyRefreshes, 3);
-    QCOMPARE(m_history->position(), 2);
-    QCOMPARE(m_history->eventCount(), 3);
-    QCOMPARE(m_history->eventText(1), u"two");
-    QCOMPARE(m_history->eventText(-1), QString());
-    QCOMPARE(m_history->eventText(3), QString());
-    QCOMPARE(m_history->eventAt(3), nullptr);
-    QCOMPARE(m_history->eventOffset(3), -1);
-    QCOMPARE(m_history->eventOffset(1), m_history->eventOffset(0) + m_history->eventAt(0)->size());
-    QCOMPARE(LoggedEvent::readLog(log()), Three);
-
-    m_history->doEvent(new LoggedEvent(u"four"_s, m_history->getStream()), true);
-    QCOMPARE(changed.size(), 3);
-}
-
-void HistoryTest::stepsStayInTheHistory()
-{
-    m_history->stepBack();
-    m_history->stepForward();
-    QCOMPARE(m_history->position(), -1);
-
-    play(Three);
-    const QByteArray before = log();
-    m_history->stepForward();
-    QCOMPARE(m_history->position(), 2);
-    for (int i = 0; i < 5; ++i)
-        m_history->stepBack();
-    QCOMPARE(m_history->position(), -1);
-    QVERIFY(!m_history->canStepBack());
-    QCOMPARE(m_history->getStream()->position(), m_history->eventOffset(0));
-    m_history->stepForward();
-    QCOMPARE(m_history->getStream()->position(), m_history->eventOffset(1));
-    QCOMPARE(LoggedEvent::journal.mid(3),
-             QStringList({u"undo three"_s, u"undo two"_s, u"undo one"_s, u"redo one"_s}));
-    QCOMPARE(log(), before);
-}
-
-void HistoryTest::newEventReplacesWhatWasTakenBack()
-{
-    play(Three);
-    const int offset = m_history->eventOffset(1);
-    m_history->stepBack();
-    m_history->stepBack();
-    LoggedEvent::journal.clear();
-    play({u"other"_s});
-    QCOMPARE(LoggedEvent::journal,
-             QStringList({u"delete three"_s, u"delete two"_s, u"redo other"_s}));
-    QCOMPARE(m_history->eventCount(), 2);
-    QCOMPARE(m_history->eventOffset(1), offset);
-    QCOMPARE(LoggedEvent::readLog(log()), QStringList({u"one"_s, u"other"_s}));
-    QVERIFY(m_history->load());
-    QCOMPARE(m_history->eventCount(), 2);
 }
 
 void HistoryTest::moveToBracketsItsSteps()
@@ -290,29 +226,6 @@ void HistoryTest::loadWithoutALogMakesNone()
 
     dataRoot.clear();
     QVERIFY(m_history->load());
-}
-
-void HistoryTest::loadAppliesTheWholeLog()
-{
-    play(Three);
-    QList<int> offsets;
-    for (int i = 0; i < 3; ++i)
-        offsets << m_history->eventOffset(i);
-    // A tail that was only stepped back over comes back applied.
-    m_history->moveTo(0);
-
-    QSignalSpy changed(m_history.get(), &History::doHistoryChanged);
-    QVERIFY(m_history->load());
-    QCOMPARE(m_history->position(), 2);
-    for (int i = 0; i < 3; ++i)
-        QCOMPARE(m_history->eventOffset(i), offsets.at(i));
-    // Once for the old events that went, and once for all that were read.
-    QCOMPARE(changed.size(), 2);
-    QCOMPARE(m_windows->hidden, 0);
-
-    play({u"four"_s});
-    QCOMPARE(LoggedEvent::readLog(log()), Three + QStringList({u"four"_s}));
-    QVERIFY(backups().isEmpty());
 }
 
 void HistoryTest::loadStopsAtAnUnknownEvent()

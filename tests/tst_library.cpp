@@ -32,10 +32,7 @@ private Q_SLOTS:
     void savesAllMonsters();
     void revertsAllMonsters();
     void savesAndRevertsCharacters();
-    void takesOverAnotherCollection();
-    void asksAboutTheFolder();
     void stopsWhereTheUserCancels();
-    void costDoesNotGrowWithTheLibrary();
 };
 
 namespace {
@@ -369,54 +366,6 @@ void TestLibrary::savesAndRevertsCharacters()
     QVERIFY(!QFile::exists(folder.file(u"Characters/borin.txt"_s)));
 }
 
-void TestLibrary::takesOverAnotherCollection()
-{
-    const TestDataFolder folder;
-    folder.addMonster(u"Rat"_s);
-    NoProgress progress;
-    Monsters living;
-    addFlagged(living, living.newMonster());
-    {
-        Monsters loaded;
-        loaded.load(folder.path(), folder.path(), progress);
-        loaded.at(0)->setModified(true);
-        QSignalSpy spy(&living, &Monsters::doTemplatesUpdated);
-        living.replaceBy(loaded);
-        QCOMPARE(spy.count(), 1);
-        QCOMPARE(loaded.count(), 0);
-        QCOMPARE(loaded.counters().isModified, 0);
-    }
-    QCOMPARE(keysOf(living), QStringList({"Rat"}));
-    QCOMPARE(living.counters().isModified, 1);
-    QCOMPARE(living.counters().isNew, 0);
-    living.at(0)->setModified(false);
-    QCOMPARE(living.counters().isModified, 0);
-    QCOMPARE(living.findGroup(u"rat"_s), living.at(0));
-}
-
-void TestLibrary::asksAboutTheFolder()
-{
-    for (const int answer : {0, 1, 2}) {
-        for (const bool exists : {false, true}) {
-            ScriptedWindows windows;
-            windows.folderAnswers << FolderAnswer(answer);
-            const QTemporaryDir dir;
-            const QString folder = dir.filePath(u"Characters"_s);
-            if (exists)
-                QDir().mkpath(folder);
-            NoProgress progress;
-            Characters characters;
-            QCOMPARE(int(characters.load(dir.path(), u"Home"_s, progress)), answer);
-            QCOMPARE(windows.shown.join(u'\n'),
-                     exists ? "No Characters Found|No characters could be loaded from "
-                              "<b>Characters</b> directory in Home.|Continue"
-                            : "Directory not Found|Directory <b>Characters</b> not found in Home."
-                              "|Create");
-            QCOMPARE(QDir(folder).exists(), exists || answer == 1);
-        }
-    }
-}
-
 void TestLibrary::stopsWhereTheUserCancels()
 {
     const TestDataFolder folder;
@@ -426,31 +375,6 @@ void TestLibrary::stopsWhereTheUserCancels()
     CountingProgress progress(4); // ".", ".." and two files
     QCOMPARE(monsters.load(folder.path(), folder.path(), progress), LoadResult::Cancelled);
     QCOMPARE(keysOf(monsters), QStringList({"Ant", "Bear"}));
-}
-
-// Ratios of one run: with a cost by the library's size the larger one would take 20 times as long
-// for each of its creatures.
-void TestLibrary::costDoesNotGrowWithTheLibrary()
-{
-    const auto nanosecondsEach = [](int count, bool sameNames) {
-        Monsters monsters;
-        QElapsedTimer timer;
-        timer.start();
-        for (int i = 0; i < count; ++i) {
-            QString group = sameNames ? u"Rat"_s : u"Rat %1"_s.arg(i);
-            auto creature = std::make_unique<Creature>();
-            creature->setGroup(monsters.uniqueGroup(group));
-            monsters.add(std::move(creature));
-            monsters.ensureTemplate(group, u"1"_s, true);
-        }
-        return double(timer.nsecsElapsed()) / count;
-    };
-    for (const bool sameNames : {false, true}) {
-        nanosecondsEach(500, sameNames); // warms up
-        const double small = nanosecondsEach(500, sameNames);
-        const double large = nanosecondsEach(10000, sameNames);
-        QVERIFY2(large < 6 * small, qPrintable(u"%1 -> %2"_s.arg(small).arg(large)));
-    }
 }
 
 MORVANE_TEST_MAIN(QGuiApplication, TestLibrary)

@@ -38,9 +38,7 @@ private Q_SLOTS:
     void tellsEachState_data();
     void tellsEachState();
     void showsTheColumnsOfACreature();
-    void staysSoundWhileTheEncounterChanges();
     void keepsTheSelectionOnItsCreatures();
-    void redrawsOnceForManyChanges();
 
     void selectsByMouse_data();
     void selectsByMouse();
@@ -58,7 +56,6 @@ private Q_SLOTS:
 
     void listsTheHistory();
     void jumpsOnAClick();
-    void showsTheLatestEvent();
 
     void mapsColoursForADarkPalette();
     void centresTextOnDemand();
@@ -209,50 +206,6 @@ void TestList::showsTheColumnsOfACreature()
 
 // --- following the encounter ---
 
-void TestList::staysSoundWhileTheEncounterChanges()
-{
-    QAbstractItemModelTester tester(m_model,
-                                    QAbstractItemModelTester::FailureReportingMode::QtTest);
-    QRandomGenerator chance(7);
-    QList<Creature *> pool {m_hero};
-    for (int i = 0; i < 30; ++i)
-        pool << WindowFixture::monster(QStringLiteral("Rat"), QString::number(i));
-    setRoster(8);
-    for (int step = 0; step < 400; ++step) {
-        Creature *creature = pool.at(chance.bounded(int(pool.size())));
-        const int count = theEncounter->count();
-        switch (chance.bounded(6)) {
-        case 0:
-            if (!theEncounter->contains(creature))
-                theEncounter->insert(chance.bounded(count + 1), creature);
-            break;
-        case 1:
-            theEncounter->remove(creature);
-            break;
-        case 2:
-            if (count > 1)
-                theEncounter->move(chance.bounded(count), chance.bounded(count));
-            break;
-        case 3:
-            std::shuffle(pool.begin(), pool.end(), chance);
-            theEncounter->setOrder(CreatureList(pool.mid(0, chance.bounded(12))));
-            break;
-        case 4:
-            creature->setHidden(!creature->isHidden());
-            break;
-        default:
-            m_model->setSelectedRows({chance.bounded(20), chance.bounded(20)});
-            if (chance.bounded(4) == 0)
-                QCoreApplication::processEvents();
-        }
-        QCOMPARE(m_model->rowCount(), theEncounter->count());
-        QCOMPARE(m_fixture->window().selectedRows(), m_view->selectedRows());
-    }
-    theEncounter->reset();
-    QCOMPARE(m_model->rowCount(), 0);
-    QCOMPARE(m_fixture->window().selectedRows(), Rows());
-}
-
 void TestList::keepsTheSelectionOnItsCreatures()
 {
     setRoster(4);
@@ -272,18 +225,6 @@ void TestList::keepsTheSelectionOnItsCreatures()
     QCOMPARE(m_view->selectedRows(), (Rows {0, 3}));
     theEncounter->remove(chosen.at(1));
     QCOMPARE(selected(), (QList<Creature *> {chosen.at(0)}));
-}
-
-void TestList::redrawsOnceForManyChanges()
-{
-    setRoster(50);
-    QCoreApplication::processEvents();
-    const QSignalSpy spy(m_model, &Model::dataChanged);
-    const QList<Creature *> all = theEncounter->creatures().list();
-    for (Creature *creature : all)
-        creature->takeDamage(1, nullptr);
-    QCoreApplication::processEvents();
-    QCOMPARE(spy.count(), 1);
 }
 
 // --- selection ---
@@ -635,23 +576,6 @@ void TestList::jumpsOnAClick()
     });
     QCOMPARE(dialog.exec(), 0);
     QCOMPARE(theHistory->position(), 3);
-}
-
-void TestList::showsTheLatestEvent()
-{
-    auto *list = m_fixture->find<QTableView>(QStringLiteral("historyList"));
-    setRoster(1);
-    for (int i = 0; i < 50; ++i)
-        appendEvent<DamageEvent>(nullptr, QList<Creature *> {m_rat}, 1);
-    const QRect place = list->visualRect(list->model()->index(theHistory->position(), 0));
-    QVERIFY(!place.isEmpty() && list->viewport()->height() < 50 * place.height());
-    QVERIFY(list->viewport()->rect().contains(place.center()));
-    QVERIFY(place.bottom() <= list->viewport()->rect().bottom());
-
-    // Whoever makes the window smaller still sees where the fight stands.
-    m_fixture->window().resize(m_fixture->window().width(), 400);
-    QTRY_VERIFY(list->viewport()->rect().contains(
-        list->visualRect(list->model()->index(theHistory->position(), 0)).center()));
 }
 
 // --- drawing ---

@@ -231,7 +231,6 @@ private Q_SLOTS:
     void init() { failOnWarnings(); }
     void killAtAnyByteLeavesAWholePrefix();
     void killAtAnyByteOfARealFight();
-    void killBetweenWritesOfAnAppendLeavesACleanLog();
     void fullDiskStopsNoFight();
     void diskThatTearsWritesAtRandom();
     void fileThatOthersChangeAtRandom();
@@ -286,20 +285,6 @@ void LogCrashTest::killAtAnyByteOfARealFight()
     }
     QVERIFY(states.size() > 100);
     QCOMPARE(firstBrokenKill(disk, states, readRecords), QString());
-}
-
-void LogCrashTest::killBetweenWritesOfAnAppendLeavesACleanLog()
-{
-    Fight fight;
-    for (int i = 0; i < 5; ++i)
-        fight.command(QString::number(i));
-    // Behind the two writes of the header.
-    for (qsizetype whole = 2; whole <= fight.disk.writes.size(); ++whole) {
-        bool clean = false;
-        const QStringList left = LoggedEvent::readLog(fight.disk.afterKill(whole, 0), &clean);
-        QVERIFY2(clean, qPrintable(QString::number(whole)));
-        QVERIFY(isPrefix(left, fight.events()));
-    }
 }
 
 void LogCrashTest::fullDiskStopsNoFight()

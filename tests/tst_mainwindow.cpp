@@ -27,7 +27,6 @@ private Q_SLOTS:
     void sharedKeyDoesNeither();
     void actionsFollowTheEncounter();
     void actionsFollowTheHealth();
-    void damageByKeysAndClicks();
     void typingReplacesTheNumber();
     void healingEmptiesTheBox();
     void temporaryHitPointsKeepTheFocusInTheBox();
@@ -36,17 +35,11 @@ private Q_SLOTS:
     void returnDealsNoSurge();
     void shortcutsReachTheActionsFromTheBox_data();
     void shortcutsReachTheActionsFromTheBox();
-    void hidingFlipsEachCreature();
-    void initiativeWrapsWithTheSelection();
     void dialogTakesTheListsPlace();
     void keysEndTheDialog_data();
     void keysEndTheDialog();
-    void partyAndEncounterArePicked();
-    void addedMonsterGetsItsAlias();
-    void clickInTheHistoryJumps();
     void clearingAsksFirst();
     void truncatingAsksFirst();
-    void statusBarTellsRoundAndEncounter();
     void closingAsksForAnUnwrittenLog();
     void closingOffersToSave();
     void closingEndsTheDialog();
@@ -210,31 +203,6 @@ void MainWindowTest::actionsFollowTheHealth()
     QVERIFY(isEnabled("surge"));
 }
 
-void MainWindowTest::damageByKeysAndClicks()
-{
-    start();
-    m_fight->click(2);
-    type(QStringLiteral("12"));
-    QVERIFY(isEnabled("hit"));
-    QTest::keyClick(m_fight->hpBox(), Qt::Key_Return);
-    const Creature *rat = theEncounter->at(2);
-    QCOMPARE(rat->currHP(), 8);
-    QCOMPARE(rat->state().lastHitBy, QStringLiteral("Aria"));
-    QCOMPARE(m_fight->hpBox()->value(), 12);
-    QCOMPARE(focus(), static_cast<QWidget *>(m_fight->table()));
-    // The same again for the next target.
-    m_fight->click(0);
-    m_fight->action("hit")->trigger();
-    QCOMPARE(theEncounter->at(0)->currHP(), 28);
-    // Without a target nothing is logged.
-    const int before = theHistory->eventCount();
-    QTest::keyClick(m_fight->table(), Qt::Key_Escape);
-    QVERIFY(m_fight->window().selectedRows().isEmpty());
-    m_fight->window().focusHPBox();
-    QTest::keyClick(m_fight->hpBox(), Qt::Key_Return);
-    QCOMPARE(theHistory->eventCount(), before);
-}
-
 void MainWindowTest::typingReplacesTheNumber()
 {
     auto *edit = m_fight->hpBox()->findChild<QLineEdit *>();
@@ -342,31 +310,6 @@ void MainWindowTest::shortcutsReachTheActionsFromTheBox()
     QCOMPARE(m_fight->hpBox()->value(), 15);
 }
 
-void MainWindowTest::hidingFlipsEachCreature()
-{
-    m_fight->click(1);
-    m_fight->action("showHide")->trigger();
-    QVERIFY(theEncounter->at(1)->isHidden());
-    QCOMPARE(m_fight->action("showHide")->text(), QStringLiteral("Show Creatures"));
-    m_fight->click(0, Qt::ControlModifier);
-    QCOMPARE(m_fight->action("showHide")->text(), QStringLiteral("Hide Creatures"));
-    m_fight->action("showHide")->trigger();
-    QVERIFY(theEncounter->at(0)->isHidden());
-    QVERIFY(!theEncounter->at(1)->isHidden());
-}
-
-void MainWindowTest::initiativeWrapsWithTheSelection()
-{
-    start();
-    m_fight->click(0);
-    const Creature *first = theEncounter->at(0);
-    m_fight->action("upInitiative")->trigger();
-    QCOMPARE(theEncounter->indexOf(first), 2);
-    QCOMPARE(m_fight->window().selectedRows(), QList<int> {2});
-    m_fight->action("downInitiative")->trigger();
-    QCOMPARE(m_fight->window().selectedRows(), QList<int> {0});
-}
-
 void MainWindowTest::dialogTakesTheListsPlace()
 {
     m_fight->click(0);
@@ -412,62 +355,6 @@ void MainWindowTest::keysEndTheDialog()
     QCOMPARE(theEncounter->isRunning(), starts);
 }
 
-void MainWindowTest::partyAndEncounterArePicked()
-{
-    m_fight->window().removeCreatures(theEncounter->creatures().list());
-    {
-        Answer pick(inFlatDialog<FlatDialog>([](FlatDialog &dialog) {
-            buttonWithText(dialog, QStringLiteral("Select All"))->click();
-        }));
-        QTest::keySequence(m_fight->table(), QKeySequence(QStringLiteral("Ctrl+Y")));
-        QVERIFY(pick.wasAnswered);
-    }
-    QCOMPARE(FightFixture::order(), QStringList({"Aria", "Bram"}));
-    Answer pick(inFlatDialog<FlatDialog>([](FlatDialog &dialog) {
-        dialog.findChild<QTableView *>()->selectRow(0);
-        buttonWithText(dialog, QStringLiteral("Replace"))->click();
-    }));
-    QTest::keySequence(m_fight->table(), QKeySequence(QStringLiteral("Ctrl+O")));
-    QVERIFY(pick.wasAnswered);
-    QCOMPARE(FightFixture::order(), QStringList({"Aria", "Bram", "Rat (A)"}));
-    QCOMPARE(m_fight->text("encounterLabel"), QStringLiteral("<b> Encounter</b> Den"));
-}
-
-void MainWindowTest::addedMonsterGetsItsAlias()
-{
-    const int before = theHistory->eventCount();
-    Answer pick(inFlatDialog<FlatDialog>([](FlatDialog &dialog) {
-        dialog.findChild<QTableView *>()->selectRow(0);
-        const QList<QLineEdit *> edits = dialog.findChildren<QLineEdit *>();
-        for (QLineEdit *edit : edits) {
-            if (edit->placeholderText() == QStringLiteral("Enter monster ID"))
-                edit->setText(QStringLiteral("B"));
-            else if (edit->placeholderText().startsWith(QStringLiteral("Enter an Alias")))
-                edit->setText(QStringLiteral("Gnawer"));
-        }
-        buttonWithText(dialog, QStringLiteral("Add Hidden"))->click();
-    }));
-    m_fight->action("addMonster")->trigger();
-    QVERIFY(pick.wasAnswered);
-    QCOMPARE(FightFixture::eventClasses(before), QStringList({"AddMonster", "SetAlias"}));
-    const Creature *monster = theEncounter->at(3);
-    QCOMPARE(monster->alias(), QStringLiteral("Gnawer"));
-    QVERIFY(monster->aliasMode() != 0 && monster->isHidden());
-}
-
-void MainWindowTest::clickInTheHistoryJumps()
-{
-    start();
-    const int last = theHistory->position();
-    QTableView *list = historyList();
-    QTRY_COMPARE(list->model()->rowCount(), last + 1);
-    QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
-                      list->visualRect(list->model()->index(0, 0)).center());
-    QCOMPARE(theHistory->position(), 0);
-    QVERIFY(!theEncounter->isRunning());
-    QVERIFY(isEnabled("stepForward") && isEnabled("truncateHistory") && !isEnabled("nextTurn"));
-}
-
 void MainWindowTest::clearingAsksFirst()
 {
     start();
@@ -511,19 +398,6 @@ void MainWindowTest::truncatingAsksFirst()
     QVERIFY(answer.wasAnswered);
     QCOMPARE(theHistory->eventCount(), 1);
     QVERIFY(!isEnabled("truncateHistory"));
-}
-
-void MainWindowTest::statusBarTellsRoundAndEncounter()
-{
-    QCOMPARE(m_fight->text("roundLabel"), QString());
-    start();
-    QCOMPARE(m_fight->text("roundLabel"), QStringLiteral("<b>Round</b> 1"));
-    const auto *behind = m_fight->window().findChild<QLabel *>(QStringLiteral("logBehindLabel"));
-    QVERIFY(!behind->isVisible());
-    m_fight->window().setLogBehind(true);
-    QVERIFY(behind->isVisible());
-    m_fight->window().setLogBehind(false);
-    QVERIFY(!behind->isVisible());
 }
 
 // A folder in the place of the log stands for a disk that takes nothing.

@@ -94,7 +94,6 @@ private Q_SLOTS:
 
     void picksTheParty();
     void addsToARunningEncounter();
-    void wrapsManyCharacters();
 
 private:
     void open(int characters = 2);
@@ -376,26 +375,6 @@ void TestPickDialogs::addsToARunningEncounter()
     QCOMPARE(dialog.exec(), 1);
     QTRY_VERIFY(showsInPanel("Aria")); // whose turn it still is
     QCOMPARE(dialog.selectedCharacters().names(), QStringLiteral("Borin"));
-}
-
-void TestPickDialogs::wrapsManyCharacters()
-{
-    open(40);
-    PickCharactersDialog dialog;
-    whenDialogRuns([&] {
-        auto *area = dialog.findChild<QScrollArea *>(QStringLiteral("charactersArea"));
-        const QList<QCheckBox *> boxes = dialog.findChildren<QCheckBox *>();
-        QCOMPARE(boxes.size(), 40);
-        // Nothing hangs over the sides, and the buttons stay in sight.
-        for (const QCheckBox *box : boxes) {
-            const QRect cell(box->parentWidget()->mapTo(area->viewport(), QPoint()),
-                             box->parentWidget()->size());
-            QVERIFY(cell.left() >= 0 && cell.right() < area->viewport()->width());
-        }
-        QVERIFY(dialog.rect().contains(button(dialog, QStringLiteral("Cancel"))->geometry()));
-        dialog.reject();
-    });
-    dialog.exec();
 }
 
 MORVANE_TEST_MAIN(QApplication, TestPickDialogs)

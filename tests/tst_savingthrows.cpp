@@ -21,13 +21,10 @@ private Q_SLOTS:
     void cleanup() { m_fight.reset(); }
 
     void rollsShowTheirResult();
-    void namesAreNoMarkup();
     void manyRowsStayOnTheScreen();
     void boxesDecide();
     void waysOut_data();
     void waysOut();
-    void delayThatRunsOutCostsTheSaves();
-    void passingOverTheDeadAsks();
     void threeFailuresKill();
     void stabilizedNeedsNoSave();
 
@@ -144,20 +141,6 @@ void SavingThrowsTest::rollsShowTheirResult()
     }
 }
 
-void SavingThrowsTest::namesAreNoMarkup()
-{
-    m_rat->setAlias(QStringLiteral("<u>Grey"));
-    m_rat->setAliasMode(1);
-    Effect effect(nullptr, m_rat, EffectType::OtherBad, EffectEnd::SaveEnds,
-                  QStringLiteral("<s> & rot"));
-    SavingThrowDialog dialog(m_rat, {&effect}, true);
-    QCOMPARE(
-        dialog.findChild<QLabel *>()->text(),
-        QStringLiteral("Saving Throws for <b>%1</b>:").arg(m_rat->displayName().toHtmlEscaped()));
-    QCOMPARE(dialog.findChild<QLabel *>(QStringLiteral("effect:0"))->text(),
-             QStringLiteral("&lt;s&gt; &amp; rot:"));
-}
-
 // A screen holds about a dozen rows.
 void SavingThrowsTest::manyRowsStayOnTheScreen()
 {
@@ -256,33 +239,6 @@ void SavingThrowsTest::waysOut()
     m_fight->open();
     QCOMPARE(FightFixture::eventClasses(), logged);
     QVERIFY(theEncounter->isRunning());
-}
-
-void SavingThrowsTest::delayThatRunsOutCostsTheSaves()
-{
-    add(m_rat, EffectEnd::SaveEnds, "one");
-    add(m_rat, EffectEnd::SaveEnds, "", EffectType::OngoingDamage, -5);
-    appendEvent<DelayEvent>(m_rat);
-    const int before = theHistory->eventCount();
-    nextTurn({true, false});
-    QVERIFY(!m_canCancel);
-    QCOMPARE(FightFixture::eventClasses(before),
-             QStringList({"JumpIn", "RemoveOnSave", "OnGoingDamage"}));
-}
-
-void SavingThrowsTest::passingOverTheDeadAsks()
-{
-    add(m_rat, EffectEnd::SaveEnds, "one");
-    appendEvent<DamageEvent>(m_aria, m_rat, 50);
-    {
-        Answer cancel(inDialog([](SavingThrowDialog &dialog) { dialog.reject(); }));
-        nextTurn();
-    }
-    QCOMPARE(theEncounter->current(), m_rat);
-    QCOMPARE(m_rat->effectCount(), 1);
-    nextTurn({true});
-    QCOMPARE(theEncounter->current(), m_bram);
-    QCOMPARE(m_rat->effectCount(), 0);
 }
 
 void SavingThrowsTest::threeFailuresKill()

@@ -21,11 +21,8 @@ private Q_SLOTS:
     void previewIsWhatComes_data();
     void previewIsWhatComes();
     void grantsAnActionPointToAll();
-    void leavesNothingBehind_data();
-    void leavesNothingBehind();
     void isLoggedOnce();
     void worksByKeys();
-    void survivesAReplacedLibrary();
 
 private:
     void rest(const std::function<void(ShortRestDialog &)> &work)
@@ -148,42 +145,6 @@ void ShortRestTest::grantsAnActionPointToAll()
     QCOMPARE(m_bram->currAP(), 2);
 }
 
-void ShortRestTest::leavesNothingBehind_data()
-{
-    QTest::addColumn<QString>("way");
-    for (const char *way : {"button", "escape", "close"})
-        QTest::newRow(way) << QString::fromLatin1(way);
-}
-
-// Aria was stabilized, Bram is dying: both come up in the preview and go down again.
-void ShortRestTest::leavesNothingBehind()
-{
-    QFETCH(const QString, way);
-    setHP(m_aria, -3);
-    appendEvent<StabilizeEvent>(nullptr, m_aria);
-    setHP(m_bram, -2);
-    const QList<CreatureState> before {m_aria->state(), m_bram->state()};
-    const QMap<QString, QByteArray> filesBefore = m_fight->folder.files();
-    QVERIFY(!filesBefore.value(QStringLiteral("history.log")).isEmpty());
-    rest([&](ShortRestDialog &dialog) {
-        for (const char *name : {"surgeBox:Aria", "hpBox:Aria", "hpBox:Bram & Son"})
-            in<QSpinBox>(dialog, name)->setValue(3);
-        in<QCheckBox>(dialog, "grantBox")->click();
-        QCOMPARE(m_aria->currHP(), 27);
-        QVERIFY(m_bram->isStable());
-        if (way == QLatin1String("button"))
-            in<QAbstractButton>(dialog, "cancelButton")->click();
-        else if (way == QLatin1String("escape"))
-            QTest::keyClick(in<QSpinBox>(dialog, "hpBox:Aria"), Qt::Key_Escape);
-        else
-            m_fight->window().close();
-    });
-    QVERIFY(m_aria->state() == before.at(0));
-    QVERIFY(m_bram->state() == before.at(1));
-    checkVitality(theHistory->getStream());
-    QVERIFY(m_fight->folder.files() == filesBefore);
-}
-
 void ShortRestTest::isLoggedOnce()
 {
     setHP(m_aria, -3);
@@ -216,24 +177,6 @@ void ShortRestTest::worksByKeys()
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
     });
     QCOMPARE(m_aria->currHP(), 10 + 8 + 4);
-}
-
-void ShortRestTest::survivesAReplacedLibrary()
-{
-    ShortRestDialog dialog;
-    Answer answer(inFlatDialog<ShortRestDialog>([](ShortRestDialog &open) {
-        theEncounter->reset();
-        theHistory->clear();
-        theCharacters->clear();
-        in<QSpinBox>(open, "surgeBox:Aria")->setValue(2);
-        open.accept();
-    }));
-    QCOMPARE(dialog.exec(), 1);
-    QVERIFY(dialog.result().isEmpty());
-
-    ShortRestDialog second;
-    Answer closing(inFlatDialog<ShortRestDialog>([this](ShortRestDialog &) { m_fight->close(); }));
-    QCOMPARE(second.exec(), 0);
 }
 
 MORVANE_TEST_MAIN(QApplication, ShortRestTest)

@@ -79,10 +79,7 @@ private Q_SLOTS:
     void peekLosesNothing();
     void recordInAnyOrder();
     void seekStaysInTheData();
-    void overwritingCutsTheTail();
-    void truncateShortensTheFile();
     void uselessLengthsEndTheData();
-    void emptyFileGetsAHeader();
     void damagedHeaderCountsAsEmpty_data();
     void damagedHeaderCountsAsEmpty();
     void versionDecides_data();
@@ -90,7 +87,6 @@ private Q_SLOTS:
     void damageIsGuarded_data();
     void damageIsGuarded();
     void nothingIsWrittenWithoutACopy();
-    void readOnlyDeviceStaysAsItIs();
     void failedWriteIsMadeUpFor();
     void hugeFileIsReadNoFurtherThanItsEnd();
     void foreignTagsHaveNoName();
@@ -250,49 +246,6 @@ void StreamTest::seekStaysInTheData()
     QCOMPARE(stream->readInt(11), 2);
 }
 
-void StreamTest::overwritingCutsTheTail()
-{
-    auto stream = open({});
-    stream->readHeader(false);
-    const int start = stream->position();
-    int size = 0;
-    for (int type = 1; type <= 3; ++type)
-        size = writeEvent(*stream, type);
-    const qsizetype fileSize = m_disk.bytes.size();
-
-    stream->seek(start + size);
-    writeEvent(*stream, 9);
-    QCOMPARE(stream->size(), start + 2 * size);
-    QCOMPARE(m_disk.bytes.size(), fileSize);
-    QCOMPARE(m_disk.bytes.mid(start, 2 * size + 2), eventRecord(1) + eventRecord(9) + EndMarker);
-
-    auto again = open(m_disk.bytes);
-    QVERIFY(again->readHeader(false));
-    QCOMPARE(readEvents(*again), QList<int>({1, 9}));
-}
-
-void StreamTest::truncateShortensTheFile()
-{
-    QTemporaryFile file;
-    QVERIFY(file.open());
-    file.write(header() + eventRecord(1) + eventRecord(2) + eventRecord(3) + EndMarker
-               + eventRecord(4));
-    file.flush();
-
-    auto *device = new QFile(file.fileName());
-    QVERIFY(device->open(QIODevice::ReadWrite | QIODevice::Unbuffered));
-    ObjectStream stream(device);
-    QVERIFY(stream.readHeader(false));
-    QCOMPARE(readEvents(stream), QList<int>({1, 2, 3}));
-    stream.skip(-int(2 * eventRecord(1).size()));
-    stream.truncate();
-    QCOMPARE(stream.size(), stream.position());
-    QCOMPARE(stream.readField().tag, 0);
-
-    file.seek(0);
-    QCOMPARE(file.readAll(), header() + eventRecord(1) + EndMarker);
-}
-
 void StreamTest::uselessLengthsEndTheData()
 {
     const QByteArray tag = number16(11);
@@ -317,21 +270,6 @@ void StreamTest::uselessLengthsEndTheData()
         stream->seek(0);
         QCOMPARE(stream->readInt(12), 5);
     }
-}
-
-void StreamTest::emptyFileGetsAHeader()
-{
-    auto stream = open({});
-    QVERIFY(stream->readHeader(false));
-    QCOMPARE(stream->majorVersion(), 1);
-    QCOMPARE(stream->version(), versionText());
-    QCOMPARE(m_disk.bytes,
-             header(1, 0, versionText().toUtf8(), stream->created().toUtf8()) + EndMarker);
-    QCOMPARE(stream->position(), stream->size());
-
-    auto again = open(m_disk.bytes);
-    QVERIFY(again->readHeader(false));
-    QCOMPARE(again->created(), stream->created());
 }
 
 void StreamTest::damagedHeaderCountsAsEmpty_data()
@@ -453,33 +391,6 @@ void StreamTest::nothingIsWrittenWithoutACopy()
     QVERIFY(!stream->isBehind());
     const QByteArray both = eventRecord(7) + eventRecord(8) + EndMarker;
     QVERIFY(m_disk.bytes.endsWith(both));
-}
-
-void StreamTest::readOnlyDeviceStaysAsItIs()
-{
-    struct Case {
-        QByteArray content;
-        int major;
-        QList<int> types;
-    };
-    const Case cases[] = {
-        {"", 0, {}}, {"nonsense", 0, {}}, {header() + eventRecord(3) + EndMarker, 1, {3}}};
-    for (const auto &[content, major, types] : cases) {
-        auto *device = new QBuffer;
-        device->setData(content);
-        QVERIFY(device->open(QIODevice::ReadOnly));
-        ObjectStream stream(device);
-        QVERIFY(stream.readHeader(false));
-        QCOMPARE(stream.majorVersion(), major);
-        QCOMPARE(stream.created().isEmpty(), major == 0);
-        QCOMPARE(readEvents(stream), types);
-        writeEvent(stream, 5);
-        stream.truncate();
-        stream.flush();
-        QCOMPARE(device->data(), content);
-        QVERIFY(!stream.isBehind());
-        QVERIFY(m_windows.shown.isEmpty());
-    }
 }
 
 void StreamTest::failedWriteIsMadeUpFor()

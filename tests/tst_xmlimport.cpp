@@ -78,7 +78,6 @@ private Q_SLOTS:
     void cleanup();
     void buildsPaths();
     void refusesBombs();
-    void takesLargeFiles();
     void readsFiles();
     void readsUsage();
     void readsActionsAndTypes();
@@ -86,9 +85,7 @@ private Q_SLOTS:
     void keepsTheOrderOfAttacks();
     void escapesAPowersTexts();
     void keepsABrokenMonster();
-    void loadsAMonster();
     void takesTheLastClass();
-    void takesAPortrait();
     void takesAFreeName();
     void followsItsFile();
     void knowsACurrentImport();
@@ -178,27 +175,6 @@ void XmlImportTest::refusesBombs()
         QCOMPARE(data.statBlock.size(), bytes.size());
     }
     QVERIFY(timer.elapsed() < 60000);
-}
-
-// What keeps bombs away must not keep out the file of a hero with everything.
-void XmlImportTest::takesLargeFiles()
-{
-    const QString rule =
-        u"<RulesElement name=\"Feat\" type=\"Feat\" internal-id=\"F\" url=\"http://x/?a=b\" "
-        u"charelem=\"1\" legality=\"legal\"><specific name=\"Text\"> a = b </specific>"
-        u"</RulesElement>\n"_s;
-    CreatureData data;
-    const QString more = rule.repeated(15000) + u"<p>"_s + QString(30000, u'=') + u"</p>"_s;
-    QVERIFY(StatBlockHandler::parse(heroFile(u"Odo"_s, 40, more).toUtf8(), data, {}));
-    QCOMPARE(data.maxHP, 40);
-
-    const QString power =
-        u"<MonsterPower><Name>Bite</Name><Attacks><MonsterAttack><Hit><Description>%1"
-        u"</Description></Hit></MonsterAttack></Attacks></MonsterPower>"_s.arg(QString(1000, u'x'));
-    const QString rat = u"<Monster><Name>Rat</Name><Powers>%1</Powers><Level>4</Level></Monster>"_s;
-    MonsterXmlHandler::parse(rat.arg(power.repeated(300)).toUtf8(), data, {});
-    QCOMPARE(data.level, 4);
-    QCOMPARE(data.powers.size(), 300);
 }
 
 // Each file has the record that it must give beside it.
@@ -324,34 +300,6 @@ void XmlImportTest::keepsABrokenMonster()
     QCOMPARE(m_folder->read(u"Monsters/rat.monster"_s), bytes);
 }
 
-// With mark and CR LF, and a portrait that is put into the text and read again.
-void XmlImportTest::loadsAMonster()
-{
-    QImage(4, 4, QImage::Format_RGB32).save(m_folder->file(u"Portraits/a & b.png"_s));
-    const QByteArray bytes = readFile(QStringLiteral(TEST_DATA "/xml/gale-ferryman.monster"));
-    QFile file(m_folder->file(u"Monsters/ferry.monster"_s));
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
-    file.close();
-    Creature ferry;
-    QVERIFY(ferry.load(u"ferry.monster"_s, true, m_folder->path()));
-    QVERIFY(!ferry.isInvalid());
-    QVERIFY(ferry.statBlock().startsWith(u"<Monster ") && !ferry.statBlock().contains(u'\r'));
-    ferry.setPortrait(u"a & b.png"_s);
-    QVERIFY(ferry.isModified());
-    QVERIFY(ferry.save());
-    QCOMPARE(m_folder->read(u"Monsters/ferry.monster"_s),
-             bytes.mid(3).replace("ferry &amp; pole.png", "a &amp; b.png"));
-    QVERIFY(ferry.load(u"ferry.monster"_s, true, m_folder->path()));
-    QCOMPARE(ferry.portraitFile(), u"a & b.png"_s);
-    QVERIFY(!ferry.portrait().isNull());
-
-    CreatureData data;
-    CreatureForm form = CreatureForm::Key;
-    QVERIFY(!parseText(false, bytes, data, m_folder->path(), &form));
-    QCOMPARE(form, CreatureForm::CharacterXml);
-    QVERIFY(data.name.isEmpty() && !data.statBlock.isEmpty());
-}
-
 void XmlImportTest::takesTheLastClass()
 {
     const QStringList rules = {u"<RulesElement name=\"Odd\" type=\"Epic Destiny\"/>"_s,
@@ -366,31 +314,6 @@ void XmlImportTest::takesTheLastClass()
         QCOMPARE(data.charClass, QLatin1String(expected[skipped]));
         QCOMPARE(data.hsValue, 10);
     }
-}
-
-void XmlImportTest::takesAPortrait()
-{
-    const QString outside = m_folder->file(u"face.png"_s);
-    QImage(4, 4, QImage::Format_RGB32).save(outside);
-    const auto read = [this](const QString &portrait) {
-        CreatureData data;
-        data.portraitFile = u"old.png"_s;
-        StatBlockHandler::parse(
-            heroFile(u"Odo"_s, 40, u"<Portrait> "_s + portrait + u" </Portrait>"_s).toUtf8(), data,
-            m_folder->path());
-        return data.portraitFile;
-    };
-    QCOMPARE(read(u"file://"_s + outside + u".gone"_s), u"old.png"_s);
-    QCOMPARE(read(u"file://file://"_s + outside), u"old.png"_s);
-    QCOMPARE(QDir(m_folder->file(u"Portraits"_s)).entryList(QDir::Files), QStringList());
-    // An import could otherwise carry any file that can be read into the data folder.
-    const QString secret = m_folder->file(u"secret"_s);
-    m_folder->write(u"secret"_s, u"key"_s);
-    QCOMPARE(read(secret), u"old.png"_s);
-    QCOMPARE(QDir(m_folder->file(u"Portraits"_s)).entryList(QDir::Files), QStringList());
-    QCOMPARE(read(u"file://"_s + outside), u"face.png"_s);
-    QCOMPARE(QDir(m_folder->file(u"Portraits"_s)).entryList(QDir::Files), {u"face.png"_s});
-    QCOMPARE(read(m_folder->file(u"Portraits/face.png"_s)), u"face.png"_s);
 }
 
 void XmlImportTest::takesAFreeName()
