@@ -1,5 +1,6 @@
 #include "tables.h"
 
+#include <QDebug>
 #include <QFile>
 #include <QMap>
 #include <QTest>
@@ -59,6 +60,9 @@ QString differences(const QString &name, qsizetype columns,
         if (actual != expected)
             found += u"\n%1\n  expected: %2\n  actual:   %3"_s.arg(line, expected, actual);
     }
+    // In full, as the comparison cuts long texts.
+    if (!found.isEmpty())
+        qInfo().noquote() << found;
     return rows == 0 ? u"no row in "_s + name : found;
 }
 
