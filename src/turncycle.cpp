@@ -19,8 +19,7 @@ namespace {
 template <typename Visit>
 void forEachEffect(const Creature *creature, Visit visit)
 {
-    const QList<Effect *> effects = creature->effects();
-    for (Effect *effect : effects) {
+    for (Effect *effect : QList<Effect *>(creature->effects())) {
         if (creature->indexOfEffect(effect) >= 0)
             visit(effect);
     }

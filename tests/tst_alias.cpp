@@ -5,6 +5,7 @@
 
 #include "fightfixture.h"
 #include "setaliasdialog.h"
+#include "tables.h"
 #include "testhome.h"
 
 class TestAlias : public QObject {
@@ -62,22 +63,7 @@ QString TestAlias::aliases() const
 
 void TestAlias::startsFromTheSelection_data()
 {
-    QTest::addColumn<QString>("states");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("enabled");
-    QTest::addColumn<bool>("canRemove");
-    QTest::newRow("one without") << "-"
-                                 << "Rat (A)" << true << false;
-    QTest::newRow("one in use") << "X"
-                                << "x" << true << true;
-    QTest::newRow("one kept back") << "x"
-                                   << "x" << false << true;
-    QTest::newRow("two without") << "--"
-                                 << "" << true << false;
-    QTest::newRow("two, one kept back") << "-x"
-                                        << "" << false << true;
-    QTest::newRow("two, one in use") << "X-"
-                                     << "" << true << true;
+    useTable(QStringLiteral("aliasforms"), {"states", "text", "enabled", "canRemove"});
 }
 
 void TestAlias::startsFromTheSelection()
@@ -88,8 +74,9 @@ void TestAlias::startsFromTheSelection()
     const auto *edit = dialog.findChild<QLineEdit *>(QStringLiteral("aliasEdit"));
     QTEST(edit->text(), "text");
     QCOMPARE(edit->selectedText(), edit->text());
-    QTEST(dialog.findChild<QCheckBox *>(QStringLiteral("enableBox"))->isChecked(), "enabled");
-    QTEST(buttonWithText(dialog, QStringLiteral("Remove Alias"))->isEnabled(), "canRemove");
+    const auto told = [](bool is) { return QVariant(is).toString(); };
+    QTEST(told(dialog.findChild<QCheckBox *>(QStringLiteral("enableBox"))->isChecked()), "enabled");
+    QTEST(told(buttonWithText(dialog, QStringLiteral("Remove Alias"))->isEnabled()), "canRemove");
 
     SetAliasDialog markup {CreatureList(m_rats.mid(1))};
     QCOMPARE(
@@ -99,37 +86,15 @@ void TestAlias::startsFromTheSelection()
 
 void TestAlias::commandMakesOneEventForEach_data()
 {
-    QTest::addColumn<QString>("before");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("enable");
-    QTest::addColumn<QString>("button"); // empty for the Return key
-    QTest::addColumn<QString>("after");
-    QTest::addColumn<int>("events");
-    QTest::newRow("all get one") << "-xX"
-                                 << "y" << true << "OK"
-                                 << "Y Y Y" << 3;
-    QTest::newRow("kept back") << "-xX"
-                               << "y" << false << "OK"
-                               << "y y y" << 3;
-    QTest::newRow("own ones shown") << "-xX"
-                                    << "" << true << "OK"
-                                    << "- X X" << 2;
-    QTest::newRow("own ones kept back") << "-xX"
-                                        << "" << false << "OK"
-                                        << "- x x" << 2;
-    QTest::newRow("removed") << "-xX"
-                             << "y" << true << "Remove Alias"
-                             << "- - -" << 2;
-    QTest::newRow("cancelled") << "-xX"
-                               << "y" << true << "Cancel"
-                               << "- x X" << 0;
+    useTable(QStringLiteral("aliascommands"),
+             {"before", "text", "enable", "button", "after", "events"});
 }
 
 void TestAlias::commandMakesOneEventForEach()
 {
     QFETCH(QString, before);
     QFETCH(QString, text);
-    QFETCH(bool, enable);
+    QFETCH(QString, enable);
     QFETCH(QString, button);
     setAliases(before);
     const QString untouched = aliases();
@@ -139,19 +104,16 @@ void TestAlias::commandMakesOneEventForEach()
         auto *dialog = qobject_cast<SetAliasDialog *>(QApplication::activeModalWidget());
         if (!dialog)
             return false;
-        dialog->findChild<QCheckBox *>()->setChecked(enable);
+        dialog->findChild<QCheckBox *>()->setChecked(enable == u"true");
         QTest::keyClicks(dialog->focusWidget(), text);
-        if (button.isEmpty())
-            QTest::keyClick(dialog->focusWidget(), Qt::Key_Return);
-        else
-            buttonWithText(*dialog, button)->click();
+        buttonWithText(*dialog, button)->click();
         return true;
     });
     m_fight->action("setAlias")->trigger();
     QVERIFY(answer.wasAnswered);
     QTEST(aliases(), "after");
     const QStringList events = FightFixture::eventClasses(first);
-    QTEST(int(events.count(QStringLiteral("SetAlias"))), "events");
+    QTEST(QString::number(events.count(QStringLiteral("SetAlias"))), "events");
     QCOMPARE(events.count(QStringLiteral("SetAlias")), events.size());
     while (theHistory->eventCount() > first && theHistory->position() >= first)
         theHistory->stepBack();

@@ -65,7 +65,6 @@ private Q_SLOTS:
     void aShortWriteLeavesTheOldFile();
     void anUnwritableFolderLeavesTheOldFile();
     void trackerListsWhatIsLeft();
-    void trackerReportsStrangers();
     void diceStayInRange();
 
 private:
@@ -193,20 +192,6 @@ void BaseTest::trackerListsWhatIsLeft()
     MemoryTracker::add(high, 30, "event.cpp");
     QTest::ignoreMessage(QtDebugMsg, "MM: 0x2000 (#0) event.cpp:30 Not free");
     MemoryTracker::clear();
-}
-
-void BaseTest::trackerReportsStrangers()
-{
-    const auto *known = reinterpret_cast<const void *>(0x3000);
-    const auto *stranger = reinterpret_cast<const void *>(0x4000);
-    MemoryTracker::add(known, 1, "effect.cpp");
-    MemoryTracker::watch(known);
-    QTest::ignoreMessage(QtDebugMsg, "Hit watch point!");
-    MemoryTracker::remove(known);
-    MemoryTracker::watch(nullptr);
-    QTest::ignoreMessage(QtDebugMsg, "MM: 0x4000 Pointer not allocated");
-    MemoryTracker::remove(stranger);
-    QCOMPARE(MemoryTracker::count(), 0);
 }
 
 void BaseTest::diceStayInRange()

@@ -17,7 +17,6 @@ class TestCreature : public QObject {
 private Q_SLOTS:
     void init() { failOnWarnings(); }
     void recordLeavesTheFightAlone();
-    void firstPowerOfANameIsFound();
     void modifiedFollowsTheText();
     void editedFieldsRewriteTheText();
     void vitalityRewritesOnlyWhatChanged();
@@ -52,25 +51,6 @@ void TestCreature::recordLeavesTheFightAlone()
     QCOMPARE(clone.effectCount(), 0);
     clone.copyFrom(nullptr);
     QCOMPARE(clone.name(), u"Aria"_s);
-}
-
-void TestCreature::firstPowerOfANameIsFound()
-{
-    CreatureData data;
-    for (const auto *name : {"Bite", "Claw", "Bite"}) {
-        Power power;
-        power.name = QLatin1String(name);
-        data.powers.append(power);
-    }
-    Creature creature;
-    creature.assign(data);
-    QCOMPARE(creature.powerByName(u"Bite"_s), creature.powerAt(0));
-    QCOMPARE(creature.powerByName(u"bite"_s), nullptr);
-    QCOMPARE(creature.powerAt(3), nullptr);
-    QCOMPARE(creature.powerAt(-1), nullptr);
-    creature.powerAt(2)->setUsed(true);
-    QVERIFY(creature.powers().at(2).isUsed());
-    QVERIFY(!data.powers.at(2).isUsed());
 }
 
 void TestCreature::modifiedFollowsTheText()

@@ -12,6 +12,7 @@
 #include "datatable.h"
 #include "paths.h"
 #include "picturefile.h"
+#include "tables.h"
 #include "testdata.h"
 #include "testhome.h"
 
@@ -27,11 +28,8 @@ private Q_SLOTS:
     void refusesFiles();
     void keepsBadTextAsInvalidCreature_data();
     void keepsBadTextAsInvalidCreature();
-    void characterTextReadsBack();
     void heroKeepsThePowersOfItsStatBlock();
     void starterTextOfMonster();
-    void savesWholeFileWithCRLF();
-    void derivesFileNames_data();
     void derivesFileNames();
     void failedSaveChangesNothing();
     void findsMovedPortrait();
@@ -39,9 +37,7 @@ private Q_SLOTS:
     void takesNoPictureButOfItsFolder();
     void tellsHarmlessPictures_data();
     void tellsHarmlessPictures();
-    void decodesPortraitWhenShown();
     void adoptsChosenPictures();
-    void writesPortraitIntoText_data();
     void writesPortraitIntoText();
 
 private:
@@ -199,20 +195,6 @@ void TestCreatureFile::keepsBadTextAsInvalidCreature()
     }
 }
 
-void TestCreatureFile::characterTextReadsBack()
-{
-    const QString text = QStringLiteral(
-        "name=Aria\nportrait=pc/aria.png\nimport=aria.dnd4e\nlinked=no\nclass=Fighter\nrace=\n"
-        "role=Defender\nlevel=3\nhit-points=40\nhs-value=10\nhs-resources=9\ninitiative=0\n"
-        "speed=6\nap-resources=1\narmour-class=19\nwill=16\nperception=12\nstr=20\ncha=10\n"
-        "alignment=Good\nlanguages=Common\n");
-    CreatureData data;
-    QVERIFY(parseText(false, text.toUtf8(), data, QString()));
-    QCOMPARE(textOf(data), text);
-    data.languages = u"Elven\nname=Mallory"_s;
-    QVERIFY(textOf(data).endsWith(u"languages=Elven name=Mallory\n"_s));
-}
-
 // The key form has no powers: a hero that was pasted as a stat block keeps it beside its fields.
 void TestCreatureFile::heroKeepsThePowersOfItsStatBlock()
 {
@@ -262,59 +244,24 @@ void TestCreatureFile::starterTextOfMonster()
              "AC 16; Will 12\nSpeed 5\nAction Points 0\n");
 }
 
-void TestCreatureFile::savesWholeFileWithCRLF()
-{
-    const TestDataFolder folder;
-    QFile file(folder.file(u"Characters/aria.txt"_s));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(knight.toUtf8());
-    file.close();
-    Creature creature;
-    QVERIFY(creature.load(u"aria.txt"_s, false, QString()));
-    creature.setCurrHP(11);
-    QVERIFY(creature.save());
-    QCOMPARE(folder.read(u"Characters/aria.txt"_s), knight.toUtf8().replace("\n", "\r\n"));
-    QCOMPARE(creature.currHP(), 11);
-    QVERIFY(creature.shadowVitality() == creature.liveVitality());
-    Creature again;
-    QVERIFY(again.load(u"aria.txt"_s, false, QString()));
-    QCOMPARE(again.statBlock(), knight);
-}
-
-void TestCreatureFile::derivesFileNames_data()
-{
-    addColumns<bool, QString, QString, QString>({"isMonster", "name", "statBlock", "fileName"});
-    const auto row = [](bool isMonster, const char *name, const char *fileName,
-                        const char *statBlock = "x") {
-        QTest::newRow(fileName) << isMonster << QString::fromUtf8(name)
-                                << QString::fromUtf8(statBlock) << QString::fromUtf8(fileName);
-    };
-    row(true, "Cave Rat's Queen 2", "cave-rats-queen-2.txt");
-    row(false, "\u00c9lodie \u0416", "\u00e9lodie-\u0436.txt");
-    row(true, "Rat", "rat_2.txt");
-    row(true, "???", "monster.txt");
-    row(false, "?!", "character.txt");
-    row(true, "Wolf", "wolf.monster", "<?xml ?><Monster>");
-    row(true, "Template Golem", "the-template-golem.txt"); // loading skips templates
-}
-
 void TestCreatureFile::derivesFileNames()
 {
-    auto [isMonster, name, statBlock, fileName] =
-        fetch<bool, QString, QString, QString>({"isMonster", "name", "statBlock", "fileName"});
-    const TestDataFolder folder;
-    folder.write(u"Monsters/rat.txt"_s, u"first"_s);
-    folder.write(u"Monsters/rat_1.txt"_s, u"second"_s);
-    CreatureData data;
-    data.isMonster = isMonster;
-    data.keyName() = name;
-    data.statBlock = statBlock;
-    Creature creature;
-    creature.assign(data);
-    QVERIFY(creature.save());
-    QCOMPARE(creature.fileName(), fileName);
-    QVERIFY(QFile::exists(creaturePath(fileName, isMonster)));
-    QCOMPARE(folder.read(u"Monsters/rat.txt"_s), "first");
+    const auto nameOf = [](const QStringList &row) -> QString {
+        const TestDataFolder folder;
+        folder.write(u"Monsters/rat.txt"_s, u"first"_s);
+        folder.write(u"Monsters/rat_1.txt"_s, u"second"_s);
+        CreatureData data;
+        data.isMonster = row[0] == u"monster";
+        data.keyName() = row[1];
+        data.statBlock = row[2];
+        Creature creature;
+        creature.assign(data);
+        const bool isSaved =
+            creature.save() && QFile::exists(creaturePath(creature.fileName(), data.isMonster));
+        return isSaved && folder.read(u"Monsters/rat.txt"_s) == "first" ? creature.fileName()
+                                                                        : u"not saved"_s;
+    };
+    QCOMPARE(differences(u"filenames"_s, 4, nameOf), QString());
 }
 
 void TestCreatureFile::failedSaveChangesNothing()
@@ -462,28 +409,6 @@ void TestCreatureFile::tellsHarmlessPictures()
     QCOMPARE(!readPicture(portraitPath(u"a.svg"_s), 64).isNull(), harmless);
 }
 
-void TestCreatureFile::decodesPortraitWhenShown()
-{
-    const TestDataFolder folder;
-    addPicture(folder.file(u"Portraits/aria.png"_s), QSize(1500, 750));
-    folder.write(u"Characters/aria.txt"_s, knight + u"portrait=aria.png\n"_s);
-    Creature creature;
-    QVERIFY(creature.load(u"aria.txt"_s, false, QString()));
-    QCOMPARE(creature.portrait().size(), QSize(600, 300));
-    Creature clone;
-    clone.copyFrom(&creature);
-    QCOMPARE(clone.portrait().cacheKey(), creature.portrait().cacheKey());
-
-    addPicture(folder.file(u"Portraits/other.png"_s));
-    creature.setPortrait(u"other.png"_s);
-    QCOMPARE(creature.portrait().size(), QSize(8, 6));
-    QVERIFY(creature.statBlock().contains(u"portrait=other.png\n"_s));
-    QVERIFY(creature.isModified());
-    creature.setPortrait(u"gone.png"_s);
-    QVERIFY(creature.portrait().isNull());
-    QCOMPARE(creature.portraitFile(), "gone.png");
-}
-
 void TestCreatureFile::adoptsChosenPictures()
 {
     const TestDataFolder folder;
@@ -502,32 +427,12 @@ void TestCreatureFile::adoptsChosenPictures()
     QCOMPARE(adoptPortrait(elsewhere.filePath(u"new.png"_s), QString()), "new.png");
 }
 
-void TestCreatureFile::writesPortraitIntoText_data()
-{
-    addColumns<QString, QString>({"text", "expected"});
-    const auto row = [](const char *name, const char *text, const char *expected) {
-        QTest::newRow(name) << QString::fromLatin1(text) << QString::fromLatin1(expected);
-    };
-    row("second line", "\n \nRat\nLevel 1\n", "\n \nRat\nPortrait r.png\nLevel 1\n");
-    row("title alone", "Rat", "Rat\nPortrait r.png\n");
-    row("empty", "", "\nPortrait r.png\n");
-    row("replaced", "Rat\nPortrait old.png\nLevel 1", "Rat\nPortrait r.png\nLevel 1");
-    row("replaced at the end", "Rat\nPortrait old.png", "Rat\nPortrait r.png\n");
-    row("key form", "group=Portrait of Rat\nlevel=1\nxp=1\nspeed=6\n",
-        "group=Portrait of Rat\nportrait=r.png\nlevel=1\nxp=1\nspeed=6\n");
-    row("key form, replaced", "group=Rat\nlevel=1\nxp=1\nspeed=6\n portrait = a.png\nrole=Brute",
-        "group=Rat\nlevel=1\nxp=1\nspeed=6\nportrait=r.png\nrole=Brute");
-    row("XML", "<?xml ?>\n<Monster a=\"b\"><Name/></Monster>",
-        "<?xml ?>\n<Monster a=\"b\">\n  <PortraitFile>r.png</PortraitFile><Name/></Monster>");
-    row("XML, replaced", "<?xml ?><Monster><PortraitFile>%1</PortraitFile><x/></Monster>",
-        "<?xml ?><Monster><PortraitFile>r.png</PortraitFile><x/></Monster>");
-    row("XML without a monster", "<?xml ?><Other/>", "<?xml ?><Other/>");
-}
-
 void TestCreatureFile::writesPortraitIntoText()
 {
-    QFETCH(QString, text);
-    QTEST(withPortraitInText(text, u"r.png"_s), "expected");
+    const auto write = [](const QStringList &row) {
+        return withPortraitInText(row[0], u"r.png"_s);
+    };
+    QCOMPARE(differences(u"portraittexts"_s, 2, write), QString());
 }
 
 MORVANE_TEST_MAIN(QGuiApplication, TestCreatureFile)

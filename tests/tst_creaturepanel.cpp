@@ -35,10 +35,7 @@ private Q_SLOTS:
     void stylesFollowFlagsAndCreature();
     void rowsStandInOrder();
     void headFollowsTheCreature();
-    void linesOfTheHeadFitTheirBox();
     void clickTicksAPower();
-    void powersRestWhileADialogRuns();
-    void labelsOutliveTheirPowers();
     void changesOfTheCreatureKeepThePlace();
     void aliasRowSwitchesAndEdits();
     void panelFollowsTheDialogs();
@@ -242,37 +239,6 @@ void CreaturePanelTest::headFollowsTheCreature()
     QVERIFY(labels<QLabel>(selected()).isEmpty());
 }
 
-void CreaturePanelTest::linesOfTheHeadFitTheirBox()
-{
-    CreatureData data = creature(Rat1)->data();
-    data.type = QStringLiteral("Medium natural animate (undead, water)");
-    data.role = QStringLiteral("Elite Brute (Leader)");
-    creature(Rat1)->assign(data);
-    CreatureWidget panel(true);
-    panel.setCreature(creature(Rat1));
-    panel.show();
-    tick();
-    for (const int width : {220, 290, 600}) {
-        panel.resize(width, 700);
-        QCoreApplication::processEvents();
-        bool cut = false;
-        for (const char *name : {"nameLabel", "subLabel", "typeLabel", "levelLabel"}) {
-            const auto *label = panel.findChild<QLabel *>(QLatin1String(name));
-            QTextDocument document;
-            document.setDocumentMargin(0);
-            document.setDefaultFont(label->font());
-            document.setHtml(label->text());
-            if (label->wordWrap())
-                document.setTextWidth(label->width());
-            QVERIFY(document.idealWidth() <= label->width());
-            QVERIFY(document.size().height() <= label->height() + 1);
-            QVERIFY(label->parentWidget()->contentsRect().contains(label->geometry()));
-            cut |= label->text().contains(u'\u2026');
-        }
-        QCOMPARE(cut, width == 220);
-    }
-}
-
 void CreaturePanelTest::clickTicksAPower()
 {
     show(Rat1);
@@ -303,43 +269,6 @@ void CreaturePanelTest::clickTicksAPower()
     // A trait is never spent.
     QTest::mouseClick(labels<PowerLabel>(selected()).at(0), Qt::LeftButton);
     QCOMPARE(theHistory->eventCount(), events + 2);
-}
-
-void CreaturePanelTest::powersRestWhileADialogRuns()
-{
-    show(Rat1);
-    const QPointer<PowerLabel> bite = powerLabel(1);
-    QString hovered;
-    Answer answer(inFlatDialog<FlatDialog>([&](FlatDialog &dialog) {
-        QTest::mouseMove(bite.data());
-        QCoreApplication::processEvents();
-        hovered = bite->text() + bite->parentWidget()->styleSheet();
-        QTest::mouseClick(bite.data(), Qt::LeftButton);
-        QTest::keyClick(&dialog, Qt::Key_Escape);
-    }));
-    const QString before = bite->text() + bite->parentWidget()->styleSheet();
-    m_fight->action("conditions")->trigger();
-    QVERIFY(answer.wasAnswered);
-    QCOMPARE(hovered, before);
-    QVERIFY(!creature(Rat1)->powers().at(1).isUsed());
-}
-
-void CreaturePanelTest::labelsOutliveTheirPowers()
-{
-    show(Rat1);
-    const QList<PowerLabel *> shown = labels<PowerLabel>(selected());
-    CreatureData data = creature(Rat1)->data();
-    data.powers.removeFirst();
-    creature(Rat1)->assign(data); // the panel hasn't been told yet
-    QTest::mouseClick(shown.at(1), Qt::LeftButton);
-    QCOMPARE(creature(Rat1)->powers().at(0).usageState, 1);
-    data.powers.clear();
-    creature(Rat1)->assign(data);
-    const int events = theHistory->eventCount();
-    QTest::mouseClick(shown.at(1), Qt::LeftButton);
-    QCOMPARE(theHistory->eventCount(), events);
-    tick();
-    QVERIFY(labels<PowerLabel>(selected()).isEmpty());
 }
 
 void CreaturePanelTest::changesOfTheCreatureKeepThePlace()

@@ -87,7 +87,6 @@ private Q_SLOTS:
     void cancelledChoiceLeavesTheOldFolder();
     void refusedFolderLeavesTheOldFolder();
     void choosingAnotherFolderReplacesTheFight();
-    void unknownEventIsTold();
     void unsavedWork();
     void messagesReachAnOpenLogOnly();
 
@@ -286,33 +285,6 @@ void DataFolderTest::choosingAnotherFolderReplacesTheFight()
     QVERIFY(setDataFolder(path, display));
     QCOMPARE(theHistory->eventCount(), 1);
     QCOMPARE(theEncounter->count(), 1);
-}
-
-void DataFolderTest::unknownEventIsTold()
-{
-    loadOld();
-    QString path = m_old->path();
-    QString display = path;
-    theHistory->clear();
-    // The type of the one event is the field behind the header.
-    QFile log(m_old->file(QStringLiteral("history.log")));
-    QVERIFY(log.open(QIODevice::ReadWrite));
-    QByteArray bytes = log.readAll();
-    const QByteArray type("\x1e\0\0\0", 4);
-    QVERIFY(bytes.indexOf(type) > 0);
-    bytes[bytes.indexOf(type)] = 99;
-    log.seek(0);
-    log.write(bytes);
-    log.close();
-    QString shown;
-    Answer answer(inMessage(QStringLiteral("OK"), &shown));
-    QVERIFY(setDataFolder(path, display));
-    QVERIFY(answer.wasAnswered);
-    QVERIFY2(shown.startsWith(QStringLiteral("Unknown Event|Your history log contains an unknown "
-                                             "event. ")),
-             qPrintable(shown));
-    QCOMPARE(theHistory->eventCount(), 0);
-    QCOMPARE(QSettings().value(QStringLiteral("dataDir/path")).toString(), m_old->path());
 }
 
 void DataFolderTest::unsavedWork()

@@ -41,13 +41,11 @@ private Q_SLOTS:
     void types();
     void texts();
     void durations();
-    void flagsKeepUnknownBits();
     void modifiers();
     void endsWithATurn();
     void neverEndsInTheTurnThatSetIt();
     void savesWaitForTheNextTurn();
     void diesOffItsTarget();
-    void outlivesItsCreatures();
     void startOfTurnRaisesEvents();
     void powersRecharge_data();
     void powersRecharge();
@@ -143,17 +141,6 @@ void TestEffect::durations()
         const Effect effect(m_rat.get(), m_aria.get(), EffectType::Prone, code);
         QCOMPARE(effect.fullText(), texts[code]);
         QCOMPARE(effect.endsAtEndOfEncounter(), code != EffectEnd::Special);
-    }
-}
-
-void TestEffect::flagsKeepUnknownBits()
-{
-    for (const unsigned int flags : {0U, 1U, 64U, 127U, 128U, 0xfffffff5U}) {
-        const EffectedAttributes read = EffectedAttributes::fromFlags(flags);
-        QCOMPARE(read.flags(), flags);
-        EffectedAttributes known = read;
-        known.unknownBits = 0;
-        QVERIFY(known == attributes(flags));
     }
 }
 
@@ -260,20 +247,6 @@ void TestEffect::diesOffItsTarget()
     prone.reset();
     QCOMPARE(m_aria->effectCount(), 0);
     QCOMPARE(changes, 1);
-}
-
-void TestEffect::outlivesItsCreatures()
-{
-    auto rat = makeMonster(u"Rat"_s, u"2"_s);
-    auto bat = makeMonster(u"Bat"_s, u"1"_s);
-    Effect onRat(bat.get(), rat.get(), EffectType::Marked, EffectEnd::EndOfTargetsTurn);
-    rat->addEffect(&onRat);
-    rat.reset();
-    bat.reset();
-    QCOMPARE(onRat.target(), nullptr);
-    QCOMPARE(onRat.conditionText(), u"Marked"_s);
-    QVERIFY(!onRat.endsAtEndOfTurn(m_aria.get(), false));
-    QVERIFY(!onRat.favours(nullptr, m_aria.get()));
 }
 
 void TestEffect::startOfTurnRaisesEvents()

@@ -146,9 +146,6 @@ private Q_SLOTS:
     void previewsTheDying();
     void logsWhatWasEntered_data();
     void logsWhatWasEntered();
-    void tabsRowByRow_data();
-    void tabsRowByRow();
-    void worksByKeys();
 
 private:
     void select(const QString &names)
@@ -369,69 +366,6 @@ void TestEffectDialog::logsWhatWasEntered()
     for (Creature *target : creatures(selected))
         for (const Effect *effect : target->effects())
             QCOMPARE(effect->endCode(), end.toInt());
-}
-
-void TestEffectDialog::tabsRowByRow_data()
-{
-    QTest::addColumn<QString>("selected");
-    QTest::addColumn<QString>("surgeFields");
-    QTest::newRow("one hero") << "Aria"
-                              << "surgeBox surgeValueBox ";
-    QTest::newRow("a monster") << "Ogre (1)"
-                               << "";
-    QTest::newRow("two heroes") << "Aria,Cleo"
-                                << "surgeBox ";
-}
-
-void TestEffectDialog::tabsRowByRow()
-{
-    QFETCH(QString, selected);
-    QFETCH(QString, surgeFields);
-    start();
-    select(selected);
-    QStringList names;
-    Answer answer(inFlatDialog<EffectDialog>([&](EffectDialog &form) {
-        enter(form, QStringLiteral("effectBox=2"));
-        do {
-            names << QApplication::focusWidget()->objectName();
-            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-        } while (QApplication::focusWidget() != spin(form, "damageBox") && names.size() < 40);
-        form.reject();
-    }));
-    m_fight->window().onAddConditionOrEffect();
-    QVERIFY(answer.wasAnswered);
-    QCOMPARE(names.join(u' ').section(QStringLiteral(" cancelButton"), 0, 0),
-             QStringLiteral("damageBox %1healBox tempBox conditionBox ongoingBox ongoingAmount "
-                            "effectBox effectAmount acCheck fortitudeCheck reflexCheck willCheck "
-                            "allDefensesButton hitDamageButton hitCheck damageCheck "
-                            "savingThrowsCheck commentEdit resVulBox resVulAmount endBox okButton")
-                 .arg(surgeFields));
-}
-
-void TestEffectDialog::worksByKeys()
-{
-    start();
-    select(QStringLiteral("Ogre (1)"));
-    Answer answer(inFlatDialog<EffectDialog>([](EffectDialog &form) {
-        const auto press = [](Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); };
-        press(Qt::Key_7); // over the selected 0 of the damage
-        for (int i = 0; i < 9 && QApplication::focusWidget() != combo(form, "conditionBox"); ++i)
-            press(Qt::Key_Tab);
-        press(Qt::Key_P);
-        QCOMPARE(form.condition(), int(EffectType::PartialCover));
-        QCOMPARE(form.endCondition(), int(EffectEnd::Special));
-        combo(form, "actionBox")->setFocus();
-        press(Qt::Key_U);
-        QCOMPARE(form.action(), int(EffectDialog::UseActionPoint));
-        press(Qt::Key_A); // of nobody's first aid
-        QCOMPARE(form.action(), int(EffectDialog::UseActionPoint));
-        QCOMPARE(numbersOf(QStringLiteral("Aria")), QStringLiteral("20+0 hp, 8 hs, 0 ap"));
-        press(Qt::Key_Return);
-    }));
-    m_fight->window().onAddConditionOrEffect();
-    QVERIFY(answer.wasAnswered);
-    QCOMPARE(creature(QStringLiteral("Ogre (1)"))->currHP(), 33);
-    QCOMPARE(creature(QStringLiteral("Ogre (1)"))->effectCount(), 1);
 }
 
 MORVANE_TEST_MAIN(QApplication, TestEffectDialog)

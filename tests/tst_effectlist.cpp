@@ -19,7 +19,6 @@ private Q_SLOTS:
     void showsTheOneSelectedCreature();
     void followsTheHistory();
     void clickRemovesThatEffect();
-    void iconsLookDisabledDuringADialog();
     void docksAreToggledAndRemembered();
 
 private:
@@ -119,22 +118,6 @@ void EffectListTest::clickRemovesThatEffect()
     QCOMPARE(texts(), QStringList({"Dazed", "Slowed"}));
     // The keys still go where they went before.
     QCOMPARE(QApplication::focusWidget(), static_cast<QWidget *>(m_fight->table()));
-}
-
-void EffectListTest::iconsLookDisabledDuringADialog()
-{
-    m_fight->click(0);
-    const auto picture = [this] {
-        return list()->grab(list()->visualRect(list()->model()->index(0, 0))).toImage();
-    };
-    const QImage usual = picture();
-    Answer answer(inFlatDialog<FlatDialog>([&](FlatDialog &dialog) {
-        QVERIFY(picture() != usual);
-        dialog.reject();
-    }));
-    m_fight->action("startStop")->trigger();
-    QVERIFY(answer.wasAnswered);
-    QCOMPARE(picture(), usual);
 }
 
 void EffectListTest::docksAreToggledAndRemembered()

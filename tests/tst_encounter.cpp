@@ -24,12 +24,10 @@ private Q_SLOTS:
     void cleanup();
     void orderFollowsTheRolls();
     void groupSharesItsRow();
-    void positionsGoRound();
     void movedCreatureLandsBesideTheCurrent();
     void removal();
     void theDeadFall();
     void adjusting();
-    void labels();
     void playersKnowLess();
     void outsideChangesAreLogged();
 
@@ -126,22 +124,6 @@ void TestEncounter::groupSharesItsRow()
              (QList<std::pair<int, int>> {{5, 2}, {3, 1}, {0, 0}}));
 }
 
-void TestEncounter::positionsGoRound()
-{
-    QCOMPARE(theEncounter->nextIndex(), 0);
-    QCOMPARE(theEncounter->current(), nullptr);
-    QCOMPARE(theEncounter->next(), nullptr);
-    fill(u"ABC"_s);
-    QCOMPARE(theEncounter->next(), theEncounter->at(0));
-    theEncounter->setPosition({4, 1, {}});
-    QCOMPARE(theEncounter->nextPosition(), (EncounterPosition {4, 2, {}}));
-    theEncounter->setPosition({4, 2, {theEncounter->at(0)}});
-    QCOMPARE(theEncounter->nextPosition(), (EncounterPosition {5, 0, {theEncounter->at(0)}}));
-    theEncounter->setCurrentIndex(std::numeric_limits<int>::max());
-    QVERIFY(theEncounter->nextIndex() < 3);
-    QCOMPARE(theEncounter->current(), nullptr);
-}
-
 void TestEncounter::movedCreatureLandsBesideTheCurrent()
 {
     // Whether it stood above or below, it ends up next to the creature that was current.
@@ -210,28 +192,6 @@ void TestEncounter::adjusting()
     theEncounter->reset();
     theEncounter->adjustInitiative({stranger.get()}, 1);
     QCOMPARE(theEncounter->currentIndex(), -1);
-}
-
-void TestEncounter::labels()
-{
-    fill(u"AB"_s);
-    theEncounter->setEntry({u"file.txt"_s, u"The Mill"_s, u"Dark"_s, 3, 500, u"Rivers"_s});
-    QCOMPARE(m_windows->encounterText, u"<b> Encounter</b> The Mill"_s);
-    QCOMPARE(m_windows->roundText, QString());
-    theEncounter->setPosition({2, 0, {}});
-    QCOMPARE(m_windows->roundText, u"<b>Round</b> 2"_s);
-    // The next turn is the second round's first again.
-    theEncounter->remove(theEncounter->at(0));
-    QCOMPARE(m_windows->roundText, u"<b>Round</b> 1"_s);
-    theEncounter->setPosition({2, -1, {}});
-    QCOMPARE(m_windows->roundText, QString());
-    // Its own texts, not the file's.
-    const EncounterEntry entry = theEncounter->entry();
-    QCOMPARE(entry.xp, 500);
-    QVERIFY(entry.fileName.isEmpty() && entry.adventure.isEmpty());
-    theEncounter->reset();
-    QCOMPARE(m_windows->encounterText, QString());
-    QCOMPARE(theEncounter->level(), 0);
 }
 
 void TestEncounter::playersKnowLess()

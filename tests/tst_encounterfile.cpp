@@ -18,14 +18,11 @@ class TestEncounterFile : public QObject {
 
 private Q_SLOTS:
     void init() { failOnWarnings(); }
-    void readsAndWritesTheSameBytes();
     void readsLines();
-    void escapesValues();
     void worksOutTheLevel();
     void recomputesOnlyWhatIsStale();
     void choosesIds();
     void savesUnderNamesOfItsOwn();
-    void marksChanges();
     void savesAndRevertsAll();
     void followsRenamedTemplates();
     void bringsClonesIntoPlay();
@@ -71,25 +68,6 @@ std::unique_ptr<PreparedEncounter> named(const QString &name)
 
 } // namespace
 
-void TestEncounterFile::readsAndWritesTheSameBytes()
-{
-    const QByteArray bytes = "name=The Mill\r\nadventure=River\r\ndescription=Two\\nlines\r\n"
-                             "Rat=A,B\r\nalias#B=Squeaker\r\nhidden#B=true\r\nOgre=1\r\n";
-    PreparedEncounter encounter;
-    QVERIFY(encounter.parse(bytes));
-    QCOMPARE(encounter.name(), "The Mill");
-    QCOMPARE(encounter.adventure(), "River");
-    QCOMPARE(encounter.description(), "Two\nlines");
-    QCOMPARE(described(encounter), "Rat:A,B=Squeaker!;Ogre:1");
-    QCOMPARE(encounter.groupStarts(), QList<int>({0, 2}));
-    QCOMPARE(encounter.image(false), bytes);
-    QByteArray onDisk = bytes;
-    onDisk.replace("lines\r\n", "lines\r\nlevel=1\r\nxp=0\r\n");
-    QCOMPARE(encounter.image(true), onDisk);
-    QCOMPARE(encounter.find(u"rat"_s, u"B"_s)->alias, "Squeaker");
-    QCOMPARE(encounter.find(u"Ogre"_s, u"B"_s), nullptr);
-}
-
 void TestEncounterFile::readsLines()
 {
     struct Case {
@@ -123,25 +101,6 @@ void TestEncounterFile::readsLines()
         QVERIFY2(encounter.read(u"e.txt"_s, QString()) == read, bytes.constData());
         QCOMPARE(described(encounter), monsters);
         QVERIFY(!encounter.read(u"none.txt"_s, QString()));
-    }
-}
-
-void TestEncounterFile::escapesValues()
-{
-    for (const QString &text :
-         {u"first\nsecond\r\n\nfourth"_s, u"C:\\Mill"_s, u"Mill\\"_s, u"a=b, #c %1"_s}) {
-        PreparedEncounter encounter;
-        encounter.setName(text);
-        encounter.setAdventure(text);
-        encounter.setDescription(text);
-        encounter.setMonsters({{u"Rat\\Mouse"_s, u"1"_s, text, true}});
-        PreparedEncounter again;
-        QVERIFY(again.parse(encounter.image(true)));
-        QCOMPARE(again.name(), text);
-        QCOMPARE(again.adventure(), text);
-        QCOMPARE(again.description(), text);
-        QCOMPARE(again.monsters().at(0).group, "Rat\\Mouse");
-        QCOMPARE(again.monsters().at(0).alias, text);
     }
 }
 
@@ -259,23 +218,6 @@ void TestEncounterFile::savesUnderNamesOfItsOwn()
     unsaved.setName(u"x"_s);
     QVERIFY(!unsaved.write());
     QCOMPARE(unsaved.fileName(), QString());
-}
-
-void TestEncounterFile::marksChanges()
-{
-    ScriptedWindows windows;
-    PreparedEncounter encounter;
-    QVERIFY(encounter.parse("name=a\r\ndescription=b\r\nRat=1\r\n"));
-    windows.party = 1;
-    encounter.setLevelStale();
-    encounter.refreshChanged();
-    QVERIFY(!encounter.isModified());
-    encounter.setDescription(u"c"_s);
-    encounter.refreshChanged();
-    QVERIFY(encounter.isModified());
-    encounter.setDescription(u"b"_s);
-    encounter.refreshChanged();
-    QVERIFY(!encounter.isModified());
 }
 
 void TestEncounterFile::savesAndRevertsAll()

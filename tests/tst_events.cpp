@@ -29,32 +29,25 @@ private Q_SLOTS:
     void cleanup();
 
     void readsAndIsSeen();
-    void unknownTypeEndsTheReading();
-    void startBuildsTheOrder();
     void oldStartWithoutVitality();
     void turnsCountForWhoseTurnEnds();
     void readyActionKeepsTheTurn();
     void jumpInTakesTheTurn();
     void turnsWithoutATurn();
-    void deathAndItsWayBack();
     void tempHPOnlyRaise();
     void gainedSurgeLiftsToZero();
     void failedSavesCountFromTheSnapshot();
-    void restOfTheParty();
     void nothingIsLoggedBehindARest();
     void secondWindPutsItsEffectOn();
     void outsideChange();
     void signedAmounts();
     void removedEffectComesBackToItsPlace();
-    void removalWithoutEffect();
     void powerUse();
     void additionsFindTheirPlace_data();
     void additionsFindTheirPlace();
-    void arrivalsReplaceTheirKind();
     void renameInTheFight();
     void renameThatTheHistoryLearnsOf();
     void renameJoinsAStandIn();
-    void aliasTexts();
 
 private:
     Creature *creature(const char *name) { return TestFight::creature(QString::fromUtf8(name)); }
@@ -171,42 +164,6 @@ void TestEvents::readsAndIsSeen()
     check(42, "", true, new UseSecondWindEvent(aria, 5, s));
 }
 
-void TestEvents::unknownTypeEndsTheReading()
-{
-    ObjectStream *stream = theHistory->getStream();
-    const int start = stream->position();
-    bool ok = true;
-    QVERIFY(!readEvent(stream, &ok));
-    QVERIFY2(ok, "the end of the data is no error");
-    for (int type : {43, -1}) {
-        stream->seek(start);
-        stream->markRecord();
-        stream->writeInt(ID_EVENT_TYPE, type);
-        stream->finishRecord();
-        ok = true;
-        QVERIFY(!readEvent(stream, &ok));
-        QVERIFY(!ok);
-    }
-}
-
-void TestEvents::startBuildsTheOrder()
-{
-    creature("Rat (2)")->setInitRoll(3);
-    // It hands out the rolls at once.
-    const auto event =
-        made<StartEncounterEvent>(QList<CreatureInit> {{u"Borin"_s, 11, 4}, {u"Aria"_s, 11, 7}},
-                                  QList<CreatureInit> {{u"Rat (1)"_s, 18, 1}, {u"Rat"_s, 5, 2}});
-    event->redo();
-    // On equal rolls the better bonus goes first.
-    QCOMPARE(order(), QStringList({"Rat (1)", "Aria", "Borin", "Rat (2)"}));
-    QCOMPARE(theEncounter->position(), (EncounterPosition {1, 0, {}}));
-    QCOMPARE(creature("Rat (2)")->initRoll(), 5);
-    event->undo();
-    QCOMPARE(order(), QStringList({"Aria", "Borin", "Rat (1)", "Rat (2)"}));
-    QCOMPARE(theEncounter->position(), EncounterPosition());
-    QCOMPARE(creature("Rat (2)")->initRoll(), 3);
-}
-
 // A replay brings back what the creatures were at the start, unless the log is too old to tell.
 void TestEvents::oldStartWithoutVitality()
 {
@@ -298,17 +255,6 @@ void TestEvents::turnsWithoutATurn()
     QVERIFY(creature("Rat (1)")->isDelayed());
 }
 
-// The first in the order dies in its own turn: the turn wraps to the last of the round before.
-void TestEvents::deathAndItsWayBack()
-{
-    theEncounter->setPosition({2, 0, {}});
-    creature("Aria")->setCurrHP(-40);
-    const auto event = made<DiedEvent>(creature("Aria"));
-    apply(*event);
-    QCOMPARE(order(), QStringList({"Borin", "Rat (1)", "Rat (2)"}));
-    QCOMPARE(theEncounter->position(), (EncounterPosition {1, 2, {creature("Aria")}}));
-}
-
 void TestEvents::tempHPOnlyRaise()
 {
     const auto high = made<SetTempHPEvent>(QList<Creature *> {creature("Aria")}, 5);
@@ -340,23 +286,6 @@ void TestEvents::failedSavesCountFromTheSnapshot()
     apply(*event);
     event->redo();
     QCOMPARE(creature("Aria")->failedDeathSaves(), 2);
-}
-
-// Without a list the living characters rest who are there then.
-void TestEvents::restOfTheParty()
-{
-    for (const char *name : {"Aria", "Borin", "Cleo", "Rat (1)"})
-        creature(name)->setCurrHP(1);
-    const auto written = made<ExtendedRestEvent>(QList<Creature *>());
-    TestFight::setRoster({u"Aria"_s, u"Cleo"_s, u"Rat (1)"_s});
-    const std::unique_ptr<Event> read = readBack();
-    read->redo();
-    QCOMPARE(creature("Aria")->currHP(), 30);
-    QCOMPARE(creature("Cleo")->currHP(), 25);
-    QCOMPARE(creature("Borin")->currHP(), 1);
-    QCOMPARE(creature("Rat (1)")->currHP(), 1);
-    read->undo();
-    QCOMPARE(creature("Cleo")->currHP(), 1);
 }
 
 // The log knows what a rest gives: no later event may take that for a change made outside.
@@ -452,19 +381,6 @@ void TestEvents::removedEffectComesBackToItsPlace()
     QCOMPARE(aria->indexOfEffect(slowed), 1);
 }
 
-void TestEvents::removalWithoutEffect()
-{
-    Creature *aria = creature("Aria");
-    made<RemoveOnGoingEvent>(aria, nullptr);
-    const std::unique_ptr<Event> plain = readBack();
-    plain->redo();
-    plain->undo();
-    QCOMPARE(aria->effectCount(), 0);
-    QCOMPARE(plain->text(), u"Unknown"_s);
-    QVERIFY(!plain->isVisibleToPlayers());
-    QCOMPARE(made<RemoveAtEndOfTurnEvent>(aria, nullptr)->text(), u"End of Turn: Remove Unknown"_s);
-}
-
 void TestEvents::powerUse()
 {
     struct Case {
@@ -538,22 +454,6 @@ void TestEvents::additionsFindTheirPlace()
     QCOMPARE(added->currHP(), 1);
 }
 
-void TestEvents::arrivalsReplaceTheirKind()
-{
-    const EncounterEntry cellar {u"cellar.txt"_s, u"Cellar"_s, u"Damp."_s, 3, 450, u"Town"_s};
-    const auto monsters = made<SetEncounterEvent>(
-        cellar, CreatureList(TestFight::creatures({"Rat (10)", "Rat (9)", "Ogre (1)"})), false);
-    apply(*monsters);
-    QCOMPARE(order(), QStringList({"Aria", "Borin", "Ogre (1)", "Rat (9)", "Rat (10)"}));
-    QCOMPARE(theEncounter->name(), u"Cellar"_s);
-    QCOMPARE(theEncounter->level(), 3);
-    QCOMPARE(theEncounter->xp(), 450);
-    const auto party = made<SetPartyEvent>(CreatureList(TestFight::creatures({"Cleo", "Aria"})),
-                                           false, QList<CreatureItem>());
-    apply(*party);
-    QCOMPARE(order(), QStringList({"Aria", "Cleo", "Ogre (1)", "Rat (9)", "Rat (10)"}));
-}
-
 void TestEvents::renameInTheFight()
 {
     Creature *rat = creature("Rat (1)");
@@ -614,22 +514,6 @@ void TestEvents::renameJoinsAStandIn()
     QVERIFY(theCharacters->indexOf(standIn) >= 0);
     event->undo();
     QCOMPARE(standIn->displayName(), u"Old Cleo"_s);
-}
-
-void TestEvents::aliasTexts()
-{
-    Creature *rat = creature("Rat (1)");
-    rat->setAlias(u"Beast"_s);
-    const auto text = [&](bool show, const char *alias) {
-        return made<SetAliasEvent>(rat, show, QString::fromUtf8(alias))->text();
-    };
-    QCOMPARE(text(false, "Beast"), u"Rat (1): Hide Alias"_s);
-    QCOMPARE(text(false, "Thing"), u"Rat (1): Hide Alias: Thing"_s);
-    QCOMPARE(text(true, ""), u"Rat (1): Remove Alias"_s);
-    const auto event = made<SetAliasEvent>(rat, true, u"Thing"_s);
-    apply(*event);
-    QCOMPARE(rat->alias(), u"Thing"_s);
-    QVERIFY(rat->aliasMode() != 0);
 }
 
 MORVANE_TEST_MAIN(QGuiApplication, TestEvents)

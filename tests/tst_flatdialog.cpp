@@ -57,7 +57,6 @@ private Q_SLOTS:
     void survivesAReplacedLibrary();
 
     void fitsItsArea();
-    void togglesByItsLabel();
     void signalsEvents();
 
 private:
@@ -189,27 +188,6 @@ void TestFlatDialog::fitsItsArea()
     content->setMinimumHeight(0);
     area.setFixed(true);
     QCOMPARE(content->size(), area.maximumViewportSize());
-}
-
-void TestFlatDialog::togglesByItsLabel()
-{
-    QCheckBox check;
-    ClickableLabel checkLabel(QStringLiteral("Check"), &check);
-    QSignalSpy clicked(&checkLabel, &ClickableLabel::clicked);
-    QTest::mouseClick(&checkLabel, Qt::LeftButton);
-    QVERIFY(check.isChecked());
-    QTest::mouseClick(&checkLabel, Qt::LeftButton);
-    QVERIFY(!check.isChecked());
-    QCOMPARE(clicked, (QList<QVariantList> {{true}, {false}}));
-    check.setEnabled(false);
-    QTest::mouseClick(&checkLabel, Qt::LeftButton);
-    QVERIFY(!check.isChecked());
-
-    QRadioButton radio;
-    ClickableLabel radioLabel(QStringLiteral("Radio"), &radio);
-    QTest::mouseClick(&radioLabel, Qt::LeftButton);
-    QTest::mouseClick(&radioLabel, Qt::LeftButton);
-    QVERIFY(radio.isChecked());
 }
 
 void TestFlatDialog::signalsEvents()

@@ -30,12 +30,10 @@ private Q_SLOTS:
 
     void moveToBracketsItsSteps();
     void truncateRemovesTheRest();
-    void clearLeavesTheLog();
     void eachCommandIsSynced();
     void recentVisibleEvents_data();
     void recentVisibleEvents();
 
-    void loadWithoutALogMakesNone();
     void loadStopsAtAnUnknownEvent();
     void laterVersionIsRefused();
     void logThatCannotBeOpened_data();
@@ -43,7 +41,6 @@ private Q_SLOTS:
     void readOnlyTouchesNothing_data();
     void readOnlyTouchesNothing();
 
-    void backupMovesTheLog();
     void backupThatFailsLeavesEverything();
     void foreignChangesCostNothing_data();
     void foreignChangesCostNothing();
@@ -146,25 +143,6 @@ void HistoryTest::truncateRemovesTheRest()
     QCOMPARE(LoggedEvent::readLog(log()), QStringList({u"one"_s, u"other"_s}));
 }
 
-void HistoryTest::clearLeavesTheLog()
-{
-    play(Three);
-    const int start = m_history->eventOffset(0);
-    const QByteArray before = log();
-    LoggedEvent::journal.clear();
-    m_history->clear();
-    QCOMPARE(LoggedEvent::journal,
-             QStringList({u"delete three"_s, u"delete two"_s, u"delete one"_s}));
-    QCOMPARE(m_history->eventCount(), 0);
-    QCOMPARE(m_history->position(), -1);
-    QCOMPARE(log(), before);
-
-    // Only load() reads the events: without it the next one takes their place.
-    QCOMPARE(m_history->getStream()->position(), start);
-    play({u"other"_s});
-    QCOMPARE(LoggedEvent::readLog(log()), QStringList({u"other"_s}));
-}
-
 void HistoryTest::eachCommandIsSynced()
 {
     play(Three);
@@ -210,22 +188,6 @@ void HistoryTest::recentVisibleEvents()
     for (const Event *event : m_history->recentVisibleEvents(count))
         found << event->text();
     QCOMPARE(found, recent);
-}
-
-void HistoryTest::loadWithoutALogMakesNone()
-{
-    QVERIFY(m_history->load());
-    QVERIFY(!QFile::exists(historyPath()));
-
-    m_history->getStream();
-    const QByteArray header = log();
-    QVERIFY(!header.isEmpty());
-    QVERIFY(m_history->load());
-    QCOMPARE(m_history->position(), -1);
-    QCOMPARE(log(), header);
-
-    dataRoot.clear();
-    QVERIFY(m_history->load());
 }
 
 void HistoryTest::loadStopsAtAnUnknownEvent()
@@ -366,22 +328,6 @@ void HistoryTest::readOnlyTouchesNothing()
     QCOMPARE(log(), before);
     QVERIFY(backups().isEmpty());
     QVERIFY(m_windows->shown.isEmpty());
-}
-
-void HistoryTest::backupMovesTheLog()
-{
-    QVERIFY(m_history->backupLog());
-    play(Three);
-    const QByteArray before = log();
-    const QString created = m_history->getStream()->created();
-    QVERIFY(m_history->backupLog());
-    QVERIFY(!QFile::exists(historyPath()));
-    const QString name = u"history_%1.log"_s.arg(created);
-    QCOMPARE(backups(), QStringList({name}));
-    QCOMPARE(m_folder->read(u"History/"_s + name), before);
-    m_history->clear();
-    QVERIFY(m_history->load());
-    QCOMPARE(m_history->eventCount(), 0);
 }
 
 void HistoryTest::backupThatFailsLeavesEverything()

@@ -21,7 +21,6 @@ private Q_SLOTS:
 
     void asksOnceForAGroup();
     void asksForEachOfAnOpenedGroup();
-    void opensAllGroups();
     void passesOverWhoTakesNoTurns();
     void keepsARollBeyondTheBox();
     void worksByKeys();
@@ -125,22 +124,6 @@ void TestInitiativeDialog::asksForEachOfAnOpenedGroup()
     }
     QCOMPARE(names.join(u','), QStringLiteral("Rat (1),Rat (2),Rat (3)"));
     QCOMPARE(rolls, (QList<int> {rolled.at(0), 50, rolled.at(2)}));
-}
-
-void TestInitiativeDialog::opensAllGroups()
-{
-    InitiativeDialog dialog(m_creatures);
-    whenDialogRuns([&] {
-        press(dialog, QStringLiteral("expandAllBox"));
-        QVERIFY(box(dialog, QStringLiteral("Rat (3)")));
-        auto *expandAll = dialog.findChild<QCheckBox *>(QStringLiteral("expandAllBox"));
-        QVERIFY(expandAll->isChecked());
-        dialog.accept();
-    });
-    dialog.exec();
-    QVERIFY(QSettings().value(QStringLiteral("initiativeDialog/expandAll")).toBool());
-    // The next dialog starts that way.
-    QCOMPARE(InitiativeDialog(m_creatures).monsterItems().size(), 3);
 }
 
 void TestInitiativeDialog::passesOverWhoTakesNoTurns()

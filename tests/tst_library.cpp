@@ -27,12 +27,9 @@ private Q_SLOTS:
     void insertsPassingOverAnEntry();
     void newNamesPassOverTakenOnes();
     void makesClonesAndStandIns();
-    void lookUpWithoutCreating();
     void keepsWhatTheFightNames();
     void savesAllMonsters();
-    void revertsAllMonsters();
     void savesAndRevertsCharacters();
-    void stopsWhereTheUserCancels();
 };
 
 namespace {
@@ -225,25 +222,6 @@ void TestLibrary::makesClonesAndStandIns()
     QCOMPARE(Characters::fileCount(folder.path()), 3);
 }
 
-void TestLibrary::lookUpWithoutCreating()
-{
-    const TestDataFolder folder;
-    folder.addMonster(u"Rat"_s);
-    const CoreObjects objects;
-    folder.load();
-    for (const char *name : {"Rat (1)", "Gone (1)", "Nobody", "x (", " ()", ""})
-        QCOMPARE(findCreature(QLatin1String(name), false), nullptr);
-    QCOMPARE(theMonsters->count(), 1);
-    QVERIFY(theMonsters->clones().isEmpty());
-    QVERIFY(theCharacters->all().isEmpty());
-    // Odd names make creatures that the same name finds again.
-    for (const char *name : {"Rat (a (b))", "x (", " ()", "Rat (1"}) {
-        Creature *creature = findCreature(QLatin1String(name), true);
-        QVERIFY(creature);
-        QCOMPARE(findCreature(QLatin1String(name), false), creature);
-    }
-}
-
 void TestLibrary::keepsWhatTheFightNames()
 {
     const TestDataFolder folder;
@@ -306,34 +284,6 @@ void TestLibrary::savesAllMonsters()
     QVERIFY(folder.read(u"Monsters/new-monster.txt"_s).startsWith("New Monster\r\n"));
 }
 
-void TestLibrary::revertsAllMonsters()
-{
-    const TestDataFolder folder;
-    for (const char *group : {"Ant", "Bear", "Cat"})
-        folder.addMonster(QLatin1String(group));
-    folder.write(u"Encounters/e.txt"_s, u"name=E\ndescription=\nAnt=1,2\n"_s);
-    const CoreObjects objects;
-    folder.load();
-    Creature *ant = theMonsters->at(0);
-    CreatureData data = ant->data();
-    data.group = u"Zebra"_s;
-    data.statBlock.replace(u"Ant"_s, data.group);
-    ant->assign(data);
-    ant->statBlockChanged();
-    theEncounters->templateRenamed(u"Ant"_s, u"Zebra"_s);
-    QVERIFY(theEncounters->at(0)->isModified());
-    theMonsters->at(1)->setDeleted(true);
-    addFlagged(*theMonsters, theMonsters->newMonster());
-
-    theMonsters->revertAll();
-    QCOMPARE(keysOf(*theMonsters), QStringList({"Ant", "Bear", "Cat"}));
-    QCOMPARE(theMonsters->at(0), ant);
-    const ChangeCounters &counters = theMonsters->counters();
-    QCOMPARE(counters.isNew + counters.isModified + counters.isDeleted, 0);
-    QCOMPARE(theEncounters->at(0)->monsters().at(0).group, "Ant");
-    QVERIFY(!theEncounters->at(0)->isModified());
-}
-
 void TestLibrary::savesAndRevertsCharacters()
 {
     const TestDataFolder folder;
@@ -364,17 +314,6 @@ void TestLibrary::savesAndRevertsCharacters()
     again.load(folder.path(), folder.path(), progress);
     QCOMPARE(keysOf(again), QStringList({"Abel", "Aria", "New Character"}));
     QVERIFY(!QFile::exists(folder.file(u"Characters/borin.txt"_s)));
-}
-
-void TestLibrary::stopsWhereTheUserCancels()
-{
-    const TestDataFolder folder;
-    for (const char *group : {"Ant", "Bear", "Cat"})
-        folder.addMonster(QLatin1String(group));
-    Monsters monsters;
-    CountingProgress progress(4); // ".", ".." and two files
-    QCOMPARE(monsters.load(folder.path(), folder.path(), progress), LoadResult::Cancelled);
-    QCOMPARE(keysOf(monsters), QStringList({"Ant", "Bear"}));
 }
 
 MORVANE_TEST_MAIN(QGuiApplication, TestLibrary)

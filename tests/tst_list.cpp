@@ -45,12 +45,9 @@ private Q_SLOTS:
     void selectsByKey_data();
     void selectsByKey();
     void actsOnAClick();
-    void doubleClickActsOnce();
     void menuActsOnTheSelection_data();
     void menuActsOnTheSelection();
-    void scrollsToTheCurrentCreature();
 
-    void keepsColumnsInTheirLane();
     void remembersItsColumns();
     void opensTheMenuOfTheHeader();
 
@@ -311,44 +308,6 @@ void TestList::actsOnAClick()
     QCOMPARE(theHistory->eventCount(), 1);
 }
 
-void TestList::doubleClickActsOnce()
-{
-    m_fixture->window().resize(1000, 700);
-    setRoster(4);
-    QCoreApplication::processEvents();
-    for (const int column : {Model::NameColumn, Model::HealthColumn, Model::EffectsColumn}) {
-        int forms = 0;
-        QTimer watch;
-        connect(&watch, &QTimer::timeout, this, [&] {
-            FlatDialog *form = activeFlatDialog();
-            if (!form || form->property("seen").isValid())
-                return; // it ends only when its loop comes round
-            form->setProperty("seen", true);
-            ++forms;
-            form->reject();
-        });
-        watch.start(0);
-        doubleClick(1, column);
-        QCOMPARE(forms, 1);
-    }
-    // Two quick right clicks toggle twice.
-    m_model->setSelectedRows({0});
-    doubleClick(2, Model::NameColumn, Qt::RightButton);
-    QCOMPARE(m_view->selectedRows(), Rows {0});
-
-    // Of two corpses in a row the second stays.
-    const QList<Creature *> dead {theEncounter->at(2), theEncounter->at(3)};
-    for (Creature *creature : dead)
-        creature->takeDamage(100, nullptr);
-    doubleClick(2, Model::IconColumn);
-    QVERIFY(!theEncounter->contains(dead.at(0)));
-    QVERIFY(theEncounter->contains(dead.at(1)));
-    QVERIFY(m_view->selectedRows().isEmpty());
-    // To select a corpse by a right click doesn't bury it.
-    click(2, Model::IconColumn, Qt::RightButton);
-    QVERIFY(theEncounter->contains(dead.at(1)));
-}
-
 QStringList TestList::menu(int row, const QString &entry) const
 {
     QStringList entries;
@@ -414,37 +373,7 @@ void TestList::menuActsOnTheSelection()
     QCOMPARE(menu(-1), expected);
 }
 
-void TestList::scrollsToTheCurrentCreature()
-{
-    setRoster(200);
-    QCoreApplication::processEvents();
-    QCOMPARE(m_view->verticalScrollBar()->value(), 0);
-    theEncounter->setCurrentIndex(180);
-    QTRY_VERIFY(m_view->rect().contains(m_view->visualRect(m_model->index(180, 0))));
-}
-
 // --- columns ---
-
-void TestList::keepsColumnsInTheirLane()
-{
-    QHeaderView *header = m_view->horizontalHeader();
-    const auto order = [header] {
-        Rows columns;
-        for (int i = 0; i < header->count(); ++i)
-            columns << header->logicalIndex(i);
-        return columns;
-    };
-    header->moveSection(1, 0);
-    QCOMPARE(order(), (Rows {0, 1, 2, 3, 4, 5}));
-    header->moveSection(2, 5);
-    QCOMPARE(order(), (Rows {0, 1, 2, 3, 4, 5}));
-    header->moveSection(0, 3);
-    QCOMPARE(order(), (Rows {0, 1, 2, 3, 4, 5}));
-    header->moveSection(1, 4);
-    QCOMPARE(order(), (Rows {0, 2, 3, 4, 1, 5}));
-    header->moveSection(0, 5);
-    QCOMPARE(order(), (Rows {2, 3, 4, 1, 5, 0}));
-}
 
 void TestList::remembersItsColumns()
 {

@@ -22,27 +22,19 @@ private Q_SLOTS:
     void init();
     void cleanup() { m_fight.reset(); }
 
-    void menusAndToolBarsHoldLiveActionsOnly();
     void toolBarsShowAllButtons();
     void sharedKeyDoesNeither();
     void actionsFollowTheEncounter();
     void actionsFollowTheHealth();
-    void typingReplacesTheNumber();
     void healingEmptiesTheBox();
     void temporaryHitPointsKeepTheFocusInTheBox();
     void surgeIsSpentWithTheHealing();
     void surgeNeedsOneValueForAll();
     void returnDealsNoSurge();
-    void shortcutsReachTheActionsFromTheBox_data();
-    void shortcutsReachTheActionsFromTheBox();
-    void dialogTakesTheListsPlace();
-    void keysEndTheDialog_data();
-    void keysEndTheDialog();
     void clearingAsksFirst();
     void truncatingAsksFirst();
     void closingAsksForAnUnwrittenLog();
     void closingOffersToSave();
-    void closingEndsTheDialog();
     void layoutIsRemembered();
     void docksGiveWayToAForm();
 
@@ -78,50 +70,6 @@ void MainWindowTest::type(const QString &number)
 {
     m_fight->window().focusHPBox();
     QTest::keyClicks(m_fight->hpBox(), number);
-}
-
-void MainWindowTest::menusAndToolBarsHoldLiveActionsOnly()
-{
-    QSet<QString> keys;
-    QSet<QAction *> seen;
-    const auto check = [&](QAction *action) {
-        if (action->isSeparator() || action->menu() || seen.contains(action))
-            return;
-        seen.insert(action);
-        QVERIFY2(!action->text().isEmpty(), qPrintable(action->objectName()));
-        for (const QKeySequence &sequence : action->shortcuts()) {
-            const bool isShared = action == m_fight->action("remove");
-            QCOMPARE(keys.contains(sequence.toString()), isShared);
-            keys.insert(sequence.toString());
-        }
-    };
-    QStringList titles;
-    const QList<QAction *> menus = m_fight->window().menuBar()->actions();
-    for (const QAction *menu : menus) {
-        if (menu->isSeparator())
-            continue;
-        titles << menu->text().remove(u'&');
-        const QList<QAction *> actions = menu->menu()->actions();
-        std::for_each(actions.begin(), actions.end(), check);
-    }
-    QCOMPARE(titles,
-             QStringList({"File", "History", "Encounter", "Health", "Rest", "Window", "Help"}));
-    const qsizetype inMenus = seen.size();
-    for (const char *name : {"trackerToolBar", "actionToolBar", "windowToolBar"}) {
-        const auto *bar = m_fight->window().findChild<QToolBar *>(QLatin1String(name));
-        for (QAction *action : bar->actions()) {
-            const bool holdsWidget = bar->widgetForAction(action) == m_fight->hpBox();
-            if (holdsWidget || action->isSeparator())
-                continue;
-            check(action);
-            QVERIFY2(!action->icon().isNull(), qPrintable(action->objectName()));
-        }
-    }
-    QCOMPARE(seen.size(), inMenus); // everything in a tool bar stands in a menu too
-    for (const char *key :
-         {"Ctrl+Y", "Ctrl+O", "Ctrl+M", "Ctrl+Z", "Ctrl+Shift+Z", "Ctrl+S", "Ctrl+N", "Ctrl+H",
-          "Ctrl+R", "Ctrl+U", "Ctrl+W", "Ctrl+X", "Ctrl+Q", "Ctrl+T", "Ctrl+L", "Ctrl+G", "Ctrl+P"})
-        QVERIFY2(keys.contains(QLatin1String(key)), key);
 }
 
 // The screen of these tests is too narrow for all bars in a row.
@@ -203,26 +151,6 @@ void MainWindowTest::actionsFollowTheHealth()
     QVERIFY(isEnabled("surge"));
 }
 
-void MainWindowTest::typingReplacesTheNumber()
-{
-    auto *edit = m_fight->hpBox()->findChild<QLineEdit *>();
-    m_fight->hpBox()->setValue(45);
-    QTest::mouseClick(edit, Qt::LeftButton);
-    QTRY_COMPARE(edit->selectedText(), QStringLiteral("45"));
-    // With the event loop between the keys, as a hand types them.
-    for (const char digit : {'1', '2'}) {
-        QTest::keyClick(m_fight->hpBox(), digit);
-        QCoreApplication::processEvents();
-    }
-    QCOMPARE(m_fight->hpBox()->value(), 12);
-    m_fight->window().focusHPBox();
-    for (const char digit : {'3', '4'}) {
-        QTest::keyClick(m_fight->hpBox(), digit);
-        QCoreApplication::processEvents();
-    }
-    QCOMPARE(m_fight->hpBox()->value(), 34);
-}
-
 void MainWindowTest::healingEmptiesTheBox()
 {
     m_fight->click(0);
@@ -283,76 +211,6 @@ void MainWindowTest::returnDealsNoSurge()
     QTest::keyClick(m_fight->hpBox(), Qt::Key_Return);
     QCOMPARE(theHistory->eventCount(), before);
     QVERIFY(!isEnabled("hit"));
-}
-
-void MainWindowTest::shortcutsReachTheActionsFromTheBox_data()
-{
-    QTest::addColumn<QKeySequence>("keys");
-    QTest::addColumn<int>("steps");
-    QTest::newRow("step back") << QKeySequence(QStringLiteral("Ctrl+Z")) << -1;
-    QTest::newRow("step forward") << QKeySequence(QStringLiteral("Ctrl+Shift+Z")) << 1;
-    QTest::newRow("extended rest") << QKeySequence(QStringLiteral("Ctrl+X")) << 1;
-}
-
-void MainWindowTest::shortcutsReachTheActionsFromTheBox()
-{
-    QFETCH(const QKeySequence, keys);
-    QFETCH(const int, steps);
-    m_fight->click(0);
-    type(QStringLiteral("4"));
-    m_fight->action("hit")->trigger();
-    if (keys == QKeySequence(QStringLiteral("Ctrl+Shift+Z")))
-        m_fight->action("stepBack")->trigger();
-    type(QStringLiteral("15"));
-    const int before = theHistory->position();
-    QTest::keySequence(m_fight->hpBox(), keys);
-    QCOMPARE(theHistory->position(), before + steps);
-    QCOMPARE(m_fight->hpBox()->value(), 15);
-}
-
-void MainWindowTest::dialogTakesTheListsPlace()
-{
-    m_fight->click(0);
-    m_fight->hpBox()->setValue(5);
-    Answer answer(inFlatDialog<FlatDialog>([this](FlatDialog &dialog) {
-        QCOMPARE(pages()->currentIndex(), 1);
-        QVERIFY(!m_fight->hpBox()->isEnabled());
-        const QList<QAction *> actions =
-            m_fight->window().findChildren<QAction *>(QString(), Qt::FindDirectChildrenOnly);
-        QStringList enabled;
-        for (const QAction *action : actions) {
-            if (action->isEnabled() && !action->objectName().isEmpty())
-                enabled << action->objectName();
-        }
-        QCOMPARE(enabled, QStringList({"dmsWindow", "quit", "about"}));
-        QTest::keyClick(&dialog, Qt::Key_Escape);
-    }));
-    m_fight->action("addMonster")->trigger();
-    QVERIFY(answer.wasAnswered);
-    QCOMPARE(pages()->currentIndex(), 0);
-    QVERIFY(m_fight->hpBox()->isEnabled() && isEnabled("hit") && isEnabled("setRoot"));
-    QCOMPARE(focus(), static_cast<QWidget *>(m_fight->table()));
-}
-
-void MainWindowTest::keysEndTheDialog_data()
-{
-    QTest::addColumn<Qt::Key>("key");
-    QTest::addColumn<bool>("starts");
-    QTest::newRow("Return") << Qt::Key_Return << true;
-    QTest::newRow("Enter") << Qt::Key_Enter << true;
-    QTest::newRow("Escape") << Qt::Key_Escape << false;
-}
-
-// The keys reach the dialog also when something else in the window has the focus.
-void MainWindowTest::keysEndTheDialog()
-{
-    QFETCH(const Qt::Key, key);
-    QFETCH(const bool, starts);
-    Answer answer(
-        inFlatDialog<FlatDialog>([&](FlatDialog &) { QTest::keyClick(&m_fight->window(), key); }));
-    m_fight->action("startStop")->trigger();
-    QVERIFY(answer.wasAnswered);
-    QCOMPARE(theEncounter->isRunning(), starts);
 }
 
 void MainWindowTest::clearingAsksFirst()
@@ -482,16 +340,6 @@ void MainWindowTest::closingOffersToSave()
     QVERIFY(answer.wasAnswered);
     QVERIFY(!aria->isModified());
     QVERIFY(m_fight->folder.read(QStringLiteral("Characters/aria.txt")).contains("level=2"));
-}
-
-void MainWindowTest::closingEndsTheDialog()
-{
-    Answer answer(
-        inFlatDialog<FlatDialog>([this](FlatDialog &) { QVERIFY(m_fight->window().close()); }));
-    m_fight->action("startStop")->trigger();
-    QVERIFY(answer.wasAnswered);
-    QVERIFY(!m_fight->window().activeDialog());
-    QVERIFY(!theEncounter->isRunning());
 }
 
 void MainWindowTest::layoutIsRemembered()

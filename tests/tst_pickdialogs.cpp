@@ -88,9 +88,7 @@ private Q_SLOTS:
     void filtersEncounters();
     void picksAnEncounterByKeys();
 
-    void listsMonsters();
     void asksForAnId();
-    void needsASelection();
 
     void picksTheParty();
     void addsToARunningEncounter();
@@ -244,28 +242,6 @@ void TestPickDialogs::picksAnEncounterByKeys()
 
 // --- monsters ---
 
-void TestPickDialogs::listsMonsters()
-{
-    open();
-    theMonsters->findGroup(QStringLiteral("Bat"))->setDeleted(true);
-    PickMonsterDialog dialog;
-    auto *table = dialog.findChild<QTableView *>(QStringLiteral("pickMonsterTable"));
-    QAbstractItemModelTester tester(table->model(),
-                                    QAbstractItemModelTester::FailureReportingMode::QtTest);
-    QCOMPARE(shownNames(*table), QStringLiteral("Mole,Rat"));
-    QCOMPARE(table->model()->index(2, 1).data().toString(), QStringLiteral("Level 1 Skirmisher"));
-    QCOMPARE(table->model()->index(2, 2).data().toString(), QStringLiteral("Small natural beast"));
-    whenDialogRuns([&] {
-        auto *filter = dialog.findChild<QLineEdit *>(QStringLiteral("filterEdit"));
-        QTest::keyClicks(filter, QStringLiteral("a"));
-        QTRY_COMPARE(shownNames(*table), QStringLiteral("Rat"));
-        filter->clear();
-        QTRY_COMPARE(shownNames(*table), QStringLiteral("Mole,Rat"));
-        dialog.reject();
-    });
-    dialog.exec();
-}
-
 void TestPickDialogs::asksForAnId()
 {
     open();
@@ -298,22 +274,6 @@ void TestPickDialogs::asksForAnId()
     const Creature *monster = dialog.selectedMonster(alias);
     QCOMPARE(monster->displayName(), QStringLiteral("Rat (7)"));
     QCOMPARE(alias, QStringLiteral("Squeaker"));
-}
-
-void TestPickDialogs::needsASelection()
-{
-    open();
-    PickMonsterDialog dialog;
-    QString alias;
-    whenDialogRuns([&] {
-        QTest::keyClicks(dialog.findChild<QLineEdit *>(QStringLiteral("monsterIdEdit")),
-                         QStringLiteral("1"));
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-        QCOMPARE(buttons(dialog), QStringLiteral("Add, Add Hidden, Cancel*"));
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
-    });
-    QCOMPARE(dialog.exec(), 0);
-    QVERIFY(!dialog.selectedMonster(alias));
 }
 
 // --- characters ---

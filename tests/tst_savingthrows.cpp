@@ -26,7 +26,6 @@ private Q_SLOTS:
     void waysOut_data();
     void waysOut();
     void threeFailuresKill();
-    void stabilizedNeedsNoSave();
 
 private:
     // Does `work` in the next saving throw dialog, of which m_asked and m_canCancel tell then.
@@ -269,20 +268,6 @@ void SavingThrowsTest::threeFailuresKill()
     QVERIFY(m_aria->isDead());
     QCOMPARE(m_aria->failedDeathSaves(), 0);
     QCOMPARE(m_aria->currHP(), -15);
-}
-
-void SavingThrowsTest::stabilizedNeedsNoSave()
-{
-    fall();
-    nextTurn({false});
-    finishRound();
-    appendEvent<StabilizeEvent>(m_bram, m_aria);
-    nextTurn();
-    QCOMPARE(m_aria->statusText(), QStringLiteral("Stabilized 1/3"));
-    finishRound();
-    appendEvent<DamageEvent>(m_rat, m_aria, 1);
-    nextTurn({false});
-    QCOMPARE(m_aria->statusText(), QStringLiteral("Dying 2/3"));
 }
 
 MORVANE_TEST_MAIN(QApplication, SavingThrowsTest)

@@ -22,7 +22,6 @@ private Q_SLOTS:
     void previewIsWhatComes();
     void grantsAnActionPointToAll();
     void isLoggedOnce();
-    void worksByKeys();
 
 private:
     void rest(const std::function<void(ShortRestDialog &)> &work)
@@ -164,19 +163,6 @@ void ShortRestTest::isLoggedOnce()
     m_fight->open();
     m_fight->action("stepForward")->trigger();
     QVERIFY(theEncounter->at(0)->state() == after);
-}
-
-void ShortRestTest::worksByKeys()
-{
-    setHP(m_aria, 10);
-    rest([](ShortRestDialog &dialog) {
-        QCOMPARE(QApplication::focusWidget(), in<QSpinBox>(dialog, "surgeBox:Aria"));
-        for (const Qt::Key key : {Qt::Key_1, Qt::Key_Tab, Qt::Key_4, Qt::Key_Tab})
-            QTest::keyClick(QApplication::focusWidget(), key);
-        QCOMPARE(QApplication::focusWidget(), in<QSpinBox>(dialog, "surgeBox:Bram & Son"));
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-    });
-    QCOMPARE(m_aria->currHP(), 10 + 8 + 4);
 }
 
 MORVANE_TEST_MAIN(QApplication, ShortRestTest)

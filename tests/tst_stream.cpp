@@ -73,12 +73,9 @@ class StreamTest : public QObject {
 private Q_SLOTS:
     void init();
     void fieldHasShortestLength();
-    void valuesOfTheWrongKind();
     void writesReachTheDeviceAtTheEndOfARecord();
     void searchStopsInFrontOfTheEnd();
-    void peekLosesNothing();
     void recordInAnyOrder();
-    void seekStaysInTheData();
     void uselessLengthsEndTheData();
     void damagedHeaderCountsAsEmpty_data();
     void damagedHeaderCountsAsEmpty();
@@ -86,7 +83,6 @@ private Q_SLOTS:
     void versionDecides();
     void damageIsGuarded_data();
     void damageIsGuarded();
-    void nothingIsWrittenWithoutACopy();
     void failedWriteIsMadeUpFor();
     void hugeFileIsReadNoFurtherThanItsEnd();
     void foreignTagsHaveNoName();
@@ -138,18 +134,6 @@ void StreamTest::fieldHasShortestLength()
     }
 }
 
-void StreamTest::valuesOfTheWrongKind()
-{
-    auto stream = open(field(10, "abc") + field(11, "abcde") + field(12, {}) + intField(13, -7)
-                       + field(14, QByteArray("cut\0off", 7)) + field(15, "\xc3\xa9 \xff"));
-    QCOMPARE(stream->readInt(10), 0);
-    QCOMPARE(stream->readInt(11), 0);
-    QCOMPARE(stream->readInt(12), 0);
-    QCOMPARE(stream->readInt(13), -7);
-    QCOMPARE(stream->readString(14), u"cut");
-    QCOMPARE(stream->readString(15), u"\u00e9 \ufffd");
-}
-
 void StreamTest::writesReachTheDeviceAtTheEndOfARecord()
 {
     auto stream = open({});
@@ -193,32 +177,6 @@ void StreamTest::searchStopsInFrontOfTheEnd()
     QCOMPARE(stream->readField().tag, 0);
 }
 
-void StreamTest::peekLosesNothing()
-{
-    auto stream = open(intField(10, 1) + EndMarker + intField(11, 2));
-    QVERIFY(stream->nextIs(10));
-    QVERIFY(!stream->nextIs(11));
-    const int behind = int(intField(10, 1).size());
-    QCOMPARE(stream->peekField().consumed, behind);
-    QCOMPARE(stream->position(), behind);
-    QCOMPARE(stream->readInt(10), 1);
-    QCOMPARE(stream->position(), behind);
-
-    // What was seen at another place is forgotten.
-    stream->seek(0);
-    QVERIFY(stream->nextIs(10));
-    stream->seek(behind);
-    QVERIFY(!stream->nextIs(10));
-
-    // However often one looks, what is behind the marker isn't seen.
-    const int end = stream->position();
-    for (int i = 0; i < 3; ++i) {
-        QVERIFY(!stream->nextIs(11));
-        QCOMPARE(stream->peekField().tag, 0);
-    }
-    QCOMPARE(stream->position(), end);
-}
-
 void StreamTest::recordInAnyOrder()
 {
     auto stream = open(field(11, "text") + intField(99, 5) + intField(10, 1) + field(12, {})
@@ -230,20 +188,6 @@ void StreamTest::recordInAnyOrder()
     QCOMPARE(ObjectStream::fieldInt(record, 13), 0);
     QCOMPARE(ObjectStream::fieldString(record, 13), QString());
     QVERIFY(stream->nextIs(13));
-}
-
-void StreamTest::seekStaysInTheData()
-{
-    const QByteArray data = intField(10, 1) + intField(11, 2);
-    auto stream = open(data);
-    stream->seek(1000);
-    QCOMPARE(stream->position(), int(data.size()));
-    stream->skip(std::numeric_limits<int>::max());
-    QCOMPARE(stream->position(), int(data.size()));
-    stream->skip(std::numeric_limits<int>::min());
-    QCOMPARE(stream->position(), 0);
-    stream->skip(7);
-    QCOMPARE(stream->readInt(11), 2);
 }
 
 void StreamTest::uselessLengthsEndTheData()
@@ -373,24 +317,6 @@ void StreamTest::damageIsGuarded()
     writeEvent(*stream, 7);
     writeEvent(*stream, 8);
     QCOMPARE(copies, copied ? QList<QByteArray>({header() + events}) : QList<QByteArray>());
-}
-
-void StreamTest::nothingIsWrittenWithoutACopy()
-{
-    auto stream = open(header() + eventRecord(1).chopped(1));
-    QVERIFY(stream->readHeader(false));
-    readEvents(*stream);
-    bool canCopy = false;
-    stream->setDamageGuard([&] { return canCopy; });
-    writeEvent(*stream, 7);
-    QVERIFY(stream->isBehind());
-    QVERIFY(m_disk.writes.isEmpty());
-
-    canCopy = true;
-    writeEvent(*stream, 8);
-    QVERIFY(!stream->isBehind());
-    const QByteArray both = eventRecord(7) + eventRecord(8) + EndMarker;
-    QVERIFY(m_disk.bytes.endsWith(both));
 }
 
 void StreamTest::failedWriteIsMadeUpFor()

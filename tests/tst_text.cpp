@@ -22,8 +22,6 @@ private Q_SLOTS:
     void longHostileTextsStayLinear();
     void measuresWithoutTags();
     void makesPlainText();
-    void cutsAtSeparators();
-    void changesFirstLetters();
     void knowsNumbers();
     void unifiesLineEnds();
     void escapes();
@@ -78,34 +76,6 @@ void TextTest::makesPlainText()
     QCOMPARE(plainText(u"<b>No</b> file.<p>Check &quot;it&quot;<br>&amp;lt; now"_s),
              u"No file.\nCheck \"it\"\n&lt; now"_s);
     QCOMPARE(plainText(u"cut <a href"_s), u"cut "_s);
-}
-
-void TextTest::cutsAtSeparators()
-{
-    const QString path = u"a/b/c"_s;
-    const QString slash = u"/"_s;
-    QCOMPARE(afterLast(path, slash), u"c"_s);
-    QCOMPARE(beforeFirst(path, slash), u"a"_s);
-    QCOMPARE(afterFirst(path, slash), u"b/c"_s);
-    QCOMPARE(beforeLast(path, slash), u"a/b"_s);
-
-    const QString absent = u"::"_s;
-    QCOMPARE(afterLast(path, absent), path);
-    QCOMPARE(beforeFirst(path, absent), path);
-    QCOMPARE(afterFirst(path, absent), QString());
-    QCOMPARE(beforeLast(path, absent), QString());
-}
-
-void TextTest::changesFirstLetters()
-{
-    for (const QStringList &pair :
-         {QStringList {u"Éclair"_s, u"éclair"_s}, {u"1st"_s, u"1st"_s}, {QString(), QString()}}) {
-        QString text = pair[0];
-        lowerFirst(text);
-        QCOMPARE(text, pair[1]);
-        upperFirst(text);
-        QCOMPARE(text, pair[0]);
-    }
 }
 
 void TextTest::knowsNumbers()

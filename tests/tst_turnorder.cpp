@@ -29,7 +29,6 @@ private Q_SLOTS:
     void jumperIsAskedFor();
     void newcomersJoinBehindTheCurrentCreature();
     void comesBackAsNew();
-    void tooNewLogStopsEveryCommand();
 
 private:
     void addEffect(Creature *origin, Creature *target, int type, int end, int amount = 0);
@@ -300,41 +299,6 @@ void TurnOrderTest::comesBackAsNew()
     QCOMPARE(comeBack(), arrival + renewal);
     QVERIFY(theEncounter->contains(m_rat));
     QCOMPARE(comeBack(), arrival); // as new as it was
-}
-
-void TurnOrderTest::tooNewLogStopsEveryCommand()
-{
-    m_fight->close();
-    QFile log(m_fight->folder.file(QStringLiteral("history.log")));
-    QVERIFY(log.open(QIODevice::ReadWrite));
-    QByteArray bytes = log.readAll();
-    const QByteArray major("\1\0\0\0", 4); // the value of the first field
-    bytes[bytes.indexOf(major)] = 2;
-    log.seek(0);
-    log.write(bytes);
-    log.close();
-
-    QString shown;
-    {
-        Answer answer(inMessage(QStringLiteral("OK"), &shown));
-        m_fight->open();
-        QVERIFY(answer.wasAnswered);
-    }
-    QVERIFY(shown.startsWith(QStringLiteral("History File too New|")));
-    MainWindow &window = m_fight->window();
-    const QList<std::function<void()>> commands {
-        [&] { window.onStartStopEncounter(); }, [&] { window.onNextTurn(); },
-        [&] { window.onHit(); }, [&] { window.onExtendedRest(); },
-        [&] { window.removeCreatures(theCharacters->all()); }};
-    for (const auto &command : commands) {
-        Answer answer(inMessage(QStringLiteral("OK")));
-        command();
-        QVERIFY(answer.wasAnswered);
-        QCOMPARE(theHistory->eventCount(), 0);
-        QVERIFY(!window.activeDialog());
-    }
-    QVERIFY(log.open(QIODevice::ReadOnly));
-    QCOMPARE(log.readAll(), bytes);
 }
 
 MORVANE_TEST_MAIN(QApplication, TurnOrderTest)

@@ -339,7 +339,6 @@ private Q_SLOTS:
     void lawfulFight();
     void lawlessFight_data();
     void lawlessFight();
-    void newActionForgetsWhatWasUndone();
 };
 
 void TestUndo::init()
@@ -426,25 +425,6 @@ void TestUndo::lawlessFight()
     }
     theHistory->moveTo(Steps - 1);
     QCOMPARE(theHistory->position(), Steps - 1);
-}
-
-void TestUndo::newActionForgetsWhatWasUndone()
-{
-    TestFight fight;
-    RandomFight random(7, true);
-    for (int i = 0; i < 60; ++i)
-        random.step();
-    theHistory->moveTo(29);
-    for (int i = 0; i < 20; ++i)
-        random.step();
-    QCOMPARE(theHistory->eventCount(), 50);
-    QStringList names;
-    for (const Creature *creature : random.everybody())
-        names << creature->displayName();
-    const QString last = TestFight::stateText(random.everybody(), TestFight::TurnMarks);
-    fight.restart();
-    QCOMPARE(theHistory->eventCount(), 50);
-    QCOMPARE(TestFight::stateText(TestFight::creatures(names), TestFight::TurnMarks), last);
 }
 
 MORVANE_TEST_MAIN(QGuiApplication, TestUndo)

@@ -37,12 +37,10 @@ private Q_SLOTS:
     void healing();
     void states();
     void fallAndRise();
-    void failedSavesOutliveHealing();
     void hitsAreNumbered();
     void actionPoints();
     void previewComesAndGoes();
     void previewSplitsActionPoints();
-    void extendedRestReadiesAnew();
     void endOfEncounter();
     void extremeNumbersStopAtTheEnds();
 
@@ -125,18 +123,6 @@ void TestVitality::fallAndRise()
     QCOMPARE(aria->failedDeathSaves(), 0);
 }
 
-void TestVitality::failedSavesOutliveHealing()
-{
-    const auto aria = makeCharacter(u"Aria"_s);
-    aria->takeDamage(31, nullptr);
-    aria->setFailedDeathSaves(2);
-    aria->heal(5, 0);
-    QCOMPARE(aria->failedDeathSaves(), 2);
-    aria->takeDamage(6, nullptr);
-    aria->setFailedDeathSaves(aria->failedDeathSaves() + 1);
-    QVERIFY(aria->isDead());
-}
-
 void TestVitality::hitsAreNumbered()
 {
     const auto aria = makeCharacter(u"Aria"_s);
@@ -212,27 +198,6 @@ void TestVitality::previewSplitsActionPoints()
     aria->clearRestAdditions();
     QCOMPARE(aria->currAP(), 0);
     QCOMPARE(aria->apUsedInEncounter(), 1);
-}
-
-void TestVitality::extendedRestReadiesAnew()
-{
-    const auto aria = makeCharacter(u"Aria"_s);
-    const CreatureState rested = aria->state();
-    aria->takeDamage(40, aria.get());
-    aria->heal(3, 2);
-    aria->setTempHP(5);
-    aria->useActionPoint(1);
-    aria->setTurnCount(4);
-    aria->setDelayed(true);
-    aria->setReadied(true);
-    aria->setHidden(true);
-    aria->setSecondWindUsed(true);
-    aria->setFailedDeathSaves(2);
-    QVERIFY(aria->hasBeenInCombat());
-    aria->extendedRest(false);
-    QVERIFY(!aria->hasBeenInCombat());
-    QVERIFY(aria->isHidden());
-    QVERIFY(aria->state() == rested);
 }
 
 void TestVitality::endOfEncounter()

@@ -76,7 +76,6 @@ class XmlImportTest : public QObject {
 private Q_SLOTS:
     void init();
     void cleanup();
-    void buildsPaths();
     void refusesBombs();
     void readsFiles();
     void readsUsage();
@@ -84,8 +83,6 @@ private Q_SLOTS:
     void countsFailedSaves();
     void keepsTheOrderOfAttacks();
     void escapesAPowersTexts();
-    void keepsABrokenMonster();
-    void takesTheLastClass();
     void takesAFreeName();
     void followsItsFile();
     void knowsACurrentImport();
@@ -126,23 +123,6 @@ Creature *XmlImportTest::addLinkedHero() const
     m_folder->addMonster(u"Rat"_s);
     m_folder->load();
     return hero(u"Odo"_s);
-}
-
-void XmlImportTest::buildsPaths()
-{
-    Recorder recorder;
-    QVERIFY(recorder.read("<?xml version='1.0'?><a x='1' y='2'>t<b/>u<!-- c --><![CDATA[<v>]]>&amp;"
-                          "<aa a='3'> </aa></a>"));
-    QCOMPARE(recorder.calls,
-             (QStringList {u"begin /"_s, u"/a/x 1"_s, u"/a/y 2"_s, u"/a/ t"_s, u"/a/b/#end "_s,
-                           u"/a/ u<v>&"_s, u"/a/aa/a 3"_s, u"/a/aa/  "_s, u"/a/aa/#end "_s,
-                           u"/a/#end "_s, u"end /"_s}));
-    recorder.calls.clear();
-    recorder.endsAfter = u"/x"_s;
-    QVERIFY(recorder.read("<a w='0' x='1' y='2'><x z='3'/></a>"));
-    QCOMPARE(recorder.calls,
-             (QStringList {u"begin /"_s, u"/a/w 0"_s, u"/a/x 1"_s, u"/a/x/z 3"_s, u"/a/x/#end "_s,
-                           u"/a/#end "_s, u"end /"_s}));
 }
 
 void XmlImportTest::refusesBombs()
@@ -283,37 +263,6 @@ void XmlImportTest::escapesAPowersTexts()
 {
     const Power power = powerOf(u"<Trigger>HP &lt; 5 &amp; up</Trigger>"_s);
     QCOMPARE(power.details, QStringList {u"<i>Trigger:</i> HP &lt; 5 &amp; up"_s});
-}
-
-void XmlImportTest::keepsABrokenMonster()
-{
-    const QString text = u"<?xml version=\"1.0\"?>\n<Monster><Name>Rat</Name><Level>2</Levle>\n"_s;
-    m_folder->write(u"Monsters/rat.monster"_s, text);
-    const QByteArray bytes = m_folder->read(u"Monsters/rat.monster"_s);
-    m_folder->addCharacter(u"Pia"_s);
-    m_folder->load();
-    const Creature *rat = theMonsters->findGroup(u"rat.monster"_s);
-    QVERIFY(rat && rat->isInvalid());
-    QCOMPARE(rat->statBlock(), text);
-    QVERIFY(!rat->isModified());
-    theMonsters->saveAll();
-    QCOMPARE(m_folder->read(u"Monsters/rat.monster"_s), bytes);
-}
-
-void XmlImportTest::takesTheLastClass()
-{
-    const QStringList rules = {u"<RulesElement name=\"Odd\" type=\"Epic Destiny\"/>"_s,
-                               u"<RulesElement name=\"Path\" type=\"Paragon Path\"/>"_s,
-                               u"<RulesElement type=\"Class\" name=\"Monk\"/>"_s};
-    const char *expected[] = {"Odd", "Path", "Monk"};
-    for (int skipped = 0; skipped < 3; ++skipped) {
-        CreatureData data;
-        data.hsValue = 50;
-        QVERIFY(StatBlockHandler::parse(
-            heroFile(u"Odo"_s, 42, rules.mid(skipped).join(QString())).toUtf8(), data, {}));
-        QCOMPARE(data.charClass, QLatin1String(expected[skipped]));
-        QCOMPARE(data.hsValue, 10);
-    }
 }
 
 void XmlImportTest::takesAFreeName()
