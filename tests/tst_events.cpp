@@ -452,6 +452,7 @@ void TestEvents::additionsFindTheirPlace()
     QCOMPARE(theEncounter->count(), 4);
     QCOMPARE(added->initRoll(), 0);
     QCOMPARE(added->currHP(), 1);
+    QVERIFY(!added->isHidden());
 }
 
 void TestEvents::renameInTheFight()

@@ -258,6 +258,18 @@ void TestLogBytes::record()
     stream.skip(read->size());
     QVERIFY(!readEvent(&stream, &ok));
     QVERIFY(ok);
+
+    // Not of the start of a fight that runs, nor of one who acts without having waited.
+    if (QList<int> {EventType::StartEncounter, EventType::JumpIn, EventType::EndReady}.contains(type))
+        return;
+    const auto state = [] {
+        return TestFight::stateText(TestFight::creatures({"Aria", "Borin", "Rat (1)"}),
+                                    TestFight::TurnMarks);
+    };
+    const QString before = state();
+    read->redo();
+    read->undo();
+    QCOMPARE(state(), before);
 }
 
 MORVANE_TEST_MAIN(QGuiApplication, TestLogBytes)
