@@ -104,11 +104,11 @@ constexpr const EffectKind *findKind(int type)
 
 constexpr bool hasEveryKindOnce()
 {
-    for (int type = EffectType::None; type <= EffectType::Phasing; ++type) {
+    for (int type = EffectType::None; type < EffectType::End; ++type) {
         if (!findKind(type))
             return false;
     }
-    return std::size(conditions) + std::size(otherKinds) == EffectType::Phasing + 1;
+    return std::size(conditions) + std::size(otherKinds) == EffectType::End;
 }
 static_assert(hasEveryKindOnce());
 

@@ -41,7 +41,8 @@ enum Code {
     OtherGood,
     OtherBad,
     Insubstantial,
-    Phasing
+    Phasing,
+    End // behind the last; the log keeps the numbers, so that new ones stand in front of it
 };
 }
 

@@ -56,6 +56,7 @@ enum Code {
     PowerUsageChanged = 40,
     SetAlias = 41,
     UseSecondWind = 42,
+    End // behind the last
 };
 }
 

@@ -82,7 +82,7 @@ constexpr bool isInOrder()
     }
     return true;
 }
-static_assert(isInOrder());
+static_assert(isInOrder() && readers.size() + 1 == EventType::End);
 
 // In front of a type that tells none, so that the next event takes its place: behind it nobody
 // would read that event. Or to the end of the data.

@@ -105,7 +105,7 @@ void TestEffect::types()
                        "+Total Concealment~|+Resist 2|Vulnerable 2|+||+Insubstantial|"
                        "+Phasing|")
             .split(u'|');
-    QCOMPARE(forms.size(), EffectType::Phasing + 2);
+    QCOMPARE(forms.size(), EffectType::End + 1);
     for (int type = 0; type < forms.size(); ++type) {
         const Effect effect(nullptr, m_aria.get(), type, EffectEnd::Special, QString(), 2);
         QString form = effect.conditionText();
