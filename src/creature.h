@@ -19,6 +19,21 @@ class Creature;
 // with a number behind. `self` doesn't count. An empty function lets every name pass.
 using UniqueName = std::function<QString(const QString &name, const Creature *self)>;
 
+// While one lives, a creature's displayName() is the one that the players may know: the alias while
+// it is shown, and of a hidden creature none at all.
+class PlayersNames {
+public:
+    PlayersNames() { ++s_count; }
+    ~PlayersNames() { --s_count; }
+    PlayersNames(const PlayersNames &) = delete;
+    PlayersNames &operator=(const PlayersNames &) = delete;
+
+    static bool areUsed() { return s_count > 0; }
+
+private:
+    inline static int s_count = 0;
+};
+
 // Three layers side by side: what the file says (data()), the live state that events change
 // (state()), and shadows of the eight vitality numbers, which tell the Encounter whether something
 // changed outside the history. Owned by its collection; it owns neither its effects nor its

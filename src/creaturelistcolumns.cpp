@@ -12,6 +12,7 @@
 #include "encounter.h"
 #include "longtextdelegate.h"
 #include "progressbar.h"
+#include "readablecolours.h"
 #include "richtextdelegate.h"
 #include "text.h"
 
@@ -268,7 +269,9 @@ QVariant CreatureListModel::data(const QModelIndex &index, int role) const
     case Qt::DecorationRole:
         return index.column() == IconColumn ? QVariant(stateIcon(creature)) : QVariant();
     case Qt::ForegroundRole:
-        return isGreyed(creature) ? QVariant(QColor(QLatin1String("gray"))) : QVariant();
+        return isGreyed(creature) && m_view
+            ? QVariant(readableColour(QLatin1String("gray"), m_view->palette()))
+            : QVariant();
     case Qt::ToolTipRole:
         return toolTip(creature, index.column());
     default:

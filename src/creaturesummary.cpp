@@ -61,6 +61,10 @@ bool isEncounterRunning()
 
 QString Creature::displayName() const
 {
+    if (PlayersNames::areUsed() && isHidden())
+        return tr("Somebody");
+    if (PlayersNames::areUsed() && aliasMode() != 0)
+        return playersName();
     return isMonster() ? joinedName(group(), name()) : name();
 }
 

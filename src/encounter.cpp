@@ -68,9 +68,9 @@ EncounterPosition Encounter::nextPosition() const
     return next;
 }
 
-PlayersView Encounter::playersView() const
+VisibleCreatures Encounter::playersView() const
 {
-    PlayersView view;
+    VisibleCreatures view;
     QSet<const Creature *> seen;
     const auto addKill = [&view](Creature *creature) {
         // Nobody is named for a monster that was set to 0 hit points: it is no kill.
@@ -93,8 +93,8 @@ PlayersView Encounter::playersView() const
     }
     if (isRunning()) {
         for (Creature *creature : m_fallen) {
-            if (!creature->isHidden() && creature->isMonster() && creature->isDead()
-                && !seen.contains(creature))
+            if (!creature->isHidden() && !creature->isDisabled() && creature->isMonster()
+                && creature->isDead() && !seen.contains(creature))
                 addKill(creature);
         }
     }

@@ -32,7 +32,7 @@ struct InitiativeOrder {
 };
 
 // What the players may know of the order.
-struct PlayersView {
+struct VisibleCreatures {
     QList<Creature *> rows;
     QMap<int, Creature *> kills; // by lastHitOrder
 };
@@ -67,7 +67,7 @@ public:
     const QSet<Creature *> &fallen() const { return m_fallen; }
     EncounterPosition position() const;
     EncounterPosition nextPosition() const;
-    PlayersView playersView() const;
+    VisibleCreatures playersView() const;
     // The encounter's own texts as an entry without a file.
     EncounterEntry entry() const { return m_entry; }
 

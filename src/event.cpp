@@ -31,6 +31,12 @@ Event::Event(EventType::Code type, const EventRecord &record) : m_type(type)
     record.begin(type);
 }
 
+QString Event::playersText() const
+{
+    const PlayersNames names;
+    return text();
+}
+
 Event::~Event() = default;
 
 void Event::skipForward(ObjectStream *stream)

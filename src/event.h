@@ -87,6 +87,8 @@ public:
 
     // The line of the history list.
     virtual QString text() const = 0;
+    // The same with the names that the players may know.
+    QString playersText() const;
     virtual void redo() = 0;
     virtual void undo() = 0;
     virtual void skipForward(ObjectStream *stream);

@@ -1,6 +1,5 @@
 #include "readablecolours.h"
 
-#include <QColor>
 #include <QPalette>
 
 namespace {
@@ -23,6 +22,14 @@ bool isDark(const QPalette &palette)
 }
 
 } // namespace
+
+QColor readableColour(QLatin1String name, const QPalette &palette)
+{
+    for (const NamedColour &known : NamedColours)
+        if (known.name == name && isDark(palette))
+            return QColor(known.onDark);
+    return QColor(name);
+}
 
 QString readableColours(const QString &html, const QPalette &palette)
 {

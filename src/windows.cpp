@@ -2,6 +2,7 @@
 
 #include <QWidget>
 
+PlayersDisplay *thePlayersDisplay = nullptr;
 QWidget *theMainWindow = nullptr;
 QWidget *activeAppWindow = nullptr;
 

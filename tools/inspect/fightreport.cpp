@@ -62,7 +62,7 @@ QJsonObject encounterReport(const Encounter &encounter)
     };
 }
 
-QJsonObject playersReport(const PlayersView &view)
+QJsonObject playersReport(const VisibleCreatures &view)
 {
     return {
         {QStringLiteral("rows"), names(view.rows)},

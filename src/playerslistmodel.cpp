@@ -1,0 +1,337 @@
+#include "playerslistmodel.h"
+
+#include <QColor>
+#include <QPalette>
+
+#include "creature.h"
+#include "effect.h"
+#include "encounter.h"
+#include "playersview.h"
+#include "readablecolours.h"
+#include "switchboard.h"
+#include "text.h"
+
+namespace {
+
+// Of each size that there is, since the list grows with its window.
+QIcon listIcon(std::initializer_list<const char *> files)
+{
+    QIcon icon;
+    for (const char *file : files)
+        icon.addFile(QStringLiteral(":/images/") + QLatin1String(file));
+    return icon;
+}
+
+bool isGreyed(const Creature *creature)
+{
+    return creature->isHidden() || creature->isDelayed() || creature->isReadied();
+}
+
+// A monster that lies dead only because of an open form's preview is alive to the players.
+QString stateText(const Creature *creature)
+{
+    if (creature->isMonster() && !creature->isMissing() && !creature->isDead(true))
+        return QString();
+    return creature->statusText();
+}
+
+} // namespace
+
+QString playersEffectsText(const Creature *creature)
+{
+    const PlayersNames names;
+    QStringList texts;
+    for (const Effect *effect : creature->effects())
+        texts << effect->fullText();
+    return texts.join(QStringLiteral("; "));
+}
+
+PlayersListModel::PlayersListModel(QObject *parent)
+    : QAbstractTableModel(parent), m_currentIcon(listIcon({"arrow-right-red128.png"})),
+      m_noIcon(listIcon({"no-icon.png"})),
+      m_delayIcon(listIcon({"delay-turn16.png", "delay-turn32.png"})),
+      m_readyIcon(listIcon({"ready-action16.png", "ready-action32.png"})),
+      m_hiddenIcon(listIcon({"faided-eye128.png"}))
+{
+    const SwitchBoard *hub = switchBoard();
+    connect(hub, &SwitchBoard::doCreatureUpdated, this, &PlayersListModel::onCreatureInListUpdated);
+    connect(hub, &SwitchBoard::doCreatureEffectsChanged, this,
+            &PlayersListModel::onCreatureInListUpdated);
+    connect(hub, &SwitchBoard::doDisableWidgetDisplay, this,
+            &PlayersListModel::onDisableWidgetDisplay);
+    connect(hub, &SwitchBoard::doEnableWidgetDisplay, this,
+            &PlayersListModel::onEnableWidgetDisplay);
+    if (!theEncounter)
+        return;
+    connect(theEncounter, &Encounter::doCreatureCountChanged, this,
+            &PlayersListModel::onCreatureCountChanged);
+    connect(theEncounter, &Encounter::doCurrentCreatureChanged, this,
+            &PlayersListModel::onCurrentCreatureChanged);
+    connect(theEncounter, &QObject::destroyed, this, &PlayersListModel::forgetEncounter);
+}
+
+void PlayersListModel::attachTo(PlayersView *view)
+{
+    m_view = view;
+    view->attach(this);
+    refresh();
+}
+
+// --- what the players see ---
+
+void PlayersListModel::refresh()
+{
+    if (m_displayDisabled)
+        return;
+    readEncounter();
+    if (!m_creatures.isEmpty())
+        Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, ColumnCount - 1));
+    if (m_view)
+        m_view->fitRows();
+    refreshCurrent();
+}
+
+void PlayersListModel::forgetEncounter()
+{
+    applyRows({});
+    m_rows.clear();
+    m_kills.clear();
+    refreshCurrent();
+}
+
+bool PlayersListModel::readEncounter()
+{
+    const VisibleCreatures seen = theEncounter ? theEncounter->playersView() : VisibleCreatures();
+    const bool isSame = seen.rows == m_creatures && seen.kills == m_kills;
+    m_kills = seen.kills;
+    if (seen.rows != m_creatures)
+        applyRows(seen.rows);
+    // The numbers also move with hidden creatures that come and go.
+    m_rows.clear();
+    for (const Creature *creature : std::as_const(m_creatures))
+        m_rows << theEncounter->indexOf(creature);
+    return !isSame;
+}
+
+void PlayersListModel::applyRows(const QList<Creature *> &creatures)
+{
+    const int before = int(m_creatures.size());
+    const int after = int(creatures.size());
+    if (after < before) {
+        beginRemoveRows({}, after, before - 1);
+        m_creatures.resize(after);
+        endRemoveRows();
+    } else if (after > before) {
+        beginInsertRows({}, before, after - 1);
+        m_creatures = creatures;
+        endInsertRows();
+    }
+    // Nothing is selected or edited here, so that a row is but a place.
+    Q_EMIT layoutAboutToBeChanged();
+    m_creatures = creatures;
+    Q_EMIT layoutChanged();
+    if (m_view)
+        m_view->fitRows();
+}
+
+// The hidden creatures aren't rows: the arrow marks the place in the visible order.
+int PlayersListModel::findCurrentRow() const
+{
+    const int current = theEncounter ? theEncounter->currentIndex() : -1;
+    if (current < 0 || m_rows.isEmpty())
+        return -1;
+    const int last = int(m_rows.size()) - 1;
+    if (current < m_rows.first())
+        return theEncounter->round() == 1 ? 0 : last;
+    for (int row = 0; row < last; ++row)
+        if (m_rows.at(row) <= current && current < m_rows.at(row + 1))
+            return row;
+    return current < theEncounter->count() ? last : -1;
+}
+
+void PlayersListModel::refreshCurrent()
+{
+    const int before = std::exchange(m_currentRow, findCurrentRow());
+    m_currentCreature = m_creatures.value(m_currentRow);
+    if (before != m_currentRow) {
+        noteRowChanged(before, {Qt::DecorationRole});
+        noteRowChanged(m_currentRow, {Qt::DecorationRole});
+    }
+    if (m_view && m_currentRow >= 0)
+        m_view->showRow(m_currentRow);
+    Q_EMIT doCurrentChanged();
+}
+
+void PlayersListModel::noteRowChanged(int row, const QList<int> &roles)
+{
+    if (row >= 0 && row < rowCount())
+        Q_EMIT dataChanged(index(row, 0), index(row, ColumnCount - 1), roles);
+}
+
+Creature *PlayersListModel::nextCreature() const
+{
+    for (int i = 1; m_currentRow >= 0 && i < m_creatures.size(); ++i) {
+        Creature *creature = m_creatures.at((m_currentRow + i) % m_creatures.size());
+        if (!creature->isDead(true) && creature->takesTurns())
+            return creature;
+    }
+    return nullptr;
+}
+
+void PlayersListModel::setShowDamage(bool show)
+{
+    if (show == m_showDamage)
+        return;
+    m_showDamage = show;
+    refresh();
+}
+
+// --- what tells of changes ---
+
+// The number signal is also emitted when only the DM's selection changed, which the players' window
+// must not show.
+void PlayersListModel::onCreatureCountChanged()
+{
+    if (!m_displayDisabled && (readEncounter() || findCurrentRow() != m_currentRow))
+        refreshCurrent();
+}
+
+void PlayersListModel::onCurrentCreatureChanged()
+{
+    if (m_displayDisabled)
+        return;
+    readEncounter();
+    refreshCurrent();
+}
+
+void PlayersListModel::onCreatureInListUpdated(Creature *creature)
+{
+    if (m_displayDisabled)
+        return;
+    if (!creature) {
+        refresh();
+        return;
+    }
+    // A creature that dies or hides leaves its row.
+    if (readEncounter())
+        refreshCurrent();
+    const int row = int(m_creatures.indexOf(creature));
+    if (row < 0)
+        return;
+    noteRowChanged(row);
+    if (m_view)
+        m_view->fitRow(row);
+}
+
+void PlayersListModel::onDisableWidgetDisplay()
+{
+    m_displayDisabled = true;
+}
+
+void PlayersListModel::onEnableWidgetDisplay()
+{
+    m_displayDisabled = false;
+    refresh();
+}
+
+// --- content ---
+
+int PlayersListModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : int(m_creatures.size());
+}
+
+int PlayersListModel::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : ColumnCount;
+}
+
+QVariant PlayersListModel::data(const QModelIndex &index, int role) const
+{
+    // While the state is in flux a creature may be gone already.
+    if (index.model() != this || index.row() >= m_creatures.size() || m_displayDisabled)
+        return {};
+    const Creature *creature = m_creatures.at(index.row());
+    switch (role) {
+    case Qt::DisplayRole:
+        return displayText(creature, index.column());
+    case Qt::DecorationRole:
+        return index.column() == NameColumn ? QVariant(stateIcon(index.row())) : QVariant();
+    case Qt::ForegroundRole:
+        return foreground(creature, index.column());
+    default:
+        return {};
+    }
+}
+
+QString PlayersListModel::displayText(const Creature *creature, int column) const
+{
+    switch (column) {
+    case NameColumn:
+        return shortened(creature->playersName(), LongestName);
+    case HealthColumn:
+        return healthText(creature);
+    case EffectsColumn: {
+        QStringList texts {stateText(creature), playersEffectsText(creature)};
+        texts.removeAll(QString());
+        return shortened(texts.join(QStringLiteral("; ")));
+    }
+    case DescriptionColumn:
+        return shortened(creature->description());
+    default:
+        return {};
+    }
+}
+
+QString PlayersListModel::healthText(const Creature *creature) const
+{
+    const int size = m_view ? m_view->fontSize() : PlayersView::SmallestFont;
+    return QStringLiteral("%1&%2&%3&%4")
+        .arg(QString::number(size), QString::number(creature->playersHpPercent()),
+             creature->playersHealthText(m_showDamage),
+             isGreyed(creature) ? QStringLiteral("gray") : QStringLiteral("black"));
+}
+
+QIcon PlayersListModel::stateIcon(int row) const
+{
+    const Creature *creature = m_creatures.at(row);
+    if (row == m_currentRow)
+        return m_currentIcon;
+    if (creature->isDelayed())
+        return m_delayIcon;
+    if (creature->isReadied())
+        return m_readyIcon;
+    return creature->isHidden() ? m_hiddenIcon : m_noIcon;
+}
+
+QVariant PlayersListModel::foreground(const Creature *creature, int column) const
+{
+    const QPalette palette = m_view ? m_view->palette() : QPalette();
+    if (isGreyed(creature))
+        return readableColour(QLatin1String("gray"), palette);
+    if (column == NameColumn && !creature->isMonster())
+        return readableColour(QLatin1String("blue"), palette);
+    return {};
+}
+
+QVariant PlayersListModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (role != Qt::DisplayRole)
+        return {};
+    if (orientation == Qt::Vertical)
+        return section + 1;
+    switch (section) {
+    case NameColumn:
+        return tr("Name");
+    case HealthColumn:
+        return tr(" Health ");
+    case EffectsColumn:
+        return tr("Conditions and Effects");
+    case DescriptionColumn:
+        return tr("Description");
+    default:
+        return {};
+    }
+}
+
+#include "moc_playerslistmodel.cpp"

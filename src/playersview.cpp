@@ -1,0 +1,278 @@
+#include "playersview.h"
+
+#include <QFontInfo>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QScopedValueRollback>
+#include <QScrollBar>
+#include <QStyledItemDelegate>
+
+#include "longtextdelegate.h"
+#include "playershealthdelegate.h"
+#include "playerslistmodel.h"
+
+namespace {
+
+using Model = PlayersListModel;
+
+constexpr int LeastWidth = 360;
+// Around the text of a cell, on both sides together.
+constexpr int CellMargin = 10;
+constexpr int HeaderMargin = 6;
+// Where not all fits, no column but the last may take more of the width than this.
+constexpr qreal LargestShare = 0.4;
+
+// No frame around the cell that a key or click was last in.
+class FramelessDelegate : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        option->state.setFlag(QStyle::State_HasFocus, false);
+    }
+};
+
+} // namespace
+
+PlayersView::PlayersView(QWidget *parent)
+    : QTableView(parent), m_healthDelegate(new PlayersHealthDelegate(this))
+{
+    setObjectName(QStringLiteral("playersView"));
+    setFrameShape(QFrame::NoFrame);
+    setShowGrid(false);
+    setWordWrap(false);
+    setAlternatingRowColors(true);
+    setSelectionMode(NoSelection);
+    setEditTriggers(NoEditTriggers);
+    setFocusPolicy(Qt::TabFocus);
+    setTabKeyNavigation(false);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollMode(ScrollPerItem);
+    setItemDelegate(new FramelessDelegate(this));
+    setItemDelegateForColumn(Model::HealthColumn, m_healthDelegate);
+    setItemDelegateForColumn(Model::EffectsColumn, new LongTextDelegate(this));
+    verticalHeader()->hide();
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    verticalHeader()->setMinimumSectionSize(1);
+    horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setSectionsClickable(false);
+    horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    horizontalHeader()->setMinimumSectionSize(1);
+    horizontalHeader()->setStretchLastSection(true);
+    setMinimumWidth(LeastWidth);
+    applySize(m_fontSize);
+}
+
+void PlayersView::attach(PlayersListModel *model)
+{
+    m_model = model;
+    setModel(model);
+}
+
+// --- sizes ---
+
+int PlayersView::pixels(qreal size) const
+{
+    return qMax(1, qRound(size * m_zoom / 100));
+}
+
+QFont PlayersView::fontOfSize(int size) const
+{
+    QFont sized = font();
+    sized.setPixelSize(pixels(size));
+    return sized;
+}
+
+int PlayersView::heightOfRow(int size) const
+{
+    return m_healthDelegate->heightFor(fontOfSize(size));
+}
+
+int PlayersView::headerHeight(int size) const
+{
+    return QFontMetrics(fontOfSize(size)).height() + pixels(HeaderMargin);
+}
+
+void PlayersView::setFontMode(int mode)
+{
+    if (mode == 1)
+        m_fixedFontSize = m_fontSize;
+    else
+        m_fixedFontSize = mode == 0 ? 0 : qBound(SmallestFont, mode, LargestFont);
+    fit(width(), height());
+}
+
+void PlayersView::setZoom(int percent)
+{
+    m_zoom = percent;
+    m_healthDelegate->setZoom(percent);
+    m_measuredSize = 0;
+    // Twice the size may leave no room beside a second window on a small screen.
+    setMinimumWidth(pixels(LeastWidth));
+    applySize(m_fontSize);
+    fitRows();
+}
+
+// --- fitting ---
+
+PlayersView::Widths PlayersView::measureRow(int row, int size)
+{
+    const QFont font = fontOfSize(size);
+    const QFontMetrics metrics(font);
+    const auto text = [&](int column) { return m_model->index(row, column).data().toString(); };
+    const int margin = pixels(CellMargin);
+    return {metrics.horizontalAdvance(text(Model::NameColumn)) + pixels(size) + margin,
+            m_healthDelegate->widthFor(text(Model::HealthColumn), font),
+            metrics.horizontalAdvance(text(Model::EffectsColumn)) + margin};
+}
+
+void PlayersView::measure(int size)
+{
+    if (size == m_measuredSize)
+        return;
+    m_widths.resize(m_model->rowCount());
+    for (int row = 0; row < m_widths.size(); ++row)
+        m_widths[row] = measureRow(row, size);
+    m_measuredSize = size;
+}
+
+PlayersView::Widths PlayersView::contentWidths(int size)
+{
+    measure(size);
+    Widths widest {};
+    QFont headerFont = fontOfSize(size);
+    headerFont.setBold(true);
+    for (int column = 0; column < Model::ColumnCount; ++column)
+        widest[column] =
+            QFontMetrics(headerFont)
+                .horizontalAdvance(model()->headerData(column, Qt::Horizontal).toString())
+            + pixels(CellMargin);
+    for (const Widths &row : std::as_const(m_widths))
+        for (int column = 0; column < Model::ColumnCount; ++column)
+            widest[column] = qMax(widest[column], row[column]);
+    return widest;
+}
+
+bool PlayersView::fitsAt(int size, int width, int height)
+{
+    // The height costs nothing, and decides where a list is long.
+    if (headerHeight(size) + qint64(model()->rowCount()) * heightOfRow(size) >= height)
+        return false;
+    const Widths widths = contentWidths(size);
+    return widths[0] + widths[1] + widths[2] < width;
+}
+
+void PlayersView::fit(int width, int height)
+{
+    if (!m_model || m_model->rowCount() == 0)
+        return;
+    int size = m_fontSize;
+    if (m_fixedFontSize != 0) {
+        size = m_fixedFontSize;
+    } else {
+        bool wasReduced = false;
+        while (size >= SmallestFont && size <= LargestFont) {
+            const bool fits = fitsAt(size, width, height);
+            if (fits && wasReduced)
+                break;
+            wasReduced |= !fits;
+            size += fits ? 1 : -1;
+        }
+        size = qBound(SmallestFont, size, LargestFont);
+    }
+    applySize(size);
+    applyWidths();
+}
+
+void PlayersView::applySize(int size)
+{
+    const QFont sized = fontOfSize(size);
+    m_fontSize = size;
+    if (font() != sized)
+        setFont(sized);
+    horizontalHeader()->setFixedHeight(headerHeight(size));
+    verticalHeader()->setDefaultSectionSize(heightOfRow(size));
+    setIconSize(QSize(pixels(size), pixels(size)));
+}
+
+void PlayersView::applyWidths()
+{
+    Widths widths = contentWidths(m_fontSize);
+    if (widths[0] + widths[1] + widths[2] >= viewport()->width()) {
+        const int most = int(viewport()->width() * LargestShare);
+        widths[0] = qMin(widths[0], most);
+        widths[1] = qMin(widths[1], most);
+    }
+    for (const int column : {Model::NameColumn, Model::HealthColumn})
+        setColumnWidth(column, widths[column]);
+}
+
+void PlayersView::fitRows()
+{
+    m_measuredSize = 0;
+    fit(width(), height());
+    showRow(m_shownRow);
+}
+
+void PlayersView::fitRow(int row)
+{
+    if (m_measuredSize != m_fontSize || row >= m_widths.size())
+        return;
+    const Widths widths = measureRow(row, m_fontSize);
+    if (widths == m_widths.at(row))
+        return;
+    m_widths[row] = widths;
+    fit(width(), height());
+}
+
+void PlayersView::resizeEvent(QResizeEvent *event)
+{
+    QTableView::resizeEvent(event);
+    if (width() == m_lastWidth && height() == m_lastHeight)
+        return;
+    m_lastWidth = width();
+    m_lastHeight = height();
+    fit(m_lastWidth, m_lastHeight);
+    showRow(m_shownRow);
+}
+
+// --- what is shown ---
+
+void PlayersView::showRow(int row)
+{
+    m_shownRow = row;
+    if (m_model && row >= 0 && row < m_model->rowCount())
+        scrollTo(m_model->index(row, Model::NameColumn), PositionAtCenter);
+}
+
+void PlayersView::paintEvent(QPaintEvent *event)
+{
+    QTableView::paintEvent(event);
+    const int row = rowAt(viewport()->height() - 1);
+    const int top = row < 0 ? 0 : rowViewportPosition(row);
+    if (top <= 0 || top + heightOfRow(m_fontSize) <= viewport()->height())
+        return;
+    QPainter painter(viewport());
+    painter.fillRect(viewport()->rect().adjusted(0, top, 0, 0), palette().base());
+}
+
+void PlayersView::changeEvent(QEvent *event)
+{
+    QTableView::changeEvent(event);
+    // The colours of the cells were made for the palette before.
+    if (event->type() == QEvent::PaletteChange)
+        viewport()->update();
+}
+
+// Nothing here is chosen by keys: they are the window's.
+void PlayersView::keyPressEvent(QKeyEvent *event)
+{
+    event->ignore();
+}
+
+#include "moc_playersview.cpp"
