@@ -53,6 +53,11 @@ void cutAt(QTextDocument &document, int position)
 
 } // namespace
 
+int zoomed(qreal size, int percent)
+{
+    return qMax(1, qRound(size * percent / 100));
+}
+
 void fitText(QTextDocument &document, const QSizeF &room)
 {
     document.setTextWidth(room.width());

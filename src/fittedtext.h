@@ -6,6 +6,9 @@
 
 #include <memory>
 
+// A size of the Player's Display in pixels of the screen, at least one; the zoom in per cent.
+int zoomed(qreal size, int percent);
+
 // Lays the document out in that width and cuts what is wider or lower down, with an ellipsis for
 // it. Whether it wraps is the document's own option.
 void fitText(QTextDocument &document, const QSizeF &room);

@@ -47,19 +47,19 @@ PlayersHealthDelegate::~PlayersHealthDelegate() = default;
 
 int PlayersHealthDelegate::heightFor(const QFont &font) const
 {
-    return QFontMetrics(font).height() + (BarMargin + LineMargin) * m_zoom / 100;
+    return QFontMetrics(font).height() + zoomed(BarMargin + LineMargin, m_zoom);
 }
 
 int PlayersHealthDelegate::widthFor(const QString &text, const QFont &font) const
 {
     const QString html = readCell(text).html;
+    const int margin = zoomed(BarMargin + TextMargin, m_zoom);
     const QString key = font.key() + html;
     if (const int *kept = m_widths.object(key))
-        return *kept;
-    const int margin = (BarMargin + TextMargin) * m_zoom / 100;
-    const int width = qCeil(documentFor(html, font, QWIDGETSIZE_MAX)->idealWidth()) + margin;
+        return *kept + margin;
+    const int width = qCeil(documentFor(html, font, QWIDGETSIZE_MAX)->idealWidth());
     m_widths.insert(key, new int(width));
-    return width;
+    return width + margin;
 }
 
 QSize PlayersHealthDelegate::sizeHint(const QStyleOptionViewItem &option,
@@ -67,7 +67,7 @@ QSize PlayersHealthDelegate::sizeHint(const QStyleOptionViewItem &option,
 {
     const QString text = index.data().toString();
     QFont font = option.font;
-    font.setPixelSize(qMax(1, readCell(text).size * m_zoom / 100));
+    font.setPixelSize(zoomed(readCell(text).size, m_zoom));
     return {widthFor(text, font), heightFor(font)};
 }
 
@@ -110,8 +110,8 @@ void PlayersHealthDelegate::paint(QPainter *painter, const QStyleOptionViewItem 
     painter->restore();
 
     QFont font = option.font;
-    font.setPixelSize(qMax(1, cell.size * m_zoom / 100));
-    const int room = option.rect.width() - (BarMargin + TextMargin) * m_zoom / 100;
+    font.setPixelSize(zoomed(cell.size, m_zoom));
+    const int room = option.rect.width() - zoomed(BarMargin + TextMargin, m_zoom);
     QTextDocument *document = documentFor(cell.html, font, qMax(0, room) + 1);
     QAbstractTextDocumentLayout::PaintContext context;
     // Not a colour of the palette, because the bar's background is always white.

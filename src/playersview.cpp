@@ -8,6 +8,7 @@
 #include <QScrollBar>
 #include <QStyledItemDelegate>
 
+#include "fittedtext.h"
 #include "longtextdelegate.h"
 #include "playershealthdelegate.h"
 #include "playerslistmodel.h"
@@ -18,7 +19,7 @@ using Model = PlayersListModel;
 
 constexpr int LeastWidth = 360;
 // Around the text of a cell, on both sides together.
-constexpr int CellMargin = 10;
+constexpr int CellMargin = 4;
 constexpr int HeaderMargin = 6;
 // Where not all fits, no column but the last may take more of the width than this.
 constexpr qreal LargestShare = 0.4;
@@ -78,7 +79,7 @@ void PlayersView::attach(PlayersListModel *model)
 
 int PlayersView::pixels(qreal size) const
 {
-    return qMax(1, qRound(size * m_zoom / 100));
+    return zoomed(size, m_zoom);
 }
 
 QFont PlayersView::fontOfSize(int size) const
@@ -125,8 +126,9 @@ PlayersView::Widths PlayersView::measureRow(int row, int size)
     const QFont font = fontOfSize(size);
     const QFontMetrics metrics(font);
     const auto text = [&](int column) { return m_model->index(row, column).data().toString(); };
-    const int margin = pixels(CellMargin);
-    return {metrics.horizontalAdvance(text(Model::NameColumn)) + pixels(size) + margin,
+    const int edges = 2 * (style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 1);
+    const int margin = edges + pixels(CellMargin);
+    return {metrics.horizontalAdvance(text(Model::NameColumn)) + pixels(size) + edges + margin,
             m_healthDelegate->widthFor(text(Model::HealthColumn), font),
             metrics.horizontalAdvance(text(Model::EffectsColumn)) + margin};
 }

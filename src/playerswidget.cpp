@@ -9,6 +9,7 @@
 #include "creature.h"
 #include "encounter.h"
 #include "event.h"
+#include "findcreature.h"
 #include "fittedtext.h"
 #include "history.h"
 #include "playerslistmodel.h"
@@ -22,6 +23,9 @@ constexpr int SmallestFont = PlayersView::SmallestFont;
 constexpr int LargestFont = PlayersView::LargestFont;
 // Name, state, health, conditions: the last may take two lines.
 constexpr int TurnLines = 5;
+constexpr int UsualFont = 28; // of the panels at the bottom, before the DM resizes them
+constexpr int UsualTickerLines = 3;
+constexpr int NameLines = 2; // of a killer
 constexpr int Spacing = 5;
 constexpr int EdgeMargin = 2;
 constexpr qreal LineSpacing = 1.25;
@@ -43,16 +47,12 @@ QString joined(QStringList texts)
     return texts.join(QStringLiteral("; "));
 }
 
-// The name of the killer as the players know it, if it still stands in the encounter.
+// As the players know it.
 QString killerName(const QString &displayName)
 {
-    for (const Creature *creature : theEncounter->creatures()) {
-        if (creature->displayName() != displayName)
-            continue;
-        const PlayersNames names;
-        return creature->displayName();
-    }
-    return displayName;
+    const Creature *killer = findCreature(displayName, false);
+    const PlayersNames names;
+    return killer ? killer->displayName() : displayName;
 }
 
 } // namespace
@@ -77,7 +77,7 @@ void PlayersWidget::setZoom(int percent)
 
 int PlayersWidget::pixels(qreal size) const
 {
-    return qMax(1, qRound(size * m_zoom / 100));
+    return zoomed(size, m_zoom);
 }
 
 // --- whose turn it is ---
@@ -171,7 +171,7 @@ QSize YourTurnWidget::minimumSizeHint() const
 
 QSize YourTurnWidget::sizeHint() const
 {
-    return {pixels(400), pixels(SmallestFont * LineSpacing * lineCount() * 1.2)};
+    return {pixels(400), pixels(UsualFont * LineSpacing * lineCount())};
 }
 
 // The type grows with the panel; the portrait is as high as the panel.
@@ -180,9 +180,9 @@ void YourTurnWidget::fit()
     const int margin = pixels(EdgeMargin);
     const int height = this->height() - 2 * margin;
     const int line = height / lineCount();
-    setFontSize(int(line / LineSpacing * SmallestFont / pixels(SmallestFont)));
+    setFontSize(int(line / LineSpacing * 100 / zoom()));
     const int portrait = qMin(height, width() / 3);
-    m_portraitLabel->setGeometry(margin, margin, portrait, height);
+    m_portraitLabel->setGeometry(margin, margin, portrait, portrait);
     const int left = margin + portrait + pixels(Spacing);
     const int textWidth = qMax(0, width() - left - margin);
     const int textHeight = fontMetrics().height();
@@ -213,7 +213,7 @@ LastKillWidget::LastKillWidget(PlayersListModel *model, QWidget *parent)
     setObjectName(QStringLiteral("lastKillWidget"));
     for (int slot = 0; slot < m_slotCount; ++slot) {
         m_portraits << new PortraitLabel(this);
-        m_names << new FittedLabel(false, this);
+        m_names << new FittedLabel(true, this);
         m_portraits.last()->setObjectName(QStringLiteral("killPortrait%1").arg(slot));
         m_names.last()->setObjectName(QStringLiteral("killName%1").arg(slot));
         m_names.last()->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
@@ -225,44 +225,74 @@ LastKillWidget::LastKillWidget(PlayersListModel *model, QWidget *parent)
 
 void LastKillWidget::onCreatureChanged()
 {
-    int slot = 0;
+    QStringList killers;
     for (const Creature *creature : m_model->kills()) {
-        if (slot == m_slotCount)
+        if (killers.size() == m_slotCount)
             break;
         if (creature->lastHitBy().isEmpty())
             continue;
-        m_portraits.at(slot)->setPortrait(creature->portrait());
-        m_names.at(slot)->setText(
-            tr("<b>%1</b>").arg(asHtml(killerName(creature->lastHitBy()), LongestName)));
-        ++slot;
+        m_portraits.at(killers.size())->setPortrait(creature->portrait());
+        killers << shortened(killerName(creature->lastHitBy()), LongestName);
     }
-    for (; slot < m_slotCount; ++slot) {
-        m_portraits.at(slot)->setPortrait({});
-        m_names.at(slot)->clear();
+    for (qsizetype slot = 0; slot < m_slotCount; ++slot) {
+        const bool isUsed = slot < killers.size();
+        if (!isUsed)
+            m_portraits.at(slot)->setPortrait({});
+        m_names.at(slot)->setText(isUsed ? tr("<b>%1</b>").arg(asHtml(killers.at(slot)))
+                                         : QString());
     }
+    if (killers == m_killers)
+        return;
+    m_killers = killers;
+    fit();
 }
 
 QSize LastKillWidget::minimumSizeHint() const
 {
-    return {pixels(SmallestFont * 8), pixels(SmallestFont * LineSpacing * 4 + 2 * EdgeMargin)};
+    return {pixels(SmallestFont * 8),
+            pixels(SmallestFont * LineSpacing * (NameLines + 3) + 2 * EdgeMargin)};
 }
 
 QSize LastKillWidget::sizeHint() const
 {
-    return {pixels(400), pixels(SmallestFont * LineSpacing * TurnLines * 1.2)};
+    return {pixels(400), pixels(UsualFont * LineSpacing * TurnLines)};
+}
+
+int LastKillWidget::portraitSide() const
+{
+    const int names = NameLines * fontMetrics().height();
+    return qMax(1, qMin(height() - names - 2 * pixels(EdgeMargin), height() * 3 / 4));
+}
+
+// The largest type in which each word is narrower than the portrait above it.
+void LastKillWidget::fitNames()
+{
+    setFontSize(int(height() / (LineSpacing * TurnLines) * 100 / zoom()));
+    const QStringList words = m_killers.join(u' ').split(u' ');
+    const auto areWordsWhole = [&] {
+        QFont bold = font();
+        bold.setBold(true);
+        const QFontMetrics metrics(bold);
+        return std::all_of(words.cbegin(), words.cend(), [&](const QString &word) {
+            return metrics.horizontalAdvance(word) < portraitSide();
+        });
+    };
+    while (fontSize() > SmallestFont && !areWordsWhole())
+        setFontSize(fontSize() - 1);
 }
 
 void LastKillWidget::fit()
 {
+    fitNames();
     const int margin = pixels(EdgeMargin);
-    const int textHeight = fontMetrics().height();
-    const int side = qMax(1, qMin(height() - textHeight - 2 * margin, height() * 3 / 4));
+    const int side = portraitSide();
     const int step = side + pixels(Spacing);
     m_visibleCount = qBound(0, (width() - 2 * margin) / step, m_slotCount);
     for (int slot = 0; slot < m_slotCount; ++slot) {
         const int left = margin + slot * step;
         m_portraits.at(slot)->setGeometry(left, margin, side, side);
-        m_names.at(slot)->setGeometry(left, margin + side, side, textHeight);
+        m_names.at(slot)->setGeometry(left, margin + side, side,
+                                      NameLines * fontMetrics().height());
         m_portraits.at(slot)->setVisible(slot < m_visibleCount);
         m_names.at(slot)->setVisible(slot < m_visibleCount);
     }
@@ -338,7 +368,7 @@ QSize TickerWidget::minimumSizeHint() const
 
 QSize TickerWidget::sizeHint() const
 {
-    return {pixels(400), lineHeight()};
+    return {pixels(400), UsualTickerLines * lineHeight()};
 }
 
 void TickerWidget::resizeEvent(QResizeEvent *event)

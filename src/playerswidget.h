@@ -27,6 +27,7 @@ public:
     void setZoom(int percent);
 
 protected:
+    int zoom() const { return m_zoom; }
     int pixels(qreal size) const;
     // Lays the panel out anew after a change of a size.
     virtual void fit() = 0;
@@ -98,9 +99,13 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
+    int portraitSide() const; // pixels of the screen
+    void fitNames();
+
     PlayersListModel *m_model;
     int m_slotCount = 10;
     int m_visibleCount = 0;
+    QStringList m_killers; // of the slots that are used
     QList<PortraitLabel *> m_portraits;
     QList<FittedLabel *> m_names;
 };

@@ -23,6 +23,7 @@ PlayersWindow *thePlayersWindow = nullptr;
 namespace {
 
 constexpr QSize DefaultSize(960, 640);
+constexpr qreal LargestDockShare = 0.25; // of the window's height
 constexpr int ZoomSteps[] = {100, 125, 150, 200, 300, 400}; // per cent
 constexpr int LeastZoom = 100;
 constexpr int LargestZoom = 400;
@@ -199,9 +200,10 @@ void PlayersWindow::setShowNext(bool show)
 
 void PlayersWindow::setZoom(int percent)
 {
-    m_zoom = qBound(LeastZoom, percent, LargestZoom);
+    const int before = std::exchange(m_zoom, qBound(LeastZoom, percent, LargestZoom));
     QSettings().setValue(key("zoom"), m_zoom);
     applyZoom();
+    arrangeDocks(qreal(m_zoom) / before);
 }
 
 void PlayersWindow::applyZoom()
@@ -274,6 +276,39 @@ void PlayersWindow::leaveFullScreen()
         m_fullScreen->leave();
 }
 
+// Until the DM drags an edge, the panels above and below the list are as high as they like to be,
+// but leave the list most of the window.
+void PlayersWindow::arrangeDocks(qreal scale)
+{
+    QList<QDockWidget *> docks;
+    QList<int> heights;
+    for (QDockWidget *dock : std::as_const(m_docks)) {
+        const Qt::DockWidgetArea area = dockWidgetArea(dock);
+        if (dock->isFloating() || dock->isHidden()
+            || (area != Qt::TopDockWidgetArea && area != Qt::BottomDockWidgetArea))
+            continue;
+        const int usual = qMin(dock->sizeHint().height(), int(height() * LargestDockShare));
+        docks << dock;
+        heights << qMax(1, m_isArrangedByDM ? qRound(dock->height() * scale) : usual);
+    }
+    resizeDocks(docks, heights, Qt::Vertical);
+}
+
+bool PlayersWindow::event(QEvent *event)
+{
+    // Nothing of the window itself lies open to the mouse but the edges of the docks.
+    if (event->type() == QEvent::MouseButtonPress)
+        m_isArrangedByDM = true;
+    return QMainWindow::event(event);
+}
+
+void PlayersWindow::resizeEvent(QResizeEvent *event)
+{
+    QMainWindow::resizeEvent(event);
+    if (!m_isArrangedByDM)
+        arrangeDocks();
+}
+
 // --- settings ---
 
 void PlayersWindow::restoreSettings()
@@ -283,7 +318,7 @@ void PlayersWindow::restoreSettings()
     m_fullScreen->restore(settings.value(key("geometry")).toByteArray(),
                           settings.value(key("screen")).toString(),
                           settings.value(key("fullScreen"), false).toBool());
-    restoreState(settings.value(key("state")).toByteArray());
+    m_isArrangedByDM = restoreState(settings.value(key("state")).toByteArray());
     m_listModel->setShowDamage(settings.value(key("showDamageAndHeals"), true).toBool());
     m_yourTurn->setShowNext(settings.value(key("showNext"), false).toBool());
     m_zoom = qBound(LeastZoom, settings.value(key("zoom"), LeastZoom).toInt(), LargestZoom);

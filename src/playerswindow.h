@@ -29,6 +29,8 @@ public:
     PlayersView *view() const { return m_view; }
     YourTurnWidget *yourTurn() const { return m_yourTurn; }
     QList<QAction *> dockToggles() const;
+    // The context menu as it is now. The caller deletes it.
+    QMenu *createPopupMenu() override;
 
     // Shows the creature and the rich text in "Your Turn!", until something changes who is current.
     // Null stands for the creature whose turn it is, and so does a hidden creature, without the
@@ -61,8 +63,9 @@ protected:
     void closeEvent(QCloseEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
+    bool event(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
-    QMenu *createPopupMenu() override;
 
 private:
     QDockWidget *addDock(const QString &name, const QString &title, QWidget *content,
@@ -73,6 +76,8 @@ private:
     void addZoomMenu(QMenu *menu);
     void addScreensMenu(QMenu *menu);
     void applyZoom();
+    // With docks that the DM arranged, their heights are multiplied.
+    void arrangeDocks(qreal scale = 1);
     void zoomIn();
     void zoomOut();
     void zoomReset();
@@ -86,6 +91,7 @@ private:
     LastKillWidget *m_lastKills;
     TickerWidget *m_ticker;
     QList<QDockWidget *> m_docks;
+    bool m_isArrangedByDM = false; // the docks
     PlayersCurtain *m_curtain;
     FullScreen *m_fullScreen;
     int m_zoom = 100;
