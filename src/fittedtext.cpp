@@ -11,6 +11,8 @@
 
 namespace {
 
+// Bold lines are a little higher than the font says.
+constexpr qreal LineSlack = 0.9;
 const QString Ellipsis = QStringLiteral("…");
 
 // Where the last line that lies within the height begins and ends.
@@ -30,7 +32,7 @@ Line lastLine(const QTextDocument &document, qreal height)
         for (int i = 0; i < block.layout()->lineCount(); ++i) {
             const QTextLine line = block.layout()->lineAt(i);
             const qreal top = place.y() + line.y();
-            if (!isFirst && top + line.height() > height + 1) {
+            if (!isFirst && top + line.height() * LineSlack > height) {
                 found.isLast = false;
                 return found;
             }

@@ -49,8 +49,8 @@ QString playersEffectsText(const Creature *creature)
 PlayersListModel::PlayersListModel(QObject *parent)
     : QAbstractTableModel(parent), m_currentIcon(listIcon({"arrow-right-red128.png"})),
       m_noIcon(listIcon({"no-icon.png"})),
-      m_delayIcon(listIcon({"delay-turn16.png", "delay-turn32.png"})),
-      m_readyIcon(listIcon({"ready-action16.png", "ready-action32.png"})),
+      m_delayIcon(listIcon({"delay-turn16.png", "delay-turn32.png", "delay-turn128.png"})),
+      m_readyIcon(listIcon({"ready-action16.png", "ready-action32.png", "ready-action128.png"})),
       m_hiddenIcon(listIcon({"faided-eye128.png"}))
 {
     const SwitchBoard *hub = switchBoard();

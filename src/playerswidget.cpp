@@ -29,6 +29,7 @@ constexpr int NameLines = 2; // of a killer
 constexpr int Spacing = 5;
 constexpr int EdgeMargin = 2;
 constexpr qreal LineSpacing = 1.25;
+constexpr qreal RichTextSlack = 1.1; // a laid out text may be wider than its letters
 constexpr int DefaultTickerFont = 16;
 const QString TickerFontKey = QStringLiteral("playersWindow/tickerFontSize");
 
@@ -64,7 +65,8 @@ void PlayersWidget::setFontSize(int size)
     m_fontSize = qBound(SmallestFont, size, LargestFont);
     QFont sized = font();
     sized.setPixelSize(pixels(m_fontSize));
-    setFont(sized);
+    if (sized != font())
+        setFont(sized);
 }
 
 void PlayersWidget::setZoom(int percent)
@@ -131,6 +133,7 @@ void YourTurnWidget::show(Creature *creature, const QString &message)
     m_hpLabel->setText(shown->isMonster() ? QString()
                                           : shown->playersHealthText(m_model->showsDamage()));
     showNext(shown);
+    fit(); // an empty line takes no room
 }
 
 void YourTurnWidget::clear()
@@ -187,13 +190,12 @@ void YourTurnWidget::fit()
     const int textWidth = qMax(0, width() - left - margin);
     const int textHeight = fontMetrics().height();
     int top = margin;
-    const auto place = [&](QLabel *label, int lines) {
-        label->setGeometry(left, top, textWidth, lines);
-        top += lines;
+    const auto place = [&](QLabel *label, int space) {
+        label->setGeometry(left, top, textWidth, space);
+        top += space;
     };
-    place(m_nameLabel, textHeight);
-    place(m_stateLabel, textHeight);
-    place(m_hpLabel, textHeight);
+    for (QLabel *label : {m_nameLabel, m_stateLabel, m_hpLabel})
+        place(label, label->text().isEmpty() ? 0 : textHeight);
     const int below = m_showsNext ? textHeight : 0;
     place(m_conditionLabel, qMax(textHeight, margin + height - below - top));
     place(m_nextLabel, below);
@@ -274,7 +276,7 @@ void LastKillWidget::fitNames()
         bold.setBold(true);
         const QFontMetrics metrics(bold);
         return std::all_of(words.cbegin(), words.cend(), [&](const QString &word) {
-            return metrics.horizontalAdvance(word) < portraitSide();
+            return metrics.horizontalAdvance(word) * RichTextSlack < portraitSide();
         });
     };
     while (fontSize() > SmallestFont && !areWordsWhole())
