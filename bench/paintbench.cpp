@@ -9,6 +9,8 @@
 #include "creature.h"
 #include "encounter.h"
 #include "mainwindow.h"
+#include "playersview.h"
+#include "playerswindow.h"
 #include "ratios.h"
 #include "switchboard.h"
 
@@ -65,6 +67,27 @@ void actionToFrame(benchmark::State &state)
         hpBox->setValue(7);
         heal ? window.onHeal() : window.onHit();
         heal = !heal;
+        watch.wait();
+    }
+}
+
+// From one creature's damage to the repainted list of the players' window.
+void damageToPlayers(benchmark::State &state)
+{
+    constexpr int characters = 4;
+    const BenchFolder folder(8);
+    MainWindow window;
+    folder.load();
+    startFight(int(state.range(0)) - characters);
+    PlayersWindow players;
+    players.resize(1920, 1080);
+    players.show();
+    PaintWatch watch(players.view()->viewport());
+    players.view()->viewport()->update();
+    watch.wait();
+    Creature *creature = theEncounter->at(1);
+    for (auto _ : state) {
+        creature->takeDamage(1, nullptr);
         watch.wait();
     }
 }
@@ -126,4 +149,5 @@ void panelSwitch(benchmark::State &state)
 } // namespace
 
 BENCHMARK(panelSwitch)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(damageToPlayers)->Arg(50)->Arg(500)->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(actionToFrame)->Arg(50)->Arg(500)->UseRealTime()->Unit(benchmark::kMillisecond);

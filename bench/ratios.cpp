@@ -52,6 +52,8 @@ constexpr Rate rates[] = {
     {"trap texts of 1 MB read a second", "parseLongTrap", 1, "1"},
     {"frames a second after an action, 50 creatures", "actionToFrame/50", 1, "63"},
     {"frames a second after an action, 500 creatures", "actionToFrame/500", 1, "63"},
+    {"frames a second for the players after a damage, 500 creatures", "damageToPlayers/500", 1,
+     "125"},
     {"panels shown a second, 20 powers", "panelSwitch", 1, "63"},
     {"the same in a large fight: next turn", "commandToFrame/nextTurn", 1, "63"},
     {"an effect on all 50", "commandToFrame/effectOnAll", 1, "63"},

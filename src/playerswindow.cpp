@@ -14,6 +14,7 @@
 #include "playerslistmodel.h"
 #include "playersview.h"
 #include "playerswidget.h"
+#include "windowstate.h"
 
 #include <algorithm>
 #include <memory>
@@ -318,7 +319,7 @@ void PlayersWindow::restoreSettings()
     m_fullScreen->restore(settings.value(key("geometry")).toByteArray(),
                           settings.value(key("screen")).toString(),
                           settings.value(key("fullScreen"), false).toBool());
-    m_isArrangedByDM = restoreState(settings.value(key("state")).toByteArray());
+    m_isArrangedByDM = restoreState(keptWindowState(key("state")));
     m_listModel->setShowDamage(settings.value(key("showDamageAndHeals"), true).toBool());
     m_yourTurn->setShowNext(settings.value(key("showNext"), false).toBool());
     m_zoom = qBound(LeastZoom, settings.value(key("zoom"), LeastZoom).toInt(), LargestZoom);
@@ -332,7 +333,7 @@ void PlayersWindow::writeSettings()
 {
     QSettings settings;
     settings.setValue(key("geometry"), m_fullScreen->geometry());
-    settings.setValue(key("state"), saveState());
+    keepWindowState(key("state"), saveState());
     settings.setValue(key("fontSize"), m_view->fixedFontSize());
     settings.setValue(key("showDamageAndHeals"), m_listModel->showsDamage());
     settings.setValue(key("screen"), m_fullScreen->screenName());

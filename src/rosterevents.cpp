@@ -337,6 +337,10 @@ RenameCreatureEvent::RenameCreatureEvent(const QString &oldName, const QString &
 
 QString RenameCreatureEvent::text() const
 {
+    // The names in the record are those of the DM.
+    const Creature *renamed = PlayersNames::areUsed() ? findCreature(m_newName, false) : nullptr;
+    if (renamed && (renamed->isHidden() || renamed->aliasMode() != 0))
+        return tr("Rename %1 -> %2").arg(renamed->displayName(), renamed->displayName());
     return tr("Rename %1 -> %2").arg(m_oldName, m_newName);
 }
 

@@ -328,6 +328,7 @@ void PlayersWindowTest::keepsWhatTheDMKeeps()
     ogre->setHidden(true);
     append<NextTurnEvent>(); // the ticker reads its lines anew
     theHistory->stepBack();
+    append<RenameCreatureEvent>(u"Ogre (0)"_s, u"Ogre (1)"_s);
     const QString shown = allText();
     QVERIFY2(!shown.contains(u"Ogre"_s) && !shown.contains(u"Stranger"_s), qPrintable(shown));
     m_window->setInitiativeMessage(ogre, u"Initiative?"_s);
