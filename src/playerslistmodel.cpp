@@ -57,6 +57,7 @@ PlayersListModel::PlayersListModel(QObject *parent)
     connect(hub, &SwitchBoard::doCreatureUpdated, this, &PlayersListModel::onCreatureInListUpdated);
     connect(hub, &SwitchBoard::doCreatureEffectsChanged, this,
             &PlayersListModel::onCreatureInListUpdated);
+    connect(hub, &SwitchBoard::doNameShownChanged, this, &PlayersListModel::onNameShownChanged);
     connect(hub, &SwitchBoard::doDisableWidgetDisplay, this,
             &PlayersListModel::onDisableWidgetDisplay);
     connect(hub, &SwitchBoard::doEnableWidgetDisplay, this,
@@ -87,7 +88,7 @@ void PlayersListModel::refresh()
     if (!m_creatures.isEmpty())
         Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, ColumnCount - 1));
     if (m_view)
-        m_view->fitRows();
+        m_view->fitAnew();
     refreshCurrent();
 }
 
@@ -221,6 +222,16 @@ void PlayersListModel::onCreatureInListUpdated(Creature *creature)
     noteRowChanged(row);
     if (m_view)
         m_view->fitRow(row);
+}
+
+// The name may stand in any row, as an effect's origin, and below a kill.
+void PlayersListModel::onNameShownChanged()
+{
+    if (m_displayDisabled)
+        return;
+    if (!m_creatures.isEmpty())
+        Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, ColumnCount - 1));
+    Q_EMIT doCurrentChanged();
 }
 
 void PlayersListModel::onDisableWidgetDisplay()

@@ -26,6 +26,7 @@ public:
     // arrow at the visible one before it.
     int currentRow() const { return m_currentRow; }
     Creature *currentCreature() const { return m_currentCreature; }
+    const QList<Creature *> &creatures() const { return m_creatures; }
     // The visible living creature whose turn follows that of the current one; null without another.
     Creature *nextCreature() const;
     // Dead monsters by the order of the blows that killed them.
@@ -50,6 +51,7 @@ public Q_SLOTS:
     void onCurrentCreatureChanged();
     // Null stands for all.
     void onCreatureInListUpdated(Creature *creature = nullptr);
+    void onNameShownChanged();
     void onDisableWidgetDisplay();
     void onEnableWidgetDisplay();
 

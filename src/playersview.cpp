@@ -4,7 +4,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QPainter>
-#include <QScopedValueRollback>
+#include <QScreen>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
 
@@ -112,11 +112,11 @@ void PlayersView::setZoom(int percent)
 {
     m_zoom = percent;
     m_healthDelegate->setZoom(percent);
-    m_measuredSize = 0;
-    // Twice the size may leave no room beside a second window on a small screen.
-    setMinimumWidth(pixels(LeastWidth));
+    m_widths.clear();
+    // A window that is wider than its screen would be cut.
+    setMinimumWidth(qMax(LeastWidth, qMin(pixels(LeastWidth), screen()->size().width() / 2)));
     applySize(m_fontSize);
-    fitRows();
+    fitAnew();
 }
 
 // --- fitting ---
@@ -133,19 +133,10 @@ PlayersView::Widths PlayersView::measureRow(int row, int size)
             metrics.horizontalAdvance(text(Model::EffectsColumn)) + margin};
 }
 
-void PlayersView::measure(int size)
-{
-    if (size == m_measuredSize)
-        return;
-    m_widths.resize(m_model->rowCount());
-    for (int row = 0; row < m_widths.size(); ++row)
-        m_widths[row] = measureRow(row, size);
-    m_measuredSize = size;
-}
-
 PlayersView::Widths PlayersView::contentWidths(int size)
 {
-    measure(size);
+    if (std::exchange(m_measuredSize, size) != size)
+        m_widths.clear();
     Widths widest {};
     QFont headerFont = fontOfSize(size);
     headerFont.setBold(true);
@@ -153,10 +144,15 @@ PlayersView::Widths PlayersView::contentWidths(int size)
         widest[column] =
             QFontMetrics(headerFont)
                 .horizontalAdvance(model()->headerData(column, Qt::Horizontal).toString())
-            + pixels(CellMargin);
-    for (const Widths &row : std::as_const(m_widths))
+            + pixels(2 * CellMargin);
+    const QList<Creature *> &creatures = m_model->creatures();
+    for (int row = 0; row < creatures.size(); ++row) {
+        auto known = m_widths.constFind(creatures.at(row));
+        if (known == m_widths.constEnd())
+            known = m_widths.insert(creatures.at(row), measureRow(row, size));
         for (int column = 0; column < Model::ColumnCount; ++column)
-            widest[column] = qMax(widest[column], row[column]);
+            widest[column] = qMax(widest[column], known->at(column));
+    }
     return widest;
 }
 
@@ -216,19 +212,31 @@ void PlayersView::applyWidths()
 
 void PlayersView::fitRows()
 {
-    m_measuredSize = 0;
+    // Those that stay are still known. Another creature may come to stand where one that went was.
+    const QList<Creature *> &creatures = m_model->creatures();
+    const QSet<const Creature *> present(creatures.cbegin(), creatures.cend());
+    m_widths.removeIf([&](const auto &known) { return !present.contains(known.key()); });
+    fit(width(), height());
+    showRow(m_shownRow);
+}
+
+void PlayersView::fitAnew()
+{
+    m_widths.clear();
     fit(width(), height());
     showRow(m_shownRow);
 }
 
 void PlayersView::fitRow(int row)
 {
-    if (m_measuredSize != m_fontSize || row >= m_widths.size())
+    if (m_measuredSize == 0)
         return;
-    const Widths widths = measureRow(row, m_fontSize);
-    if (widths == m_widths.at(row))
+    const Creature *creature = m_model->creatures().at(row);
+    const Widths before = m_widths.value(creature);
+    const Widths widths = measureRow(row, m_measuredSize);
+    if (widths == before)
         return;
-    m_widths[row] = widths;
+    m_widths.insert(creature, widths);
     fit(width(), height());
 }
 

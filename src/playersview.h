@@ -6,6 +6,7 @@
 
 #include <array>
 
+class Creature;
 class PlayersHealthDelegate;
 class PlayersListModel;
 
@@ -32,8 +33,10 @@ public:
     // Takes the largest type with which header and rows are lower than `height` and the contents
     // narrower than `width`, in pixels of the screen.
     void fit(int width, int height);
-    // After a change of which rows there are, or of all of them.
+    // After a change of which rows there are.
     void fitRows();
+    // After a change of what any row says.
+    void fitAnew();
     // After a change of what one row says.
     void fitRow(int row);
     // Brings the row into view with those around it.
@@ -53,7 +56,6 @@ private:
     int heightOfRow(int size) const;
     int headerHeight(int size) const;
     Widths measureRow(int row, int size);
-    void measure(int size);
     Widths contentWidths(int size);
     bool fitsAt(int size, int width, int height);
     void applySize(int size);
@@ -67,6 +69,6 @@ private:
     int m_fontSize = SmallestFont;
     int m_zoom = 100;
     int m_shownRow = -1;
-    QList<Widths> m_widths; // of each row in m_measuredSize
-    int m_measuredSize = 0; // 0: of no row
+    QHash<const Creature *, Widths> m_widths; // of the rows that were measured in m_measuredSize
+    int m_measuredSize = 0;
 };

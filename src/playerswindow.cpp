@@ -10,11 +10,13 @@
 
 #include "creature.h"
 #include "fullscreen.h"
+#include "lastkillwidget.h"
 #include "playerscurtain.h"
 #include "playerslistmodel.h"
 #include "playersview.h"
-#include "playerswidget.h"
+#include "tickerwidget.h"
 #include "windowstate.h"
+#include "yourturnwidget.h"
 
 #include <algorithm>
 #include <memory>
