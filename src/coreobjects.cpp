@@ -33,7 +33,8 @@ void connectObjects()
 
 } // namespace
 
-CoreObjects::CoreObjects()
+CoreObjects::CoreObjects(std::function<void()> beforeEncounters)
+    : m_beforeEncounters(std::move(beforeEncounters))
 {
     theEncounter = new Encounter;
     theHistory = new History;
@@ -50,5 +51,7 @@ CoreObjects::~CoreObjects()
     destroy(theEncounter);
     destroy(theCharacters);
     destroy(theMonsters);
+    if (m_beforeEncounters)
+        m_beforeEncounters();
     destroy(theEncounters);
 }

@@ -8,6 +8,7 @@
 #include "dialoghost.h"
 #include "encounter.h"
 #include "text.h"
+#include "windows.h"
 
 namespace {
 
@@ -74,6 +75,12 @@ void FlatDialog::done(int result)
 void FlatDialog::reject()
 {
     m_eventLoop.exit(0);
+}
+
+void FlatDialog::tellPlayers(Creature *creature, const QString &message)
+{
+    if (thePlayersDisplay)
+        thePlayersDisplay->setInitiativeMessage(creature, message);
 }
 
 void FlatDialog::showInPanel(Creature *creature)

@@ -50,6 +50,8 @@ protected:
     // and its own again.
     static void showInPanel(Creature *creature);
     static void returnPanel();
+    // The players see the creature with that rich text; null ends it.
+    static void tellPlayers(Creature *creature, const QString &message = {});
 
     void keyPressEvent(QKeyEvent *event) override;
     bool eventFilter(QObject *object, QEvent *event) override;

@@ -5,6 +5,7 @@
 #include "mainwindow.h"
 #include "messagedialog.h"
 #include "monsters.h"
+#include "windows.h"
 
 void MainWindow::onStepBack()
 {
@@ -41,6 +42,8 @@ void MainWindow::onNewHistory()
     theCharacters->resetForEncounter();
     theHistory->clear();
     updateActions();
+    if (m_players)
+        m_players->refresh();
 }
 
 void MainWindow::onTruncateHistory()

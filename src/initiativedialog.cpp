@@ -65,7 +65,10 @@ void InitiativeData::addCharacter(Creature *creature, int roll)
 
 void InitiativeData::addMonster(Creature *creature, int roll)
 {
-    const Member member {creature, creature->name(), creature->displayName(), roll, nullptr};
+    const Member member {.creature = creature,
+                         .name = creature->name(),
+                         .displayName = creature->displayName(),
+                         .roll = roll};
     const auto same = std::find_if(m_entries.begin(), m_entries.end(), [&](const Entry &entry) {
         return entry.name == creature->group();
     });
@@ -204,14 +207,20 @@ QSpinBox *InitiativeData::firstSpinBox() const
     return first.spinBox ? first.spinBox : first.members.first().spinBox;
 }
 
-Creature *InitiativeData::creatureOf(const QWidget *box) const
+Creature *InitiativeData::lookAt(const QWidget *box, QString &message)
 {
-    for (const Entry &entry : m_entries) {
+    const auto look = [&](auto &rolled) -> Creature * {
+        const bool asks = rolled.untouched || rolled.roll < LowestRoll;
+        rolled.untouched = false;
+        message = asks ? tr("Initiative?") : tr("Initiative <b>%1</b>").arg(rolled.roll);
+        return rolled.creature;
+    };
+    for (Entry &entry : m_entries) {
         if (entry.spinBox && entry.spinBox == box)
-            return entry.creature;
-        for (const Member &member : entry.members) {
+            return look(entry);
+        for (Member &member : entry.members) {
             if (member.spinBox && member.spinBox == box)
-                return member.creature;
+                return look(member);
         }
     }
     return nullptr;
@@ -249,8 +258,12 @@ InitiativeDialog::InitiativeDialog(const CreatureList &creatures, QWidget *paren
     setObjectName(QStringLiteral("initiativeDialog"));
     for (Creature *creature : creatures)
         (creature->isMonster() ? m_monsters : m_characters).add(creature);
-    connect(&m_monsters, &InitiativeData::doOpenCloseClicked, this,
-            &InitiativeDialog::onOpenCloseClicked);
+    for (const InitiativeData *half : {&m_characters, &m_monsters}) {
+        connect(half, &InitiativeData::doInitValueChanged, this,
+                &InitiativeDialog::onSpinBoxValueChanged);
+        connect(half, &InitiativeData::doOpenCloseClicked, this,
+                &InitiativeDialog::onOpenCloseClicked);
+    }
     m_holder = vWidget();
     setContent(m_holder);
     rebuildForm();
@@ -316,6 +329,7 @@ int InitiativeDialog::exec()
         connect(qApp, &QApplication::focusChanged, this, &InitiativeDialog::onInitFocusChanged);
     const int result = FlatDialog::exec();
     disconnect(focus);
+    tellPlayers(nullptr);
     returnPanel();
     return result;
 }
@@ -325,8 +339,17 @@ void InitiativeDialog::onInitFocusChanged(QWidget *, QWidget *now)
     // Another program may have the focus for a while.
     if (!now)
         return;
-    Creature *creature = m_characters.creatureOf(now);
-    showInPanel(creature ? creature : m_monsters.creatureOf(now));
+    QString message;
+    Creature *creature = m_characters.lookAt(now, message);
+    if (!creature)
+        creature = m_monsters.lookAt(now, message);
+    tellPlayers(creature, message);
+    showInPanel(creature);
+}
+
+void InitiativeDialog::onSpinBoxValueChanged(Creature *creature, int value)
+{
+    tellPlayers(creature, tr("Initiative <b>%1</b>").arg(value));
 }
 
 void InitiativeDialog::onOpenCloseClicked()

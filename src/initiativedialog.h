@@ -23,6 +23,7 @@ public:
         QString name; // without its group
         QString displayName;
         int roll = 0;
+        bool untouched = true; // nobody has looked at the roll yet
         QSpinBox *spinBox = nullptr;
     };
     struct Entry {
@@ -32,6 +33,7 @@ public:
         QPointer<Creature> creature; // the character, or the group's template
         int initBonus = 0;
         int roll = 0;
+        bool untouched = true;
         QSpinBox *spinBox = nullptr; // null while expanded
         QList<Member> members; // none for a character
     };
@@ -47,8 +49,9 @@ public:
     // One for each name of the form, and one for each creature that takes no turns.
     QList<CreatureInit> items() const;
     QSpinBox *firstSpinBox() const;
-    // Whom the box rolls for; null for any other widget.
-    Creature *creatureOf(const QWidget *box) const;
+    // Whom the box rolls for, null for any other widget, and what the players are told when it gets
+    // the focus: at first that a roll is wanted, then the roll.
+    Creature *lookAt(const QWidget *box, QString &message);
 
 Q_SIGNALS:
     void doInitValueChanged(Creature *creature, int value);
@@ -86,6 +89,7 @@ public:
 
 private Q_SLOTS:
     void onInitFocusChanged(QWidget *old, QWidget *now);
+    void onSpinBoxValueChanged(Creature *creature, int value);
     void onOpenCloseClicked();
     void onAllExpandedClicked(bool checked);
 

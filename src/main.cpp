@@ -11,6 +11,7 @@
 #include "mainwindow.h"
 #include "memorytracker.h"
 #include "messagelog.h"
+#include "playerswindow.h"
 #include "terms.h"
 
 namespace {
@@ -59,6 +60,9 @@ int main(int argc, char **argv)
     installTranslation(translator);
     setDefaultTerms();
 
+    makePlayersDisplay = []() -> std::unique_ptr<PlayersDisplay> {
+        return std::make_unique<PlayersWindow>();
+    };
     MainWindow window;
     findDataFolder();
     window.show();

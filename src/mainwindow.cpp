@@ -49,7 +49,11 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), m_refreshTimer(ne
     theMainWindow = this;
     setDialogHost(this);
     setWindows(this);
-    m_core = std::make_unique<CoreObjects>();
+    m_core = std::make_unique<CoreObjects>([this] { m_players.reset(); });
+    if (makePlayersDisplay) {
+        m_players = makePlayersDisplay();
+        m_players->shownChanged = [this] { updatePlayersAction(); };
+    }
     activeAppWindow = this;
 
     createCentre();
@@ -62,6 +66,7 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), m_refreshTimer(ne
 
     setWindowTitle(tr("Morvane DM's Display"));
     updateActions();
+    updatePlayersAction();
     // Before restoreLayout(), which may put the tool bar into a window of its own.
     setTabOrder(m_hpBox, m_table);
     setTabOrder(m_table, m_hpBox);
@@ -290,8 +295,9 @@ void MainWindow::onFocusChanged(QWidget *, QWidget *now)
 {
     if (now == this && !m_activeDialog)
         m_table->setFocus();
-    if (now && now->window() == this)
-        activeAppWindow = this;
+    QWidget *window = now ? now->window() : nullptr;
+    if (window == this || (window && m_players && window == m_players->displayWindow()))
+        activeAppWindow = window;
 }
 
 void MainWindow::keyPressEvent(QKeyEvent *event)
@@ -395,11 +401,16 @@ void MainWindow::refreshCharacterList() { }
 void MainWindow::refreshTerms()
 {
     updateTerms();
+    if (m_players)
+        m_players->refresh();
 }
 
 void MainWindow::hideForReplay()
 {
     m_replaying = true;
+    m_wasPlayersVisible = isPlayersVisible();
+    if (m_players)
+        m_players->displayWindow()->hide();
     m_table->hide();
     hide();
     m_refreshTimer->stop();
@@ -412,6 +423,8 @@ void MainWindow::showAfterReplay()
     updateActions();
     m_table->show();
     show();
+    if (m_wasPlayersVisible)
+        m_players->displayWindow()->show();
 }
 
 int MainWindow::partySize() const

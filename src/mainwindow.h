@@ -17,6 +17,7 @@ class FormPage;
 class HPBox;
 class LookOnlyBar;
 class MainWindowActions;
+class PlayersDisplay;
 class QLabel;
 class QStackedWidget;
 class QTimer;
@@ -107,6 +108,8 @@ public Q_SLOTS:
     void onNewHistory();
     void onTruncateHistory();
     void activateMainWindow();
+    // Nothing without a Player's Display.
+    void onTogglePlayerWindow();
     void toggleCurrentWindow();
     void toggleSelectedWindow();
     void toggleHistoryWindow();
@@ -160,6 +163,8 @@ private:
     void updateHealthActions();
     void updateStartStopAction();
     void updateShowHideAction();
+    void updatePlayersAction();
+    bool isPlayersVisible() const;
     void updateActions();
     // The user may run commands that make an event or change the log.
     bool canCommand() const;
@@ -173,6 +178,9 @@ private:
     void endHealthFlow();
 
     std::unique_ptr<CoreObjects> m_core;
+    std::unique_ptr<PlayersDisplay> m_players; // null without one
+    // The Player's Display was open when the windows were hidden for a replay.
+    bool m_wasPlayersVisible = false;
     MainWindowActions *m_actions = nullptr;
     CreatureListModel *m_listModel = nullptr;
     CreatureTableView *m_table = nullptr;

@@ -45,6 +45,9 @@ const MainWindowActions::Row MainWindowActions::rows[] = {
     {&Actions::dmsWindow, "dmsWindow", QT_TR_NOOP("DM's Display Window"), nullptr,
      "dms-window32.png", QT_TR_NOOP("Bring DM's Display window to the front"),
      &MainWindow::activateMainWindow},
+    {&Actions::playersWindow, "playersWindow", QT_TR_NOOP("Show Player's Window"), nullptr,
+     "players-window-open32.png", QT_TR_NOOP("Show the Player's window"),
+     &MainWindow::onTogglePlayerWindow},
     {&Actions::pickParty, "pickParty", QT_TR_NOOP("Select Party..."), "Ctrl+Y", "pick-party32.png",
      QT_TR_NOOP("Select the characters that belong to the party"), &MainWindow::onPickParty},
     {&Actions::loadEncounter, "loadEncounter", QT_TR_NOOP("Load Encounter..."), nullptr,
@@ -114,7 +117,8 @@ MainWindowActions::MainWindowActions(MainWindow *window)
     : QObject(window), playIcon(image("play32.png")), stopIcon(image("stop32.png")),
       hideIcon(image("hide32.png")), showIcon(image("show32.png")),
       surgeIcon(image("healing-surge32.png")), surgeInUseIcon(image("healing-surge-x1-32.png")),
-      m_window(window)
+      playersOpenIcon(image("players-window-open32.png")),
+      playersCloseIcon(image("players-window-close32.png")), m_window(window)
 {
     for (const Row &row : rows)
         this->*row.action = create(row);
@@ -186,6 +190,8 @@ void MainWindowActions::fillToolBars(QSpinBox *hpBox)
     actions->addSeparator();
     actions->addWidget(hpBox);
     actions->addActions({hit, heal, surge, setTempHP});
+    actions->addSeparator();
+    actions->addAction(playersWindow);
 
     QToolBar *windows = m_window->addToolBar(tr("Windows"));
     windows->setObjectName(QStringLiteral("windowToolBar"));
@@ -225,7 +231,7 @@ void MainWindowActions::fillMenus(const QList<QAction *> &docks)
     bar->addMenu(tr("&Rest"))->addActions({shortRest, extendedRest});
 
     QMenu *window = bar->addMenu(tr("&Window"));
-    window->addAction(dmsWindow);
+    window->addActions({dmsWindow, playersWindow});
     window->addActions(docks);
 
     bar->addSeparator();

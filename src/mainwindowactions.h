@@ -30,6 +30,7 @@ public:
     QAction *newHistory = nullptr;
     QAction *truncateHistory = nullptr;
     QAction *dmsWindow = nullptr;
+    QAction *playersWindow = nullptr;
     QAction *pickParty = nullptr;
     QAction *loadEncounter = nullptr;
     QAction *addMonster = nullptr;
@@ -62,6 +63,8 @@ public:
     const QIcon showIcon;
     const QIcon surgeIcon;
     const QIcon surgeInUseIcon;
+    const QIcon playersOpenIcon;
+    const QIcon playersCloseIcon;
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

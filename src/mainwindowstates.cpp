@@ -10,6 +10,7 @@
 #include "mainwindow.h"
 #include "mainwindowactions.h"
 #include "paths.h"
+#include "windows.h"
 
 namespace {
 
@@ -135,6 +136,21 @@ void MainWindow::updateShowHideAction()
         shows ? tr("Show a creature so that it is visible to players")
               : tr("Hide a creature so that it is no longer visible to players"));
     setIconOnce(m_actions->showHide, shows ? m_actions->showIcon : m_actions->hideIcon);
+}
+
+void MainWindow::updatePlayersAction()
+{
+    QAction *action = m_actions->playersWindow;
+    const bool isShown = isPlayersVisible();
+    action->setText(isShown ? tr("Hide Player's Window...") : tr("Show Player's Window..."));
+    action->setToolTip(isShown ? tr("Hide Player's Window") : tr("Show Player's Window"));
+    action->setStatusTip(isShown ? tr("Hide the player's window") : tr("Show the Player's window"));
+    setIconOnce(action, isShown ? m_actions->playersCloseIcon : m_actions->playersOpenIcon);
+}
+
+bool MainWindow::isPlayersVisible() const
+{
+    return m_players && m_players->displayWindow()->isVisible();
 }
 
 // The HP box holds one number, which must be right for all, and each must have a surge left.

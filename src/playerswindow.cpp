@@ -21,8 +21,6 @@
 #include <algorithm>
 #include <memory>
 
-PlayersWindow *thePlayersWindow = nullptr;
-
 namespace {
 
 constexpr QSize DefaultSize(960, 640);
@@ -57,6 +55,10 @@ PlayersWindow::PlayersWindow(QWidget *parent)
     addKeys();
     restoreSettings();
     m_listModel->attachTo(m_view);
+    connect(this, &PlayersWindow::doShownChanged, this, [this] {
+        if (shownChanged)
+            shownChanged();
+    });
     thePlayersDisplay = this;
 }
 

@@ -25,6 +25,8 @@ public:
     explicit PlayersWindow(QWidget *parent = nullptr);
     ~PlayersWindow() override;
 
+    QWidget *displayWindow() override { return this; }
+
     PlayersListModel *listModel() const { return m_listModel; }
     PlayersView *view() const { return m_view; }
     YourTurnWidget *yourTurn() const { return m_yourTurn; }
@@ -49,7 +51,7 @@ public:
 
 public Q_SLOTS:
     // Everything anew from encounter, history and terms.
-    void refresh();
+    void refresh() override;
     void setCurtained(bool curtained);
     void toggleCurtain() { setCurtained(!isCurtained()); }
     void toggleFullScreen();
@@ -96,6 +98,3 @@ private:
     FullScreen *m_fullScreen;
     int m_zoom = 100;
 };
-
-// The one of the running program, set by who makes it. Null before and after.
-extern PlayersWindow *thePlayersWindow;

@@ -150,8 +150,10 @@ void ShortRestDialog::onRestValueChanged()
 void ShortRestDialog::onRestFocusChanged(QWidget *, QWidget *now)
 {
     for (const Row &row : std::as_const(m_rows)) {
-        if (now && (now == row.surgeBox || now == row.hpBox))
+        if (now && (now == row.surgeBox || now == row.hpBox)) {
             showInPanel(row.creature);
+            tellPlayers(row.creature, tr("Resting"));
+        }
     }
 }
 
@@ -161,6 +163,7 @@ int ShortRestDialog::exec()
         connect(qApp, &QApplication::focusChanged, this, &ShortRestDialog::onRestFocusChanged);
     const int result = FlatDialog::exec();
     disconnect(focus);
+    tellPlayers(nullptr);
     returnPanel();
     return result;
 }

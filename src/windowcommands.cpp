@@ -5,12 +5,21 @@
 #include "messagedialog.h"
 #include "paths.h"
 #include "version.h"
+#include "windows.h"
 
 void MainWindow::activateMainWindow()
 {
     show();
     raise();
     activateWindow();
+}
+
+void MainWindow::onTogglePlayerWindow()
+{
+    if (!m_players)
+        return;
+    m_players->displayWindow()->setVisible(!isPlayersVisible());
+    updatePlayersAction();
 }
 
 void MainWindow::toggleCurrentWindow()

@@ -3,6 +3,7 @@
 #include <QWidget>
 
 PlayersDisplay *thePlayersDisplay = nullptr;
+std::unique_ptr<PlayersDisplay> (*makePlayersDisplay)() = nullptr;
 QWidget *theMainWindow = nullptr;
 QWidget *activeAppWindow = nullptr;
 

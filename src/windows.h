@@ -2,22 +2,32 @@
 #pragma once
 
 #include <QString>
+#include <functional>
+#include <memory>
 
 class Creature;
 class QWidget;
 
-// What forms tell the players, for whom a window of its own stands on another screen.
+// The window that the players see on another screen, for those who don't know it: the DM's Display
+// shows and hides it, and forms tell the players whom they ask about.
 class PlayersDisplay {
 public:
+    virtual ~PlayersDisplay() = default;
+
+    virtual QWidget *displayWindow() = 0;
     // Shows the creature and the rich text to the players. Null ends it.
     virtual void setInitiativeMessage(Creature *creature, const QString &message) = 0;
+    // Everything anew from encounter, history and terms.
+    virtual void refresh() = 0;
 
-protected:
-    ~PlayersDisplay() = default;
+    // Called when the window was shown or hidden, by whatever means.
+    std::function<void()> shownChanged;
 };
 
 // Null while there is no such window; it sets and clears the pointer itself.
 extern PlayersDisplay *thePlayersDisplay;
+// Makes the window of the running program; null, as in most tests, for none.
+extern std::unique_ptr<PlayersDisplay> (*makePlayersDisplay)();
 // Null before the main window exists and after its shut-down.
 extern QWidget *theMainWindow;
 // The window of the program that was active last; never a dialog.
