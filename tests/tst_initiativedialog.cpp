@@ -12,6 +12,25 @@
 #include "testhome.h"
 #include "windowfixture.h"
 
+namespace {
+
+// Notes what the players are told, from its birth to its end.
+class NotingDisplay : public PlayersDisplay {
+public:
+    NotingDisplay() { thePlayersDisplay = this; }
+    ~NotingDisplay() override { thePlayersDisplay = nullptr; }
+    QWidget *displayWindow() override { return nullptr; }
+    void setInitiativeMessage(Creature *creature, const QString &message) override
+    {
+        told << (creature ? creature->displayName() + u": " + message : QString());
+    }
+    void refresh() override { }
+
+    QStringList told;
+};
+
+} // namespace
+
 class TestInitiativeDialog : public QObject {
     Q_OBJECT
 
@@ -156,6 +175,7 @@ void TestInitiativeDialog::keepsARollBeyondTheBox()
 void TestInitiativeDialog::worksByKeys()
 {
     InitiativeDialog dialog(m_creatures);
+    const NotingDisplay display;
     whenDialogRuns([&] {
         const auto type = [](const char *keys) {
             QTest::keyClicks(QApplication::focusWidget(), QLatin1String(keys));
@@ -166,11 +186,20 @@ void TestInitiativeDialog::worksByKeys()
              ++i)
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
         type("11");
+        box(dialog, QStringLiteral("Aria"))->setFocus();
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
     });
     QCOMPARE(dialog.exec(), 1);
     QCOMPARE(dialog.characterItems().first().roll, 25);
     QCOMPARE(dialog.monsterItems().first().roll, 11);
+    // The first look asks for a roll; what has no box ends the message, and so does the dialog.
+    QStringList told = display.told;
+    told.removeDuplicates();
+    QCOMPARE(told,
+             QStringList({"Aria: Initiative?", "Aria: Initiative <b>2</b>",
+                          "Aria: Initiative <b>25</b>", QString(), "Rat: Initiative?",
+                          "Rat: Initiative <b>1</b>", "Rat: Initiative <b>11</b>"}));
+    QVERIFY(display.told.last().isEmpty());
 }
 
 MORVANE_TEST_MAIN(QApplication, TestInitiativeDialog)
