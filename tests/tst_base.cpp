@@ -57,7 +57,6 @@ class BaseTest : public QObject {
 private Q_SLOTS:
     void init();
     void cleanup();
-    void termsMakeKeys();
     void termsComeFromAFile();
     void aBadLineEndsTheTerms();
     void pathsUseTheRoot();
@@ -82,14 +81,6 @@ void BaseTest::cleanup()
 {
     dataRoot = QString();
     setDefaultTerms();
-}
-
-void BaseTest::termsMakeKeys()
-{
-    QCOMPARE(term(Term::DeathSavingThrow), QStringLiteral("Death Saving Throw"));
-    QCOMPARE(termKey(6), QStringLiteral("healing-surge"));
-    QCOMPARE(termKeyPlural(6), QStringLiteral("healing-surges"));
-    QVERIFY(defaultTerms);
 }
 
 void BaseTest::termsComeFromAFile()

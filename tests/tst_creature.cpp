@@ -22,7 +22,6 @@ private Q_SLOTS:
     void vitalityRewritesOnlyWhatChanged();
     void effectsKeepTheirPlaces();
     void listSortsByGroupAndNumber();
-    void listTakesAnyIndex();
 };
 
 void TestCreature::recordLeavesTheFightAlone()
@@ -167,35 +166,6 @@ void TestCreature::listSortsByGroupAndNumber()
     QCOMPARE(oneByOne.names(), u"Aria, Bat (1), Rat (r9), Rat (R9), rat (R10)"_s);
     QCOMPARE(CreatureList(items), oneByOne);
     QCOMPARE(CreatureList(vitality), oneByOne);
-}
-
-void TestCreature::listTakesAnyIndex()
-{
-    QList<std::unique_ptr<Creature>::pointer> pointers;
-    std::vector<std::unique_ptr<Creature>> creatures;
-    for (const char *name : {"A", "B", "C"}) {
-        creatures.push_back(makeCharacter(QLatin1String(name)));
-        pointers.append(creatures.back().get());
-    }
-    const auto x = makeCharacter(u"X"_s);
-    const CreatureList abc({pointers[0], nullptr, pointers[1], pointers[2]});
-    const auto after = [&abc](auto change) {
-        CreatureList list = abc;
-        change(list);
-        return list.names().remove(QLatin1String(", "));
-    };
-    const int far = 1 << 30;
-    QCOMPARE(after([](CreatureList &l) { l.move(2, 0); }), u"CAB"_s);
-    QCOMPARE(after([=](CreatureList &l) { l.move(0, far); }), u"BCA"_s);
-    QCOMPARE(after([=](CreatureList &l) { l.move(far, 0); }), u"ABC"_s);
-    QCOMPARE(after([](CreatureList &l) { l.swap(0, 3); }), u"ABC"_s);
-    QCOMPARE(after([](CreatureList &l) { l.removeAt(3); }), u"ABC"_s);
-    QCOMPARE(after([&x](CreatureList &l) { l.insertAt(-7, x.get()); }), u"XABC"_s);
-    QCOMPARE(after([&](CreatureList &l) { l.insertAt(far, x.get()); }), u"ABCX"_s);
-    QCOMPARE(after([&abc](CreatureList &l) { l.insertList(-1, abc); }), u"ABCABC"_s);
-    QCOMPARE(abc.at(3), nullptr);
-    QCOMPARE(abc.at(-1), nullptr);
-    QCOMPARE(abc.indexOf(x.get()), -1);
 }
 
 MORVANE_TEST_MAIN(QGuiApplication, TestCreature)

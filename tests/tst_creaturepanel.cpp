@@ -171,32 +171,11 @@ void CreaturePanelTest::rowsStandInOrder()
             line += u'|' + plainText(row.right);
         rows << line.simplified();
     }
-    const QStringList expected {
-        "101 Rat (1)|Level 1 Brute",
-        "202 Small beast|XP 150",
-        "103 Initiative +4 (20)",
-        "3 HP 20; Bloodied 10",
-        "3 AC 15; Fort 13; Reflex 14; Will 12",
-        "3 Resist 5 cold; Regeneration 2",
-        "3 Saving Throws +2; Action Points 0",
-        "3 Speed 6",
-        "203 |Whiskers",
-        "304 Conditions and Effects Prone end special",
-        "305 Traits",
-        "106 Reek",
-        "207 It stinks.",
-        "305 Standard Actions",
-        "506 Bite",
-        "606 Teeth.",
-        "608 &diams;|Hit: 5 damage.",
-        "306 Run",
-        "9 Skills Stealth +7",
-        "9 Str 14 (+2)Dex -Wis -",
-        "209 Con -Int -Cha -",
-        "10a Alignment Evil; Languages Rattish",
-        "30b Note",
-    };
-    QCOMPARE(rows.join(u'\n'), expected.join(u'\n'));
+    int number = 0;
+    QCOMPARE(differences(QStringLiteral("panelrows"), 1,
+                         [&](const QStringList &) { return rows.value(number++); }),
+             QString());
+    QCOMPARE(number, rows.size());
     // What the fight has brought is no business of a library's editor.
     const QList<PanelRow> edited = panelRows(creature(Rat1), true);
     QVERIFY(std::none_of(edited.begin(), edited.end(), [](const PanelRow &row) {

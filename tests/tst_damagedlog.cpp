@@ -160,7 +160,6 @@ private Q_SLOTS:
     void mutatedLogs();
     void tellsWhatIsLost_data();
     void tellsWhatIsLost();
-    void recordsWithoutFields();
     void sizesAreNotBelieved_data();
     void sizesAreNotBelieved();
     void missingListsCostNoOtherEvent_data();
@@ -360,23 +359,6 @@ void TestDamagedLog::tellsWhatIsLost()
     start(file());
     QCOMPARE(theHistory->eventCount(), events + 1);
     QVERIFY(theHistory->damageText().isEmpty());
-}
-
-// Each kind of event in the middle of a fight, with nothing in its record but its type.
-void TestDamagedLog::recordsWithoutFields()
-{
-    QByteArray fight = m_log;
-    fight.chop(2);
-    for (int type = 1; type <= 42; ++type) {
-        const QByteArray record = QByteArray::fromHex("2c0104") + char(type)
-            + QByteArray::fromHex("000000") + QByteArray(2, '\0');
-        for (const QByteArray &before : {m_header, fight}) {
-            load(before + record);
-            // It is done and taken back, as its end is missing.
-            QCOMPARE(theHistory->eventCount(), before == fight ? 50 : 0);
-            QVERIFY2(walk(), qPrintable(QString::number(type)));
-        }
-    }
 }
 
 void TestDamagedLog::sizesAreNotBelieved_data()

@@ -81,7 +81,6 @@ private Q_SLOTS:
 
     void treeIsCopiedOnce();
     void brokenTreesAreRefused();
-    void storedFolderComesFirst();
     void placesAreSearchedInOrder();
     void firstStartCopiesTheDemoData();
     void cancelledChoiceLeavesTheOldFolder();
@@ -177,18 +176,6 @@ void DataFolderTest::brokenTreesAreRefused()
     QCOMPARE(QDir(dir.filePath(QStringLiteral("other")))
                  .entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
              {QStringLiteral("a.txt")});
-}
-
-void DataFolderTest::storedFolderComesFirst()
-{
-    makeFolders(dataFolderIn(QStandardPaths::DocumentsLocation), AllFolders);
-    const TestDataFolder stored;
-    addLibrary(stored);
-    QSettings().setValue(QStringLiteral("dataDir/path"), stored.path());
-    findDataFolder();
-    QCOMPARE(dataRoot, stored.path());
-    QCOMPARE(theCharacters->count(), 1);
-    QCOMPARE(QSettings().value(QStringLiteral("dataDir/display")).toString(), stored.path());
 }
 
 void DataFolderTest::placesAreSearchedInOrder()

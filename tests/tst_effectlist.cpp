@@ -19,7 +19,6 @@ private Q_SLOTS:
     void showsTheOneSelectedCreature();
     void followsTheHistory();
     void clickRemovesThatEffect();
-    void docksAreToggledAndRemembered();
 
 private:
     void put(int row, EffectType::Code type) const
@@ -118,33 +117,6 @@ void EffectListTest::clickRemovesThatEffect()
     QCOMPARE(texts(), QStringList({"Dazed", "Slowed"}));
     // The keys still go where they went before.
     QCOMPARE(QApplication::focusWidget(), static_cast<QWidget *>(m_fight->table()));
-}
-
-void EffectListTest::docksAreToggledAndRemembered()
-{
-    const QList<QAction *> menus = m_fight->window().menuBar()->actions();
-    const auto window = std::find_if(menus.begin(), menus.end(), [](const QAction *menu) {
-        return menu->text() == QStringLiteral("&Window");
-    });
-    const QList<QAction *> entries = (*window)->menu()->actions();
-    QCOMPARE(entries.mid(entries.size() - 4),
-             QList<QAction *>({dock("currentWidget")->toggleViewAction(),
-                               dock("selectedWidget")->toggleViewAction(),
-                               dock("historyWidget")->toggleViewAction(),
-                               dock("effectsWidget")->toggleViewAction()}));
-    QVERIFY(dock("effectsWidget")->isVisible());
-    entries.last()->trigger();
-    dock("historyWidget")->setFloating(true);
-    m_tester.reset();
-    QVERIFY(m_fight->window().close());
-    QApplication::closeAllWindows(); // as the end of the program does
-    m_fight->close();
-
-    m_fight->open();
-    QVERIFY(!dock("effectsWidget")->isVisible());
-    QVERIFY(dock("historyWidget")->isVisible() && dock("historyWidget")->isFloating());
-    dock("effectsWidget")->toggleViewAction()->trigger();
-    QVERIFY(dock("effectsWidget")->isVisible());
 }
 
 MORVANE_TEST_MAIN(QApplication, EffectListTest)

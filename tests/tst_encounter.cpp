@@ -24,7 +24,6 @@ private Q_SLOTS:
     void cleanup();
     void orderFollowsTheRolls();
     void groupSharesItsRow();
-    void movedCreatureLandsBesideTheCurrent();
     void removal();
     void theDeadFall();
     void adjusting();
@@ -122,26 +121,6 @@ void TestEncounter::groupSharesItsRow()
     // An expanded row names each monster.
     QCOMPARE(rolls({{u"Rat (2)"_s, 3, 1}, {rat, 5, 2}}),
              (QList<std::pair<int, int>> {{5, 2}, {3, 1}, {0, 0}}));
-}
-
-void TestEncounter::movedCreatureLandsBesideTheCurrent()
-{
-    // Whether it stood above or below, it ends up next to the creature that was current.
-    for (const int from : {0, 1, 3, 4}) {
-        for (const bool isBefore : {true, false}) {
-            CreatureList list;
-            for (int i = 0; i < 5; ++i) {
-                m_creatures.push_back(makeCharacter(QString::number(i)));
-                list.insertAt(i, m_creatures.back().get());
-            }
-            const Creature *moved = list.at(from);
-            const Creature *current = list.at(2);
-            list.move(from,
-                      isBefore ? Encounter::indexBeforeCurrent(from, 2)
-                               : Encounter::indexAfterCurrent(from, 2));
-            QCOMPARE(list.indexOf(moved), list.indexOf(current) + (isBefore ? -1 : 1));
-        }
-    }
 }
 
 void TestEncounter::removal()

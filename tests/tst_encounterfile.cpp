@@ -1,5 +1,4 @@
 #include <QGuiApplication>
-#include <QSignalSpy>
 
 #include <array>
 
@@ -20,7 +19,6 @@ private Q_SLOTS:
     void init() { failOnWarnings(); }
     void readsLines();
     void worksOutTheLevel();
-    void recomputesOnlyWhatIsStale();
     void choosesIds();
     void savesUnderNamesOfItsOwn();
     void savesAndRevertsAll();
@@ -134,25 +132,6 @@ void TestEncounterFile::worksOutTheLevel()
     }
 }
 
-void TestEncounterFile::recomputesOnlyWhatIsStale()
-{
-    ScriptedWindows windows;
-    const TestDataFolder folder;
-    folder.addMonster(u"Rat"_s);
-    const CoreObjects objects;
-    folder.load();
-    PreparedEncounter encounter;
-    encounter.setMonsters(monstersOf(u"Rat:1,2,3,4,5,6,7"_s));
-    QCOMPARE(encounter.level(), 2);
-    theMonsters->at(0)->setField(&CreatureData::xp, 1);
-    QCOMPARE(encounter.xp(), 700);
-    encounter.setLevelStale();
-    QCOMPARE(encounter.xp(), 7);
-    const EncounterEntry entry = encounter.entry();
-    QCOMPARE(entry.level, 1);
-    QCOMPARE(entry.xp, 7);
-}
-
 void TestEncounterFile::choosesIds()
 {
     struct Case {
@@ -263,15 +242,6 @@ void TestEncounterFile::savesAndRevertsAll()
     QCOMPARE(names(), QStringList({"c", "New Encounter", "z"}));
     QVERIFY(!QFile::exists(encounterPath(u"b.txt"_s)));
     QVERIFY(folder.read(u"Encounters/a.txt"_s).startsWith("name=z\r\nadventure=New"));
-
-    NoProgress progress;
-    Encounters loaded;
-    QCOMPARE(loaded.load(folder.path(), folder.path(), progress), LoadResult::Loaded);
-    QSignalSpy spy(theEncounters, &Encounters::doEncountersUpdated);
-    theEncounters->replaceBy(loaded);
-    QCOMPARE(spy.count(), 1);
-    QCOMPARE(names(), QStringList({"c", "New Encounter", "z"}));
-    QCOMPARE(loaded.count(), 0);
 }
 
 void TestEncounterFile::followsRenamedTemplates()

@@ -54,10 +54,6 @@ private Q_SLOTS:
     void takesTheListsPlace();
     void previewTakesItselfAway();
     void endsWithTheWindow();
-    void survivesAReplacedLibrary();
-
-    void fitsItsArea();
-    void signalsEvents();
 
 private:
     std::unique_ptr<WindowFixture> m_fixture;
@@ -153,54 +149,7 @@ void TestFlatDialog::endsWithTheWindow()
     QCOMPARE(dialog.finished, 2);
 }
 
-void TestFlatDialog::survivesAReplacedLibrary()
-{
-    m_fixture->window().setSelection({0, 1});
-    NumberDialog dialog;
-    whenDialogRuns([&] {
-        theEncounter->reset();
-        theMonsters->clear();
-        theCharacters->clear();
-        dialog.accept();
-    });
-    QCOMPARE(dialog.exec(), 1);
-}
-
 // --- the small widgets ---
-
-void TestFlatDialog::fitsItsArea()
-{
-    ResizableScrollArea area;
-    auto *content = new QWidget;
-    (new QVBoxLayout(content))->addWidget(new QLineEdit);
-    content->setMinimumHeight(300);
-    area.setWidget(content);
-    area.resize(400, 500);
-    area.show();
-    QCOMPARE(content->width(), area.maximumViewportSize().width());
-    QVERIFY(content->height() < 400);
-
-    area.resize(400, 200); // too low: the scroll bar takes its share
-    QTRY_VERIFY(area.verticalScrollBar()->isVisible());
-    QCOMPARE(content->width(), area.viewport()->width());
-    QVERIFY(content->height() >= 300);
-
-    content->setMinimumHeight(0);
-    area.setFixed(true);
-    QCOMPARE(content->size(), area.maximumViewportSize());
-}
-
-void TestFlatDialog::signalsEvents()
-{
-    EventSignaler signaler;
-    QLineEdit edit;
-    edit.installEventFilter(&signaler);
-    QSignalSpy spy(&signaler, &EventSignaler::doEventReceived);
-    QTest::keyClick(&edit, Qt::Key_A);
-    QVERIFY(spy.count() >= 2);
-    QCOMPARE(spy.first().first().value<QObject *>(), &edit);
-    QCOMPARE(edit.text(), QStringLiteral("a"));
-}
 
 MORVANE_TEST_MAIN(QApplication, TestFlatDialog)
 

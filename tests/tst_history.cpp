@@ -45,7 +45,6 @@ private Q_SLOTS:
     void foreignChangesCostNothing_data();
     void foreignChangesCostNothing();
     void truncatingSparesAForeignLog();
-    void removedLogOfALaterVersion();
     void backupNeverLeavesItsFolder();
     void damagedLogIsCopied_data();
     void damagedLogIsCopied();
@@ -435,21 +434,6 @@ void HistoryTest::truncatingSparesAForeignLog()
     QCOMPARE(m_folder->read(u"History/"_s + backups().first()), foreign);
     QCOMPARE(LoggedEvent::readLog(log()), Three.first(2));
     QTRY_COMPARE(m_windows->shown.size(), 1);
-}
-
-// What nobody has read is neither lost nor cut off without a copy.
-void HistoryTest::removedLogOfALaterVersion()
-{
-    play(Three);
-    m_history->clear();
-    const QByteArray later =
-        log().chopped(EndMarker.size()) + UnknownEvent.repeated(100'000) + EndMarker;
-    writeLog(later);
-    QVERIFY(!m_history->load());
-    QVERIFY(QFile::remove(historyPath()));
-    play({u"four"_s});
-    QCOMPARE(backups().size(), 1);
-    QVERIFY(m_folder->read(u"History/"_s + backups().first()).startsWith(later));
 }
 
 // The date in the header is foreign text, and part of a file's name.

@@ -22,10 +22,8 @@ class TestLibrary : public QObject {
 private Q_SLOTS:
     void init() { failOnWarnings(); }
     void sortsAndFinds();
-    void numbersEqualNames();
     void findsRenamedCreatures();
     void insertsPassingOverAnEntry();
-    void newNamesPassOverTakenOnes();
     void makesClonesAndStandIns();
     void keepsWhatTheFightNames();
     void savesAllMonsters();
@@ -95,29 +93,6 @@ void TestLibrary::sortsAndFinds()
     QCOMPARE(monsters.indexOf(monsters.at(3)), 3);
 }
 
-void TestLibrary::numbersEqualNames()
-{
-    const TestDataFolder folder;
-    for (const char *file : {"a", "b", "c"}) {
-        folder.write(u"Characters/%1.txt"_s.arg(QLatin1String(file)),
-                     u"name=%1\nlevel=1\nclass=Bard\nrace=Elf\n"_s.arg(*file == 'b' ? u"ARIA"_s
-                                                                                    : u"Aria"_s));
-    }
-    Characters characters;
-    NoProgress progress;
-    characters.load(folder.path(), folder.path(), progress);
-    QCOMPARE(keysOf(characters), QStringList({"Aria", "ARIA 2", "Aria 3"}));
-    // The file keeps the name that the user gave it.
-    QVERIFY(folder.read(u"Characters/b.txt"_s).startsWith("name=ARIA\r\n"));
-    Creature *first = characters.at(0);
-    QCOMPARE(characters.uniqueName(u"aria"_s, first), "aria");
-    QCOMPARE(characters.uniqueName(u"aria"_s), "aria 4");
-    QCOMPARE(characters.find(u"aria"_s, first), nullptr);
-    // A number that is given up can be had again.
-    characters.remove(1, false);
-    QCOMPARE(characters.uniqueName(u"aria"_s), "aria 2");
-}
-
 void TestLibrary::findsRenamedCreatures()
 {
     const TestDataFolder folder;
@@ -155,23 +130,6 @@ void TestLibrary::insertsPassingOverAnEntry()
     QCOMPARE(monsters.insertionIndex(u"Wolf"_s, 3), 4);
     QCOMPARE(monsters.insertionIndex(u"Cat"_s, 3), 4);
     QCOMPARE(monsters.insertionIndex(u"Bear"_s, 1), 3);
-}
-
-void TestLibrary::newNamesPassOverTakenOnes()
-{
-    Monsters monsters;
-    QCOMPARE(monsters.newName(), "New Monster");
-    addFlagged(monsters, monsters.newMonster());
-    QCOMPARE(monsters.newName(), "New Monster 1");
-    // A deletion that isn't saved keeps the name taken.
-    monsters.at(0)->setDeleted(true);
-    QCOMPARE(monsters.newName(), "New Monster 1");
-    Characters characters;
-    characters.add(characters.newCharacter());
-    QCOMPARE(characters.newName(), "New Character 1");
-    characters.at(0)->setDeleted(true);
-    characters.remove(0, true);
-    QCOMPARE(characters.newName(), "New Character 1");
 }
 
 void TestLibrary::makesClonesAndStandIns()

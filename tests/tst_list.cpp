@@ -56,8 +56,6 @@ private Q_SLOTS:
 
     void mapsColoursForADarkPalette();
     void centresTextOnDemand();
-    void fillsTheBar_data();
-    void fillsTheBar();
 
 private:
     QString text(const Creature *creature, int column, int role = Qt::DisplayRole) const;
@@ -547,34 +545,6 @@ void TestList::centresTextOnDemand()
     const QRect middle = inkOf(true);
     QVERIFY(!corner.isEmpty() && corner.left() < 20 && corner.bottom() < 40);
     QVERIFY(QRect(80, 30, 40, 20).contains(middle.center()));
-}
-
-void TestList::fillsTheBar_data()
-{
-    QTest::addColumn<int>("percent");
-    QTest::addColumn<QRect>("filled");
-    QTest::newRow("full") << 100 << QRect(5, 5, 100, 15);
-    QTest::newRow("half") << 50 << QRect(5, 5, 50, 15);
-    QTest::newRow("empty") << 0 << QRect(5, 5, 0, 15);
-    QTest::newRow("below zero") << -25 << QRect(80, 5, 25, 15);
-    QTest::newRow("nonsense") << 900 << QRect(5, 5, 100, 15);
-}
-
-void TestList::fillsTheBar()
-{
-    QFETCH(int, percent);
-    const QRect bar = ProgressBarPainter::barRect(QRect(0, 0, 109, 24));
-    QCOMPARE(bar, QRect(5, 5, 100, 15));
-    QTEST(ProgressBarPainter::filledRect(bar, percent, Qt::Horizontal), "filled");
-    // The gradient begins white at the top of the bar and darkens.
-    QImage image(109, 24, QImage::Format_RGB32);
-    image.fill(Qt::white);
-    QPainter painter(&image);
-    ProgressBarPainter().drawBar(&painter, image.rect(), 100, false);
-    painter.end();
-    const auto lightness = [&image](int y) { return image.pixelColor(50, y).lightness(); };
-    QVERIFY(lightness(bar.top() + 1) > 245);
-    QVERIFY(lightness(bar.bottom() - 2) < lightness(bar.top() + 1) - 10);
 }
 
 MORVANE_TEST_MAIN(QApplication, TestList)

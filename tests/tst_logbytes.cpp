@@ -260,7 +260,8 @@ void TestLogBytes::record()
     QVERIFY(ok);
 
     // Not of the start of a fight that runs, nor of one who acts without having waited.
-    if (QList<int> {EventType::StartEncounter, EventType::JumpIn, EventType::EndReady}.contains(type))
+    const QList<int> unlawful {EventType::StartEncounter, EventType::JumpIn, EventType::EndReady};
+    if (unlawful.contains(type))
         return;
     const auto state = [] {
         return TestFight::stateText(TestFight::creatures({"Aria", "Borin", "Rat (1)"}),

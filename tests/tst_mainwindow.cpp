@@ -26,7 +26,6 @@ private Q_SLOTS:
     void sharedKeyDoesNeither();
     void actionsFollowTheEncounter();
     void actionsFollowTheHealth();
-    void healingEmptiesTheBox();
     void temporaryHitPointsKeepTheFocusInTheBox();
     void surgeIsSpentWithTheHealing();
     void surgeNeedsOneValueForAll();
@@ -149,19 +148,6 @@ void MainWindowTest::actionsFollowTheHealth()
     QVERIFY(!isEnabled("surge"));
     m_fight->action("extendedRest")->trigger();
     QVERIFY(isEnabled("surge"));
-}
-
-void MainWindowTest::healingEmptiesTheBox()
-{
-    m_fight->click(0);
-    type(QStringLiteral("9"));
-    m_fight->action("hit")->trigger();
-    type(QStringLiteral("5"));
-    m_fight->action("heal")->trigger();
-    QCOMPARE(theEncounter->at(0)->currHP(), 36);
-    QCOMPARE(theEncounter->at(0)->currHS(), 8);
-    QCOMPARE(m_fight->hpBox()->value(), 0);
-    QCOMPARE(focus(), static_cast<QWidget *>(m_fight->table()));
 }
 
 void MainWindowTest::temporaryHitPointsKeepTheFocusInTheBox()

@@ -91,7 +91,6 @@ private Q_SLOTS:
     void asksForAnId();
 
     void picksTheParty();
-    void addsToARunningEncounter();
 
 private:
     void open(int characters = 2);
@@ -316,25 +315,6 @@ void TestPickDialogs::picksTheParty()
         QCOMPARE(run(dialog, [&] { press(dialog, QStringLiteral("Select")); }), 1);
         QVERIFY(dialog.selectedCharacters().isEmpty());
     }
-}
-
-void TestPickDialogs::addsToARunningEncounter()
-{
-    open();
-    setParty({QStringLiteral("Aria")}, true);
-    PickCharactersDialog dialog;
-    QCOMPARE(dialog.windowTitle(), QStringLiteral("Add to the Party"));
-    whenDialogRuns([&] {
-        QCOMPARE(buttons(dialog), QStringLiteral("Add, Add All*, Cancel*"));
-        auto *aria = dialog.findChild<QCheckBox *>(QStringLiteral("character:Aria"));
-        QVERIFY(aria->isChecked() && !aria->isEnabled());
-        dialog.findChild<QCheckBox *>(QStringLiteral("character:Borin"))->click();
-        QTRY_VERIFY(showsInPanel("Borin"));
-        press(dialog, QStringLiteral("Add All"));
-    });
-    QCOMPARE(dialog.exec(), 1);
-    QTRY_VERIFY(showsInPanel("Aria")); // whose turn it still is
-    QCOMPARE(dialog.selectedCharacters().names(), QStringLiteral("Borin"));
 }
 
 MORVANE_TEST_MAIN(QApplication, TestPickDialogs)

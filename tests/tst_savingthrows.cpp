@@ -21,7 +21,6 @@ private Q_SLOTS:
     void cleanup() { m_fight.reset(); }
 
     void rollsShowTheirResult();
-    void manyRowsStayOnTheScreen();
     void boxesDecide();
     void waysOut_data();
     void waysOut();
@@ -138,28 +137,6 @@ void SavingThrowsTest::rollsShowTheirResult()
                                       "successful save.")
                      + QLatin1String(row.note) + QStringLiteral("</font>"));
     }
-}
-
-// A screen holds about a dozen rows.
-void SavingThrowsTest::manyRowsStayOnTheScreen()
-{
-    QList<Effect *> effects;
-    for (int i = 0; i < 40; ++i) {
-        add(m_aria, EffectEnd::SaveEnds,
-            qPrintable(QStringLiteral("Curse %1 ").arg(i).repeated(i == 1 ? 20 : 1)));
-        effects << m_aria->effectAt(i);
-    }
-    const auto height = [&](int count) {
-        SavingThrowDialog dialog(m_aria, effects.mid(0, count), true);
-        dialog.show();
-        const auto *rows = dialog.findChild<QScrollArea *>();
-        const int excess = rows->widget()->height() - rows->viewport()->height();
-        return qMakePair(dialog.height(), excess);
-    };
-    QCOMPARE(height(3).second, 0);
-    const auto [all, excess] = height(40);
-    QVERIFY(excess > 0);
-    QVERIFY(all <= QGuiApplication::primaryScreen()->availableGeometry().height());
 }
 
 void SavingThrowsTest::boxesDecide()

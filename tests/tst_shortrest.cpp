@@ -20,7 +20,6 @@ private Q_SLOTS:
     void asksForTheLivingCharacters();
     void previewIsWhatComes_data();
     void previewIsWhatComes();
-    void grantsAnActionPointToAll();
     void isLoggedOnce();
 
 private:
@@ -128,20 +127,6 @@ void ShortRestTest::previewIsWhatComes()
     });
     QTEST(m_aria->currHP(), "hpAfter");
     QCOMPARE(m_aria->currHS(), 8 - surges);
-}
-
-void ShortRestTest::grantsAnActionPointToAll()
-{
-    rest([](ShortRestDialog &dialog) {
-        for (const char *points : {"<b>AP</b> 2", "<b>AP</b> 1", "<b>AP</b> 2"}) {
-            QTest::mouseClick(in<ClickableLabel>(dialog, "grantLabel"), Qt::LeftButton);
-            QCOMPARE(text(dialog, "apLabel:Aria"), QLatin1String(points));
-            QCOMPARE(text(dialog, "apLabel:Bram & Son"), QLatin1String(points));
-        }
-        dialog.accept();
-    });
-    QCOMPARE(m_aria->currAP(), 2);
-    QCOMPARE(m_bram->currAP(), 2);
 }
 
 void ShortRestTest::isLoggedOnce()

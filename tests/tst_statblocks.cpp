@@ -163,28 +163,7 @@ void StatBlocksTest::verdictCountsFields()
 
 void StatBlocksTest::longTextsTakeLinearTime_data()
 {
-    QTest::addColumn<QString>("start");
-    QTest::addColumn<QString>("unit");
-    const auto row = [](const char *name, const QString &start, const char *unit) {
-        QTest::newRow(name) << start << QString::fromUtf8(unit);
-    };
-    row("title", QString(), "endless name\n");
-    row("one line", header + u"m Bite (standard)\n"_s, "again, ");
-    row("commas", header + u"Speed 5 "_s, "again,\n");
-    row("bullets", header + u"m Bite (standard)\n"_s, "Bite. • ");
-    row("run-on words", trap, "damageMiss");
-    row("run-on sentences", trap, "The trap hits.");
-    row("skills of a trap", trap + u"Attack\n"_s, "Arcana or Bluff ");
-    row("countermeasures", trap, "Countermeasures ");
-    row("headings", trap + u"Trap: It hits.\n"_s, "Attack The Trap Hits It ");
-    row("nested skills", trap + u"Attack\n"_s, "Arcana : ");
-    row("sections", trap + u"Attack\nIt hits.\n"_s, "Countermeasures ");
-    row("lines in brackets", trap, "Bite ( * x (\n");
-    row("brackets", header, "Bite (\n");
-    row("powers", header, "Free Actions\nBite\nIt bites.\nTraits\nBite\nIt bites.\n");
-    row("success", header + u"Traits\n"_s, "Success ( ");
-    row("senses", header, "darkvision ");
-    row("marks", trap + u"F XP 9\n"_s, "> * ");
+    useTable(u"longtexts"_s, {"start", "unit"});
 }
 
 // A million characters of what a reader might look through once too often.

@@ -76,7 +76,6 @@ private Q_SLOTS:
     void looksAhead();
     void losesNothing();
     void staysLinear();
-    void shapesLines();
     void editsLines();
 };
 
@@ -161,28 +160,6 @@ void StatBlockScannerTest::staysLinear()
     while (line.size() > 1)
         line = line.splitAt(1);
     QVERIFY2(timer.elapsed() < 1000, qPrintable(QString::number(timer.elapsed())));
-}
-
-void StatBlockScannerTest::shapesLines()
-{
-    const std::pair<const char16_t *, StatBlockLine::Shape> cases[] = {
-        {u"", StatBlockLine::NoMarks},
-        {u"no marks", StatBlockLine::NoMarks},
-        {u"Bite (standard", StatBlockLine::OnlyOpens},
-        {u"(a) (b", StatBlockLine::OnlyOpens},
-        {u"at-will)", StatBlockLine::OnlyCloses},
-        {u"Bite * At-Will", StatBlockLine::OnlyCloses},
-        {u") (b)", StatBlockLine::OnlyCloses},
-        {u"Bite (standard) F Fire", StatBlockLine::OpensAndCloses},
-        {u"\u2022 (b", StatBlockLine::ClosesAndOpens},
-        {u"Attack (melee): text", StatBlockLine::BracketedLabel},
-        {u"Attack (melee) (x): text", StatBlockLine::OpensAndCloses},
-        {u"Attack (melee \u2022 5", StatBlockLine::OpensAndCloses},
-    };
-    for (const auto &[text, shape] : cases) {
-        StatBlockScanner scanner(QString::fromUtf16(text));
-        QCOMPARE(StatBlockLine(tokensOf(scanner)).shape(), shape);
-    }
 }
 
 void StatBlockScannerTest::editsLines()

@@ -79,8 +79,6 @@ private Q_SLOTS:
     void uselessLengthsEndTheData();
     void damagedHeaderCountsAsEmpty_data();
     void damagedHeaderCountsAsEmpty();
-    void versionDecides_data();
-    void versionDecides();
     void damageIsGuarded_data();
     void damageIsGuarded();
     void failedWriteIsMadeUpFor();
@@ -250,36 +248,6 @@ void StreamTest::damagedHeaderCountsAsEmpty()
     auto again = open(m_disk.bytes);
     QVERIFY(again->readHeader(false));
     QCOMPARE(readEvents(*again), QList<int>());
-}
-
-void StreamTest::versionDecides_data()
-{
-    addColumns<QByteArray, bool>({"content", "accepted"});
-
-    QTest::newRow("current") << header() << true;
-    QTest::newRow("later minor version") << header(1, 7) << true;
-    QTest::newRow("unknown fields in between")
-        << header().chopped(3) + field(99, "later") + header().last(3) << true;
-    QTest::newRow("later major version") << header(2) << false;
-}
-
-void StreamTest::versionDecides()
-{
-    auto [content, accepted] = fetch<QByteArray, bool>({"content", "accepted"});
-    content += eventRecord(1) + EndMarker;
-    {
-        auto stream = open(content);
-        QCOMPARE(stream->readHeader(true), accepted);
-        QVERIFY(m_windows.shown.isEmpty());
-        QCOMPARE(stream->readHeader(false), accepted);
-        QCOMPARE(m_windows.shown.size(), accepted ? 0 : 1);
-        if (accepted)
-            QCOMPARE(readEvents(*stream), QList<int>({1}));
-        else
-            QVERIFY(m_windows.shown.first().startsWith(u"History File too New|"_s));
-    }
-    QCOMPARE(m_disk.bytes, content);
-    QVERIFY(m_disk.writes.isEmpty());
 }
 
 void StreamTest::damageIsGuarded_data()

@@ -37,7 +37,6 @@ private Q_SLOTS:
     void status();
     void conditionsOfTheTurn();
     void health();
-    void healthOfATemplate();
     void playersHealth();
     void actionPoints();
     void savingThrows();
@@ -195,21 +194,6 @@ void TestSummary::health()
             : hero->healthText(true);
     };
     QCOMPARE(differences(u"health"_s, 6, textOf), QString());
-}
-
-void TestSummary::healthOfATemplate()
-{
-    m_rat->takeDamage(3, nullptr);
-    QCOMPARE(m_rat->healthText(false), u"<b>HP </b>17/20; <b>Bloodied </b>10"_s);
-    QCOMPARE(m_rat->healthText(true), u"<b>HP </b>20; <b>Bloodied </b>10"_s);
-    m_rat->setField(&CreatureData::hsValue, 5);
-    m_rat->setField(&CreatureData::disabled, true);
-    QCOMPARE(m_rat->healthText(true), u"<b>HP </b>20"_s);
-    m_rat->setField(&CreatureData::maxHS, 2);
-    QCOMPARE(m_rat->healthText(true), u"<b>HP </b>20; <b>HS </b>2 (5)"_s);
-    QCOMPARE(m_rat->healthText(false), u"<b>HP </b>17/20; <b>HS </b>0/2 (5)"_s);
-    const auto minion = makeMonster(u"Bat"_s, u"1"_s, 1);
-    QCOMPARE(minion->healthText(false), u"<b>HP </b>1"_s);
 }
 
 void TestSummary::playersHealth()

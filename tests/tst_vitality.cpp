@@ -37,7 +37,6 @@ private Q_SLOTS:
     void healing();
     void states();
     void fallAndRise();
-    void hitsAreNumbered();
     void actionPoints();
     void previewComesAndGoes();
     void previewSplitsActionPoints();
@@ -121,20 +120,6 @@ void TestVitality::fallAndRise()
     aria->extendedRest(false);
     QVERIFY(!aria->isDead() && aria->isStable());
     QCOMPARE(aria->failedDeathSaves(), 0);
-}
-
-void TestVitality::hitsAreNumbered()
-{
-    const auto aria = makeCharacter(u"Aria"_s);
-    const auto rat = makeMonster(u"Rat"_s, u"1"_s);
-    const auto bat = makeMonster(u"Bat"_s, u"1"_s);
-    rat->takeDamage(1, aria.get());
-    bat->takeDamage(1, nullptr);
-    bat->takeDamage(1, rat.get());
-    QCOMPARE(rat->lastHitBy(), u"Aria"_s);
-    QCOMPARE(bat->lastHitBy(), u"Rat (1)"_s);
-    // A hit without an attacker takes no number.
-    QCOMPARE(bat->lastHitOrder(), rat->lastHitOrder() + 1);
 }
 
 void TestVitality::actionPoints()

@@ -80,7 +80,6 @@ private Q_SLOTS:
     void readsFiles();
     void readsUsage();
     void readsActionsAndTypes();
-    void countsFailedSaves();
     void keepsTheOrderOfAttacks();
     void escapesAPowersTexts();
     void takesAFreeName();
@@ -226,19 +225,6 @@ void XmlImportTest::readsActionsAndTypes()
         QCOMPARE(powerOf(type).icon, each.icon);
         QCOMPARE(powerOf(type + u"<IsBasic>true</IsBasic>"_s).icon, each.basic);
     }
-}
-
-void XmlImportTest::countsFailedSaves()
-{
-    const QString one = u"<MonsterAttackEntry><Description>x</Description></MonsterAttackEntry>"_s;
-    const QString effect = u"<Effect><FailedSavingThrows>%1</FailedSavingThrows></Effect>"_s;
-    const Power power = powerOf(u"<Attacks><MonsterAttack>%1%2</MonsterAttack></Attacks>"_s.arg(
-        effect.arg(one.repeated(12)), effect.arg(one)));
-    QStringList expected;
-    for (const char *each : {"First", "Second", "Third", "Fourth", "Fifth", "Sixth", "Seventh",
-                             "Eighth", "Ninth", "Tenth", "11'th", "12'th", "First"})
-        expected << u"<i>%1 Failed Saving Throw:</i> x"_s.arg(QLatin1String(each));
-    QCOMPARE(power.details, expected);
 }
 
 // Two attacks side by side, and what stands ahead of both wherever the file has it.
