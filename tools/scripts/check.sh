@@ -19,4 +19,20 @@ tools/scripts/drawrooms.py | diff -q - docs/rooms.svg >/dev/null || {
   exit 1
 }
 
+# Lines that are neither blank nor a comment: tests and fuzzers are a third of all, and no more.
+lines() {
+  git ls-files -- "$@" | grep -E '\.(cpp|h)$' | xargs cat | grep -vcE '^\s*(//|$)'
+}
+scripts() {
+  git ls-files -- "$@" | grep -E '(\.(py|sh|cmake)|CMakeLists\.txt)$' | xargs cat | grep -vcE '^\s*(#|$)'
+}
+tests=$(($(lines tests fuzz) + $(scripts tests fuzz)))
+all=$((tests + $(lines src tools) + $(scripts src tools)))
+if [ $((tests * 100)) -gt $((all * 33)) ]; then
+  echo "tests and fuzzers are $tests of $all lines, more than 33 in 100" >&2
+  exit 1
+fi
+
+tools/scripts/faults.py --check
+
 bash -n run.sh test.sh .ci/run tools/scripts/*.sh
