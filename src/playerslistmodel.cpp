@@ -47,8 +47,8 @@ QString playersEffectsText(const Creature *creature)
 }
 
 PlayersListModel::PlayersListModel(QObject *parent)
-    : QAbstractTableModel(parent), m_currentIcon(listIcon({"arrow-right-red128.png"})),
-      m_noIcon(listIcon({"no-icon.png"})),
+    : QAbstractTableModel(parent), m_encounter(theEncounter),
+      m_currentIcon(listIcon({"arrow-right-red128.png"})), m_noIcon(listIcon({"no-icon.png"})),
       m_delayIcon(listIcon({"delay-turn16.png", "delay-turn32.png", "delay-turn128.png"})),
       m_readyIcon(listIcon({"ready-action16.png", "ready-action32.png", "ready-action128.png"})),
       m_hiddenIcon(listIcon({"faided-eye128.png"}))
@@ -62,13 +62,13 @@ PlayersListModel::PlayersListModel(QObject *parent)
             &PlayersListModel::onDisableWidgetDisplay);
     connect(hub, &SwitchBoard::doEnableWidgetDisplay, this,
             &PlayersListModel::onEnableWidgetDisplay);
-    if (!theEncounter)
+    if (!m_encounter)
         return;
-    connect(theEncounter, &Encounter::doCreatureCountChanged, this,
+    connect(m_encounter, &Encounter::doCreatureCountChanged, this,
             &PlayersListModel::onCreatureCountChanged);
-    connect(theEncounter, &Encounter::doCurrentCreatureChanged, this,
+    connect(m_encounter, &Encounter::doCurrentCreatureChanged, this,
             &PlayersListModel::onCurrentCreatureChanged);
-    connect(theEncounter, &QObject::destroyed, this, &PlayersListModel::forgetEncounter);
+    connect(m_encounter, &QObject::destroyed, this, &PlayersListModel::forgetEncounter);
 }
 
 void PlayersListModel::attachTo(PlayersView *view)
@@ -102,19 +102,20 @@ void PlayersListModel::forgetEncounter()
 
 bool PlayersListModel::readEncounter()
 {
-    const VisibleCreatures seen = theEncounter ? theEncounter->playersView() : VisibleCreatures();
+    const VisibleCreatures seen = m_encounter ? m_encounter->playersView() : VisibleCreatures();
     const bool isSame = seen.rows == m_creatures && seen.kills == m_kills;
     m_kills = seen.kills;
     if (seen.rows != m_creatures)
         applyRows(seen.rows);
     // The numbers also move with hidden creatures that come and go.
     m_rows.clear();
-    for (const Creature *creature : std::as_const(m_creatures))
-        m_rows << theEncounter->indexOf(creature);
+    for (int i = 0; m_rows.size() < m_creatures.size() && i < m_encounter->count(); ++i)
+        if (m_encounter->at(i) == m_creatures.at(m_rows.size()))
+            m_rows << i;
     return !isSame;
 }
 
-void PlayersListModel::applyRows(const QList<Creature *> &creatures)
+void PlayersListModel::matchRowCount(const QList<Creature *> &creatures)
 {
     const int before = int(m_creatures.size());
     const int after = int(creatures.size());
@@ -127,6 +128,11 @@ void PlayersListModel::applyRows(const QList<Creature *> &creatures)
         m_creatures = creatures;
         endInsertRows();
     }
+}
+
+void PlayersListModel::applyRows(const QList<Creature *> &creatures)
+{
+    matchRowCount(creatures);
     // Nothing is selected or edited here, so that a row is but a place.
     Q_EMIT layoutAboutToBeChanged();
     m_creatures = creatures;
@@ -138,16 +144,16 @@ void PlayersListModel::applyRows(const QList<Creature *> &creatures)
 // The hidden creatures aren't rows: the arrow marks the place in the visible order.
 int PlayersListModel::findCurrentRow() const
 {
-    const int current = theEncounter ? theEncounter->currentIndex() : -1;
+    const int current = m_encounter ? m_encounter->currentIndex() : -1;
     if (current < 0 || m_rows.isEmpty())
         return -1;
     const int last = int(m_rows.size()) - 1;
     if (current < m_rows.first())
-        return theEncounter->round() == 1 ? 0 : last;
+        return m_encounter->round() == 1 ? 0 : last;
     for (int row = 0; row < last; ++row)
         if (m_rows.at(row) <= current && current < m_rows.at(row + 1))
             return row;
-    return current < theEncounter->count() ? last : -1;
+    return current < m_encounter->count() ? last : -1;
 }
 
 void PlayersListModel::refreshCurrent()

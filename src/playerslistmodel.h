@@ -4,8 +4,10 @@
 #include <QAbstractTableModel>
 #include <QIcon>
 #include <QMap>
+#include <QPointer>
 
 class Creature;
+class Encounter;
 class PlayersView;
 
 // Follows the running Encounter, which may go before the model.
@@ -58,6 +60,7 @@ public Q_SLOTS:
 private:
     // False when what the players see is as it was.
     bool readEncounter();
+    void matchRowCount(const QList<Creature *> &creatures);
     void applyRows(const QList<Creature *> &creatures);
     int findCurrentRow() const;
     void refreshCurrent();
@@ -68,6 +71,7 @@ private:
     QIcon stateIcon(int row) const;
     QVariant foreground(const Creature *creature, int column) const;
 
+    const QPointer<Encounter> m_encounter;
     PlayersView *m_view = nullptr;
     QList<int> m_rows; // of the Encounter
     QList<Creature *> m_creatures; // in those rows

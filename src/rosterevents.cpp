@@ -97,6 +97,11 @@ QString AddCreaturesEvent::suffix() const
     return hiddenSuffix(m_hidden);
 }
 
+QString AddCreaturesEvent::names() const
+{
+    return PlayersNames::areUsed() ? m_added.names() : m_name;
+}
+
 void AddCreaturesEvent::redo()
 {
     m_added.setHidden(m_hidden);
@@ -153,7 +158,7 @@ SetPartyEvent::SetPartyEvent(const CreatureList &list, bool hidden,
 
 QString SetPartyEvent::text() const
 {
-    return tr("Set Party: %1%2").arg(m_name, suffix());
+    return tr("Set Party: %1%2").arg(names(), suffix());
 }
 
 AddCharactersEvent::AddCharactersEvent(const CreatureList &list, bool hidden,
@@ -165,7 +170,7 @@ AddCharactersEvent::AddCharactersEvent(const CreatureList &list, bool hidden,
 
 QString AddCharactersEvent::text() const
 {
-    return tr("Add Characters: %1%2").arg(m_name, suffix());
+    return tr("Add Characters: %1%2").arg(names(), suffix());
 }
 
 // --- SetEncounterEvent ---

@@ -19,6 +19,8 @@ protected:
                       bool hidden, const QList<CreatureItem> &oldItems, const EventRecord &record);
     // " (Hidden)", or empty.
     QString suffix() const;
+    // As the record has them, or as the players may know them.
+    QString names() const;
 
     QString m_name;
     bool m_hidden = false;

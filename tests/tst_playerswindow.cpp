@@ -21,6 +21,7 @@
 #include "global.h"
 #include "lastkillwidget.h"
 #include "playerslistmodel.h"
+#include "playerstexts.h"
 #include "playersview.h"
 #include "playerswindow.h"
 #include "readablecolours.h"
@@ -306,27 +307,22 @@ void PlayersWindowTest::keepsWhatTheDMKeeps()
     start({u"Aria"_s, u"Ogre (1)"_s, u"Borin"_s, u"Rat (1)"_s});
     Creature *ogre = TestFight::creature(u"Ogre (1)"_s);
     Creature *aria = TestFight::creature(u"Aria"_s);
+    CreatureData data = ogre->data();
+    data.maxHP = 7919;
+    data.armourClass = 6007;
+    ogre->assign(data);
+    ogre->setCurrHP(5087);
     append<SetAliasEvent>(ogre, true, u"Stranger"_s);
     append<EffectEvent>(ogre, QList<Creature *> {aria}, QString(), EffectEnd::Special,
                         EffectType::Marked);
     append<DamageEvent>(ogre, aria, 3);
     append<DamageEvent>(ogre, TestFight::creature(u"Rat (1)"_s), 1000);
     m_window->setShowNext(true);
-    const auto allText = [this] {
-        QStringList texts = ticker() + names() << m_window->windowTitle();
-        for (int row = 0; row < m_window->listModel()->rowCount(); ++row)
-            for (int column = 0; column < 3; ++column)
-                texts << cell(row, column);
-        for (const QWidget *widget : m_window->findChildren<QWidget *>()) {
-            texts << widget->toolTip() << widget->accessibleName()
-                  << widget->accessibleDescription();
-            if (const auto *label = qobject_cast<const QLabel *>(widget))
-                texts << label->text();
-        }
-        return texts.join(u'\n');
-    };
+    const auto allText = [this] { return playersTexts(*m_window); };
     QVERIFY2(!allText().contains(u"Ogre"_s), qPrintable(allText()));
     QVERIFY(allText().count(u"Stranger (1)"_s) > 5); // row, mark, ticker, killer, next
+    for (const int secret : {7919, 6007, 5087})
+        QVERIFY(!allText().contains(QString::number(secret)));
     append<ShowHideEvent>(ogre, true);
     QCOMPARE(text("killName0"), u"<b>Somebody</b>"_s);
     append<RenameCreatureEvent>(u"Ogre (0)"_s, u"Ogre (1)"_s);

@@ -21,6 +21,7 @@
 #include "fightfixture.h"
 #include "fightreport.h"
 #include "history.h"
+#include "playerstexts.h"
 #include "testhome.h"
 
 namespace {
@@ -280,11 +281,14 @@ private:
     void levelUpInBuilder(Chance &chance);
     void editHero(Chance &chance);
     void stepThrough();
+    void checkSecrets();
 
     FightFixture *m_fight = nullptr;
     QJsonObject m_atFirst;
     QStringList m_edited;
     int m_clearedEvents = 0;
+    std::unique_ptr<PlayersWindow> m_players; // of m_playersFight
+    QPointer<Encounter> m_playersFight;
 };
 
 void TestRandomTurns::replaysAndSteps_data()
@@ -328,6 +332,7 @@ void TestRandomTurns::replaysAndSteps()
         if (QTest::currentTestFailed())
             return;
     }
+    m_players.reset();
     const int written = m_clearedEvents + theHistory->eventCount();
     QVERIFY2(written > batches * commands / 4, qPrintable(QString::number(written)));
 }
@@ -352,6 +357,7 @@ void TestRandomTurns::command(Chance &chance)
     if (!trigger(name, chance))
         return;
     checkNoPreview();
+    checkSecrets();
     if (!QTest::currentTestFailed())
         checkNoOutsideChange();
     if (qstrcmp(name, "newHistory") == 0) {
@@ -427,6 +433,33 @@ void TestRandomTurns::checkNoOutsideChange()
         QVERIFY2(std::any_of(m_edited.begin(), m_edited.end(), begins)
                      || creature->liveVitality() == creature->shadowVitality(),
                  qPrintable(name));
+    }
+}
+
+// The players' window has neither the name of a hidden creature in play nor the true name of a
+// monster that shows an alias.
+void TestRandomTurns::checkSecrets()
+{
+    if (!m_players || m_playersFight != theEncounter) {
+        m_players = std::make_unique<PlayersWindow>();
+        m_players->setShowNext(true);
+        m_playersFight = theEncounter;
+    }
+    const QString texts = playersTexts(*m_players);
+    const QList<Creature *> everybody = theCharacters->all() + theMonsters->clones();
+    for (const Creature *creature : theEncounter->creatures()) {
+        const bool hasTellingAlias = creature->alias().contains(creature->keyName());
+        if (!creature->isHidden()
+            && (!creature->isMonster() || creature->aliasMode() == 0 || hasTellingAlias))
+            continue;
+        QVERIFY2(!texts.contains(creature->displayName()), qPrintable(texts));
+        const auto isOpenAsGroup = [&](const Creature *other) {
+            return !other->isHidden() && other->playersName().contains(creature->group());
+        };
+        QVERIFY2(!creature->isMonster()
+                     || std::any_of(everybody.begin(), everybody.end(), isOpenAsGroup)
+                     || !texts.contains(creature->group()),
+                 qPrintable(creature->displayName() + u'\n' + texts));
     }
 }
 
@@ -550,8 +583,10 @@ void TestRandomTurns::editHero(Chance &chance)
 void TestRandomTurns::stepThrough()
 {
     const QJsonObject end = fightReport(true);
-    while (m_fight->action("stepBack")->isEnabled())
+    while (m_fight->action("stepBack")->isEnabled()) {
         m_fight->window().onStepBack();
+        checkSecrets();
+    }
     QCOMPARE(theHistory->position(), -1);
     const QJsonObject start = fightReport(true);
     QVERIFY(creaturesOf(start, m_atFirst).size() >= 5);
@@ -562,8 +597,10 @@ void TestRandomTurns::stepThrough()
     checkEmpty("first event",
                differences(comparable(start, m_atFirst), comparable(m_atFirst, start)));
     QCOMPARE(theEncounter->count(), 0);
-    while (m_fight->action("stepForward")->isEnabled())
+    while (m_fight->action("stepForward")->isEnabled()) {
         m_fight->window().onStepForward();
+        checkSecrets();
+    }
     checkEmpty("last event", fightDifferences(fightReport(true), end));
 }
 
