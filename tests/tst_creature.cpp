@@ -17,7 +17,6 @@ class TestCreature : public QObject {
 private Q_SLOTS:
     void init() { failOnWarnings(); }
     void recordLeavesTheFightAlone();
-    void modifiedFollowsTheText();
     void editedFieldsRewriteTheText();
     void vitalityRewritesOnlyWhatChanged();
     void effectsKeepTheirPlaces();
@@ -50,22 +49,6 @@ void TestCreature::recordLeavesTheFightAlone()
     QCOMPARE(clone.effectCount(), 0);
     clone.copyFrom(nullptr);
     QCOMPARE(clone.name(), u"Aria"_s);
-}
-
-void TestCreature::modifiedFollowsTheText()
-{
-    CoreObjects objects;
-    Creature creature;
-    creature.setSavedStatBlock(u"old"_s);
-    creature.setStatBlock(u"new"_s);
-    QVERIFY(creature.isModified());
-    QVERIFY(theEncounter->isVitalityStale());
-    creature.setStatBlock(u"old"_s);
-    QVERIFY(!creature.isModified());
-    // What was never saved isn't changed against anything.
-    creature.setNew(true);
-    creature.setStatBlock(u"new"_s);
-    QVERIFY(!creature.isModified());
 }
 
 void TestCreature::editedFieldsRewriteTheText()

@@ -83,7 +83,6 @@ private Q_SLOTS:
     void brokenTreesAreRefused();
     void placesAreSearchedInOrder();
     void firstStartCopiesTheDemoData();
-    void cancelledChoiceLeavesTheOldFolder();
     void refusedFolderLeavesTheOldFolder();
     void choosingAnotherFolderReplacesTheFight();
     void unsavedWork();
@@ -217,15 +216,6 @@ void DataFolderTest::firstStartCopiesTheDemoData()
     QVERIFY(theCharacters->count() > 0);
     QVERIFY(hasAllDataFolders(QDir(dataRoot)));
     QCOMPARE(m_window->windowTitle(), QStringLiteral("Morvane DM's Display"));
-}
-
-void DataFolderTest::cancelledChoiceLeavesTheOldFolder()
-{
-    loadOld();
-    Answer answer(inFileDialog(QString()));
-    m_window->onSetRoot();
-    QVERIFY(answer.wasAnswered);
-    checkOld();
 }
 
 // A folder without the sub-folders is asked about, and the file dialog comes again.

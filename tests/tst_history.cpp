@@ -45,7 +45,6 @@ private Q_SLOTS:
     void foreignChangesCostNothing_data();
     void foreignChangesCostNothing();
     void truncatingSparesAForeignLog();
-    void backupNeverLeavesItsFolder();
     void damagedLogIsCopied_data();
     void damagedLogIsCopied();
 
@@ -434,18 +433,6 @@ void HistoryTest::truncatingSparesAForeignLog()
     QCOMPARE(m_folder->read(u"History/"_s + backups().first()), foreign);
     QCOMPARE(LoggedEvent::readLog(log()), Three.first(2));
     QTRY_COMPARE(m_windows->shown.size(), 1);
-}
-
-// The date in the header is foreign text, and part of a file's name.
-void HistoryTest::backupNeverLeavesItsFolder()
-{
-    play(Three);
-    const QByteArray created = m_history->getStream()->created().toUtf8();
-    m_history->clear();
-    writeLog(log().replace(created, QByteArray("../../../escaped").leftJustified(19, '.')));
-    QVERIFY(m_history->load());
-    QVERIFY(m_history->backupLog());
-    QCOMPARE(backups(), QStringList({u"history_.._.._.._escaped....log"_s}));
 }
 
 void HistoryTest::damagedLogIsCopied_data()

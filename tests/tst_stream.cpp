@@ -74,7 +74,6 @@ private Q_SLOTS:
     void init();
     void fieldHasShortestLength();
     void writesReachTheDeviceAtTheEndOfARecord();
-    void searchStopsInFrontOfTheEnd();
     void recordInAnyOrder();
     void uselessLengthsEndTheData();
     void damagedHeaderCountsAsEmpty_data();
@@ -157,22 +156,6 @@ void StreamTest::writesReachTheDeviceAtTheEndOfARecord()
     stream->skip(int(record.size()));
     stream->writeEnd(7);
     QCOMPARE(m_disk.bytes.mid(start), record + field(7, {}) + EndMarker);
-}
-
-void StreamTest::searchStopsInFrontOfTheEnd()
-{
-    const QByteArray data = intField(10, 1) + intField(11, 2);
-    auto stream = open(data + EndMarker + intField(12, 3));
-    QCOMPARE(stream->readInt(11), 2);
-    stream->seek(0);
-    QCOMPARE(stream->readInt(12), 0);
-    QCOMPARE(stream->position(), int(data.size()));
-    QCOMPARE(stream->readString(12), QString());
-    QVERIFY(!stream->readTo(12));
-    QMap<int, StreamField> record;
-    QVERIFY(!stream->readRecord(record, 12));
-    QCOMPARE(stream->position(), int(data.size()));
-    QCOMPARE(stream->readField().tag, 0);
 }
 
 void StreamTest::recordInAnyOrder()
