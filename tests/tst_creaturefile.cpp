@@ -9,7 +9,6 @@
 #include "creaturekeyform.h"
 #include "creatureportrait.h"
 #include "creaturetext.h"
-#include "datatable.h"
 #include "paths.h"
 #include "picturefile.h"
 #include "tables.h"
@@ -25,9 +24,7 @@ private Q_SLOTS:
     void init() { failOnWarnings(); }
     void tellsForms();
     void readsEveryKey();
-    void refusesFiles();
-    void keepsBadTextAsInvalidCreature_data();
-    void keepsBadTextAsInvalidCreature();
+    void loadsFiles();
     void heroKeepsThePowersOfItsStatBlock();
     void starterTextOfMonster();
     void derivesFileNames();
@@ -35,7 +32,6 @@ private Q_SLOTS:
     void findsMovedPortrait();
     void leavesGiantsUnread();
     void takesNoPictureButOfItsFolder();
-    void tellsHarmlessPictures_data();
     void tellsHarmlessPictures();
     void adoptsChosenPictures();
     void writesPortraitIntoText();
@@ -48,12 +44,6 @@ namespace {
 
 const QString knight = u"name=Aria\nclass=Fighter\nlevel=3\nhit-points=40\n"_s;
 
-QByteArray ofKeys(int count, const char *keyName)
-{
-    QByteArray text = QByteArray(keyName) + "\nlevel=2\nxp=125\nspeed=6\nrole=Brute\n";
-    return text.split('\n').mid(0, count).join('\n');
-}
-
 } // namespace
 
 void TestCreatureFile::addPicture(const QString &path, const QSize &size)
@@ -65,38 +55,18 @@ void TestCreatureFile::addPicture(const QString &path, const QSize &size)
 
 void TestCreatureFile::tellsForms()
 {
-    using enum CreatureForm;
-    struct Case {
-        bool isMonster;
-        QByteArray text;
-        CreatureForm form;
-        bool read;
-    };
-    const QByteArray rat = ofKeys(4, "group=Rat");
-    const Case cases[] = {{true, rat, Key, true},
-                          {true, ofKeys(3, "group=Rat"), StatBlock, false},
-                          {false, "name=A\nclass=B\nlevel=1\nportrait=a.png", StatBlock, false},
-                          {true, ofKeys(5, "name=Rat"), StatBlock, false},
-                          {false, ofKeys(5, "group=Rat"), StatBlock, false},
-                          {true, "group=Rat\r\r\nlevel=1\rxp=9\r\nspeed=6", Key, true},
-                          {true, rat + "\n  # note=5\n \t \nsize=big\njust words", Key, true},
-                          {true, rat + "\n=5", StatBlock, false},
-                          {true, rat + '\n' + QByteArray(400, 'k') + "=1", Key, true},
-                          {true, rat + '\n' + QByteArray(401, 'k') + "=1", StatBlock, false},
-                          {true, "<?xml version=\"1.0\"?><Monster>", MonsterXml, true},
-                          {true, "<Monster xsi:type=\"Monster\">", MonsterXml, true},
-                          {true, QByteArray(200, ' ') + "<?xml ?>", StatBlock, false},
-                          {false, "<?xml version=\"1.0\"?><D20>", CharacterXml, false},
-                          {true, "", StatBlock, false}};
-    for (const Case &each : cases) {
+    const auto formOf = [](const QStringList &row) -> QString {
         CreatureData data;
-        CreatureForm found {};
-        QVERIFY2(parseText(each.isMonster, each.text, data, QString(), &found) == each.read,
-                 each.text.constData());
-        QVERIFY2(found == each.form, each.text.constData());
-        QCOMPARE(data.isMonster, each.isMonster);
-        QCOMPARE(data.statBlock.size(), QString::fromUtf8(each.text).replace("\r\n", "\n").size());
-    }
+        CreatureForm form {};
+        const bool isMonster = row[0] == u"monster";
+        const bool isRead = parseText(isMonster, row[1].toUtf8(), data, QString(), &form);
+        const QString text = QString(row[1]).replace("\r\n", "\n").replace('\r', '\n');
+        if (data.isMonster != isMonster || data.statBlock != text)
+            return u"another text"_s;
+        const QStringList names {u"key"_s, u"stat block"_s, u"monster"_s, u"hero"_s};
+        return names.at(int(form)) + (isRead ? u""_s : u", not read"_s);
+    };
+    QCOMPARE(differences(u"forms"_s, 3, formOf), QString());
 }
 
 void TestCreatureFile::readsEveryKey()
@@ -129,70 +99,28 @@ void TestCreatureFile::readsEveryKey()
     QCOMPARE(data.languages, "Common, Elven");
 }
 
-void TestCreatureFile::refusesFiles()
+// What is no creature is kept as an invalid one: named for its file, with its text, in its place.
+void TestCreatureFile::loadsFiles()
 {
-    struct Case {
-        bool isMonster;
-        QString fileName;
-        QByteArray bytes;
-        bool loaded;
-    };
-    const QByteArray aria = knight.toUtf8();
-    const Case cases[] = {{false, "aria.txt", aria, true},
-                          {false, ".aria.txt", aria, false},
-                          {false, "TEMPLATE aria.txt", aria, false},
-                          {false, "aria.txt", "", false},
-                          {false, "aria.txt", "\xEF\xBB\xBF", false},
-                          {false, "aria.DnD4e", aria, false},
-                          {false, "aria.txt", "\xEF\xBB\xBF \r\n<D20Character>", false},
-                          {true, "rat.txt", "<rat>", true}};
-    for (const Case &each : cases) {
+    const auto load = [](const QStringList &row) -> QString {
         const TestDataFolder folder;
-        QFile file(creaturePath(each.fileName, each.isMonster));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(each.bytes);
-        file.close();
-        QVERIFY2(Creature().load(each.fileName, each.isMonster, QString()) == each.loaded,
-                 qPrintable(each.fileName));
-    }
-}
-
-void TestCreatureFile::keepsBadTextAsInvalidCreature_data()
-{
-    addColumns<bool, QString, bool>({"isMonster", "text", "valid"});
-    const auto named = [](const QString &name) {
-        return u"group=%1\nlevel=1\nspeed=6\nrole=Brute\n"_s.arg(name);
+        const QString path = row[0] + u'/' + row[1];
+        const bool isMonster = row[0] == u"Monsters";
+        folder.write(path, row[2]);
+        Creature creature;
+        if (!creature.load(row[1], isMonster, QString()))
+            return u"no"_s;
+        if (creature.statBlock() != row[2])
+            return u"another text"_s;
+        if (!creature.isInvalid())
+            return u"yes"_s;
+        creature.setStatBlock(u"more"_s);
+        const bool isKept = creature.isMonster() && creature.speed().isEmpty()
+            && (isMonster ? creature.group() : creature.name()) == row[1] && creature.save()
+            && folder.read(path) == "more";
+        return isKept ? u"invalid"_s : u"lost"_s;
     };
-    QTest::newRow("70 characters") << true << named(QString(70, u'r')) << true;
-    QTest::newRow("71 characters") << true << named(QString(71, u'r')) << false;
-    QTest::newRow("picture letter") << true << named(u"Rat \U0001F400"_s) << true;
-    QTest::newRow("control character") << true << named(u"Rat\u0007"_s) << false;
-    QTest::newRow("neither level nor XP") << true << "group=Rat\nspeed=6\nrole=Brute\ntype=beast\n"
-                                          << false;
-    QTest::newRow("XP alone") << true << "group=Rat\nxp=1\nrole=Brute\ntype=beast\n" << true;
-    QTest::newRow("no form") << true << "Some words\nand others\n" << false;
-    QTest::newRow("character") << false << "Some words\n" << false;
-}
-
-void TestCreatureFile::keepsBadTextAsInvalidCreature()
-{
-    auto [isMonster, text, valid] = fetch<bool, QString, bool>({"isMonster", "text", "valid"});
-    const TestDataFolder folder;
-    const QString fileName = u"odd.txt"_s;
-    folder.write((isMonster ? "Monsters/" : "Characters/") + fileName, text);
-    Creature creature;
-    QVERIFY(creature.load(fileName, isMonster, QString()));
-    QCOMPARE(creature.isInvalid(), !valid);
-    QCOMPARE(creature.statBlock(), text);
-    if (!valid) {
-        QVERIFY(creature.isMonster());
-        QCOMPARE(isMonster ? creature.group() : creature.name(), fileName);
-        QCOMPARE(creature.speed(), QString());
-        // Its file stays where it was read.
-        creature.setStatBlock(text + u'!');
-        QVERIFY(creature.save());
-        QVERIFY(folder.read((isMonster ? "Monsters/" : "Characters/") + fileName).contains('!'));
-    }
+    QCOMPARE(differences(u"loadedfiles"_s, 4, load), QString());
 }
 
 // The key form has no powers: a hero that was pasted as a stat block keeps it beside its fields.
@@ -365,48 +293,16 @@ void TestCreatureFile::takesNoPictureButOfItsFolder()
     QCOMPARE(QDir(portraits).entryList(), before);
 }
 
-void TestCreatureFile::tellsHarmlessPictures_data()
-{
-    addColumns<QString, bool>({"svg", "harmless"});
-    const auto row = [](const char *name, const QString &content, bool harmless = false,
-                        const QString &before = QString()) {
-        QTest::newRow(name) << before
-                + u"<svg xmlns:xlink='http://www.w3.org/1999/xlink' "
-                  "viewBox='0 0 9 9'>"_s
-                + content + u"</svg>"_s
-                            << harmless;
-    };
-    const QString embedded =
-        u"<image width='4' height='4' xlink:href='data:image/png;base64,%1'/>"_s;
-    row("shape and use", u"<g id='g'><path d='M0 0h9v9z'/></g><use xlink:href='#g'/>"_s, true);
-    row("doctype", u"<path/>"_s, true,
-        u"<!DOCTYPE svg PUBLIC '-//W3C//DTD SVG 1.1//EN' 'http://www.w3.org/svg11.dtd'>"_s);
-    row("picture inside",
-        embedded.arg(
-            u"iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAYAAAAfFcSJAAAADUlEQVR42mNk+M9QDwADhgGAWjR9awAAAABJRU5ErkJggg=="_s),
-        true);
-    row("svg inside", embedded.arg(QString::fromLatin1(QByteArray("<svg/>").toBase64())));
-    row("file", u"<image xlink:href='/etc/hostname'/>"_s);
-    row("file of another prefix", u"<image x:href='a.png'/>"_s);
-    row("style sheet", u"<path/>"_s, false, u"<?xml-stylesheet type='text/css' href='/a.css'?>"_s);
-    row("entity", u"<text>&a;</text>"_s, false, u"<!DOCTYPE svg [<!ENTITY a 'aaa'>]>"_s);
-    QTest::newRow("no picture") << u"<?xml version='1.0'?><config><key>x</key></config>"_s << false;
-    row("cut short", u"<path"_s);
-    row("in a circle", u"<g id='g'><use xlink:href='#g'/></g>"_s);
-    QString nested = u"<g id='g0'><path/></g>"_s;
-    for (int i = 1; i < 14; ++i)
-        nested += u"<g id='g%1'>"_s.arg(i) + u"<use xlink:href='#g%1'/>"_s.arg(i - 1).repeated(9)
-            + u"</g>"_s;
-    row("a billion shapes", nested);
-}
-
 void TestCreatureFile::tellsHarmlessPictures()
 {
-    auto [svg, harmless] = fetch<QString, bool>({"svg", "harmless"});
     const TestDataFolder folder;
-    folder.write(u"Portraits/a.svg"_s, svg);
-    QCOMPARE(isPictureFile(portraitPath(u"a.svg"_s)), harmless);
-    QCOMPARE(!readPicture(portraitPath(u"a.svg"_s), 64).isNull(), harmless);
+    const auto isTaken = [&folder](const QStringList &row) {
+        folder.write(u"Portraits/a.svg"_s, row[0]);
+        const QString path = portraitPath(u"a.svg"_s);
+        const bool isShown = !readPicture(path, 64).isNull();
+        return isPictureFile(path) != isShown ? u"half"_s : isShown ? u"yes"_s : u"no"_s;
+    };
+    QCOMPARE(differences(u"svg"_s, 2, isTaken), QString());
 }
 
 void TestCreatureFile::adoptsChosenPictures()
