@@ -74,10 +74,12 @@ namespace {
 
 QString vitalityText(const CreatureVitality &v)
 {
+    const std::pair<const char *, int> values[] = {
+        {"init", v.initBonus}, {"maxHP", v.maxHP},   {"hp", v.currHP},    {"maxHS", v.maxHS},
+        {"hs", v.currHS},      {"value", v.hsValue}, {"maxAP", v.initAP}, {"ap", v.currAP}};
     QStringList numbers;
-    for (int number :
-         {v.initBonus, v.maxHP, v.currHP, v.maxHS, v.currHS, v.hsValue, v.initAP, v.currAP})
-        numbers << QString::number(number);
+    for (const auto &[name, value] : values)
+        numbers << QLatin1String(name) + u'=' + QString::number(value);
     return numbers.join(u' ');
 }
 
