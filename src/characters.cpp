@@ -24,14 +24,11 @@ QString characterKey(const Creature &creature)
     return creature.name();
 }
 
-// As after a load: full health, and nothing for the check of vitality to find.
 std::unique_ptr<Creature> readyCharacter(const CreatureData &data)
 {
     auto creature = std::make_unique<Creature>();
     creature->assign(data);
-    creature->setNameBefore(data.name);
-    creature->extendedRest(false);
-    creature->syncShadows();
+    creature->readyForPlay();
     return creature;
 }
 
@@ -52,6 +49,11 @@ Creature *Characters::find(const QString &name, const Creature *except) const
         return creature;
     Creature *deleted = m_deleted.find(name, except);
     return deleted && deleted->isDeleted() ? deleted : nullptr;
+}
+
+NameState Characters::nameState(const QString &name, const Creature *except) const
+{
+    return nameStateOf(find(name, except));
 }
 
 QString Characters::uniqueName(const QString &name, const Creature *except) const
@@ -208,6 +210,11 @@ void Characters::revert(Creature *creature)
 void Characters::discard(int index)
 {
     remove(index, true);
+}
+
+void Characters::addDeletedNames(QStringList &names) const
+{
+    addChangedNames(m_deleted, names);
 }
 
 void Characters::restoreDeleted()

@@ -23,6 +23,8 @@ public:
     // Stand-ins for missing characters are not among the entries.
     // Characters whose deletion isn't saved are found too: their names stay taken.
     Creature *find(const QString &name, const Creature *except = nullptr) const;
+    // Stand-ins leave their names free.
+    NameState nameState(const QString &name, const Creature *except = nullptr) const;
     // `name`, or with the first number from 2 that no character but `except` has.
     QString uniqueName(const QString &name, const Creature *except = nullptr) const;
     // With `free` the character moves to the deleted ones; without, the caller gets it. A deletion
@@ -61,6 +63,7 @@ protected:
     bool removeFile(Creature &creature) override;
     void revert(Creature *creature) override;
     void discard(int index) override;
+    void addDeletedNames(QStringList &names) const override;
 
 private:
     Creature *makeStandIn(const QString &name);

@@ -8,6 +8,18 @@
 #include "libraryfolder.h"
 #include "librarylist.h"
 
+// Whether an entry may take a name. Names are compared ignoring case, and that of an entry whose
+// deletion isn't saved yet can't be used again until it is.
+enum class NameState { Free, Taken, TakenByDeleted };
+
+template <typename Entry>
+NameState nameStateOf(const Entry *holder)
+{
+    if (!holder)
+        return NameState::Free;
+    return holder->isDeleted() ? NameState::TakenByDeleted : NameState::Taken;
+}
+
 // Takes all three flags off, and so out of the counters.
 template <typename Entry>
 void clearFlags(Entry &entry)
@@ -17,6 +29,9 @@ void clearFlags(Entry &entry)
     entry.setDeleted(false);
 }
 
+// A list model takes its rows from at(). It resets itself around load(), saveAll(), revertAll(),
+// clear() and whatever else adds or removes entries without the model's knowledge; add() and
+// resort() put an entry where insertionIndex() says beforehand.
 template <typename Entry>
 class Collection {
 public:
@@ -36,7 +51,33 @@ public:
     // Takes the entry over. Returns its index. The flags of a new one are set behind this, or they
     // would not be counted.
     int add(std::unique_ptr<Entry> entry) { return m_entries.add(std::move(entry)); }
+    // The same for one that no file holds yet: it has isNew() and isModified() set.
+    Entry *addNew(std::unique_ptr<Entry> entry)
+    {
+        Entry *added = at(add(std::move(entry)));
+        added->setNew(true);
+        added->setModified(true);
+        return added;
+    }
+    // Puts the entry where its changed name belongs. Returns its new index; -1 for one that isn't
+    // here.
+    int resort(Entry *entry)
+    {
+        m_entries.resort(entry);
+        return indexOf(entry);
+    }
     const ChangeCounters &counters() const { return *m_counters; }
+    // The names of the entries that are unsaved work: new, changed or deleted.
+    QStringList changedNames() const
+    {
+        QStringList names;
+        // An unchanged library need not be walked through.
+        if (m_counters->isNew == 0 && m_counters->isModified == 0 && m_counters->isDeleted == 0)
+            return names;
+        addChangedNames(m_entries, names);
+        addDeletedNames(names);
+        return names;
+    }
 
     // Replaces all by what the folder holds. A folder that is missing or gives nothing is a
     // question to the user.
@@ -113,6 +154,16 @@ protected:
     {
         if (const std::unique_ptr<Entry> entry = m_entries.take(index))
             clearFlags(*entry);
+    }
+
+    // Deleted entries that the collection keeps elsewhere.
+    virtual void addDeletedNames(QStringList & /*names*/) const { }
+    static void addChangedNames(const LibraryList<Entry> &entries, QStringList &names)
+    {
+        for (const Entry *entry : entries.list()) {
+            if (entry->isNew() || entry->isModified() || entry->isDeleted())
+                names.append(entries.keyOf(*entry));
+        }
     }
 
     // Exchanges the entries with those of `other`.

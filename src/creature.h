@@ -136,6 +136,9 @@ public:
     // states, which is again as it was before the history wrote into it; the history hears of it
     // with the next command. Nothing for a text that can't be read.
     void takeNumbersOfText();
+    // The running state starts anew, as after a load: current values from the maxima, the name as
+    // the history's, the shadows set. For a creature that no fight has seen yet.
+    void readyForPlay();
     // As after a load of its text: no trace of any fight, and what the text states.
     void resetForEncounter(const UniqueName &uniqueName);
 

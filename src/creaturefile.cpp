@@ -111,10 +111,15 @@ bool Creature::load(const QString &fileName, bool isMonster, const QString &data
     m_isCharacterFile = !isMonster;
     m_savedStatBlock = m_data.statBlock;
     m_fileName = fileName;
+    readyForPlay();
+    return true;
+}
+
+void Creature::readyForPlay()
+{
     m_nameBefore = m_data.name;
     extendedRest(false);
     syncShadows();
-    return true;
 }
 
 bool Creature::save()

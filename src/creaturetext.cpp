@@ -155,3 +155,13 @@ QString withPortraitInText(const QString &text, const QString &portrait)
         return keyForm;
     return withPortraitInStatBlock(text, portrait);
 }
+
+QString replacedName(const QString &text, const QString &oldName, const QString &newName)
+{
+    if (oldName.isEmpty())
+        return text;
+    const bool isXml = isXmlText(text.toUtf8());
+    QString replaced = text;
+    return replaced.replace(isXml ? oldName.toHtmlEscaped() : oldName,
+                            isXml ? newName.toHtmlEscaped() : newName);
+}

@@ -21,5 +21,10 @@ bool parseText(bool isMonster, const QByteArray &text, CreatureData &data,
 // monster.
 QString textOf(const CreatureData &data);
 
+// A creature's text with another name wherever the old one stands, whatever word it is part of;
+// upper and lower case count. In XML both names are meant as they are read, not as they are
+// escaped. An empty old name changes nothing.
+QString replacedName(const QString &text, const QString &oldName, const QString &newName);
+
 // Writes the portrait's path into a monster's text.
 QString withPortraitInText(const QString &text, const QString &portrait);

@@ -390,36 +390,11 @@ bool saveLogElsewhere()
 
 // --- unsaved work ---
 
-bool isUnsaved(const ChangeCounters &counters)
-{
-    return counters.isNew || counters.isModified || counters.isDeleted;
-}
-
-const QString &nameOf(const Creature *creature)
-{
-    return creature->keyName();
-}
-
-const QString &nameOf(const PreparedEncounter *encounter)
-{
-    return encounter->name();
-}
-
 template <typename Collection>
 UnsavedItems unsavedItems(const Collection &collection, const char *plural)
 {
-    UnsavedItems items;
-    items.plural = translated(plural);
-    // An unchanged library need not be walked through.
-    const int count = isUnsaved(collection.counters()) ? collection.count() : 0;
-    for (int i = 0; i < count; ++i) {
-        const auto *item = collection.at(i);
-        if (!item->isNew() && !item->isModified() && !item->isDeleted())
-            continue;
-        ++items.count;
-        items.name = nameOf(item);
-    }
-    return items;
+    const QStringList names = collection.changedNames();
+    return {.count = int(names.size()), .name = names.value(0), .plural = translated(plural)};
 }
 
 } // namespace

@@ -38,13 +38,6 @@ void Encounters::remove(int index)
     discard(index);
 }
 
-int Encounters::resort(int index)
-{
-    PreparedEncounter *encounter = at(index);
-    m_entries.resort(encounter);
-    return indexOf(encounter);
-}
-
 QStringList Encounters::adventures() const
 {
     QSet<QString> names;
@@ -82,6 +75,12 @@ void Encounters::templateDeleted(const QString &group)
         if (std::any_of(monsters.begin(), monsters.end(), usesGroup))
             encounter->setLevelStale();
     }
+}
+
+void Encounters::markLevelsStale()
+{
+    for (const PreparedEncounter *encounter : m_entries.list())
+        encounter->setLevelStale();
 }
 
 void Encounters::replaceBy(Encounters &other)

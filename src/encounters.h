@@ -18,8 +18,6 @@ public:
 
     // Destroys the encounter.
     void remove(int index);
-    // Puts the encounter where its changed name belongs. Returns its new index.
-    int resort(int index);
     // Sorted; what the boxes that filter by adventure show.
     QStringList adventures() const;
     QString newName() const;
@@ -27,6 +25,8 @@ public:
     // Entries follow the template's new name; those of a deleted template stay.
     void templateRenamed(const QString &oldGroup, const QString &newGroup);
     void templateDeleted(const QString &group);
+    // The templates' XP may have changed: level and XP of all are worked out anew when asked for.
+    void markLevelsStale();
 
     // Takes everything out of `other`.
     void replaceBy(Encounters &other);

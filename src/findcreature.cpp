@@ -30,7 +30,7 @@ Creature *findCreature(const QString &displayName, bool create)
     const qsizetype first = displayName.indexOf(NameBracket);
     if (bracket < 0)
         return theCharacters->ensureCharacter(displayName, create);
-    while (bracket > first && !theMonsters->findGroup(displayName.left(bracket)))
+    while (bracket > first && !theMonsters->findTemplate(displayName.left(bracket)))
         bracket = displayName.lastIndexOf(NameBracket, bracket - 1);
     QString group = displayName.left(bracket);
     return theMonsters->ensureTemplate(group, idBehind(displayName, bracket), create);

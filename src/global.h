@@ -16,3 +16,8 @@ public:
 extern QFile logFile;
 // Shown where a creature has no picture. Null until main() has loaded it; owned by main().
 extern QPixmap *blankPortrait;
+
+// Number of players that the levels of all encounters are worked out for; 5 until it is set. Less
+// than 1 counts as 1.
+int partySize();
+void setPartySize(int count);

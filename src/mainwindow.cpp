@@ -35,7 +35,6 @@ namespace {
 constexpr int RefreshInterval = 600; // milliseconds
 constexpr QSize DefaultSize(1400, 860);
 // The number of players an encounter's level is worked out for.
-constexpr int DefaultPartySize = 5;
 
 bool isReturn(const QKeyEvent *event)
 {
@@ -425,11 +424,6 @@ void MainWindow::showAfterReplay()
     show();
     if (m_wasPlayersVisible)
         m_players->displayWindow()->show();
-}
-
-int MainWindow::partySize() const
-{
-    return DefaultPartySize;
 }
 
 #include "moc_mainwindow.cpp"

@@ -94,7 +94,6 @@ public:
     void refreshTerms() override;
     void hideForReplay() override;
     void showAfterReplay() override;
-    int partySize() const override;
 
 Q_SIGNALS:
     // Forwarded to the SwitchBoard.

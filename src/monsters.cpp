@@ -1,5 +1,8 @@
 #include "monsters.h"
 
+#include <QFile>
+#include <QFileInfo>
+
 #include "creaturefile.h"
 #include "creatureportrait.h"
 #include "creaturetext.h"
@@ -35,20 +38,12 @@ QString keyOfClone(const Creature &creature)
     return cloneKey(creature.group(), creature.name());
 }
 
-// As after a load: full health, and nothing for the check of vitality to find.
-void readyForPlay(Creature &creature)
-{
-    creature.setNameBefore(creature.name());
-    creature.extendedRest(false);
-    creature.syncShadows();
-}
-
 std::unique_ptr<Creature> fromStarterText(CreatureData data)
 {
     data.statBlock = textOf(data);
     auto creature = std::make_unique<Creature>();
     creature->assign(data);
-    readyForPlay(*creature);
+    creature->readyForPlay();
     return creature;
 }
 
@@ -56,6 +51,7 @@ std::unique_ptr<Creature> fromStarterText(CreatureData data)
 
 Monsters::Monsters(QObject *parent)
     : QObject(parent), Collection(templateKey, monstersFolder),
+      m_madeUp(templateKey, std::make_shared<ChangeCounters>()),
       m_clones(keyOfClone, std::make_shared<ChangeCounters>())
 {
 }
@@ -65,6 +61,17 @@ Monsters::~Monsters() = default;
 Creature *Monsters::findGroup(const QString &group) const
 {
     return m_entries.find(group);
+}
+
+NameState Monsters::nameState(const QString &group, const Creature *except) const
+{
+    return nameStateOf(m_entries.find(group, except));
+}
+
+Creature *Monsters::findTemplate(const QString &group) const
+{
+    Creature *creature = findGroup(group);
+    return creature ? creature : m_madeUp.find(group);
 }
 
 QString Monsters::uniqueGroup(const QString &group, const Creature *except) const
@@ -80,6 +87,25 @@ Creature *Monsters::findFile(const QString &fileName) const
             && creature->fileName().compare(fileName, Qt::CaseInsensitive) == 0)
             return creature;
     }
+    return nullptr;
+}
+
+Creature *Monsters::takeFile(const QString &path)
+{
+    const QString fileName = QFileInfo(path).fileName();
+    for (Creature *creature : m_entries.list()) {
+        if (creature->fileName().compare(fileName, Qt::CaseInsensitive) == 0) {
+            creature->setDeleted(false);
+            return creature;
+        }
+    }
+    const QString target = creaturePath(fileName, true);
+    const bool isCopied = !dataReadOnly && QFile::copy(path, target);
+    std::unique_ptr<Creature> creature = read(fileName, QString());
+    if (creature)
+        return at(add(std::move(creature)));
+    if (isCopied)
+        QFile::remove(target);
     return nullptr;
 }
 
@@ -109,7 +135,7 @@ std::unique_ptr<Creature> Monsters::newMonster() const
 
 Creature *Monsters::ensureTemplate(QString &group, const QString &id, bool create)
 {
-    const Creature *original = findGroup(group);
+    const Creature *original = findTemplate(group);
     if (!original && create)
         original = makeUpTemplate(group);
     if (original)
@@ -126,9 +152,7 @@ Creature *Monsters::makeUpTemplate(const QString &group)
     CreatureData data;
     data.group = group;
     data.missing = true;
-    std::unique_ptr<Creature> creature = fromStarterText(std::move(data));
-    creature->setSavedStatBlock(creature->data().statBlock);
-    return at(add(std::move(creature)));
+    return m_madeUp.append(fromStarterText(std::move(data)));
 }
 
 Creature *Monsters::makeClone(const Creature *original, const QString &id)
@@ -136,7 +160,7 @@ Creature *Monsters::makeClone(const Creature *original, const QString &id)
     auto clone = std::make_unique<Creature>();
     clone->copyFrom(original);
     clone->setName(id);
-    readyForPlay(*clone);
+    clone->readyForPlay();
     return m_clones.append(std::move(clone));
 }
 
@@ -154,20 +178,21 @@ void Monsters::retireClone(Creature *creature)
 void Monsters::resetForEncounter()
 {
     m_clones.clear(std::make_shared<ChangeCounters>());
+    m_madeUp.clear(std::make_shared<ChangeCounters>());
     m_retired.clear();
 }
 
 void Monsters::clear()
 {
     Collection::clear();
-    m_clones.clear(std::make_shared<ChangeCounters>());
-    m_retired.clear();
+    resetForEncounter();
 }
 
 void Monsters::replaceBy(Monsters &other)
 {
     clear();
     swapWith(other);
+    std::swap(m_madeUp, other.m_madeUp);
     std::swap(m_clones, other.m_clones);
     std::swap(m_retired, other.m_retired);
     Q_EMIT doTemplatesUpdated();

@@ -18,13 +18,21 @@ public:
     explicit Monsters(QObject *parent = nullptr);
     ~Monsters() override;
 
-    // The entries are the templates, sorted by group.
+    // The entries are the templates, sorted by group. Those that were made up for a fight or an
+    // encounter are not among them, and leave their names free.
     // Deleted entries are found too: their names stay taken until they are saved.
     Creature *findGroup(const QString &group) const;
+    NameState nameState(const QString &group, const Creature *except = nullptr) const;
+    // The same as findGroup(), or else the template that was made up for a missing one.
+    Creature *findTemplate(const QString &group) const;
     // `group`, or with the first number from 2 that no template but `except` has.
     QString uniqueGroup(const QString &group, const Creature *except = nullptr) const;
     // Entries that aren't deleted, by file name ignoring case.
     Creature *findFile(const QString &fileName) const;
+    // Takes a file of any folder into "Monsters" by its bare name, where a file of that name stays
+    // as it is, and adds what a load makes of it, as saved. Null, and no file left behind, where
+    // it gives no creature. A deleted entry that has the file comes back as it is.
+    Creature *takeFile(const QString &path);
     // With `free` the creature is destroyed; without, the caller gets it.
     std::unique_ptr<Creature> remove(int index, bool free);
     QString newName() const;
@@ -63,7 +71,9 @@ private:
     Creature *makeUpTemplate(const QString &group);
     Creature *makeClone(const Creature *original, const QString &id);
 
-    // With counters of their own: what happens to a clone in a fight is no unsaved work.
+    // With counters of their own: what happens in a fight is no unsaved work, and nothing has to be
+    // saved of what was made up.
+    LibraryList<Creature> m_madeUp;
     LibraryList<Creature> m_clones;
     std::vector<std::unique_ptr<Creature>> m_retired;
     TrackerMember m_tracker {__LINE__, "monsters"};

@@ -7,13 +7,14 @@
 #include <array>
 
 #include "creature.h"
+#include "creaturefile.h"
+#include "global.h"
 #include "keyvalue.h"
 #include "libraryfolder.h"
 #include "monsters.h"
 #include "paths.h"
 #include "safefile.h"
 #include "text.h"
-#include "windowinterface.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -279,13 +280,13 @@ int PreparedEncounter::xp() const
 
 void PreparedEncounter::recomputeIfStale() const
 {
-    if (m_levelStale || m_partySize != windows().partySize())
+    if (m_levelStale || m_partySize != partySize())
         recompute();
 }
 
 void PreparedEncounter::recompute() const
 {
-    m_partySize = windows().partySize();
+    m_partySize = partySize();
     qint64 sum = 0;
     for (const EncounterMonster &monster : m_monsters) {
         if (const Creature *original =
@@ -294,7 +295,7 @@ void PreparedEncounter::recompute() const
     }
     constexpr qint64 limit = std::numeric_limits<int>::max();
     m_xp = int(std::clamp(sum, -limit, limit));
-    m_level = levelOf(m_xp, std::max(1, m_partySize));
+    m_level = levelOf(m_xp, m_partySize);
     m_levelStale = false;
 }
 
@@ -369,6 +370,80 @@ void PreparedEncounter::setMonsters(const QList<EncounterMonster> &monsters)
 {
     m_monsters = monsters;
     rebuildGroupStarts();
+}
+
+int PreparedEncounter::insertMonster(const EncounterMonster &monster)
+{
+    const auto last = std::find_if(m_monsters.crbegin(), m_monsters.crend(),
+                                   [&monster](const EncounterMonster &other) {
+                                       return isSameGroup(other.group, monster.group);
+                                   });
+    EncounterMonster added = monster;
+    auto index = m_monsters.size();
+    if (last != m_monsters.crend()) {
+        added.group = last->group;
+        index = m_monsters.crend() - last;
+    }
+    m_monsters.insert(index, added);
+    rebuildGroupStarts();
+    refreshChanged();
+    return int(index);
+}
+
+void PreparedEncounter::removeMonster(int index)
+{
+    if (!hasMonster(index))
+        return;
+    m_monsters.removeAt(index);
+    rebuildGroupStarts();
+    refreshChanged();
+}
+
+bool PreparedEncounter::setMonsterId(int index, const QString &id)
+{
+    const QString trimmed = id.trimmed();
+    if (!hasMonster(index) || !isUsableName(trimmed) || trimmed.contains(u',')
+        || trimmed.contains(u'=') || isTaken(m_monsters.at(index).group, trimmed, index))
+        return false;
+    m_monsters[index].id = trimmed;
+    refreshChanged();
+    return true;
+}
+
+bool PreparedEncounter::isTaken(const QString &group, const QString &id, int exceptIndex) const
+{
+    for (int i = 0; i < m_monsters.size(); ++i) {
+        const EncounterMonster &monster = m_monsters.at(i);
+        if (i != exceptIndex && isSameGroup(monster.group, group)
+            && monster.id.compare(id, Qt::CaseInsensitive) == 0)
+            return true;
+    }
+    return false;
+}
+
+void PreparedEncounter::setMonsterAlias(int index, const QString &alias)
+{
+    if (!hasMonster(index))
+        return;
+    m_monsters[index].alias = alias.trimmed();
+    refreshChanged();
+}
+
+void PreparedEncounter::setMonsterHidden(int index, bool hidden)
+{
+    if (!hasMonster(index))
+        return;
+    m_monsters[index].hidden = hidden;
+    refreshChanged();
+}
+
+int PreparedEncounter::groupOf(int monsterIndex) const
+{
+    if (!hasMonster(monsterIndex))
+        return -1;
+    const auto behind =
+        std::upper_bound(m_groupStarts.cbegin(), m_groupStarts.cend(), monsterIndex);
+    return int(behind - m_groupStarts.cbegin()) - 1;
 }
 
 bool PreparedEncounter::renameGroup(const QString &oldGroup, const QString &newGroup)

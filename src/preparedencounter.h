@@ -60,6 +60,21 @@ public:
     void setMonsters(const QList<EncounterMonster> &monsters);
     // False when no entry has the old group.
     bool renameGroup(const QString &oldGroup, const QString &newGroup);
+    // Changes of one monster. An index out of range changes nothing. Each keeps groupStarts() and
+    // isModified() true to the content, as refreshChanged() does.
+    // Behind the last of its group, whose spelling of the group it takes, or at the end. Returns
+    // its index.
+    int insertMonster(const EncounterMonster &monster);
+    void removeMonster(int index);
+    // The same monster with another ID, trimmed. False, and nothing changed, for one that another
+    // monster of the group has, whatever its case, or that the file can't hold: empty, too long,
+    // unprintable, or with a "," or "=".
+    bool setMonsterId(int index, const QString &id);
+    // Trimmed, as the file gives it back.
+    void setMonsterAlias(int index, const QString &alias);
+    void setMonsterHidden(int index, bool hidden);
+    // Index in groupStarts() of the run that the monster stands in; -1 out of range.
+    int groupOf(int monsterIndex) const;
     // The templates' XP may have changed.
     void setLevelStale() const { m_levelStale = true; }
 
@@ -80,6 +95,8 @@ private:
     QByteArray groupImage(qsizetype start, qsizetype end) const;
     void recomputeIfStale() const;
     void rebuildGroupStarts();
+    bool isTaken(const QString &group, const QString &id, int exceptIndex) const;
+    bool hasMonster(int index) const { return index >= 0 && index < m_monsters.size(); }
 
     EditFlags m_flags;
     QString m_fileName;

@@ -40,9 +40,6 @@ public:
     // Hides the windows and stops the refresh timer; showAfterReplay() takes it back.
     virtual void hideForReplay() = 0;
     virtual void showAfterReplay() = 0;
-
-    // Number of players that encounter levels are worked out for.
-    virtual int partySize() const = 0;
 };
 
 // Never null: without windows an object stands in that prints messages to standard error and
@@ -72,5 +69,4 @@ public:
     void refreshTerms() override { }
     void hideForReplay() override { }
     void showAfterReplay() override { }
-    int partySize() const override { return 5; }
 };

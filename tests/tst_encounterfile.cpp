@@ -2,9 +2,9 @@
 
 #include "coreobjects.h"
 #include "encounters.h"
+#include "global.h"
 #include "monsters.h"
 #include "paths.h"
-#include "scriptedwindows.h"
 #include "tables.h"
 #include "testdata.h"
 #include "testhome.h"
@@ -22,6 +22,7 @@ private Q_SLOTS:
     void savesUnderNamesOfItsOwn();
     void savesAndRevertsAll();
     void followsRenamedTemplates();
+    void changesSingleMonsters();
     void bringsClonesIntoPlay();
 };
 
@@ -82,8 +83,7 @@ void TestEncounterFile::readsLines()
 void TestEncounterFile::worksOutTheLevel()
 {
     const auto levelOf = [](const QStringList &row) {
-        ScriptedWindows windows;
-        windows.party = 0;
+        setPartySize(0);
         const CoreObjects objects;
         auto creature = std::make_unique<Creature>();
         const int xp = row[0].toInt();
@@ -93,10 +93,11 @@ void TestEncounterFile::worksOutTheLevel()
         PreparedEncounter encounter;
         encounter.setMonsters(monstersOf(u"RAT:1;Nobody:1"_s));
         const int xpOfOne = encounter.xp();
-        windows.party = row[1].toInt();
+        setPartySize(row[1].toInt());
         const int level = encounter.level();
         encounter.setMonsters(monstersOf(u"Rat:1,2,3,4,5,6,7,8"_s));
         const qint64 xpOfEight = qMin(qint64(xp) * 8, qint64(std::numeric_limits<int>::max()));
+        setPartySize(5);
         return xpOfOne == xp && encounter.xp() == xpOfEight ? QString::number(level) : u"XP"_s;
     };
     QCOMPARE(differences(u"encounterlevels"_s, 3, levelOf), QString());
@@ -159,12 +160,9 @@ void TestEncounterFile::savesAndRevertsAll()
         first->setName(u"z"_s);
         first->setAdventure(u"New"_s);
         first->refreshChanged();
-        theEncounters->resort(0);
+        theEncounters->resort(first);
         theEncounters->at(0)->setDeleted(true); // "b"
-        PreparedEncounter *added =
-            theEncounters->at(theEncounters->add(named(theEncounters->newName())));
-        added->setNew(true);
-        added->setModified(true);
+        theEncounters->addNew(named(theEncounters->newName()));
     };
     change();
     QCOMPARE(names(), QStringList({"b", "c", "New Encounter", "z"}));
@@ -200,6 +198,41 @@ void TestEncounterFile::followsRenamedTemplates()
     QCOMPARE(encounters.counters().isModified, 1);
     encounters.templateDeleted(u"Mouse"_s);
     QCOMPARE(described(*encounters.at(0)), "Mouse:1;Ogre:1");
+}
+
+void TestEncounterFile::changesSingleMonsters()
+{
+    PreparedEncounter encounter;
+    const QByteArray bytes = "name=a\r\ndescription=\r\nRat=1,2\r\nhidden#2=true\r\nOgre=1\r\n";
+    QVERIFY(encounter.parse(bytes));
+    QCOMPARE(encounter.insertMonster({u"RAT"_s, u"3"_s, QString(), false}), 2);
+    QCOMPARE(encounter.insertMonster({u"Wolf"_s, u"A"_s, QString(), false}), 4);
+    encounter.setMonsterAlias(4, u" Grey, shadow "_s);
+    QCOMPARE(described(encounter), "Rat:1,2!,3;Ogre:1;Wolf:A=Grey, shadow");
+    QVERIFY(encounter.isModified());
+    QCOMPARE(encounter.groupOf(0) * 100 + encounter.groupOf(2) * 10 + encounter.groupOf(4), 2);
+    QCOMPARE(encounter.groupOf(3), 1);
+    QCOMPARE(encounter.groupOf(5) + encounter.groupOf(-1), -2);
+
+    QVERIFY(encounter.setMonsterId(1, u" b "_s));
+    for (const char *id : {"B", "1", " ", "x,y", "x=y"})
+        QVERIFY2(!encounter.setMonsterId(2, QLatin1String(id)), id);
+    QVERIFY(!encounter.setMonsterId(5, u"9"_s));
+    QVERIFY(encounter.setMonsterId(3, u"b"_s));
+    QCOMPARE(described(encounter), "Rat:1,b!,3;Ogre:b;Wolf:A=Grey, shadow");
+    // What the file gives back is what stands here.
+    PreparedEncounter again;
+    QVERIFY(again.parse(encounter.image(false)));
+    QCOMPARE(described(again), described(encounter));
+
+    encounter.removeMonster(4);
+    encounter.removeMonster(7);
+    encounter.removeMonster(2);
+    QVERIFY(encounter.setMonsterId(1, u"2"_s) && encounter.setMonsterId(2, u"1"_s));
+    QCOMPARE(encounter.image(false), bytes);
+    QVERIFY(!encounter.isModified());
+    encounter.setMonsterHidden(1, false);
+    QVERIFY(encounter.isModified());
 }
 
 void TestEncounterFile::bringsClonesIntoPlay()

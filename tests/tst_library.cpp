@@ -23,6 +23,8 @@ private Q_SLOTS:
     void keepsWhatTheFightNames();
     void savesAllMonsters();
     void savesAndRevertsCharacters();
+    void namesUnsavedWork();
+    void takesFiles();
 };
 
 namespace {
@@ -44,13 +46,6 @@ QStringList keysOf(const Collection &collection)
     for (int i = 0; i < collection.count(); ++i)
         keys.append(collection.at(i)->keyName());
     return keys;
-}
-
-void addFlagged(Monsters &monsters, std::unique_ptr<Creature> creature)
-{
-    Creature *added = monsters.at(monsters.add(std::move(creature)));
-    added->setNew(true);
-    added->setModified(true);
 }
 
 } // namespace
@@ -145,7 +140,14 @@ void TestLibrary::makesClonesAndStandIns()
     Creature *ghost = findCreature(u"Gone (1)"_s, true);
     QVERIFY(ghost->isMissing());
     QVERIFY(findCreature(u"gone (2)"_s, true)->isMissing());
-    QCOMPARE(keysOf(*theMonsters), QStringList({"Cave Rat", "Gone"}));
+    QCOMPARE(keysOf(*theMonsters), QStringList({"Cave Rat"}));
+    QCOMPARE(theMonsters->findGroup(u"Gone"_s), nullptr);
+    QCOMPARE(theMonsters->nameState(u"Gone"_s), NameState::Free);
+    QCOMPARE(findCreature(u"Gone (1)"_s, true), ghost);
+    // Found again by the whole name of its group.
+    group = u"Rat (swarm)"_s;
+    const Creature *swarm = theMonsters->ensureTemplate(group, u"1"_s, true);
+    QCOMPARE(findCreature(u"Rat (swarm) (1)"_s, true), swarm);
 
     QCOMPARE(findCreature(u"aria"_s, true), theCharacters->at(0));
     Creature *hero = findCreature(u"Nobody"_s, true);
@@ -211,7 +213,7 @@ void TestLibrary::savesAllMonsters()
     const ChangeCounters &counters = theMonsters->counters();
     theMonsters->at(0)->setStatBlock(theMonsters->at(0)->statBlock() + u"xp=175\n"_s);
     theMonsters->at(1)->setDeleted(true);
-    addFlagged(*theMonsters, theMonsters->newMonster());
+    theMonsters->addNew(theMonsters->newMonster());
     QCOMPARE(counters.isNew, 1);
     QCOMPARE(counters.isModified, 2);
     QCOMPARE(counters.isDeleted, 1);
@@ -243,9 +245,7 @@ void TestLibrary::savesAndRevertsCharacters()
         theCharacters->at(2)->rename(u"Abel"_s);
         theCharacters->at(1)->setDeleted(true);
         theCharacters->remove(1, true);
-        Creature *added = theCharacters->at(theCharacters->add(theCharacters->newCharacter()));
-        added->setNew(true);
-        added->setModified(true);
+        theCharacters->addNew(theCharacters->newCharacter());
     };
     const ChangeCounters &counters = theCharacters->counters();
     change();
@@ -262,6 +262,74 @@ void TestLibrary::savesAndRevertsCharacters()
     again.load(folder.path(), folder.path(), progress);
     QCOMPARE(keysOf(again), QStringList({"Abel", "Aria", "New Character"}));
     QVERIFY(!QFile::exists(folder.file(u"Characters/borin.txt"_s)));
+}
+
+void TestLibrary::namesUnsavedWork()
+{
+    const TestDataFolder folder;
+    for (const char *name : {"Aria", "Borin"})
+        folder.addCharacter(QLatin1String(name));
+    folder.addMonster(u"Rat"_s);
+    const CoreObjects objects;
+    folder.load();
+    QCOMPARE(theCharacters->changedNames(), QStringList());
+    findCreature(u"Nobody"_s, true);
+    Creature *borin = theCharacters->at(1);
+    borin->rename(u"Abel"_s);
+    QCOMPARE(theCharacters->resort(borin), 0);
+    theCharacters->addNew(theCharacters->newCharacter());
+    Creature *aria = theCharacters->at(1);
+    aria->setDeleted(true);
+    theCharacters->remove(1, true);
+    QCOMPARE(theCharacters->changedNames(), QStringList({"Abel", "New Character", "Aria"}));
+    QCOMPARE(theCharacters->nameState(u"ARIA"_s), NameState::TakenByDeleted);
+    QCOMPARE(theCharacters->nameState(u"abel"_s), NameState::Taken);
+    QCOMPARE(theCharacters->nameState(u"abel"_s, borin), NameState::Free);
+    QCOMPARE(theCharacters->nameState(u"Borin"_s), NameState::Free);
+    QCOMPARE(theCharacters->nameState(u"Nobody"_s), NameState::Free);
+    QCOMPARE(theCharacters->resort(aria), -1);
+
+    theMonsters->at(0)->setDeleted(true);
+    QCOMPARE(theMonsters->changedNames(), QStringList({"Rat"}));
+    QCOMPARE(theMonsters->nameState(u"rat"_s), NameState::TakenByDeleted);
+    theCharacters->saveAll();
+    QCOMPARE(theCharacters->changedNames(), QStringList());
+    QCOMPARE(theCharacters->nameState(u"Aria"_s), NameState::Free);
+}
+
+void TestLibrary::takesFiles()
+{
+    const TestDataFolder folder;
+    folder.addMonster(u"Rat"_s);
+    const CoreObjects objects;
+    folder.load();
+    const QByteArray rat = folder.read(u"Monsters/rat.txt"_s);
+    QVERIFY(QDir().mkpath(folder.file(u"import"_s)));
+    const auto write = [&](const QString &name, const QByteArray &text) {
+        folder.write(u"import/"_s + name, QString::fromUtf8(text).remove(u'\r'));
+        return folder.file(u"import/"_s + name);
+    };
+    const Creature *wolf =
+        theMonsters->takeFile(write(u"wolf.txt"_s, QByteArray(rat).replace("Rat", "Wolf")));
+    QVERIFY(wolf);
+    QCOMPARE(wolf->group(), "Wolf");
+    QCOMPARE(keysOf(*theMonsters), QStringList({"Rat", "Wolf"}));
+    QCOMPARE(theMonsters->changedNames(), QStringList());
+    QVERIFY(folder.read(u"Monsters/wolf.txt"_s).contains("Wolf"));
+    // One that another file has taken already has a number; no file is written over.
+    QCOMPARE(theMonsters->takeFile(write(u"other.txt"_s, rat))->group(), "Rat 2");
+    // A deleted one is brought back rather than losing the file twice.
+    Creature *first = theMonsters->findGroup(u"Rat"_s);
+    first->setDeleted(true);
+    QCOMPARE(theMonsters->takeFile(write(u"RAT.txt"_s, "Mouse")), first);
+    QCOMPARE(theMonsters->changedNames(), QStringList());
+    QCOMPARE(folder.read(u"Monsters/rat.txt"_s), rat);
+    // What no load takes leaves nothing behind.
+    for (const char *name : {"template.txt", "empty.txt"}) {
+        QCOMPARE(theMonsters->takeFile(write(QLatin1String(name), name[0] == 'e' ? "" : rat)),
+                 nullptr);
+        QVERIFY(!QFile::exists(folder.file(u"Monsters/"_s + QLatin1String(name))));
+    }
 }
 
 MORVANE_TEST_MAIN(QGuiApplication, TestLibrary)

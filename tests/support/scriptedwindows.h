@@ -27,7 +27,6 @@ public:
     void tellReadOnly() override { ++readOnlyTold; }
     void hideForReplay() override { ++hidden; }
     void showAfterReplay() override { --hidden; }
-    int partySize() const override { return party; }
 
     // "title|text" or "title|text|button" of everything that was shown, in order.
     QStringList shown;
@@ -43,5 +42,4 @@ public:
     bool logBehind = false;
     int readOnlyTold = 0;
     int hidden = 0;
-    int party = 5;
 };

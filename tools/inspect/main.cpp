@@ -11,6 +11,7 @@
 #include "creaturereport.h"
 #include "encounterreport.h"
 #include "fightreport.h"
+#include "global.h"
 #include "history.h"
 #include "library.h"
 #include "paths.h"
@@ -94,7 +95,6 @@ int inspectFight(const QStringList &arguments)
     if (QFile::exists(historyPath(folder)) && !isReadableLog(historyPath(folder)))
         return refuse(QStringLiteral("cannot read ") + historyPath(folder));
 
-    const InspectorWindows windows(5);
     const Library library(folder);
     const bool known = theHistory->load();
     const int at = parsed->number.value_or(theHistory->position());
@@ -126,7 +126,8 @@ int inspectEncounters(const QStringList &arguments)
     if (!QDir(parsed->folder).exists())
         return refuse(QStringLiteral("no such folder: ") + parsed->folder);
 
-    const InspectorWindows windows(parsed->number.value_or(5));
+    if (parsed->number)
+        setPartySize(*parsed->number);
     const Library library(QDir(parsed->folder).absolutePath());
     return print(QJsonDocument(encounterReport()));
 }
