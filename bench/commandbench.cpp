@@ -1,4 +1,4 @@
-// Commands in a large fight: 50 creatures with 200 effects, to the repainted window.
+// Commands in a large fight: 50 creatures with 200 effects, to the repainted window, or to both.
 #include <QAbstractEventDispatcher>
 #include <QEvent>
 #include <QEventLoop>
@@ -17,6 +17,8 @@
 #include "effectevents.h"
 #include "encounter.h"
 #include "mainwindow.h"
+#include "playersview.h"
+#include "playerswindow.h"
 #include "ratios.h"
 
 namespace {
@@ -26,12 +28,14 @@ using Clock = std::chrono::steady_clock;
 constexpr int Characters = 4;
 constexpr int Creatures = 50;
 constexpr QSize AllRowsVisible(1400, 1400);
+constexpr QSize PlayersScreen(1920, 1080);
 
 class PaintClock : public QObject {
 public:
     explicit PaintClock(QWidget *widget) { widget->installEventFilter(this); }
-    // Runs the event loop until the widget has been painted and nothing is left to do. The answer
-    // is when the last painting had ended.
+    void watch(QWidget *widget) { widget->installEventFilter(this); }
+    // Runs the event loop until one of the widgets has been painted and nothing is left to do. The
+    // answer is when the last painting had ended.
     Clock::time_point settle()
     {
         QAbstractEventDispatcher *dispatcher = QAbstractEventDispatcher::instance();
@@ -65,7 +69,7 @@ private:
 // when the history goes back to where it stood.
 class LargeFight {
 public:
-    LargeFight() : m_folder(8)
+    explicit LargeFight(bool isSeenByPlayers) : m_folder(8)
     {
         m_folder.load();
         startFight(Creatures - Characters);
@@ -79,6 +83,12 @@ public:
         m_list = m_window.findChild<QTableView *>(QStringLiteral("initiativeList"));
         select({1});
         m_clock = std::make_unique<PaintClock>(m_list->viewport());
+        if (isSeenByPlayers) {
+            m_players = std::make_unique<PlayersWindow>();
+            m_players->resize(PlayersScreen);
+            m_players->show();
+            m_clock->watch(m_players->view()->viewport());
+        }
         settle();
     }
 
@@ -127,15 +137,15 @@ private:
     MainWindow m_window;
     QTableView *m_list = nullptr;
     std::unique_ptr<PaintClock> m_clock;
+    std::unique_ptr<PlayersWindow> m_players; // null for a fight with the DM's window alone
     int m_position = -1;
 };
 
 using Step = void (LargeFight::*)();
 
 // `prepare` may be null; its own frame is drawn before the clock starts.
-void commandToFrame(benchmark::State &state, Step prepare, Step command)
+void measure(benchmark::State &state, LargeFight &&fight, Step prepare, Step command)
 {
-    LargeFight fight;
     int effects = 0;
     for (const Creature *creature : theEncounter->creatures())
         effects += creature->effectCount();
@@ -156,8 +166,21 @@ void commandToFrame(benchmark::State &state, Step prepare, Step command)
     }
 }
 
+void commandToFrame(benchmark::State &state, Step prepare, Step command)
+{
+    measure(state, LargeFight(false), prepare, command);
+}
+
+void commandToBothFrames(benchmark::State &state, Step prepare, Step command)
+{
+    measure(state, LargeFight(true), prepare, command);
+}
+
 #define MORVANE_COMMAND(name, prepare)                                                             \
     BENCHMARK_CAPTURE(commandToFrame, name, prepare, &LargeFight::name)                            \
+        ->UseManualTime()                                                                          \
+        ->Unit(benchmark::kMillisecond);                                                           \
+    BENCHMARK_CAPTURE(commandToBothFrames, name, prepare, &LargeFight::name)                       \
         ->UseManualTime()                                                                          \
         ->Unit(benchmark::kMillisecond)
 

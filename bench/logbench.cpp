@@ -6,8 +6,10 @@
 
 #include "benchdata.h"
 #include "history.h"
+#include "mainwindow.h"
 #include "objectstream.h"
 #include "paths.h"
+#include "playerswindow.h"
 #include "ratios.h"
 
 namespace {
@@ -33,6 +35,30 @@ void replay(benchmark::State &state)
     const FoughtFolder folder(int(state.range(0)));
     for (auto _ : state) {
         const Fight fight(folder);
+        const double start = secondsUsed();
+        theHistory->load();
+        state.SetIterationTime(secondsUsed() - start);
+        if (theHistory->eventCount() != state.range(0))
+            state.SkipWithError("the log was not replayed in full");
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+// The same with both windows, as a start finds them: they are hidden for as long as it lasts.
+void replayInWindows(benchmark::State &state)
+{
+    const FoughtFolder folder(int(state.range(0)));
+    const bool isSeenByPlayers = state.range(1) != 0;
+    for (auto _ : state) {
+        makePlayersDisplay = []() -> std::unique_ptr<PlayersDisplay> {
+            return std::make_unique<PlayersWindow>();
+        };
+        MainWindow window;
+        makePlayersDisplay = nullptr;
+        static_cast<const BenchFolder &>(folder).load();
+        window.show();
+        if (isSeenByPlayers)
+            window.onTogglePlayerWindow();
         const double start = secondsUsed();
         theHistory->load();
         state.SetIterationTime(secondsUsed() - start);
@@ -134,6 +160,11 @@ void stepBackForward(benchmark::State &state)
 
 } // namespace
 
+BENCHMARK(replayInWindows)
+    ->Args({100000, 0})
+    ->Args({100000, 1})
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK(replay)->Arg(1000)->Arg(10000)->Arg(100000)->UseManualTime()->Unit(
     benchmark::kMillisecond);
 BENCHMARK(openLargeLog)->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);

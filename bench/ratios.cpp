@@ -62,6 +62,10 @@ constexpr Rate rates[] = {
     {"all 50 selected", "commandToFrame/selectAll", 1, "63"},
     {"a step back over 50 effects", "commandToFrame/stepBack", 1, "63"},
     {"a step forward over them", "commandToFrame/stepForward", 1, "63"},
+    {"with the players' window beside it: next turn", "commandToBothFrames/nextTurn", 1, "63"},
+    {"an effect on all 50", "commandToBothFrames/effectOnAll", 1, "63"},
+    {"damage to all 50", "commandToBothFrames/damageAll", 1, "63"},
+    {"a step back over 50 effects", "commandToBothFrames/stepBack", 1, "63"},
 };
 
 double find(const std::map<std::string, double> &seconds, const char *name)

@@ -13,6 +13,7 @@
 #include "encounter.h"
 #include "eventlistmodel.h"
 #include "history.h"
+#include "playerspreview.h"
 #include "switchboard.h"
 
 namespace {
@@ -29,7 +30,7 @@ constexpr int ListShare = 120;
 
 DockLayout::DockLayout(QMainWindow *window)
     : QObject(window), m_window(window), m_currentPanel(new CreatureWidget(true)),
-      m_selectedPanel(new CreatureWidget(false))
+      m_selectedPanel(new CreatureWidget(false)), m_playersPreview(new PlayersPreview)
 {
     QWidget *history = createHistoryList();
     QWidget *effects = createEffectsList();
@@ -45,6 +46,9 @@ DockLayout::DockLayout(QMainWindow *window)
     QDockWidget *belowSelected =
         add(EffectsDock, QStringLiteral("effectsWidget"), tr("Conditions and Effects"), effects,
             Qt::RightDockWidgetArea);
+    add(PlayersViewDock, QStringLiteral("playersViewWidget"), tr("Player's View"), m_playersPreview,
+        Qt::RightDockWidgetArea)
+        ->hide();
     // The panels take what height there is.
     window->resizeDocks({current, selected}, {DockWidth, DockWidth}, Qt::Horizontal);
     window->resizeDocks({current, below}, {PanelShare, ListShare}, Qt::Vertical);

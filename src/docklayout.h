@@ -7,6 +7,7 @@
 
 class CreatureWidget;
 class EffectListModel;
+class PlayersPreview;
 class QAction;
 class QDockWidget;
 class QMainWindow;
@@ -17,7 +18,7 @@ class DockLayout : public QObject {
     Q_OBJECT
 
 public:
-    enum Dock { CurrentDock, SelectedDock, HistoryDock, EffectsDock, DockCount };
+    enum Dock { CurrentDock, SelectedDock, HistoryDock, EffectsDock, PlayersViewDock, DockCount };
 
     // Behind the initiative list, which brings the selection in line with the encounter first.
     explicit DockLayout(QMainWindow *window);
@@ -26,6 +27,7 @@ public:
     CreatureWidget *selectedPanel() const { return m_selectedPanel; }
     // Of the selected creature, when it's the only one.
     EffectListModel *effects() const { return m_effects; }
+    PlayersPreview *playersPreview() const { return m_playersPreview; }
     // What shows and hides a dock.
     QAction *toggle(Dock dock) const;
     QList<QAction *> toggles() const;
@@ -56,5 +58,6 @@ private:
     CreatureWidget *m_currentPanel;
     CreatureWidget *m_selectedPanel;
     EffectListModel *m_effects = nullptr;
+    PlayersPreview *m_playersPreview;
     QHash<QDockWidget *, int> m_widths; // of the docks that gave way to a form
 };

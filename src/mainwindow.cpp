@@ -184,6 +184,7 @@ void MainWindow::connectDocks()
     onToggle(DockLayout::SelectedDock, &MainWindow::toggleSelectedWindow);
     onToggle(DockLayout::HistoryDock, &MainWindow::toggleHistoryWindow);
     onToggle(DockLayout::EffectsDock, &MainWindow::toggleEffectsWindow);
+    onToggle(DockLayout::PlayersViewDock, &MainWindow::togglePlayersView);
 }
 
 void MainWindow::restoreLayout()
@@ -200,6 +201,7 @@ void MainWindow::restoreLayout()
     toggleSelectedWindow();
     toggleHistoryWindow();
     toggleEffectsWindow();
+    togglePlayersView();
 }
 
 // --- selection ---

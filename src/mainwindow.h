@@ -113,6 +113,7 @@ public Q_SLOTS:
     void toggleSelectedWindow();
     void toggleHistoryWindow();
     void toggleEffectsWindow();
+    void togglePlayersView();
     void onFocusChanged(QWidget *old, QWidget *now);
     void onPickParty();
     void onLoadEncounter();

@@ -4,12 +4,14 @@
 #include <algorithm>
 
 #include "creature.h"
+#include "docklayout.h"
 #include "encounter.h"
 #include "history.h"
 #include "hpbox.h"
 #include "mainwindow.h"
 #include "mainwindowactions.h"
 #include "paths.h"
+#include "playerspreview.h"
 #include "windows.h"
 
 namespace {
@@ -146,6 +148,7 @@ void MainWindow::updatePlayersAction()
     action->setToolTip(isShown ? tr("Hide Player's Window") : tr("Show Player's Window"));
     action->setStatusTip(isShown ? tr("Hide the player's window") : tr("Show the Player's window"));
     setIconOnce(action, isShown ? m_actions->playersCloseIcon : m_actions->playersOpenIcon);
+    m_docks->playersPreview()->refresh();
 }
 
 bool MainWindow::isPlayersVisible() const

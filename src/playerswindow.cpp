@@ -55,10 +55,12 @@ PlayersWindow::PlayersWindow(QWidget *parent)
     addKeys();
     restoreSettings();
     m_listModel->attachTo(m_view);
-    connect(this, &PlayersWindow::doShownChanged, this, [this] {
+    const auto tellDisplay = [this] {
         if (shownChanged)
             shownChanged();
-    });
+    };
+    connect(this, &PlayersWindow::doShownChanged, this, tellDisplay);
+    connect(this, &PlayersWindow::doCurtainChanged, this, tellDisplay);
     thePlayersDisplay = this;
 }
 

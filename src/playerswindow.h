@@ -45,14 +45,14 @@ public:
     // Percent, brought into 100 to 400: all sizes are multiplied by it.
     void setZoom(int percent);
     int zoom() const { return m_zoom; }
-    bool isCurtained() const;
+    bool isCurtained() const override;
     // Empty while it isn't in full screen.
     QString fullScreenName() const;
 
 public Q_SLOTS:
     // Everything anew from encounter, history and terms.
     void refresh() override;
-    void setCurtained(bool curtained);
+    void setCurtained(bool curtained) override;
     void toggleCurtain() { setCurtained(!isCurtained()); }
     void toggleFullScreen();
 

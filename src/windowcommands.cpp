@@ -42,6 +42,11 @@ void MainWindow::toggleEffectsWindow()
     m_docks->rememberHidden(DockLayout::EffectsDock);
 }
 
+void MainWindow::togglePlayersView()
+{
+    m_docks->rememberHidden(DockLayout::PlayersViewDock);
+}
+
 void MainWindow::onSetRoot()
 {
     QString path;

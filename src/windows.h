@@ -19,8 +19,11 @@ public:
     virtual void setInitiativeMessage(Creature *creature, const QString &message) = 0;
     // Everything anew from encounter, history and terms.
     virtual void refresh() = 0;
+    // While it is curtained the players see nothing of the fight.
+    virtual bool isCurtained() const = 0;
+    virtual void setCurtained(bool curtained) = 0;
 
-    // Called when the window was shown or hidden, by whatever means.
+    // Called when the window or its curtain was shown or hidden, by whatever means.
     std::function<void()> shownChanged;
 };
 
