@@ -25,6 +25,8 @@ public:
         told << (creature ? creature->displayName() + u": " + message : QString());
     }
     void refresh() override { }
+    bool isCurtained() const override { return false; }
+    void setCurtained(bool) override { }
 
     QStringList told;
 };

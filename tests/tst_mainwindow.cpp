@@ -5,6 +5,7 @@
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMenuBar>
+#include <QPushButton>
 #include <QSet>
 #include <QStackedWidget>
 #include <QStatusBar>
@@ -12,6 +13,8 @@
 
 #include "fightfixture.h"
 #include "paths.h"
+#include "playerspreview.h"
+#include "playerswindow.h"
 #include "testhome.h"
 #include "vitalityevents.h"
 
@@ -36,6 +39,7 @@ private Q_SLOTS:
     void closingOffersToSave();
     void layoutIsRemembered();
     void docksGiveWayToAForm();
+    void playersWindowIsShownAndSeen();
 
 private:
     void start() { m_fight->start({30, 20, 10}); }
@@ -367,6 +371,45 @@ void MainWindowTest::docksGiveWayToAForm()
         QVERIFY(answer.wasAnswered);
         QCOMPARE(widths(), before);
     }
+}
+
+// The DM's Display shows and hides the players' window, and a dock of it what they see there.
+void MainWindowTest::playersWindowIsShownAndSeen()
+{
+    m_fight->close();
+    makePlayersDisplay = []() -> std::unique_ptr<PlayersDisplay> {
+        return std::make_unique<PlayersWindow>();
+    };
+    m_fight->open();
+    makePlayersDisplay = nullptr;
+    QWidget *players = thePlayersDisplay->displayWindow();
+    const QAction *action = m_fight->action("playersWindow");
+    auto *view = m_fight->window().findChild<PlayersPreview *>();
+    QVERIFY(!players->isVisible() && !view->isVisible());
+    QCOMPARE(action->text(), QStringLiteral("Show Player's Window..."));
+    qobject_cast<QDockWidget *>(view->parentWidget())->toggleViewAction()->trigger();
+    QVERIFY(view->isVisible() && !view->notice().isEmpty());
+
+    m_fight->action("playersWindow")->trigger();
+    QVERIFY(players->isVisible());
+    QCOMPARE(action->toolTip(), QStringLiteral("Hide Player's Window"));
+    QVERIFY(view->notice().isEmpty());
+    QTRY_VERIFY(view->drawCount() > 0);
+    const int drawn = view->drawCount();
+    m_fight->start({30, 20, 10});
+    QTRY_VERIFY(view->drawCount() > drawn);
+    view->findChild<QPushButton *>()->click();
+    QVERIFY(thePlayersDisplay->isCurtained() && !view->notice().isEmpty());
+    thePlayersDisplay->setCurtained(false);
+    QVERIFY(!view->findChild<QPushButton *>()->isChecked());
+
+    m_fight->window().hideForReplay();
+    QVERIFY(!players->isVisible());
+    m_fight->window().showAfterReplay();
+    QVERIFY(players->isVisible());
+    players->close();
+    QCOMPARE(action->text(), QStringLiteral("Show Player's Window..."));
+    QVERIFY(!view->notice().isEmpty());
 }
 
 MORVANE_TEST_MAIN(QApplication, MainWindowTest)
