@@ -27,6 +27,25 @@ public:
     std::function<void()> shownChanged;
 };
 
+// A window in which the library is edited, for those who don't know it. Nothing it changes is on
+// disk before saveAll(). Hidden at first; closing hides it.
+class LibraryWindow {
+public:
+    virtual ~LibraryWindow() = default;
+
+    virtual QWidget *libraryWindow() = 0;
+    // Writes what is unsaved; what can't be written keeps its mark.
+    virtual void saveAll() = 0;
+    // Lists and texts anew: another data folder, a change of the library made elsewhere, new terms.
+    virtual void refresh() = 0;
+};
+
+// The Monster Manager and the Character Creator, as PlayersDisplay below.
+extern LibraryWindow *theManagerWindow;
+extern LibraryWindow *theCharacterWindow;
+extern std::unique_ptr<LibraryWindow> (*makeManagerWindow)();
+extern std::unique_ptr<LibraryWindow> (*makeCharacterWindow)();
+
 // Null while there is no such window; it sets and clears the pointer itself.
 extern PlayersDisplay *thePlayersDisplay;
 // Makes the window of the running program; null, as in most tests, for none.
