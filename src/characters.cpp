@@ -58,7 +58,10 @@ NameState Characters::nameState(const QString &name, const Creature *except) con
 
 QString Characters::uniqueName(const QString &name, const Creature *except) const
 {
-    return m_entries.uniqueKey(name, except);
+    QString unique = m_entries.uniqueKey(name, except);
+    for (int number = 2; find(unique, except); ++number)
+        unique = QStringLiteral("%1 %2").arg(name, QString::number(number));
+    return unique;
 }
 
 std::unique_ptr<Creature> Characters::remove(int index, bool free)
@@ -201,10 +204,16 @@ void Characters::revertAll()
 
 void Characters::revert(Creature *creature)
 {
+    const bool hasText = creature->isModified() && !creature->isNew();
     const QString oldName = creature->name();
-    creature->revert(m_entries.namer());
-    if (creature->name() != oldName)
-        m_entries.resort(creature);
+    creature->revert();
+    if (hasText)
+        m_reverted.add(creature, oldName);
+}
+
+void Characters::settleNames()
+{
+    m_reverted.settle(m_entries, &Creature::setName);
 }
 
 void Characters::discard(int index)

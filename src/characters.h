@@ -10,6 +10,7 @@
 #include "collection.h"
 #include "creature.h"
 #include "memorytracker.h"
+#include "revertednames.h"
 
 // Owns its characters, those that the user deleted included: they live as long as the fight or the
 // log can name them.
@@ -62,6 +63,7 @@ protected:
     bool save(Creature &creature) override;
     bool removeFile(Creature &creature) override;
     void revert(Creature *creature) override;
+    void settleNames() override;
     void discard(int index) override;
     void addDeletedNames(QStringList &names) const override;
 
@@ -73,6 +75,7 @@ private:
     // With counters of their own: they have no file that could be unsaved.
     LibraryList<Creature> m_standIns;
     std::vector<std::unique_ptr<Creature>> m_retired; // no name finds them any more
+    RevertedNames m_reverted;
     TrackerMember m_tracker {__LINE__, "characters"};
 };
 

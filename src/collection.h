@@ -113,7 +113,8 @@ public:
         }
     }
 
-    // Back to what the files hold. New entries go, and those whose name changes move.
+    // Back to what the files hold. New entries go, and those whose name changes move. A name that
+    // two files state goes to one of them as in a load, once all have their own back.
     virtual void revertAll()
     {
         const QList<Entry *> entries = m_entries.list();
@@ -125,6 +126,7 @@ public:
             if (isNew)
                 discard(indexOf(entry));
         }
+        settleNames();
     }
 
     virtual void clear()
@@ -147,8 +149,10 @@ protected:
     virtual bool save(Entry &entry) = 0;
     // True too when there is none.
     virtual bool removeFile(Entry &entry) = 0;
-    // The entry may be another one afterwards, unless it is new.
+    // The entry may be another one afterwards, unless it is new, and may have a name that another
+    // one has.
     virtual void revert(Entry *entry) = 0;
+    virtual void settleNames() { }
     // An entry whose file is gone, or that never had one.
     virtual void discard(int index)
     {

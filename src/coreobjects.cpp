@@ -5,6 +5,7 @@
 #include "encounters.h"
 #include "history.h"
 #include "monsters.h"
+#include "outsidechanges.h"
 #include "switchboard.h"
 #include "windowinterface.h"
 
@@ -27,8 +28,11 @@ void connectObjects()
                      [] { windows().refreshJumpInAction(); });
     QObject::connect(hub, &SwitchBoard::doNameShownChanged, theEncounter,
                      [] { windows().refreshInitiativeList(); });
-    QObject::connect(theMonsters, &Monsters::doTemplateRenamed, theEncounters,
-                     &Encounters::templateRenamed);
+    QObject::connect(theMonsters, &Monsters::doTemplatesRenamed, theEncounters,
+                     &Encounters::templatesRenamed);
+    QObject::connect(theMonsters, &Monsters::doXpChanged, theEncounters,
+                     &Encounters::markLevelsStale);
+    QObject::connect(hub, &SwitchBoard::doBeforeSave, theEncounter, &logBeforeSave);
 }
 
 } // namespace

@@ -115,8 +115,9 @@ public:
               const UniqueName &uniqueName = {});
     // Writes statBlock to fileName(), which is derived from the key name when empty.
     bool save();
-    // Back to savedStatBlock(), unless the creature is new.
-    void revert(const UniqueName &uniqueName = {});
+    // Back to what a load makes of savedStatBlock(), but for the live state and a name of its own,
+    // which revertAll() sees to. A new creature has nothing to go back to and loses its flags.
+    void revert();
     // The text of the creature from its fields: key form for a character, a starter stat block for
     // a monster.
     QString generateText() const;
@@ -288,8 +289,8 @@ Q_SIGNALS:
 
 private:
     CreatureState restedState() const;
-    // The record becomes what `text` states. False, and nothing changed, when it can't be read.
-    bool readText(const QString &text, const UniqueName &uniqueName);
+    // The record becomes what a load makes of `text`.
+    void takeText(const QString &text, const UniqueName &uniqueName);
     // A change by preview, which may bring a creature down or up again.
     void changeHP(int change);
     void replaceRestAP(int points);

@@ -7,6 +7,7 @@
 #include "libraryfolder.h"
 #include "paths.h"
 #include "safefile.h"
+#include "switchboard.h"
 #include "text.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -128,9 +129,12 @@ bool Creature::save()
     const bool isUnread = !m_fileName.isEmpty() && m_savedStatBlock.isEmpty();
     if (m_data.statBlock.isEmpty() || isUnread)
         return false;
+    if (dataReadOnly)
+        return false;
+    // A log that is older than the file would name somebody whom no file has by then.
+    Q_EMIT switchBoard()->doBeforeSave();
     const QString fileName = m_fileName.isEmpty() ? newFileName(*this) : m_fileName;
-    if (dataReadOnly
-        || !saveWhole(creaturePath(fileName, hasMonsterFile()), toCRLF(m_data.statBlock.toUtf8())))
+    if (!saveWhole(creaturePath(fileName, hasMonsterFile()), toCRLF(m_data.statBlock.toUtf8())))
         return false;
     m_fileName = fileName;
     m_savedStatBlock = m_data.statBlock;
@@ -140,7 +144,7 @@ bool Creature::save()
     return true;
 }
 
-void Creature::revert(const UniqueName &uniqueName)
+void Creature::revert()
 {
     if (isNew()) {
         setNew(false);
@@ -149,22 +153,19 @@ void Creature::revert(const UniqueName &uniqueName)
     }
     if (!isModified())
         return;
-    setModified(false);
-    // A saved text that can't be read is nothing to go back to.
-    if (readText(m_savedStatBlock, uniqueName))
-        statBlockChanged();
+    takeText(m_savedStatBlock, {});
+    statBlockChanged();
 }
 
-bool Creature::readText(const QString &text, const UniqueName &uniqueName)
+void Creature::takeText(const QString &text, const UniqueName &uniqueName)
 {
     const bool isMonster = hasMonsterFile();
     CreatureData data;
-    if (!parseText(isMonster, text.toUtf8(), data, QString()))
-        return false;
+    parseText(isMonster, text.toUtf8(), data, QString());
+    data.statBlock = text;
     validate(data, isMonster, m_fileName);
     makeUnique(data, isMonster, uniqueName, this);
     assign(data);
-    return true;
 }
 
 void Creature::takeNumbersOfText()
@@ -191,8 +192,10 @@ void Creature::resetForEncounter(const UniqueName &uniqueName)
     clearRestAdditions();
     // Steps through the history leave another name, other numbers and used powers in the record,
     // and some of it in the text.
-    if (!isInvalid() && readText(ownText(), uniqueName))
+    if (!isInvalid()) {
+        takeText(ownText(), uniqueName);
         statBlockChanged();
+    }
     m_nameBefore = m_data.name;
     m_hidden = false;
     m_alias.clear();

@@ -33,13 +33,8 @@ void Creature::refreshIfLinked()
     refreshFromImport(m_data.importFile);
     if (wasModified || !isModified())
         return;
-    // The history hasn't heard of the change yet, though the file has it.
-    const CreatureVitality shadow = shadowVitality();
-    const QString nameBefore = m_nameBefore;
     if (!save())
         return;
-    setShadowVitality(shadow);
-    m_nameBefore = nameBefore;
     setNew(false);
     setModified(false);
 }

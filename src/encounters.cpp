@@ -57,8 +57,13 @@ QString Encounters::newName() const
 
 void Encounters::templateRenamed(const QString &oldGroup, const QString &newGroup)
 {
+    templatesRenamed({{oldGroup, newGroup}});
+}
+
+void Encounters::templatesRenamed(const QList<Renamed> &renamed)
+{
     for (PreparedEncounter *encounter : m_entries.list()) {
-        if (encounter->renameGroup(oldGroup, newGroup))
+        if (encounter->renameGroups(renamed))
             encounter->refreshChanged();
         encounter->setLevelStale();
     }

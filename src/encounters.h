@@ -8,6 +8,7 @@
 #include "collection.h"
 #include "memorytracker.h"
 #include "preparedencounter.h"
+#include "revertednames.h"
 
 class Encounters : public QObject, public Collection<PreparedEncounter> {
     Q_OBJECT
@@ -24,6 +25,8 @@ public:
 
     // Entries follow the template's new name; those of a deleted template stay.
     void templateRenamed(const QString &oldGroup, const QString &newGroup);
+    // All at once, so that templates may swap their names.
+    void templatesRenamed(const QList<Renamed> &renamed);
     void templateDeleted(const QString &group);
     // The templates' XP may have changed: level and XP of all are worked out anew when asked for.
     void markLevelsStale();

@@ -101,9 +101,11 @@ Creature *Monsters::takeFile(const QString &path)
     }
     const QString target = creaturePath(fileName, true);
     const bool isCopied = !dataReadOnly && QFile::copy(path, target);
-    std::unique_ptr<Creature> creature = read(fileName, QString());
-    if (creature)
-        return at(add(std::move(creature)));
+    if (std::unique_ptr<Creature> creature = read(fileName, QString())) {
+        Creature *added = at(add(std::move(creature)));
+        Q_EMIT doXpChanged();
+        return added;
+    }
     if (isCopied)
         QFile::remove(target);
     return nullptr;
@@ -221,14 +223,35 @@ bool Monsters::removeFile(Creature &creature)
     return removeCreatureFile(creature, true);
 }
 
+void Monsters::saveAll()
+{
+    Collection::saveAll();
+    Q_EMIT doXpChanged();
+}
+
+void Monsters::revertAll()
+{
+    Collection::revertAll();
+    Q_EMIT doXpChanged();
+}
+
 void Monsters::revert(Creature *creature)
 {
+    const bool hasText = creature->isModified() && !creature->isNew();
     const QString oldGroup = creature->group();
-    creature->revert(m_entries.namer());
-    if (creature->group() == oldGroup)
+    creature->revert();
+    if (!hasText)
         return;
-    m_entries.resort(creature);
-    Q_EMIT doTemplateRenamed(oldGroup, creature->group());
+    // A template stands in no fight.
+    creature->readyForPlay();
+    m_reverted.add(creature, oldGroup);
+}
+
+void Monsters::settleNames()
+{
+    const QList<Renamed> renamed = m_reverted.settle(m_entries, &Creature::setGroup);
+    if (!renamed.isEmpty())
+        Q_EMIT doTemplatesRenamed(renamed);
 }
 
 #include "moc_monsters.cpp"

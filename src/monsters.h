@@ -8,6 +8,7 @@
 #include "collection.h"
 #include "creature.h"
 #include "memorytracker.h"
+#include "revertednames.h"
 
 // Owns its templates and all clones: a clone lives from its first mention until the collection is
 // cleared, so that the log can name it.
@@ -55,17 +56,22 @@ public:
     // Takes everything out of `other`.
     void replaceBy(Monsters &other);
     static int fileCount(const QString &dataFolder);
+    void saveAll() override;
+    void revertAll() override;
 
 Q_SIGNALS:
     void doTemplatesUpdated();
     // By revertAll(): the encounters follow.
-    void doTemplateRenamed(const QString &oldGroup, const QString &newGroup);
+    void doTemplatesRenamed(const QList<Renamed> &renamed);
+    // Templates came or went otherwise than by add() and remove(), or have other XP.
+    void doXpChanged();
 
 protected:
     std::unique_ptr<Creature> read(const QString &fileName, const QString &dataFolder) override;
     bool save(Creature &creature) override;
     bool removeFile(Creature &creature) override;
     void revert(Creature *creature) override;
+    void settleNames() override;
 
 private:
     Creature *makeUpTemplate(const QString &group);
@@ -76,6 +82,7 @@ private:
     LibraryList<Creature> m_madeUp;
     LibraryList<Creature> m_clones;
     std::vector<std::unique_ptr<Creature>> m_retired;
+    RevertedNames m_reverted;
     TrackerMember m_tracker {__LINE__, "monsters"};
 };
 

@@ -1,5 +1,7 @@
 #include "outsidechanges.h"
 
+#include <algorithm>
+
 #include "appendevent.h"
 #include "creature.h"
 #include "encounter.h"
@@ -16,18 +18,40 @@ QString nameInLog(const Creature *creature, const QString &name)
     return Encounter::tr("%1 (%2)").arg(creature->group(), name);
 }
 
+bool hasNewName(const Creature *creature)
+{
+    const QString &before = creature->nameBefore();
+    return !before.isEmpty() && before != creature->name();
+}
+
+bool hasNewNumbers(Creature *creature)
+{
+    return !(creature->liveVitality() == creature->shadowVitality());
+}
+
 void logOutsideChanges(Creature *creature, ObjectStream *stream)
 {
     // First, since a record names its creature as it is called by now, and whoever reads the log
     // must know of that name. Without a name before, no log names the creature.
-    const QString before = creature->nameBefore();
-    if (!before.isEmpty() && before != creature->name()) {
-        appendTo<RenameCreatureEvent>(stream, nameInLog(creature, before),
+    if (hasNewName(creature)) {
+        appendTo<RenameCreatureEvent>(stream, nameInLog(creature, creature->nameBefore()),
                                       nameInLog(creature, creature->name()));
     }
-    const CreatureVitality vitality = creature->liveVitality();
-    if (!(vitality == creature->shadowVitality()))
-        appendTo<SetVitalityEvent>(stream, vitality);
+    if (hasNewNumbers(creature))
+        appendTo<SetVitalityEvent>(stream, creature->liveVitality());
+}
+
+// Whoever isn't in the encounter now would be forgotten, as the log is newer than the file from now
+// on.
+QList<Creature *> namedInLog()
+{
+    QList<Creature *> creatures = theEncounter->creatures().list();
+    const QList<Creature *> edited = theHistory->editedCharacters();
+    for (Creature *character : edited) {
+        if (!theEncounter->contains(character))
+            creatures << character;
+    }
+    return creatures;
 }
 
 } // namespace
@@ -37,14 +61,19 @@ void checkVitality(ObjectStream *stream)
     if (!stream || !theEncounter->isVitalityStale())
         return;
     theEncounter->markVitalityStale(false);
-    // A copy: the events may change the list. Whoever isn't here now would be forgotten, as the log
-    // is newer than the file from now on.
-    QList<Creature *> creatures = theEncounter->creatures().list();
-    const QList<Creature *> edited = theHistory->editedCharacters();
-    for (Creature *character : edited) {
-        if (!theEncounter->contains(character))
-            creatures << character;
-    }
-    for (Creature *creature : std::as_const(creatures))
+    // A copy: the events may change the list.
+    const QList<Creature *> creatures = namedInLog();
+    for (Creature *creature : creatures)
         logOutsideChanges(creature, stream);
+}
+
+void logBeforeSave()
+{
+    if (!theEncounter->isVitalityStale())
+        return;
+    const QList<Creature *> creatures = namedInLog();
+    if (std::any_of(creatures.begin(), creatures.end(), [](Creature *creature) {
+            return hasNewName(creature) || hasNewNumbers(creature);
+        }))
+        checkVitality(theHistory->getStream(true));
 }

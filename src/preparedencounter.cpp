@@ -249,7 +249,9 @@ bool PreparedEncounter::write()
         ? m_fileName
         : unusedFileName(encounterPath(QString()), fileStem(m_name, QStringLiteral("encounter")),
                          QStringLiteral("txt"));
-    if (dataReadOnly || !saveWhole(encounterPath(fileName), image(true)))
+    // A file without a name would be passed over by the next load.
+    if (dataReadOnly || m_name.trimmed().isEmpty()
+        || !saveWhole(encounterPath(fileName), image(true)))
         return false;
     m_fileName = fileName;
     m_savedImage = image(false);
@@ -446,12 +448,15 @@ int PreparedEncounter::groupOf(int monsterIndex) const
     return int(behind - m_groupStarts.cbegin()) - 1;
 }
 
-bool PreparedEncounter::renameGroup(const QString &oldGroup, const QString &newGroup)
+bool PreparedEncounter::renameGroups(const QList<Renamed> &renamed)
 {
     bool found = false;
     for (EncounterMonster &monster : m_monsters) {
-        if (isSameGroup(monster.group, oldGroup)) {
-            monster.group = newGroup;
+        const auto own = std::find_if(renamed.begin(), renamed.end(), [&](const Renamed &each) {
+            return isSameGroup(monster.group, each.oldName);
+        });
+        if (own != renamed.end()) {
+            monster.group = own->newName;
             found = true;
         }
     }

@@ -8,6 +8,7 @@
 #include "creaturelist.h"
 #include "editflags.h"
 #include "encounterentry.h"
+#include "revertednames.h"
 
 struct EncounterMonster {
     QString group; // name of the template
@@ -58,8 +59,8 @@ public:
     void setAdventure(const QString &adventure) { m_adventure = adventure; }
     void setDescription(const QString &description) { m_description = description; }
     void setMonsters(const QList<EncounterMonster> &monsters);
-    // False when no entry has the old group.
-    bool renameGroup(const QString &oldGroup, const QString &newGroup);
+    // Replaces all at once. False when no entry has one of the old groups.
+    bool renameGroups(const QList<Renamed> &renamed);
     // Changes of one monster. An index out of range changes nothing. Each keeps groupStarts() and
     // isModified() true to the content, as refreshChanged() does.
     // Behind the last of its group, whose spelling of the group it takes, or at the end. Returns

@@ -1,6 +1,7 @@
 #include <QGuiApplication>
 
 #include "coreobjects.h"
+#include "creaturetext.h"
 #include "encounters.h"
 #include "global.h"
 #include "monsters.h"
@@ -23,6 +24,7 @@ private Q_SLOTS:
     void savesAndRevertsAll();
     void followsRenamedTemplates();
     void changesSingleMonsters();
+    void keepsItsTemplatesThroughASwap();
     void bringsClonesIntoPlay();
 };
 
@@ -233,6 +235,46 @@ void TestEncounterFile::changesSingleMonsters()
     QVERIFY(!encounter.isModified());
     encounter.setMonsterHidden(1, false);
     QVERIFY(encounter.isModified());
+}
+
+void TestEncounterFile::keepsItsTemplatesThroughASwap()
+{
+    const TestDataFolder folder;
+    for (const char *group : {"Ant", "Bear", "Cat"})
+        folder.addMonster(QLatin1String(group));
+    folder.write(u"Encounters/e.txt"_s, u"name=e\ndescription=\nAnt=1\nBear=1\nCat=1\n"_s);
+    const CoreObjects objects;
+    folder.load();
+    PreparedEncounter *encounter = theEncounters->at(0);
+    const auto rename = [](const QString &from, const QString &to) {
+        Creature *creature = theMonsters->findGroup(from);
+        creature->setGroup(to);
+        creature->setStatBlock(replacedName(creature->statBlock(), from, to));
+        theMonsters->resort(creature);
+        theEncounters->templateRenamed(from, to);
+    };
+    rename(u"Ant"_s, u"X"_s);
+    rename(u"Bear"_s, u"Ant"_s);
+    rename(u"Cat"_s, u"Bear"_s);
+    rename(u"X"_s, u"Cat"_s);
+    QCOMPARE(described(*encounter), "Cat:1;Ant:1;Bear:1");
+    QCOMPARE(theMonsters->changedNames(), QStringList({"Ant", "Bear", "Cat"}));
+    theMonsters->revertAll();
+    QCOMPARE(described(*encounter), "Ant:1;Bear:1;Cat:1");
+    for (int i = 0; i < theMonsters->count(); ++i)
+        QCOMPARE(theMonsters->at(i)->fileName(), theMonsters->at(i)->group().toLower() + ".txt");
+    QVERIFY(!encounter->isModified());
+    QCOMPARE(theMonsters->changedNames(), QStringList());
+
+    // A name that was taken meanwhile goes to the file that a load reads first.
+    rename(u"Bear"_s, u"Zebra"_s);
+    const QString outside = folder.file(u"import.txt"_s);
+    QVERIFY(QFile::copy(folder.file(u"Monsters/bear.txt"_s), outside));
+    QCOMPARE(theMonsters->takeFile(outside)->group(), "Bear");
+    theMonsters->revertAll();
+    QCOMPARE(theMonsters->findGroup(u"Bear"_s)->fileName(), "bear.txt");
+    QCOMPARE(theMonsters->findGroup(u"Bear 2"_s)->fileName(), "import.txt");
+    QCOMPARE(described(*encounter), "Ant:1;Bear:1;Cat:1");
 }
 
 void TestEncounterFile::bringsClonesIntoPlay()

@@ -23,6 +23,8 @@ private Q_SLOTS:
     void keepsWhatTheFightNames();
     void savesAllMonsters();
     void savesAndRevertsCharacters();
+    void goesOnBehindAFailedSave();
+    void revertsToTextsOfAnyKind();
     void namesUnsavedWork();
     void takesFiles();
 };
@@ -262,6 +264,59 @@ void TestLibrary::savesAndRevertsCharacters()
     again.load(folder.path(), folder.path(), progress);
     QCOMPARE(keysOf(again), QStringList({"Abel", "Aria", "New Character"}));
     QVERIFY(!QFile::exists(folder.file(u"Characters/borin.txt"_s)));
+}
+
+void TestLibrary::goesOnBehindAFailedSave()
+{
+    const TestDataFolder folder;
+    for (const char *group : {"Ant", "Bear", "Cat", "Dog"})
+        folder.addMonster(QLatin1String(group));
+    const CoreObjects objects;
+    folder.load();
+    // Folders in the way of two files.
+    for (const char *name : {"bear", "cat"}) {
+        const QString path = folder.file(u"Monsters/%1.txt"_s.arg(QLatin1String(name)));
+        QVERIFY(QFile::remove(path) && QDir().mkpath(path + u"/x"_s));
+    }
+    for (const int i : {0, 1, 3})
+        theMonsters->at(i)->setStatBlock(theMonsters->at(i)->statBlock() + u"xp=175\n"_s);
+    theMonsters->at(2)->setDeleted(true);
+    theMonsters->saveAll();
+    QCOMPARE(theMonsters->changedNames(), QStringList({"Bear", "Cat"}));
+    QVERIFY(theMonsters->at(1)->isModified() && theMonsters->at(2)->isDeleted());
+    QVERIFY(folder.read(u"Monsters/ant.txt"_s).endsWith("xp=175\r\n"));
+    QVERIFY(folder.read(u"Monsters/dog.txt"_s).endsWith("xp=175\r\n"));
+}
+
+void TestLibrary::revertsToTextsOfAnyKind()
+{
+    const TestDataFolder folder;
+    folder.addCharacter(u"Aria"_s);
+    folder.addMonster(u"Rat"_s);
+    folder.write(u"Monsters/odd.txt"_s, u"no stat block"_s);
+    folder.write(u"Characters/odd.txt"_s, u"nobody"_s);
+    const CoreObjects objects;
+    folder.load();
+    const Creature *rat = theMonsters->findGroup(u"Rat"_s);
+    for (Collection<Creature> *creatures : {static_cast<Collection<Creature> *>(theMonsters),
+                                            static_cast<Collection<Creature> *>(theCharacters)}) {
+        Creature *odd = creatures->at(creatures->indexOf(creatures == theMonsters
+                                                             ? theMonsters->findFile(u"odd.txt"_s)
+                                                             : theCharacters->find(u"odd.txt"_s)));
+        QVERIFY(odd && odd->isInvalid());
+        CreatureData mended = rat->data();
+        mended.isMonster = creatures == theMonsters;
+        mended.keyName() = u"Mended"_s;
+        odd->assign(mended);
+        odd->statBlockChanged();
+        creatures->resort(odd);
+        creatures->revertAll();
+        QVERIFY(odd->isInvalid());
+        QCOMPARE(odd->keyName().isEmpty() ? odd->name() : odd->keyName(), "odd.txt");
+        QCOMPARE(odd->statBlock(), odd->savedStatBlock());
+        QCOMPARE(odd->maxHP(), 0);
+        QCOMPARE(creatures->changedNames(), QStringList());
+    }
 }
 
 void TestLibrary::namesUnsavedWork()

@@ -46,6 +46,7 @@ private Q_SLOTS:
     void fightSurvivesALostFile();
     void linkedHeroComesBack();
     void editedFileCountsForTheNextCommand();
+    void savedChangesAreTheSameHero();
     void namesHoldBrackets();
 
 private:
@@ -244,6 +245,43 @@ void RestartTest::editedFileCountsForTheNextCommand()
     m_fight->addMonster(QStringLiteral("Wolf"), QStringLiteral("B"));
     restart();
     QCOMPARE(theCharacters->find(QStringLiteral("Aria"))->maxHP(), 44);
+}
+
+// Edited in the library while they fight, and saved: the log hears of it first.
+void RestartTest::savedChangesAreTheSameHero()
+{
+    Creature *aria = theCharacters->find(QStringLiteral("Aria"));
+    const int hp = aria->currHP();
+    aria->rename(QStringLiteral("Zoe"));
+    aria->setField(&CreatureData::maxHP, 44);
+    theCharacters->resort(aria);
+    theCharacters->saveAll();
+    const QStringList saved = fightAsShown();
+    restart();
+    QCOMPARE(fightAsShown(), saved);
+    aria = theCharacters->find(QStringLiteral("Zoe"));
+    QVERIFY(aria && theEncounter->contains(aria) && !aria->isMissing());
+    QCOMPARE(aria->maxHP(), 44);
+    QCOMPARE(aria->currHP(), hp);
+
+    // The same at the end of the program, behind a rename that no save knows of.
+    aria->rename(QStringLiteral("Yva"));
+    hit(0, 2);
+    aria->rename(QStringLiteral("Zed"));
+    aria->setField(&CreatureData::hsValue, 9);
+    Answer answer(inMessage(QStringLiteral("Save Changes and Quit")));
+    QVERIFY(m_fight->window().close());
+    QVERIFY(answer.wasAnswered);
+    const QStringList closed = fightAsShown();
+    restart();
+    QCOMPARE(fightAsShown(), closed);
+    for (const Creature *creature : theEncounter->creatures())
+        QVERIFY2(!creature->isMissing(), qPrintable(creature->displayName()));
+    // A save without such changes leaves the log alone.
+    const QByteArray log = m_fight->folder.read(QStringLiteral("history.log"));
+    theCharacters->at(0)->setField(&CreatureData::role, QStringLiteral("Leader"));
+    theCharacters->saveAll();
+    QCOMPARE(m_fight->folder.read(QStringLiteral("history.log")), log);
 }
 
 void RestartTest::namesHoldBrackets()
