@@ -26,6 +26,7 @@
 #include "statblockparser.h"
 #include "terms.h"
 #include "text.h"
+#include "tidystatblock.h"
 #include "windowinterface.h"
 
 namespace {
@@ -195,6 +196,15 @@ bool Fuzz::readStatBlockFile(QByteArrayView bytes)
     const bool isMonster = readStatBlockAs(true, text);
     const bool isCharacter = readStatBlockAs(false, text);
     return isMonster || isCharacter;
+}
+
+bool Fuzz::tidyCopiedText(QByteArrayView bytes)
+{
+    const TidiedText once = tidyStatBlock(QString::fromUtf8(bytes));
+    const TidiedText twice = tidyStatBlock(once.text);
+    if (twice.text != once.text || !twice.changes.isEmpty())
+        qFatal("tidied again: %s", qPrintable(twice.changes.join(u'|')));
+    return !once.changes.isEmpty();
 }
 
 bool Fuzz::readEncounterFile(QByteArrayView bytes)

@@ -14,6 +14,8 @@ bool readKeyFormFile(QByteArrayView bytes);
 // Reads a stat block, as a monster's and as a character's, and writes the headers of its powers.
 // True if either is valid.
 bool readStatBlockFile(QByteArrayView bytes);
+// Tidies a copied stat block twice, which is to change nothing more. True if it changed anything.
+bool tidyCopiedText(QByteArrayView bytes);
 // Reads a prepared encounter and works out what a manager shows of it. True if it was accepted.
 bool readEncounterFile(QByteArrayView bytes);
 

@@ -237,6 +237,14 @@ bool readKeyForm(const QByteArray &bytes, CreatureData &data, const QString &dat
     return true;
 }
 
+bool isKeyForm(const QByteArray &bytes)
+{
+    CreatureData character;
+    character.isMonster = false;
+    CreatureData monster;
+    return scanKeyForm(bytes, monster) || scanKeyForm(bytes, character);
+}
+
 QString keyFormOf(const CreatureData &data)
 {
     QString text = keyLine("name"_L1, data.name) + optionalLine("portrait"_L1, data.portraitFile);

@@ -10,6 +10,9 @@ struct CreatureData;
 // three known keys and the key name. The picture is looked for in `dataFolder`.
 bool readKeyForm(const QByteArray &bytes, CreatureData &data, const QString &dataFolder);
 
+// Whether readKeyForm() takes the bytes, as a monster's or as a character's.
+bool isKeyForm(const QByteArray &bytes);
+
 // What the keys tell of a character, and the stat block that it once was as one line.
 QString keyFormOf(const CreatureData &data);
 

@@ -56,6 +56,7 @@ void CorpusTest::addSeeds()
         {QStringLiteral("log"), &Fuzz::replayLog},
         {QStringLiteral("keyform"), &Fuzz::readKeyFormFile},
         {QStringLiteral("statblock"), &Fuzz::readStatBlockFile},
+        {QStringLiteral("tidying"), &Fuzz::tidyCopiedText},
         {QStringLiteral("encounter"), &Fuzz::readEncounterFile},
         {QStringLiteral("monsterxml"), &Fuzz::readMonsterXml},
         {QStringLiteral("characterxml"), &Fuzz::readCharacterXml},
