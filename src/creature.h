@@ -143,6 +143,9 @@ public:
     // As after a load of its text: no trace of any fight, and what the text states.
     void resetForEncounter(const UniqueName &uniqueName);
 
+    // The name that the character's file states. Empty for a monster, without a file, and for one
+    // that was edited since.
+    QString nameInFile() const;
     const QString &fileName() const { return m_fileName; }
     void setFileName(const QString &fileName) { m_fileName = fileName; }
     const QString &savedStatBlock() const { return m_savedStatBlock; }

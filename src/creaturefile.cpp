@@ -168,6 +168,14 @@ void Creature::takeText(const QString &text, const UniqueName &uniqueName)
     assign(data);
 }
 
+QString Creature::nameInFile() const
+{
+    CreatureData data;
+    const bool isRead = !isMonster() && !m_fileName.isEmpty() && ownText() == m_savedStatBlock
+        && parseText(false, m_savedStatBlock.toUtf8(), data, QString());
+    return isRead && isUsableName(data.name) ? data.name : QString();
+}
+
 void Creature::takeNumbersOfText()
 {
     CreatureData data;

@@ -13,6 +13,7 @@
 #include "historyfolder.h"
 #include "logguard.h"
 #include "loglock.h"
+#include "namesinlog.h"
 #include "objectstream.h"
 #include "paths.h"
 #include "safefile.h"
@@ -254,11 +255,15 @@ bool History::replay(const LoadProgress &tell)
     sinceBreath.start();
     bool known = true;
     const Replay replay;
+    NamesInLog names;
+    names.takeBack(*stream);
     while (stream) {
         Event *event = readEvent(stream, &known);
         if (!event)
             break;
         doEvent(event, true);
+        if (event->type() == EventType::RenameCreature)
+            names.notePassed();
         if (!event->isWhole()) {
             // The next event would be read as the rest of this one.
             takeBackLast();
@@ -272,6 +277,7 @@ bool History::replay(const LoadProgress &tell)
             sinceBreath.restart();
         }
     }
+    names.finish();
     return known;
 }
 

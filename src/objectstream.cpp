@@ -509,6 +509,22 @@ bool ObjectStream::recordHolds(qint64 bytes)
     return true;
 }
 
+QList<StreamField> ObjectStream::fieldsAhead(std::initializer_list<int> tags)
+{
+    const QScopedValueRollback position(m_position);
+    const QScopedValueRollback metEnd(m_metEnd);
+    const int size = m_size;
+    const bool wasDamaged = m_damaged;
+    QList<StreamField> found;
+    for (FieldView field = parseField(); field.tag != 0; field = parseField()) {
+        if (std::find(tags.begin(), tags.end(), field.tag) != tags.end())
+            found.append({field.consumed, field.tag, field.value.toByteArray()});
+    }
+    // What a look ahead met counts when it is read, but for a device that has less than it said.
+    m_damaged = wasDamaged || m_size != size;
+    return found;
+}
+
 void ObjectStream::seek(qint64 offset)
 {
     m_peeked.tag = 0;

@@ -66,6 +66,9 @@ public:
     StreamField peekField();
     bool nextIs(int tag);
 
+    // All fields of those tags from here to the end of the data. The position stays.
+    QList<StreamField> fieldsAhead(std::initializer_list<int> tags);
+
     // Whether so many bytes of fields lie ahead, before the next event begins.
     bool recordHolds(qint64 bytes);
 

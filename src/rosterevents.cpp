@@ -351,11 +351,11 @@ QString RenameCreatureEvent::text() const
 
 void RenameCreatureEvent::redo()
 {
-    Creature *a = findCreature(m_oldName, false);
-    Creature *b = findCreature(m_newName, false);
+    Creature *a = findFighter(m_oldName);
+    Creature *b = findFighter(m_newName);
     m_previousName.clear();
-    // While the fight runs the name has changed already, and only the history lags behind.
-    Creature *renamed = a ? a : b;
+    // Who has the old name by now may be another.
+    Creature *renamed = a && theEncounter->contains(a) ? a : b;
     if (!renamed || !theEncounter->contains(renamed))
         return;
     if (a && !b)
@@ -364,6 +364,16 @@ void RenameCreatureEvent::redo()
         merge(a, b);
     m_previousName = renamed->nameBefore();
     renamed->setNameBefore(renamed->name());
+}
+
+// Of two creatures with one name, one being in the library only, the one that fights.
+Creature *RenameCreatureEvent::findFighter(const QString &name)
+{
+    for (Creature *creature : theEncounter->creatures()) {
+        if (creature->displayName().compare(name, Qt::CaseInsensitive) == 0)
+            return creature;
+    }
+    return findCreature(name, false);
 }
 
 // The creature of the fight takes over the record of the one that the library has under the new
@@ -382,12 +392,17 @@ void RenameCreatureEvent::merge(Creature *missing, Creature *found)
 
 void RenameCreatureEvent::undo()
 {
-    Creature *b = findCreature(m_newName, false);
-    if (!b || findCreature(m_oldName, false) || !theEncounter->contains(b))
+    Creature *b = findFighter(m_newName);
+    Creature *a = findFighter(m_oldName);
+    if (!b || !theEncounter->contains(b) || (a && theEncounter->contains(a)))
         return;
-    b->setName(ownName(*b, m_oldName));
+    // Somebody in the library may have the old name by now.
+    if (!a)
+        b->setName(ownName(*b, m_oldName));
     if (!m_previousName.isEmpty())
         b->setNameBefore(m_previousName);
+    // A file that has the new name counts with the next command.
+    theEncounter->markVitalityStale();
 }
 
 // --- SetAliasEvent ---

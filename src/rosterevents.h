@@ -211,6 +211,7 @@ public:
     void undo() override;
 
 private:
+    static Creature *findFighter(const QString &name);
     static void merge(Creature *missing, Creature *found);
 
     QString m_oldName;

@@ -277,6 +277,33 @@ void RestartTest::savedChangesAreTheSameHero()
     QCOMPARE(fightAsShown(), closed);
     for (const Creature *creature : theEncounter->creatures())
         QVERIFY2(!creature->isMissing(), qPrintable(creature->displayName()));
+    // Names change hands, and one who isn't here takes one of them.
+    Creature *zed = theCharacters->find(QStringLiteral("Zed"));
+    Creature *bram = theCharacters->find(QStringLiteral("Bram"));
+    zed->rename(QStringLiteral("Bram"));
+    bram->rename(QStringLiteral("Zed"));
+    theCharacters->saveAll();
+    hit(0, 1);
+    Creature *cole = theCharacters->addNew(theCharacters->newCharacter());
+    zed->rename(QStringLiteral("Yva"));
+    cole->rename(QStringLiteral("Bram"));
+    theCharacters->saveAll();
+    hit(1, 1);
+    const QStringList swapped = fightAsShown();
+    restart();
+    QCOMPARE(fightAsShown(), swapped);
+    QVERIFY(!theEncounter->contains(theCharacters->find(QStringLiteral("Bram"))));
+    // A command that drops renames from the log has those logged anew that the files know.
+    while (theHistory->canStepBack())
+        m_fight->action("stepBack")->trigger();
+    for (int event = 0; event < 8; ++event)
+        m_fight->action("stepForward")->trigger();
+    hit(1, 1);
+    const QStringList taken = fightAsShown();
+    restart();
+    QCOMPARE(fightAsShown(), taken);
+    QVERIFY(theEncounter->contains(theCharacters->find(QStringLiteral("Yva"))));
+
     // A save without such changes leaves the log alone.
     const QByteArray log = m_fight->folder.read(QStringLiteral("history.log"));
     theCharacters->at(0)->setField(&CreatureData::role, QStringLiteral("Leader"));
