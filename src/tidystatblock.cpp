@@ -52,28 +52,28 @@ constexpr std::array<const char16_t *, ChangeCount> changeTexts {
     u"Mended headings of actions",
 };
 
-// "|" marks where a copy may leave a blank: around a ligature, and only where one of the pieces is
+// "_" marks where a copy may leave a blank: around a ligature, and only where one of the pieces is
 // no word by itself.
 constexpr QStringView ligatureWords =
-    u"re|fl|ex re|fl|exes re|fl|ect re|fl|ects re|fl|ected de|fl|ect de|fl|ects in|fl|ict "
-    u"in|fl|icts "
-    u"in|fl|icted in|fl|uence con|fl|ict confl|agration unfl|inching butterfl|y firefl|y overfl|ow "
-    u"fl|y fl|ying fl|ies fl|ight fl|ame fl|ames fl|aming fl|ank fl|anks fl|anked fl|anking fl|ash "
-    u"fl|ashes fl|ask fl|at fl|ail fl|ails fl|ee fl|ees fl|eeing fl|esh fl|ing fl|ings fl|oat "
-    u"fl|oats fl|oating fl|oor fl|ow fl|ows fl|ux fl|urry "
-    u"fi|re fi|res fi|reball fi|ery fi|eld fi|elds fi|end fi|ends fi|endish fi|st fi|sts fi|sh "
-    u"fi|ve fi|ght fi|ghts fi|ghter fi|ghting fi|rst fi|nd fi|nds fi|nal fi|ll fi|lls fi|lled fi|n "
-    u"fi|ns fi|erce fi|gure fi|gures fi|ne fi|xed confi|ned defi|ned speci|fi|c speci|fi|ed "
-    u"paci|fi|ed petri|fi|ed petri|fi|es petri|fi|cation modi|fi|er modi|fi|ers terri|fi|ed "
-    u"terri|fi|c terri|fi|es horri|fi|c horri|fi|ed bene|fi|t bene|fi|ts arti|fi|cer sacri|fi|ce "
-    u"sacri|fi|ces "
-    u"e|ff|ect e|ff|ects aftere|ff|ect a|ff|ect a|ff|ects a|ff|ected e|ff|ort o|ff|er o|ff|ers "
-    u"o|ff|ensive su|ff|er su|ff|ers su|ff|ered su|ff|ering su|ff|ocate su|ff|ocating sta|ff "
-    u"cli|ff "
-    u"sti|ff blu|ff bu|ff|et bu|ff|ets di|ff|erent di|ff|erence scu|ff|le shu|ff|le shu|ff|les "
-    u"mu|ff|led gri|ff|on "
-    u"o|ffi|cer di|ffi|cult di|ffi|culty e|ffi|gy a|ffi|nity su|ffi|cient gri|ffi|n co|ffi|n "
-    u"a|ffl|icted a|ffl|iction a|ffl|icts ba|ffl|e ba|ffl|ed ru|ffl|e";
+    u"re_fl_ex re_fl_exes re_fl_ect re_fl_ects re_fl_ected de_fl_ect de_fl_ects in_fl_ict "
+    u"in_fl_icts "
+    u"in_fl_icted in_fl_uence con_fl_ict confl_agration unfl_inching butterfl_y firefl_y overfl_ow "
+    u"fl_y fl_ying fl_ies fl_ight fl_ame fl_ames fl_aming fl_ank fl_anks fl_anked fl_anking fl_ash "
+    u"fl_ashes fl_ask fl_at fl_ail fl_ails fl_ee fl_ees fl_eeing fl_esh fl_ing fl_ings fl_oat "
+    u"fl_oats fl_oating fl_oor fl_ow fl_ows fl_ux fl_urry "
+    u"fi_re fi_res fi_reball fi_ery fi_eld fi_elds fi_end fi_ends fi_endish fi_st fi_sts fi_sh "
+    u"fi_ve fi_ght fi_ghts fi_ghter fi_ghting fi_rst fi_nd fi_nds fi_nal fi_ll fi_lls fi_lled fi_n "
+    u"fi_ns fi_erce fi_gure fi_gures fi_ne fi_xed confi_ned defi_ned speci_fi_c speci_fi_ed "
+    u"paci_fi_ed petri_fi_ed petri_fi_es petri_fi_cation modi_fi_er modi_fi_ers terri_fi_ed "
+    u"terri_fi_c terri_fi_es horri_fi_c horri_fi_ed bene_fi_t bene_fi_ts arti_fi_cer sacri_fi_ce "
+    u"sacri_fi_ces "
+    u"e_ff_ect e_ff_ects aftere_ff_ect a_ff_ect a_ff_ects a_ff_ected e_ff_ort o_ff_er o_ff_ers "
+    u"o_ff_ensive su_ff_er su_ff_ers su_ff_ered su_ff_ering su_ff_ocate su_ff_ocating sta_ff "
+    u"cli_ff "
+    u"sti_ff blu_ff bu_ff_et bu_ff_ets di_ff_erent di_ff_erence scu_ff_le shu_ff_le shu_ff_les "
+    u"mu_ff_led gri_ff_on "
+    u"o_ffi_cer di_ffi_cult di_ffi_culty e_ffi_gy a_ffi_nity su_ffi_cient gri_ffi_n co_ffi_n "
+    u"a_ffl_icted a_ffl_iction a_ffl_icts ba_ffl_e ba_ffl_ed ru_ffl_e";
 
 // What patterns name by a word in "%".
 constexpr std::pair<QStringView, QStringView> fragments[] = {
@@ -238,7 +238,7 @@ QRegularExpression splitWordPattern()
 {
     QStringList words;
     for (const QStringView word : ligatureWords.split(u' '))
-        words << word.toString().replace(u'|', QStringLiteral("[ \\x{a0}]?"));
+        words << word.toString().replace(u'_', QStringLiteral("[ \\x{a0}]?"));
     return compiled(QStringLiteral("(?i)(?<!\\p{L})(?:") + words.join(u'|')
                     + QStringLiteral(")(?!\\p{L})"));
 }
