@@ -24,6 +24,7 @@
 #include "preparedencounter.h"
 #include "statblockhandler.h"
 #include "statblockparser.h"
+#include "statblockreading.h"
 #include "terms.h"
 #include "text.h"
 #include "tidystatblock.h"
@@ -193,6 +194,9 @@ bool Fuzz::readStatBlockFile(QByteArrayView bytes)
     const Fixture fixture;
     const QString text = QString::fromUtf8(toLF(bytes.toByteArray()));
     withPortraitInText(text, QStringLiteral("a.png"));
+    const StatBlockReading reading = readingOf(true, text);
+    if (!reading.lines.isEmpty() && reading.lines.size() != text.count(u'\n') + 1)
+        qFatal("%lld lines told", static_cast<long long>(reading.lines.size()));
     const bool isMonster = readStatBlockAs(true, text);
     const bool isCharacter = readStatBlockAs(false, text);
     return isMonster || isCharacter;

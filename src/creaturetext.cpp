@@ -120,7 +120,7 @@ bool isXmlText(const QByteArray &bytes)
 }
 
 bool parseText(bool isMonster, const QByteArray &text, CreatureData &data,
-               const QString &dataFolder, CreatureForm *form)
+               const QString &dataFolder, CreatureForm *form, QList<LineNote> *notes)
 {
     const QByteArray bytes = withoutByteOrderMark(toLF(text));
     data = CreatureData();
@@ -137,7 +137,7 @@ bool parseText(bool isMonster, const QByteArray &text, CreatureData &data,
     if (form)
         *form = found;
     if (found == CreatureForm::StatBlock)
-        return StatBlockParser::parse(data, data.statBlock, isMonster, dataFolder);
+        return StatBlockParser::parse(data, data.statBlock, isMonster, dataFolder, notes);
     return found == CreatureForm::Key || found == CreatureForm::MonsterXml;
 }
 

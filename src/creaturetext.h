@@ -5,6 +5,7 @@
 #include <QString>
 
 #include "creaturedata.h"
+#include "linereading.h"
 
 enum class CreatureForm { Key, StatBlock, MonsterXml, CharacterXml };
 
@@ -12,10 +13,12 @@ enum class CreatureForm { Key, StatBlock, MonsterXml, CharacterXml };
 bool isXmlText(const QByteArray &bytes);
 
 // Reads a text of any form into a fresh record that keeps the whole text. The verdict is the
-// reader's own; `form` may be null. Monster XML is always taken, though broken XML leaves nothing
-// but the text; XML is refused for a character.
+// reader's own; `form` and `notes` may be null, and only a stat block's lines are noted. Monster
+// XML is always taken, though broken XML leaves nothing but the text; XML is refused for a
+// character.
 bool parseText(bool isMonster, const QByteArray &text, CreatureData &data,
-               const QString &dataFolder, CreatureForm *form = nullptr);
+               const QString &dataFolder, CreatureForm *form = nullptr,
+               QList<LineNote> *notes = nullptr);
 
 // The text of a creature from its fields: key form for a character, a starter stat block for a
 // monster.

@@ -2,6 +2,8 @@
 
 #include <QVarLengthArray>
 
+#include <algorithm>
+
 #include "power.h"
 
 namespace {
@@ -38,7 +40,10 @@ bool isOnly(const StatBlockLine &line, int kind)
 
 } // namespace
 
-StatBlockAssembler::StatBlockAssembler(const QString &text) : m_scanner(text) { }
+StatBlockAssembler::StatBlockAssembler(const QString &text, QList<LineNote> *notes)
+    : m_scanner(text), m_notes(notes)
+{
+}
 
 // --- reading ---
 
@@ -161,8 +166,30 @@ Context StatBlockAssembler::context(int state) const
     return {state, m_headerFirst, m_trapMode};
 }
 
+void StatBlockAssembler::setReading(LineReading reading, bool isSkipped)
+{
+    m_note.reading = reading;
+    m_note.isSkipped = isSkipped;
+}
+
+// A token that was put in isn't of the text.
+void StatBlockAssembler::noteLine()
+{
+    const auto isOfText = [this](const Token &token) { return m_scanner.indexOf(token) >= 0; };
+    const QList<Token> &tokens = m_line.tokens();
+    const auto first = std::find_if(tokens.cbegin(), tokens.cend(), isOfText);
+    const auto last = std::find_if(tokens.crbegin(), tokens.crend(), isOfText);
+    if (first == tokens.cend())
+        return;
+    m_note.first = m_scanner.indexOf(*first);
+    m_note.last = m_scanner.indexOf(*last) + last->text.size() - 1;
+    m_notes->append(m_note);
+}
+
 void StatBlockAssembler::advance()
 {
+    if (m_notes)
+        noteLine();
     const int state = m_lineKind;
     if (!hasAhead(0)) {
         m_line = StatBlockLine();

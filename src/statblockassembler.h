@@ -2,6 +2,7 @@
 // run on, joins lines that were wrapped, and settles what each line is.
 #pragma once
 
+#include "linereading.h"
 #include "statblockclassifier.h"
 #include "statblockscanner.h"
 
@@ -9,7 +10,8 @@
 
 class StatBlockAssembler {
 public:
-    explicit StatBlockAssembler(const QString &text);
+    // Writes into `notes` what each line was read as; null for nobody who asks.
+    explicit StatBlockAssembler(const QString &text, QList<LineNote> *notes = nullptr);
 
     // Makes the next line the current one and settles its kind by the kind of the line before.
     void advance();
@@ -19,6 +21,8 @@ public:
     int lineKind() const { return m_lineKind; }
     // What the next line will be judged by in place of the current line's own kind.
     void setLineKind(int kind) { m_lineKind = kind; }
+    // What the current line is read as. Noted by advance(), with all that was joined to it.
+    void setReading(LineReading reading, bool isSkipped = false);
 
     // Whether a line stands behind the current one, `index` lines ahead from 0.
     bool hasAhead(int index);
@@ -40,6 +44,7 @@ public:
     void enterTrapMode();
 
 private:
+    void noteLine();
     StatBlockClassifier::Context context(int state) const;
     bool readLine();
     bool goesOn(int last);
@@ -61,6 +66,8 @@ private:
     bool hasName() const;
 
     StatBlockScanner m_scanner;
+    QList<LineNote> *const m_notes;
+    LineNote m_note; // of the current line
     StatBlockLine m_line;
     std::deque<StatBlockLine> m_pending; // read ahead, or split off
     int m_lineKind = LineKind::HEADER_TITLE;

@@ -14,7 +14,8 @@ namespace {
 
 class Reader {
 public:
-    Reader(CreatureData &record, const QString &text, const QString &dataFolder);
+    Reader(CreatureData &record, const QString &text, const QString &dataFolder,
+           QList<LineNote> *notes);
 
     // False for a text without a line.
     bool read();
@@ -23,11 +24,11 @@ private:
     void readTitle();
     bool titleRunsOn();
     void nameCreature(const QString &title);
-    void readHeader();
-    void readStat(const Token &word);
+    bool readHeader();
+    bool readStat(const Token &word);
     void readPortrait();
-    void readNumber(int &field);
-    void readClause(QString &field, int start);
+    bool readNumber(int &field);
+    bool readClause(QString &field, int start);
     bool clauseRunsOn();
     void readRole();
     void readSense(const Token &sense);
@@ -206,8 +207,9 @@ void appendItem(QString &list, const QString &item, QLatin1StringView between)
     list += list.isEmpty() ? item : between + item;
 }
 
-Reader::Reader(CreatureData &record, const QString &text, const QString &dataFolder)
-    : m_record(record), m_dataFolder(dataFolder), m_lines(text), m_powers(m_lines, record)
+Reader::Reader(CreatureData &record, const QString &text, const QString &dataFolder,
+               QList<LineNote> *notes)
+    : m_record(record), m_dataFolder(dataFolder), m_lines(text, notes), m_powers(m_lines, record)
 {
 }
 
@@ -216,6 +218,7 @@ bool Reader::read()
     m_lines.advance();
     if (m_lines.lineKind() == NO_LINE)
         return false;
+    m_lines.setReading(LineReading::Title);
     readTitle();
     m_lines.setLineKind(HEADER_LINE);
     m_lines.advance();
@@ -223,7 +226,10 @@ bool Reader::read()
         switch (m_lines.lineKind()) {
         case HEADER_TITLE:
         case HEADER_LINE:
-            readHeader();
+            if (readHeader())
+                m_lines.setReading(LineReading::Header);
+            else
+                m_lines.setReading(LineReading::NotUnderstood, true);
             m_lines.advance();
             break;
         case HEADER_TRAIT:
@@ -285,25 +291,27 @@ void Reader::nameCreature(const QString &title)
     m_record.keyName() = title.first(bracket).trimmed();
 }
 
-// From the read position to the end of the line.
-void Reader::readHeader()
+// From the read position to the end of the line. False when nothing of it says anything.
+bool Reader::readHeader()
 {
+    bool isRead = false;
     while (!line().atEnd())
-        readStat(line().take());
+        isRead = readStat(line().take()) || isRead;
+    return isRead;
 }
 
-void Reader::readStat(const Token &word)
+bool Reader::readStat(const Token &word)
 {
     const int kind = word.kind;
     const int start = line().position() - 1;
     const bool isAlone = line().size() == 1;
     if (endsTraits(kind))
         m_lines.endTraits();
-    if (int CreatureData::*number = numberOf(kind)) {
-        readNumber(m_record.*number);
-    } else if (QString CreatureData::*clause = clauseOf(kind)) {
-        readClause(m_record.*clause, start + 1);
-    } else if (isBulletXp(line(), start)) {
+    if (int CreatureData::*number = numberOf(kind))
+        return readNumber(m_record.*number);
+    if (QString CreatureData::*clause = clauseOf(kind))
+        return readClause(m_record.*clause, start + 1);
+    if (isBulletXp(line(), start)) {
         m_lines.setBulletXp();
     } else if (TokenKind::isSizeWord(kind)) {
         readClause(m_record.type, start);
@@ -319,11 +327,15 @@ void Reader::readStat(const Token &word)
         readPortrait();
     } else if (kind == TokenKind::Action && line().current().kind == TokenKind::Points) {
         line().take();
-        readNumber(m_record.initAP);
+        return readNumber(m_record.initAP);
     } else if (kind == TokenKind::Saving && line().current().kind == TokenKind::Throws) {
         line().take();
-        readClause(m_record.savingThrows, start + 2);
+        return readClause(m_record.savingThrows, start + 2);
+    } else {
+        // Known, though nothing keeps them.
+        return kind == TokenKind::Bloodied || kind == TokenKind::Senses;
     }
+    return true;
 }
 
 void Reader::readPortrait()
@@ -335,17 +347,19 @@ void Reader::readPortrait()
     resolvePortrait(m_record.portraitFile, m_dataFolder);
 }
 
-void Reader::readNumber(int &field)
+bool Reader::readNumber(int &field)
 {
-    if (isNumber(line().current().kind))
-        field = line().take().number();
+    if (!isNumber(line().current().kind))
+        return false;
+    field = line().take().number();
+    return true;
 }
 
-// Fills an empty field from `start`, to where the next clause begins.
-void Reader::readClause(QString &field, int start)
+// Fills an empty field from `start`, to where the next clause begins. False when it stays empty.
+bool Reader::readClause(QString &field, int start)
 {
     if (!field.isEmpty())
-        return;
+        return true;
     int end = line().position();
     for (;; ++end) {
         if (end >= line().size()) {
@@ -358,6 +372,7 @@ void Reader::readClause(QString &field, int start)
     }
     field = clauseText(line(), start, end);
     line().setPosition(end);
+    return !field.isEmpty();
 }
 
 bool Reader::clauseRunsOn()
@@ -420,6 +435,7 @@ void Reader::enterTrapMode()
 
 void Reader::readSection()
 {
+    m_lines.setReading(LineReading::Power);
     if (const int section = StatBlockClassifier::sectionOf(line().first().kind); section != 0)
         m_lines.setSection(section);
     m_lines.advance();
@@ -429,6 +445,7 @@ void Reader::readSection()
 
 void Reader::readFooter()
 {
+    m_lines.setReading(LineReading::Header);
     while (!line().atEnd()) {
         const Token word = line().take();
         if (word.kind == TokenKind::Alignment)
@@ -487,6 +504,7 @@ void Reader::readSkill(const Token &skill)
 // has none, so it keeps its first word.
 void Reader::readFooterHeader()
 {
+    m_lines.setReading(LineReading::Header);
     const Token word = line().take();
     const bool isNote = word.kind != TokenKind::Equipment && word.kind != TokenKind::Description;
     QString &field = isNote                 ? m_record.trailerText
@@ -508,10 +526,10 @@ void Reader::readFooterHeader()
 } // namespace
 
 bool StatBlockParser::parse(CreatureData &record, const QString &text, bool isMonster,
-                            const QString &dataFolder)
+                            const QString &dataFolder, QList<LineNote> *notes)
 {
     record.isMonster = isMonster;
-    Reader reader(record, text, dataFolder);
+    Reader reader(record, text, dataFolder, notes);
     if (!reader.read())
         return false;
     sortPowers(record);

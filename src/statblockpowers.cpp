@@ -154,6 +154,7 @@ StatBlockPowers::StatBlockPowers(StatBlockAssembler &lines, CreatureData &record
 
 void StatBlockPowers::readPower(bool isTrait)
 {
+    m_lines.setReading(LineReading::Power);
     Power power;
     power.section = isTrait ? PowerSection::Traits : m_lines.section();
     const bool hasLetter = !isTrait && readIconLetter(power);
@@ -325,6 +326,7 @@ void StatBlockPowers::readDetails(Power &power, bool isTrait)
     bool hasLabel = false;
     bool isFirst = true;
     for (m_lines.advance(); isDetail(m_lines.lineKind()); m_lines.advance()) {
+        m_lines.setReading(LineReading::PowerText);
         const StatBlockLine &line = m_lines.line();
         const bool isLabel = mendLabel() || isLabelKind(m_lines.lineKind());
         if (isFirst && isLabel && line.first().kind == TokenKind::Secondary)
@@ -458,6 +460,8 @@ void StatBlockPowers::readText()
     power.icon = PowerIcon::Text;
     power.section = m_lines.section();
     do {
+        // A trap tells of itself in such lines.
+        m_lines.setReading(m_lines.isTrap() ? LineReading::PowerText : LineReading::NotUnderstood);
         power.details.append(paragraph());
         m_lines.advance();
     } while (m_lines.lineKind() == POWER_DETAIL

@@ -1,6 +1,7 @@
 #include "statblockscanner.h"
 
 #include <array>
+#include <functional>
 #include <utility>
 
 namespace {
@@ -129,6 +130,14 @@ void StatBlockScanner::setTrapMode(bool on)
 {
     m_trapMode = on;
     m_peeked.reset();
+}
+
+qsizetype StatBlockScanner::indexOf(const Token &token) const
+{
+    const char16_t *start = token.text.utf16();
+    const bool isOfSource = std::less_equal<>()(m_begin, start)
+        && std::less_equal<>()(start + token.text.size(), m_begin + m_end);
+    return isOfSource ? start - m_begin : -1;
 }
 
 Token StatBlockScanner::scan(Cursor &cursor, bool keepWhite) const

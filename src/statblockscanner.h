@@ -25,6 +25,8 @@ public:
 
     // Index into the source of what next() will read.
     qsizetype position() const { return m_cursor.pos; }
+    // Index into the source of the token's start; -1 for one that isn't of the source.
+    qsizetype indexOf(const Token &token) const;
 
 private:
     struct Cursor {

@@ -11,6 +11,7 @@
 #include "creaturedata.h"
 #include "creaturereport.h"
 #include "statblockparser.h"
+#include "statblockreading.h"
 #include "tables.h"
 #include "testhome.h"
 
@@ -56,6 +57,7 @@ private Q_SLOTS:
     void readsPowers();
     void joinsWrappedSentences();
     void verdictCountsFields();
+    void tellsWhatWasRead();
     void longTextsTakeLinearTime_data();
     void longTextsTakeLinearTime();
 };
@@ -80,6 +82,10 @@ void StatBlocksTest::readsWholeBlocks()
         QVERIFY2(
             record[key] == expected[key],
             qPrintable(key + u": "_s + shown(record[key]) + u"expected "_s + shown(expected[key])));
+    // All of it is understood, whoever looks on.
+    const StatBlockReading reading = readingOf(true, text);
+    QCOMPARE(reading.firstNotUnderstood(), -1);
+    QCOMPARE(reading.lines.size(), text.count(u'\n') + 1);
     // Nothing that one parse leaves behind changes the next; nor does the kind of line end.
     QCOMPARE(recordReport(parsed(QString(text).replace(u'\n', u"\r\n"_s))), record);
 }
@@ -161,6 +167,20 @@ void StatBlocksTest::verdictCountsFields()
     QVERIFY(!data.isMonster && data.group.isEmpty());
 }
 
+void StatBlocksTest::tellsWhatWasRead()
+{
+    const auto told = [](const QStringList &row) -> QString {
+        const StatBlockReading reading = readingOf(true, row[0]);
+        QString letters;
+        for (const LineReading line : reading.lines)
+            letters += u"THPp?-"_s.at(int(line));
+        return letters == row[1] ? reading.summary : letters;
+    };
+    QCOMPARE(differences(u"linereadings"_s, 3, told), QString());
+    QCOMPARE(readingOf(false, u"<?xml ?>"_s).summary,
+             u"Nothing read: a character's text can't be XML."_s);
+}
+
 void StatBlocksTest::longTextsTakeLinearTime_data()
 {
     useTable(u"longtexts"_s, {"start", "unit"});
@@ -175,7 +195,7 @@ void StatBlocksTest::longTextsTakeLinearTime()
         const QString text = start + unit.repeated(size / unit.size());
         QElapsedTimer timer;
         timer.start();
-        parsed(text);
+        readingOf(true, text);
         return timer.nsecsElapsed() / 1e6;
     };
     const double small = timeOf(62'500);
