@@ -16,6 +16,7 @@
 #include "characters.h"
 #include "encounter.h"
 #include "encounters.h"
+#include "filedialogs.h"
 #include "folderaccess.h"
 #include "history.h"
 #include "messagedialog.h"
@@ -320,8 +321,11 @@ void enterFolder(LoadedLibrary &library, const QString &path, FolderAccess &acce
     rememberFolder();
     progress.step();
     progress.setLabel(translated("Setting new root..."));
+    forgetPortraitFolder();
     progress.step();
     progress.finish();
+    if (theManagerWindow)
+        theManagerWindow->refresh();
 }
 
 LoadResult readFolder(LoadedLibrary &library, const QString &path, const QString &display,
@@ -395,6 +399,25 @@ UnsavedItems unsavedItems(const Collection &collection, const char *plural)
 {
     const QStringList names = collection.changedNames();
     return {.count = int(names.size()), .name = names.value(0), .plural = translated(plural)};
+}
+
+// By their windows, which show what became of it.
+void saveCharacters()
+{
+    if (theCharacterWindow)
+        theCharacterWindow->saveAll();
+    else
+        theCharacters->saveAll();
+}
+
+void saveMonstersAndEncounters()
+{
+    if (theManagerWindow) {
+        theManagerWindow->saveAll();
+    } else {
+        theMonsters->saveAll();
+        theEncounters->saveAll();
+    }
 }
 
 } // namespace
@@ -478,6 +501,18 @@ bool setDataFolder(QString &path, QString &display)
     return isLoaded;
 }
 
+QString notSavedText(const QStringList &names)
+{
+    constexpr int LongestList = 12;
+    QStringList listed;
+    for (const QString &name : names.mid(0, LongestList))
+        listed << bold(asHtml(name, LongestName)) + QStringLiteral("</b>");
+    if (names.size() > LongestList)
+        listed << translated("and %1 more").arg(names.size() - LongestList);
+    return translated("%1 could not be saved. Is the disk full, or not to be written to?")
+        .arg(listed.join(QStringLiteral(", ")));
+}
+
 QString unsavedWorkText(const QList<UnsavedItems> &kinds, const QString &message)
 {
     QStringList items;
@@ -507,12 +542,14 @@ bool confirmUnsavedWork(const QString &message, const QString &continueText)
                     unsavedWorkText({characters, monsters, encounters}, message), continueText))
         return false;
     if (characters.count)
-        theCharacters->saveAll();
-    if (monsters.count || encounters.count) {
-        theMonsters->saveAll();
-        theEncounters->saveAll();
-    }
-    return true;
+        saveCharacters();
+    if (monsters.count || encounters.count)
+        saveMonstersAndEncounters();
+    const QStringList unsaved =
+        theCharacters->changedNames() + theMonsters->changedNames() + theEncounters->changedNames();
+    return unsaved.isEmpty()
+        || askMessage(translated("Not All Work Saved"), notSavedText(unsaved),
+                      translated("Continue Without"));
 }
 
 bool confirmLogWritten()

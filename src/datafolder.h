@@ -39,3 +39,5 @@ struct UnsavedItems {
     QString plural; // "%1 Monsters"
 };
 QString unsavedWorkText(const QList<UnsavedItems> &kinds, const QString &message);
+// Says which entries of the library could not be written.
+QString notSavedText(const QStringList &names);

@@ -192,4 +192,16 @@ void DockLayout::raiseFloating()
             dock->raise();
 }
 
+void DockLayout::follow(bool isTableActive)
+{
+    for (int i = 0; i < DockCount; ++i) {
+        QDockWidget *dock = m_docks[i];
+        dock->toggleViewAction()->setEnabled(isTableActive);
+        if (isTableActive && dock->isHidden() && !m_isOff[i])
+            dock->show();
+        else if (!isTableActive && dock->isVisible() && dock->isFloating())
+            dock->hide();
+    }
+}
+
 #include "moc_docklayout.cpp"

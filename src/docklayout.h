@@ -39,6 +39,8 @@ public:
     void narrow(int lack);
     void widen();
     void raiseFloating();
+    // Floating docks go with the windows of the table, and their toggles do nothing elsewhere.
+    void follow(bool isTableActive);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

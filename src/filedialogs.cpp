@@ -15,6 +15,8 @@ struct Texts {
     const char *filter;
 };
 
+QString lastPortraitFolder;
+
 QString translated(const char *text)
 {
     return QCoreApplication::translate("FileDialogs", text);
@@ -39,13 +41,17 @@ QString chooseFile(QWidget *parent, const Texts &texts, const QString &firstFold
 
 QString selectPortraitFile(QWidget *parent)
 {
-    static QString lastFolder;
     const Texts texts {
         QT_TRANSLATE_NOOP("FileDialogs", "Select Portrait Image"),
         QT_TRANSLATE_NOOP("FileDialogs",
                           "Images (*.gif *.jpeg *.jpg *.tiff *.png *.bmp *.mng *.svg *.xpm)")};
-    const QString chosen = chooseFile(parent, texts, portraitPath(QString()), lastFolder);
+    const QString chosen = chooseFile(parent, texts, portraitPath(QString()), lastPortraitFolder);
     return chosen.isEmpty() ? QString() : adoptPortrait(chosen, QString());
+}
+
+void forgetPortraitFolder()
+{
+    lastPortraitFolder.clear();
 }
 
 QString selectImportFile(QWidget *parent)

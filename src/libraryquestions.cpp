@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 
+#include "datafolder.h"
 #include "messagedialog.h"
 #include "text.h"
 
@@ -28,4 +29,10 @@ bool askDelete(const QString &key, const QString &name, const QString &fileName)
 bool askRevertAll(const QString &text)
 {
     return askMessage(translated("Revert All Changes"), text, translated("Revert All"));
+}
+
+void tellUnsaved(const QStringList &names)
+{
+    if (!names.isEmpty())
+        showMessage(translated("Not All Work Saved"), notSavedText(names));
 }

@@ -9,6 +9,7 @@
 #include "dice.h"
 #include "global.h"
 #include "mainwindow.h"
+#include "managerwindow.h"
 #include "memorytracker.h"
 #include "messagelog.h"
 #include "playerswindow.h"
@@ -62,6 +63,9 @@ int main(int argc, char **argv)
 
     makePlayersDisplay = []() -> std::unique_ptr<PlayersDisplay> {
         return std::make_unique<PlayersWindow>();
+    };
+    makeManagerWindow = []() -> std::unique_ptr<LibraryWindow> {
+        return std::make_unique<ManagerWindow>();
     };
     MainWindow window;
     findDataFolder();

@@ -48,11 +48,19 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), m_refreshTimer(ne
     theMainWindow = this;
     setDialogHost(this);
     setWindows(this);
-    m_core = std::make_unique<CoreObjects>([this] { m_players.reset(); });
+    m_core = std::make_unique<CoreObjects>([this] {
+        m_players.reset();
+        m_manager.reset();
+        m_characters.reset();
+    });
     if (makePlayersDisplay) {
         m_players = makePlayersDisplay();
         m_players->shownChanged = [this] { updatePlayersAction(); };
     }
+    if (makeManagerWindow)
+        m_manager = makeManagerWindow();
+    if (makeCharacterWindow)
+        m_characters = makeCharacterWindow();
     activeAppWindow = this;
 
     createCentre();
@@ -297,8 +305,19 @@ void MainWindow::onFocusChanged(QWidget *, QWidget *now)
     if (now == this && !m_activeDialog)
         m_table->setFocus();
     QWidget *window = now ? now->window() : nullptr;
-    if (window == this || (window && m_players && window == m_players->displayWindow()))
-        activeAppWindow = window;
+    if (!window)
+        return;
+    WindowGroup group = m_windowGroup;
+    if (window == this || (m_players && window == m_players->displayWindow()))
+        group = TableGroup;
+    else if ((m_manager && window == m_manager->libraryWindow())
+             || (m_characters && window == m_characters->libraryWindow()))
+        group = LibraryGroup;
+    else
+        return;
+    activeAppWindow = window;
+    if (group != std::exchange(m_windowGroup, group))
+        m_docks->follow(group == TableGroup);
 }
 
 void MainWindow::keyPressEvent(QKeyEvent *event)
@@ -396,14 +415,20 @@ void MainWindow::tellReadOnly()
     statusBar()->showMessage(tr("Looking only: nothing can be changed here"), Shown);
 }
 
-// No window of the main window lists the library's characters; the pick dialog reads them anew.
-void MainWindow::refreshCharacterList() { }
+void MainWindow::refreshCharacterList()
+{
+    if (m_characters)
+        m_characters->refresh();
+}
 
 void MainWindow::refreshTerms()
 {
     updateTerms();
     if (m_players)
         m_players->refresh();
+    for (const auto &library : {m_manager.get(), m_characters.get()})
+        if (library)
+            library->refresh();
 }
 
 void MainWindow::hideForReplay()

@@ -17,6 +17,7 @@ class FormPage;
 class HPBox;
 class LookOnlyBar;
 class MainWindowActions;
+class LibraryWindow;
 class PlayersDisplay;
 class QLabel;
 class QStackedWidget;
@@ -107,6 +108,9 @@ public Q_SLOTS:
     void onNewHistory();
     void onTruncateHistory();
     void activateMainWindow();
+    // The first time with a hint.
+    void activateManagerWindow();
+    void activateCharacterWindow();
     // Nothing without a Player's Display.
     void onTogglePlayerWindow();
     void toggleCurrentWindow();
@@ -178,7 +182,14 @@ private:
     void endHealthFlow();
 
     std::unique_ptr<CoreObjects> m_core;
-    std::unique_ptr<PlayersDisplay> m_players; // null without one
+    // Null without one.
+    std::unique_ptr<PlayersDisplay> m_players;
+    std::unique_ptr<LibraryWindow> m_manager;
+    std::unique_ptr<LibraryWindow> m_characters;
+    bool m_managerHintShown = false;
+    // The windows of the table, this one and the players', or those of the library.
+    enum WindowGroup { TableGroup, LibraryGroup };
+    WindowGroup m_windowGroup = TableGroup;
     // The Player's Display was open when the windows were hidden for a replay.
     bool m_wasPlayersVisible = false;
     MainWindowActions *m_actions = nullptr;

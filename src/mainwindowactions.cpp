@@ -45,6 +45,12 @@ const MainWindowActions::Row MainWindowActions::rows[] = {
     {&Actions::dmsWindow, "dmsWindow", QT_TR_NOOP("DM's Display Window"), nullptr,
      "dms-window32.png", QT_TR_NOOP("Bring DM's Display window to the front"),
      &MainWindow::activateMainWindow},
+    {&Actions::managerWindow, "managerWindow", QT_TR_NOOP("Monster Manager Window"), nullptr,
+     "monster-window32.png", QT_TR_NOOP("Bring the Monster Manager window to the front"),
+     &MainWindow::activateManagerWindow},
+    {&Actions::characterWindow, "characterWindow", QT_TR_NOOP("Character Creator Window"), nullptr,
+     "heros-window32.png", QT_TR_NOOP("Bring the Character Creator window to the front"),
+     &MainWindow::activateCharacterWindow},
     {&Actions::playersWindow, "playersWindow", QT_TR_NOOP("Show Player's Window"), nullptr,
      "players-window-open32.png", QT_TR_NOOP("Show the Player's window"),
      &MainWindow::onTogglePlayerWindow},
@@ -197,7 +203,7 @@ void MainWindowActions::fillToolBars(QSpinBox *hpBox)
     windows->setObjectName(QStringLiteral("windowToolBar"));
     windows->addActions({pickParty, loadEncounter, addMonster});
     windows->addSeparator();
-    windows->addActions({shortRest, extendedRest});
+    windows->addActions({shortRest, extendedRest, managerWindow, characterWindow});
 }
 
 // A bar that doesn't fit beside the others would hide its last buttons behind an arrow.
@@ -231,7 +237,7 @@ void MainWindowActions::fillMenus(const QList<QAction *> &docks)
     bar->addMenu(tr("&Rest"))->addActions({shortRest, extendedRest});
 
     QMenu *window = bar->addMenu(tr("&Window"));
-    window->addActions({dmsWindow, playersWindow});
+    window->addActions({dmsWindow, managerWindow, characterWindow, playersWindow});
     window->addActions(docks);
 
     bar->addSeparator();

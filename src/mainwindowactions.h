@@ -30,6 +30,8 @@ public:
     QAction *newHistory = nullptr;
     QAction *truncateHistory = nullptr;
     QAction *dmsWindow = nullptr;
+    QAction *managerWindow = nullptr;
+    QAction *characterWindow = nullptr;
     QAction *playersWindow = nullptr;
     QAction *pickParty = nullptr;
     QAction *loadEncounter = nullptr;

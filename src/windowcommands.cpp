@@ -7,18 +7,60 @@
 #include "version.h"
 #include "windows.h"
 
+namespace {
+
+// One that was minimised comes back.
+void bringToFront(QWidget *window)
+{
+    window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
+    window->show();
+    window->raise();
+    window->activateWindow();
+}
+
+} // namespace
+
 void MainWindow::activateMainWindow()
 {
-    show();
-    raise();
-    activateWindow();
+    bringToFront(this);
+}
+
+void MainWindow::activateManagerWindow()
+{
+    if (!m_manager)
+        return;
+    bringToFront(m_manager->libraryWindow());
+    if (m_managerHintShown)
+        return;
+    m_managerHintShown = true;
+    MessageDialog(m_manager->libraryWindow())
+        .hint(QStringLiteral("managerWindow/hint"), tr("Monster Manager Hint"),
+              tr("<b>Hint:</b> To create a Monster, click 'New', then paste a complete, unmodified "
+                 "Stat Block from the Compendium or Adventure Tools into the space provided.<p>"
+                 "Click on the portrait frame to select a picture for the monster. The image will "
+                 "be copied to your 'Portraits' folder.<p>Add Monsters to an encounter by clicking "
+                 "the Right Arrow button after selecting an encounter.<p>The filters can be used "
+                 "to reduce the number of items in the lists."));
+    // The message took the focus, and the window may have gone with the program meanwhile.
+    if (m_manager)
+        bringToFront(m_manager->libraryWindow());
+}
+
+void MainWindow::activateCharacterWindow()
+{
+    if (m_characters)
+        bringToFront(m_characters->libraryWindow());
 }
 
 void MainWindow::onTogglePlayerWindow()
 {
     if (!m_players)
         return;
-    m_players->displayWindow()->setVisible(!isPlayersVisible());
+    QWidget *players = m_players->displayWindow();
+    if (players->isMinimized())
+        bringToFront(players);
+    else
+        players->setVisible(!players->isVisible());
     updatePlayersAction();
 }
 

@@ -1,0 +1,54 @@
+// The text of a stat block in two editors: one for the tab where it is worked on, one beside the
+// files to import.
+#pragma once
+
+#include <QPlainTextEdit>
+
+class QTextDocument;
+
+// An editor whose pastes are tidied. Undo brings the text back as it was copied.
+class StatBlockEdit : public QPlainTextEdit {
+    Q_OBJECT
+
+public:
+    using QPlainTextEdit::QPlainTextEdit;
+
+Q_SIGNALS:
+    // A paste begins, and ends; `changes` says what was tidied, and is empty for nothing.
+    void doPasteBegins();
+    void doPasteEnded(const QStringList &changes);
+
+protected:
+    void insertFromMimeData(const QMimeData *source) override;
+};
+
+class DoublePlainTextEdit : public QObject {
+    Q_OBJECT
+
+public:
+    explicit DoublePlainTextEdit(QObject *parent = nullptr);
+
+    // Both are the caller's, who puts them into a layout.
+    StatBlockEdit *first() const { return m_first; }
+    StatBlockEdit *second() const { return m_second; }
+
+    // With LF as line end, and else as it was set or typed.
+    QString text() const;
+    // Another text: nothing of it can be undone.
+    void setText(const QString &text);
+    // Changes the text in one step that can be undone. The caret stays where it was.
+    void replaceText(const QString &text);
+    void setEnabled(bool enabled);
+    // Shows nothing but the first, which takes the focus with all text selected.
+    void focusOnAll();
+
+Q_SIGNALS:
+    void textChanged();
+    void doTidied(const QStringList &changes);
+
+private:
+    QTextDocument *m_document;
+    StatBlockEdit *m_first;
+    StatBlockEdit *m_second;
+    bool m_isPasting = false;
+};

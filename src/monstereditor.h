@@ -1,0 +1,83 @@
+// The left side of the Monster Manager: the monsters of the library, the text of the selected one,
+// and files to import.
+#pragma once
+
+#include <QGroupBox>
+#include <QPointer>
+
+#include "windowsanddialogs.h"
+
+class Creature;
+class CreatureDisplay;
+class DoublePlainTextEdit;
+class ImportPanel;
+class LibraryPane;
+class QLabel;
+class QPushButton;
+class QTabWidget;
+struct CreatureData;
+
+// Changes the Monsters, and the Encounters that name them, in memory only. Files that are imported
+// are copied at once.
+class MonsterEditor : public QGroupBox, public WindowsAndDialogs {
+    Q_OBJECT
+
+public:
+    explicit MonsterEditor(QWidget *parent = nullptr);
+
+    // Null without one.
+    Creature *selected() const;
+    // The collection changed: list, text and panel anew, the selection kept where its monster is
+    // still there.
+    void refresh();
+    void refreshImport();
+    // Whether there is an encounter that a monster could be added to.
+    void setCanAdd(bool can);
+
+Q_SIGNALS:
+    void doAdd(Creature *monster);
+    // Name, level or XP of a template changed, or one was deleted.
+    void doTemplatesChanged();
+    // Something that the counters of Monsters tell.
+    void doChanged();
+
+public Q_SLOTS:
+    void onTemplateSelectionChanged();
+    void onTemplateTabChanged(int tab);
+    void onNewTemplate();
+    void onNewAndPasteTemplate();
+    void onDeleteTemplate();
+    void onAddTemplate();
+    void onTemplateStatsChanged();
+    void onTemplatePortraitClicked();
+    void onImport(const QStringList &paths);
+
+private:
+    enum Tab { EditTab, ViewTab, ImportTab };
+    enum class Import { Taken, Current, NeedsALook, Refused };
+
+    QPushButton *addButton(const QString &text, const QString &tip, const char *name,
+                           void (MonsterEditor::*slot)());
+    QWidget *createButtons();
+    QWidget *createTabs();
+    // `pasted` is shown by a step back in the text, where it isn't null.
+    void addNew(std::unique_ptr<Creature> creature, const QString &pasted = QString());
+    void showText(const QString &text);
+    void applyText(Creature *creature, const QString &text);
+    // False when the user keeps to a name that is taken. Otherwise the record may have another name
+    // than it came with, and then so has its text.
+    bool checkDuplicate(const QString &oldName, CreatureData &record, const Creature *except);
+    Import importFile(const QString &path);
+    void tellImport(const QMap<Import, QStringList> &files);
+    void updateButtons();
+
+    LibraryPane *m_list;
+    DoublePlainTextEdit *m_text;
+    CreatureDisplay *m_display;
+    ImportPanel *m_import;
+    QTabWidget *m_tabs;
+    QPushButton *m_delete = nullptr;
+    QPushButton *m_add = nullptr;
+    bool m_canAdd = false;
+    bool m_templateBusy = false; // the text is set by us
+};
