@@ -213,8 +213,9 @@ void LogLockTest::tryEveryCommand()
     m_fight->table()->selectAll();
     m_fight->click(0);
     m_fight->hpBox()->setValue(7);
-    const QStringList open {u"setRoot"_s, u"stepBack"_s, u"stepForward"_s,  u"dmsWindow"_s,
-                            u"quit"_s,    u"about"_s,    u"playersWindow"_s};
+    const QStringList open {u"setRoot"_s,   u"stepBack"_s,      u"stepForward"_s,
+                            u"dmsWindow"_s, u"managerWindow"_s, u"characterWindow"_s,
+                            u"quit"_s,      u"about"_s,         u"playersWindow"_s};
     const QList<QAction *> actions =
         window.findChildren<QAction *>(QString(), Qt::FindDirectChildrenOnly);
     for (const QAction *action : actions)
