@@ -141,6 +141,11 @@ void PlayersListModel::applyRows(const QList<Creature *> &creatures)
         m_view->fitRows();
 }
 
+bool PlayersListModel::isEncounterRunning() const
+{
+    return m_encounter && m_encounter->isRunning();
+}
+
 // The hidden creatures aren't rows: the arrow marks the place in the visible order.
 int PlayersListModel::findCurrentRow() const
 {

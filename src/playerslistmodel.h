@@ -24,6 +24,7 @@ public:
     // Not owned.
     void attachTo(PlayersView *view);
 
+    bool isEncounterRunning() const;
     // -1 where the players see nobody as current. A hidden creature that is current leaves the
     // arrow at the visible one before it.
     int currentRow() const { return m_currentRow; }

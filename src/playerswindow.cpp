@@ -7,9 +7,11 @@
 #include <QMenu>
 #include <QScreen>
 #include <QSettings>
+#include <QTimer>
 
 #include "creature.h"
 #include "fullscreen.h"
+#include "keepawake.h"
 #include "lastkillwidget.h"
 #include "playerscurtain.h"
 #include "playerslistmodel.h"
@@ -39,7 +41,7 @@ QString key(const char *name)
 PlayersWindow::PlayersWindow(QWidget *parent)
     : QMainWindow(parent), m_listModel(new PlayersListModel(this)), m_view(new PlayersView),
       m_yourTurn(new YourTurnWidget(m_listModel)), m_lastKills(new LastKillWidget(m_listModel)),
-      m_ticker(new TickerWidget)
+      m_ticker(new TickerWidget), m_keepAwake(new KeepAwake(this))
 {
     setObjectName(QStringLiteral("playersWindow"));
     setWindowTitle(tr("Morvane Player's Display"));
@@ -61,6 +63,9 @@ PlayersWindow::PlayersWindow(QWidget *parent)
     };
     connect(this, &PlayersWindow::doShownChanged, this, tellDisplay);
     connect(this, &PlayersWindow::doCurtainChanged, this, tellDisplay);
+    connect(this, &PlayersWindow::doShownChanged, this, &PlayersWindow::updateKeepAwake);
+    connect(m_listModel, &PlayersListModel::doCurrentChanged, this,
+            &PlayersWindow::updateKeepAwake);
     thePlayersDisplay = this;
 }
 
@@ -283,6 +288,12 @@ void PlayersWindow::leaveFullScreen()
         m_fullScreen->leave();
 }
 
+// The players look at it for hours without a key or a mouse that moves.
+void PlayersWindow::updateKeepAwake()
+{
+    m_keepAwake->setWanted(isVisible() && m_listModel->isEncounterRunning());
+}
+
 // Until the DM drags an edge, the panels above and below the list are as high as they like to be,
 // but leave the list most of the window.
 void PlayersWindow::arrangeDocks(qreal scale)
@@ -355,8 +366,15 @@ void PlayersWindow::closeEvent(QCloseEvent *event)
 void PlayersWindow::showEvent(QShowEvent *event)
 {
     QMainWindow::showEvent(event);
-    if (!event->spontaneous())
-        Q_EMIT doShownChanged(true);
+    if (event->spontaneous())
+        return;
+    // A restored dock was shown before the window, and would lie below it.
+    QTimer::singleShot(0, this, [this] {
+        for (QDockWidget *dock : std::as_const(m_docks))
+            if (dock->isFloating() && dock->isVisible())
+                dock->raise();
+    });
+    Q_EMIT doShownChanged(true);
 }
 
 void PlayersWindow::hideEvent(QHideEvent *event)

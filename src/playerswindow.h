@@ -8,6 +8,7 @@
 #include "windowsanddialogs.h"
 
 class FullScreen;
+class KeepAwake;
 class LastKillWidget;
 class PlayersCurtain;
 class PlayersListModel;
@@ -84,6 +85,7 @@ private:
     void zoomOut();
     void zoomReset();
     void leaveFullScreen();
+    void updateKeepAwake();
     void restoreSettings();
     void writeSettings();
 
@@ -96,5 +98,6 @@ private:
     bool m_isArrangedByDM = false; // the docks
     PlayersCurtain *m_curtain;
     FullScreen *m_fullScreen;
+    KeepAwake *m_keepAwake;
     int m_zoom = 100;
 };

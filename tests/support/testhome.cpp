@@ -19,6 +19,9 @@ TestHome::TestHome()
     qputenv("XDG_DATA_HOME", root + "/data");
     qputenv("XDG_CACHE_HOME", root + "/cache");
     qputenv("XDG_DOCUMENTS_DIR", root + "/Documents");
+    // Nor is the desktop that the tests run on asked for anything.
+    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+    qputenv("XDG_RUNTIME_DIR", root);
     QDir(m_dir.path()).mkpath(QStringLiteral("Documents"));
     Dice::seed(20260101);
     setDefaultTerms();

@@ -5,7 +5,7 @@ BUILD_PACKAGES="g++ cmake ninja-build ccache mold pkg-config libgl-dev
   qt6-base-dev qt6-svg-dev qt6-image-formats-plugins libbenchmark-dev"
 RUN_PACKAGES="fonts-dejavu-core"
 TEST_PACKAGES="clang clang-format clang-tidy libclang-rt-14-dev codespell appstream
-  desktop-file-utils git"
+  desktop-file-utils git dbus-daemon"
 
 need_packages() {
   local missing="" package
