@@ -5,6 +5,7 @@
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextLayout>
+#include <QtMath>
 
 #include "global.h"
 #include "readablecolours.h"
@@ -60,6 +61,14 @@ int zoomed(qreal size, int percent)
     return qMax(1, qRound(size * percent / 100));
 }
 
+int lineHeight(const QFont &font)
+{
+    QFont bold = font;
+    bold.setBold(true);
+    const QFontMetricsF metrics(bold);
+    return qCeil(metrics.ascent()) + qCeil(metrics.descent());
+}
+
 void fitText(QTextDocument &document, const QSizeF &room)
 {
     document.setTextWidth(room.width());
@@ -86,12 +95,24 @@ FittedLabel::~FittedLabel() = default;
 
 QSize FittedLabel::sizeHint() const
 {
-    return {0, fontMetrics().height()};
+    return {0, lineHeight(font())};
 }
 
 QSize FittedLabel::minimumSizeHint() const
 {
     return sizeHint();
+}
+
+qreal FittedLabel::widthIn(const QFont &font) const
+{
+    if (text().isEmpty())
+        return 0;
+    QTextDocument document;
+    document.setUndoRedoEnabled(false);
+    document.setDocumentMargin(0);
+    document.setDefaultFont(font);
+    document.setHtml(text());
+    return document.idealWidth();
 }
 
 const QTextDocument &FittedLabel::document()

@@ -9,6 +9,9 @@
 // A size of the Player's Display in pixels of the screen, at least one; the zoom in per cent.
 int zoomed(qreal size, int percent);
 
+// What a line of rich text is high, bold or not. The toolkit rounds each line up.
+int lineHeight(const QFont &font);
+
 // Lays the document out in that width and cuts what is wider or lower down, with an ellipsis for
 // it. Whether it wraps is the document's own option.
 void fitText(QTextDocument &document, const QSizeF &room);
@@ -25,6 +28,8 @@ public:
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
     int heightForWidth(int) const override { return -1; }
+    // What the text is wide in one line in that font.
+    qreal widthIn(const QFont &font) const;
 
 protected:
     void paintEvent(QPaintEvent *event) override;

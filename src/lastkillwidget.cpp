@@ -76,8 +76,11 @@ QSize LastKillWidget::sizeHint() const
 
 int LastKillWidget::portraitSide() const
 {
-    const int names = NameLines * fontMetrics().height();
-    return qMax(1, qMin(height() - names - 2 * pixels(EdgeMargin), height() * 3 / 4));
+    const int names = NameLines * lineHeight(font());
+    const int edges = 2 * pixels(EdgeMargin);
+    const int high = qMin(height() - names - edges, height() * 3 / 4);
+    // In a dock at the side too, there is room for one.
+    return qMax(1, qMin(high, width() - edges - pixels(Spacing)));
 }
 
 // The largest type in which each word is narrower than the portrait above it.
@@ -107,8 +110,7 @@ void LastKillWidget::fit()
     for (int slot = 0; slot < m_slotCount; ++slot) {
         const int left = margin + slot * step;
         m_portraits.at(slot)->setGeometry(left, margin, side, side);
-        m_names.at(slot)->setGeometry(left, margin + side, side,
-                                      NameLines * fontMetrics().height());
+        m_names.at(slot)->setGeometry(left, margin + side, side, NameLines * lineHeight(font()));
         m_portraits.at(slot)->setVisible(slot < m_visibleCount);
         m_names.at(slot)->setVisible(slot < m_visibleCount);
     }

@@ -39,7 +39,8 @@ void LongTextDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opti
         cell.palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text));
     painter->setFont(cell.font);
     const QStaticText line = lineFor(text, cell.font, place.width());
-    const int above = (place.height() - qRound(line.size().height())) / 2;
+    // As the style rounds it, so that the text stands level with that of the other columns.
+    const int above = place.height() / 2 - int(line.size().height()) / 2;
     painter->drawStaticText(place.topLeft() + QPoint(0, above), line);
 }
 

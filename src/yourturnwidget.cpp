@@ -54,10 +54,12 @@ void YourTurnWidget::onCurrentChanged()
 
 void YourTurnWidget::onCreatureUpdated(Creature *creature)
 {
-    if (creature && creature == m_model->currentCreature())
+    if (creature && creature == m_model->currentCreature()) {
         show(nullptr, QString());
-    else if (m_showsNext)
+    } else if (m_showsNext) {
         showNext(); // it may have died, or taken an alias
+        fit();
+    }
 }
 
 void YourTurnWidget::show(Creature *creature, const QString &message)
@@ -119,18 +121,29 @@ QSize YourTurnWidget::sizeHint() const
     return {pixels(400), pixels(LargestFont * LineSpacing * lineCount())};
 }
 
-// The type grows with the panel; the portrait is as high as the panel.
+// Grows with the panel, as long as the lines that don't wrap are whole.
+int YourTurnWidget::typeFor(int lineSpace, int textWidth) const
+{
+    const int size = qBound(SmallestFont, int(lineSpace / LineSpacing * 100 / zoom()), LargestFont);
+    QFont sized = font();
+    sized.setPixelSize(pixels(size));
+    qreal widest = 0;
+    for (const FittedLabel *label : {m_nameLabel, m_stateLabel, m_hpLabel, m_nextLabel})
+        widest = qMax(widest, label->widthIn(sized));
+    return widest <= textWidth ? size : int(size * textWidth / widest);
+}
+
+// The portrait is as high as the panel.
 void YourTurnWidget::fit()
 {
     const int margin = pixels(EdgeMargin);
     const int height = this->height() - 2 * margin;
-    const int line = height / lineCount();
-    setFontSize(int(line / LineSpacing * 100 / zoom()));
     const int portrait = qMin(height, width() / 3);
     m_portraitLabel->setGeometry(margin, margin, portrait, portrait);
     const int left = margin + portrait + pixels(Spacing);
     const int textWidth = qMax(0, width() - left - margin);
-    const int textHeight = fontMetrics().height();
+    setFontSize(typeFor(height / lineCount(), textWidth));
+    const int textHeight = lineHeight(font());
     int top = margin;
     const auto place = [&](QLabel *label, int space) {
         label->setGeometry(left, top, textWidth, space);

@@ -36,6 +36,7 @@ protected:
 
 private:
     int lineCount() const;
+    int typeFor(int lineSpace, int textWidth) const;
     void clear();
     void showNext();
 

@@ -18,6 +18,7 @@
 #include "effect.h"
 #include "effectevents.h"
 #include "encounter.h"
+#include "fittedtext.h"
 #include "global.h"
 #include "lastkillwidget.h"
 #include "playerslistmodel.h"
@@ -364,11 +365,12 @@ void PlayersWindowTest::namesTheKillsInTheirOrder()
     QCOMPARE(text("killName1"), QString());
 
     auto *kills = m_window->findChild<LastKillWidget *>();
-    for (const QSize size : {QSize(400, 100), QSize(2000, 100), QSize(300, 200)}) {
+    for (const QSize size : {QSize(400, 100), QSize(2000, 100), QSize(300, 200), QSize(200, 900)}) {
         kills->resize(size);
         const int side = kills->findChild<QLabel *>(u"killPortrait0"_s)->height();
         QVERIFY(side > 0 && side <= size.height() * 3 / 4);
         QCOMPARE(kills->visibleCount(), qMin(10, (size.width() - 4) / (side + 5)));
+        QVERIFY(kills->visibleCount() > 0);
         QCOMPARE(kills->findChild<QLabel *>(u"killName9"_s)->isHidden(),
                  kills->visibleCount() < 10);
     }
@@ -396,6 +398,14 @@ void PlayersWindowTest::saysWhoseTurnItIs()
     QVERIFY(text("hpLabel").startsWith(u"<b>HP </b>26/30"_s));
     m_window->setInitiativeMessage(aria, u"Resting"_s);
     QCOMPARE(text("stateLabel"), u"Delayed; Resting"_s);
+    // The type shrinks until the lines are whole.
+    YourTurnWidget *panel = m_window->yourTurn();
+    for (const int width : {1200, 400, 260}) {
+        panel->resize(width, 200);
+        const auto *line = panel->findChild<FittedLabel *>(u"hpLabel"_s);
+        QVERIFY(line->widthIn(line->font()) <= line->width() || panel->fontSize() == 14);
+        QCOMPARE(panel->fontSize() == 28, width == 1200);
+    }
     append<NextTurnEvent>();
     QCOMPARE(text("nameLabel"), u"<b>Rat (1)</b>"_s);
     QCOMPARE(text("hpLabel") + text("conditionLabel"), QString());
