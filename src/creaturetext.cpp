@@ -1,5 +1,7 @@
 #include "creaturetext.h"
 
+#include <QRegularExpression>
+
 #include "creaturekeyform.h"
 #include "monsterxmlhandler.h"
 #include "statblockparser.h"
@@ -158,10 +160,25 @@ QString withPortraitInText(const QString &text, const QString &portrait)
 
 QString replacedName(const QString &text, const QString &oldName, const QString &newName)
 {
-    if (oldName.isEmpty())
+    if (oldName.trimmed().isEmpty())
         return text;
     const bool isXml = isXmlText(text.toUtf8());
+    const QString before = isXml ? oldName.toHtmlEscaped() : oldName;
+    const QString after = isXml ? newName.toHtmlEscaped() : newName;
     QString replaced = text;
-    return replaced.replace(isXml ? oldName.toHtmlEscaped() : oldName,
-                            isXml ? newName.toHtmlEscaped() : newName);
+    if (replaced.contains(before))
+        return replaced.replace(before, after);
+    QStringList words = before.split(u' ', Qt::SkipEmptyParts);
+    for (QString &word : words)
+        word = QRegularExpression::escape(word);
+    // Not by the expression's own replacement, in which a backslash means something.
+    const QRegularExpression spaced(words.join("\\s+"_L1),
+                                    QRegularExpression::UseUnicodePropertiesOption);
+    qsizetype from = 0;
+    for (auto match = spaced.match(replaced); match.hasMatch();
+         match = spaced.match(replaced, from)) {
+        replaced.replace(match.capturedStart(), match.capturedLength(), after);
+        from = match.capturedStart() + after.size();
+    }
+    return replaced;
 }

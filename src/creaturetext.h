@@ -25,7 +25,8 @@ bool parseText(bool isMonster, const QByteArray &text, CreatureData &data,
 QString textOf(const CreatureData &data);
 
 // A creature's text with another name wherever the old one stands, whatever word it is part of;
-// upper and lower case count. In XML both names are meant as they are read, not as they are
+// upper and lower case count. A text that has it only with other white space between its words, as
+// a title of two lines, loses that. In XML both names are meant as they are read, not as they are
 // escaped. An empty old name changes nothing.
 QString replacedName(const QString &text, const QString &oldName, const QString &newName);
 

@@ -35,6 +35,7 @@ private Q_SLOTS:
     void tellsHarmlessPictures();
     void adoptsChosenPictures();
     void writesPortraitIntoText();
+    void replacesNames();
 
 private:
     static void addPicture(const QString &path, const QSize &size = QSize(8, 6));
@@ -329,6 +330,20 @@ void TestCreatureFile::writesPortraitIntoText()
         return withPortraitInText(row[0], u"r.png"_s);
     };
     QCOMPARE(differences(u"portraittexts"_s, 2, write), QString());
+}
+
+// The text with the other name is that of a monster of the other name.
+void TestCreatureFile::replacesNames()
+{
+    const auto replace = [](const QStringList &row) -> QString {
+        CreatureData data;
+        parseText(true, row[0].toUtf8(), data, QString());
+        const QString text = replacedName(row[0], data.group, row[1]);
+        parseText(true, text.toUtf8(), data, QString());
+        return data.group == row[1] ? text : u"named "_s + data.group;
+    };
+    QCOMPARE(differences(u"replacednames"_s, 3, replace), QString());
+    QCOMPARE(replacedName(u"a b"_s, u" "_s, u"x"_s), "a b");
 }
 
 MORVANE_TEST_MAIN(QGuiApplication, TestCreatureFile)
