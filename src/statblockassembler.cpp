@@ -33,6 +33,13 @@ int trapHeadingSize(const StatBlockLine &line)
         : 0;
 }
 
+// "Initiative +4", or "Perception" as a heading.
+bool isStatistic(const StatBlockLine &line)
+{
+    return TokenKind::isStatWord(line.first().kind)
+        && (line.size() == 1 || line.kindAt(1) == TokenKind::Number);
+}
+
 bool isOnly(const StatBlockLine &line, int kind)
 {
     return line.size() == 1 && line.first().kind == kind;
@@ -204,7 +211,6 @@ void StatBlockAssembler::advance()
     m_line.setPosition(0);
 }
 
-// The line's tail from `index` on becomes the next line; 0 for no tail.
 void StatBlockAssembler::splitOff(int index)
 {
     if (index > 0 && index < m_line.size())
@@ -222,6 +228,9 @@ int StatBlockAssembler::settle(int kind, int state)
         return settleDetail(HEADER_TRAIT);
     if (kind == UNKNOWN_LINE)
         return settleUnknown(state);
+    // What a trap does may be the first word that it is one.
+    if (kind == POWER_DETAIL_W_TRAP && isHeader(state) && !m_trapMode)
+        enterTrapMode();
     return isDetail(kind) || kind == HEADER_TRAIT ? settleDetail(kind) : kind;
 }
 
@@ -252,7 +261,9 @@ void StatBlockAssembler::joinContinuations(int kind)
 {
     for (int count = 0; count < maxSentenceLines; ++count) {
         const int next = kindAhead(count, kind);
-        if (next != UNKNOWN_LINE && (next < POWER_DETAIL || next > TRAP_DETAIL_SKILL)) {
+        const bool goesOn =
+            next == UNKNOWN_LINE || (next >= POWER_DETAIL && next <= TRAP_DETAIL_SKILL);
+        if (!goesOn || (kind == POWER_DETAIL_W_TRAP && isStatistic(ahead(count)))) {
             joinAhead(count);
             return;
         }
@@ -288,7 +299,7 @@ bool StatBlockAssembler::dropHeaderMarks()
     const int marks = headerMarks(m_line);
     if (marks == 0)
         return false;
-    const Token letter = marks == 3 ? m_line.at(1) : Token();
+    const Token letter = marks >= 3 ? m_line.at(marks - 2) : Token();
     for (int i = 0; i < marks; ++i)
         m_line.removeFirst();
     if (TokenKind::isIconLetter(letter.kind))

@@ -32,6 +32,8 @@ public:
     int kindAhead(int index, int state);
     // Appends the next lines to the current one.
     void joinAhead(int count);
+    // The current line's tail from `index` on becomes the next line; 0 for no tail.
+    void splitOff(int index);
 
     int section() const { return m_section; }
     void setSection(int section) { m_section = section; }
@@ -52,7 +54,6 @@ private:
     bool dropMarks(StatBlockLine &line) const;
     void dropPendingMarks();
 
-    void splitOff(int index);
     int settle(int kind, int state);
     int settleDetail(int kind);
     void joinContinuations(int kind);

@@ -34,6 +34,14 @@ Result skillLine(const StatBlockLine &line)
                                             : LineKind::TRAP_DETAIL_SKILL};
 }
 
+// "Trap: Darts fly." tells what it does; a trap's role has no colon.
+bool beginsTrapText(const StatBlockLine &line)
+{
+    const int first = line.first().kind;
+    return (first == TokenKind::Trap || first == TokenKind::Hazard)
+        && line.kindAt(1) == TokenKind::Colon;
+}
+
 bool beginsWithLabel(const StatBlockLine &line)
 {
     const int first = line.first().kind;
@@ -134,6 +142,28 @@ int gapAt(const StatBlockLine &line, int index)
     return isSmallWord ? 1 : 0;
 }
 
+// Index behind the last token of the name at `start`; that itself where no name begins there.
+int endOfName(const StatBlockLine &line, int start)
+{
+    if (!line.at(start).isCapitalised())
+        return start;
+    int end = start + 1;
+    int lastGap = 0; // tokens of small words in front of the last word
+    for (int gap = 0;; end += gap + 1) {
+        gap = isNameWord(line.at(end)) ? 0 : gapAt(line, end);
+        if (!isNameWord(line.at(end + gap)))
+            break;
+        lastGap = gap;
+    }
+    // "Quick Step The troll moves": the name's last word begins the sentence behind it.
+    const Token &next = line.at(end);
+    const bool inSentence = next.kind == TokenKind::Apostrophe
+        || (TokenKind::isWord(next.kind) && !TokenKind::isUsageWord(next.kind));
+    if (inSentence && end - start > 1 && lastGap == 0)
+        --end;
+    return end;
+}
+
 bool isWordsOnly(const StatBlockLine &line, int from)
 {
     for (int i = from; i < line.size(); ++i) {
@@ -153,6 +183,46 @@ bool mayFollowName(const StatBlockLine &line, int index)
     if (token.isCapitalised()) // a sentence if more than words follow, else wrapped prose
         return index + 1 >= line.size() || !isWordsOnly(line, index + 1);
     return TokenKind::isUsageWord(token.kind);
+}
+
+bool isHeaderMark(int kind)
+{
+    return TokenKind::isBulletOrStar(kind) || kind == TokenKind::Symbol;
+}
+
+// The letter or the word of an icon in round brackets, or a letter in others. Within a line a word
+// in round brackets belongs to the value in front.
+bool isBracketedIcon(const StatBlockLine &line, int index)
+{
+    if (!TokenKind::isWord(line.kindAt(index + 1)))
+        return false;
+    const bool isLetter = line.at(index + 1).text.size() == 1;
+    const int close = line.kindAt(index + 2);
+    if (line.kindAt(index) == TokenKind::OpenBracket)
+        return close == TokenKind::CloseBracket && (isLetter || index == 0);
+    return line.kindAt(index) == TokenKind::Symbol && isLetter && close == TokenKind::Symbol;
+}
+
+// Whether what stands behind a name at `index` says how a power is used: "at-will", or a bracket or
+// the text behind a bullet that holds such a word. In a bracket an action says it too.
+bool tellsUsage(const StatBlockLine &line, int index)
+{
+    const int next = line.kindAt(index);
+    const bool isBracket = next == TokenKind::OpenBracket;
+    if (!isBracket && !TokenKind::isBulletOrStar(next))
+        return TokenKind::isUsageWord(next);
+    const auto isUsage = [isBracket](int kind) {
+        return TokenKind::isUsageWord(kind)
+            || (isBracket && TokenKind::isIn(kind, TokenKind::Standard, TokenKind::Free));
+    };
+    const auto isEnd = [](int kind) {
+        return kind == TokenKind::LineEnd || kind == TokenKind::OpenBracket
+            || kind == TokenKind::CloseBracket || TokenKind::isBulletOrStar(kind);
+    };
+    int end = index + 1;
+    while (!isEnd(line.kindAt(end)) && !isUsage(line.kindAt(end)))
+        ++end;
+    return !isEnd(line.kindAt(end));
 }
 
 } // namespace
@@ -189,6 +259,8 @@ Result StatBlockClassifier::classify(const StatBlockLine &line, const Context &c
         if (result = footer(line, state); known(result))
             return result;
     }
+    if (LineKind::isHeader(state) && beginsTrapText(line))
+        return {LineKind::POWER_DETAIL_W_TRAP};
     if (LineKind::isHeader(state) && beginsStatistics(line, context.trapMode))
         return {LineKind::HEADER_LINE};
     if (!afterPowerHeader && state != LineKind::POWER_SECTION) {
@@ -229,8 +301,7 @@ Result StatBlockClassifier::classify(const StatBlockLine &line, const Context &c
 Result StatBlockClassifier::labelTest(const StatBlockLine &line, bool trapMode)
 {
     const int first = line.first().kind;
-    if ((first == TokenKind::Trap || first == TokenKind::Hazard)
-        && line.kindAt(1) == TokenKind::Colon)
+    if (beginsTrapText(line))
         return {LineKind::POWER_DETAIL_W_TRAP};
     if (const Result result = dcPattern(line); result.kind != LineKind::UNKNOWN_LINE)
         return result;
@@ -242,47 +313,29 @@ Result StatBlockClassifier::labelTest(const StatBlockLine &line, bool trapMode)
 StatBlockClassifier::NameEnd StatBlockClassifier::nameEnd(const StatBlockLine &line, int start,
                                                           int minTokens)
 {
-    if (!line.at(start).isCapitalised())
-        return {start, false};
-    int end = start + 1;
-    int lastGap = 0; // tokens of small words in front of the last word
-    for (int gap = 0;; end += gap + 1) {
-        gap = isNameWord(line.at(end)) ? 0 : gapAt(line, end);
-        if (!isNameWord(line.at(end + gap)))
-            break;
-        lastGap = gap;
-    }
-    // "Quick Step The troll moves": the name's last word begins the sentence behind it.
-    const Token &next = line.at(end);
-    const bool inSentence = next.kind == TokenKind::Apostrophe
-        || (TokenKind::isWord(next.kind) && !TokenKind::isUsageWord(next.kind));
-    if (inSentence && end - start > 1 && lastGap == 0)
-        --end;
-    return {end, end - start >= minTokens && mayFollowName(line, end)};
+    const int end = endOfName(line, start);
+    return {end, end > start && end - start >= minTokens && mayFollowName(line, end)};
 }
 
-int StatBlockClassifier::headerMarks(const StatBlockLine &line)
+int StatBlockClassifier::headerMarks(const StatBlockLine &line, int start)
 {
-    const auto isMark = [](int kind) {
-        return TokenKind::isBulletOrStar(kind) || kind == TokenKind::Symbol;
-    };
-    const bool isBracketed =
-        (line.kindAt(0) == TokenKind::OpenBracket && TokenKind::isWord(line.kindAt(1))
-         && line.kindAt(2) == TokenKind::CloseBracket)
-        || (line.kindAt(0) == TokenKind::Symbol && line.at(1).text.size() == 1
-            && TokenKind::isWord(line.kindAt(1)) && line.kindAt(2) == TokenKind::Symbol);
-    int marks = isBracketed ? 3 : 0;
-    while (!isBracketed && isMark(line.kindAt(marks)))
-        ++marks;
-    if (marks == 0)
+    // Of many marks the first one counts.
+    if (isHeaderMark(line.kindAt(start - 1)))
+        return 0;
+    int end = start;
+    while (isHeaderMark(line.kindAt(end)) && !isBracketedIcon(line, end))
+        ++end;
+    if (isBracketedIcon(line, end))
+        end += 3;
+    if (end == start)
         return 0;
     // What follows the name has to say that it is one: behind such a mark stands any text.
-    const NameEnd name = nameEnd(line, marks, 1);
-    const int next = line.kindAt(name.end);
-    const bool tellsUsage = next == TokenKind::OpenBracket || TokenKind::isUsageWord(next);
-    const bool tellsUsageBehindBullet =
-        TokenKind::isBulletOrStar(next) && TokenKind::isUsageWord(line.kindAt(name.end + 1));
-    return (name.isHeader && tellsUsage) || tellsUsageBehindBullet ? marks : 0;
+    const int name = endOfName(line, end);
+    bool isHeader = name > end && tellsUsage(line, name);
+    // A line's own first mark is surer than one in the middle of a value.
+    if (start == 0 && line.kindAt(name) == TokenKind::OpenBracket)
+        isHeader = nameEnd(line, end, 1).isHeader;
+    return isHeader ? end - start : 0;
 }
 
 LineKind::Code StatBlockClassifier::trapActionKind(const StatBlockLine &line)

@@ -80,9 +80,9 @@ struct NameEnd {
 
 NameEnd nameEnd(const StatBlockLine &line, int start, int minTokens);
 
-// How many tokens at the start of the line only mark the power's header behind them: a bullet, a
-// dagger, or a bracket around a letter. 0 where no header follows them.
-int headerMarks(const StatBlockLine &line);
+// How many tokens from `start` on only mark the power's header behind them: bullets, daggers, or a
+// bracket around a letter. 0 where no header follows them.
+int headerMarks(const StatBlockLine &line, int start = 0);
 
 // "standard" or "free" with "action", "immediate" or "opportunity" at the start of a trap's line;
 // UNKNOWN_LINE otherwise.

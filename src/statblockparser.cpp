@@ -21,10 +21,12 @@ public:
     bool read();
 
 private:
+    void advanceInHeader();
     void readTitle();
     bool titleRunsOn();
     void nameCreature(const QString &title);
     bool readHeader();
+    bool isPowerAt(int index);
     bool readStat(const Token &word);
     void readPortrait();
     bool readNumber(int &field);
@@ -221,7 +223,7 @@ bool Reader::read()
     m_lines.setReading(LineReading::Title);
     readTitle();
     m_lines.setLineKind(HEADER_LINE);
-    m_lines.advance();
+    advanceInHeader();
     while (m_lines.lineKind() != NO_LINE) {
         switch (m_lines.lineKind()) {
         case HEADER_TITLE:
@@ -230,7 +232,7 @@ bool Reader::read()
                 m_lines.setReading(LineReading::Header);
             else
                 m_lines.setReading(LineReading::NotUnderstood, true);
-            m_lines.advance();
+            advanceInHeader();
             break;
         case HEADER_TRAIT:
             m_powers.readTrait();
@@ -259,6 +261,16 @@ bool Reader::read()
 
 // --- the header ---
 
+void Reader::advanceInHeader()
+{
+    m_lines.advance();
+    if (m_lines.lineKind() != POWER_DETAIL_W_TRAP || m_record.disabled)
+        return;
+    m_record.disabled = true;
+    if (m_record.role.isEmpty())
+        m_record.role = line().first().text.toString();
+}
+
 void Reader::readTitle()
 {
     int end = endOfName(line(), 0);
@@ -277,7 +289,8 @@ void Reader::readTitle()
 bool Reader::titleRunsOn()
 {
     const int next = m_lines.kindAhead(0, HEADER_LINE);
-    return next == UNKNOWN_LINE || next == HEADER_TRAIT || isDetail(next);
+    return next == UNKNOWN_LINE || next == HEADER_TRAIT
+        || (isDetail(next) && next != POWER_DETAIL_W_TRAP);
 }
 
 void Reader::nameCreature(const QString &title)
@@ -291,13 +304,24 @@ void Reader::nameCreature(const QString &title)
     m_record.keyName() = title.first(bracket).trimmed();
 }
 
-// From the read position to the end of the line. False when nothing of it says anything.
+// From the read position to the end of the line, or to a power that was run on to it. False when
+// nothing of it says anything.
 bool Reader::readHeader()
 {
     bool isRead = false;
-    while (!line().atEnd())
-        isRead = readStat(line().take()) || isRead;
+    while (!line().atEnd()) {
+        const int index = line().position();
+        if (isPowerAt(index))
+            m_lines.splitOff(index);
+        else
+            isRead = readStat(line().take()) || isRead;
+    }
     return isRead;
+}
+
+bool Reader::isPowerAt(int index)
+{
+    return index > 0 && StatBlockClassifier::headerMarks(line(), index) > 0;
 }
 
 bool Reader::readStat(const Token &word)
@@ -367,7 +391,7 @@ bool Reader::readClause(QString &field, int start)
                 break;
             m_lines.joinAhead(1);
         }
-        if (endsClause(line(), end))
+        if (endsClause(line(), end) || isPowerAt(end))
             break;
     }
     field = clauseText(line(), start, end);

@@ -459,14 +459,25 @@ void StatBlockPowers::readText()
     Power power;
     power.icon = PowerIcon::Text;
     power.section = m_lines.section();
+    const bool isMainLine =
+        kind == POWER_DETAIL_W_TRAP && m_record.powers.isEmpty() && m_record.unplacedText.isEmpty();
     do {
         // A trap tells of itself in such lines.
         m_lines.setReading(m_lines.isTrap() ? LineReading::PowerText : LineReading::NotUnderstood);
         power.details.append(paragraph());
+        if (isMainLine && statisticsGoOn())
+            m_lines.setLineKind(HEADER_LINE);
         m_lines.advance();
     } while (m_lines.lineKind() == POWER_DETAIL
              && m_lines.section() != PowerSection::Countermeasures);
     addPower(m_record, std::move(power));
+}
+
+// A trap's main line may stand among its statistics. A sentence is none, whatever its first word.
+bool StatBlockPowers::statisticsGoOn()
+{
+    return m_lines.kindAhead(0, HEADER_LINE) == HEADER_LINE && !m_lines.ahead(0).endsInFullStop()
+        && m_lines.ahead(0).first().kind != TokenKind::Initiative;
 }
 
 QString StatBlockPowers::paragraph()

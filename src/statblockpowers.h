@@ -35,6 +35,7 @@ private:
     int takeFirst(bool &isFirst, int icon);
     void settleIcon(Power &power, bool isTrait, bool hasLetter);
     bool mendLabel();
+    bool statisticsGoOn();
     QString paragraph();
 
     StatBlockAssembler &m_lines;

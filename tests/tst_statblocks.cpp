@@ -117,6 +117,12 @@ void StatBlocksTest::readsHeaderFields()
     QCOMPARE(data.senses, QString());
     QCOMPARE(data.speed, u"5 while wet"_s);
     QCOMPARE(data.initAP, 2);
+    const CreatureData imp = parsed(u"Imp\nLevel 2 Lurker\nSpeed 6 (8), dig † Bite At-Will\nIt."_s);
+    QCOMPARE(imp.speed, u"6 (8), dig"_s);
+    const CreatureData vane = parsed(u"Vane\nTrap: It turns.\nLevel 5 Elite\nHP 9\nAC 7"_s);
+    QCOMPARE(u"%1 %2 %3 %4"_s.arg(vane.level).arg(vane.role).arg(vane.maxHP).arg(vane.armourClass),
+             u"5 Trap 9 7"_s);
+    QVERIFY(vane.disabled);
     // A trap's words are cut at capitals, its picture's path isn't.
     const CreatureData stair = parsed(u"Stair Level 2 Trap\nPortrait My Traps/DartWall2B.png\n"_s);
     QCOMPARE(stair.portraitFile, u"My Traps/DartWall2B.png"_s);
