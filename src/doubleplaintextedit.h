@@ -4,14 +4,21 @@
 
 #include <QPlainTextEdit>
 
+#include "linereading.h"
+
 class QTextDocument;
 
-// An editor whose pastes are tidied. Undo brings the text back as it was copied.
+// An editor whose pastes are tidied; undo brings the text back as it was copied. A thin colour
+// beside each line says what the parser took it for.
 class StatBlockEdit : public QPlainTextEdit {
     Q_OBJECT
 
 public:
-    using QPlainTextEdit::QPlainTextEdit;
+    explicit StatBlockEdit(QWidget *parent = nullptr);
+
+    // One for each line; none for a text whose lines don't count.
+    void setReadings(const QList<LineReading> &readings);
+    void goToLine(qsizetype line);
 
 Q_SIGNALS:
     // A paste begins, and ends; `changes` says what was tidied, and is empty for nothing.
@@ -20,6 +27,17 @@ Q_SIGNALS:
 
 protected:
     void insertFromMimeData(const QMimeData *source) override;
+    void resizeEvent(QResizeEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void paintMargin(QPaintEvent *event);
+    // What is said of the line at that height of the margin; empty for a blank one.
+    QString readingAt(int y) const;
+    void tellLine();
+
+    QWidget *m_margin;
+    QList<LineReading> m_readings;
 };
 
 class DoublePlainTextEdit : public QObject {
@@ -39,6 +57,7 @@ public:
     // Changes the text in one step that can be undone. The caret stays where it was.
     void replaceText(const QString &text);
     void setEnabled(bool enabled);
+    void setReadings(const QList<LineReading> &readings);
     // Shows nothing but the first, which takes the focus with all text selected.
     void focusOnAll();
 

@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QScopedValueRollback>
+#include <QShortcut>
 #include <QSplitter>
 #include <QTabWidget>
 
@@ -24,6 +25,7 @@
 #include "monsters.h"
 #include "renamedialog.h"
 #include "safefile.h"
+#include "statblockreading.h"
 #include "text.h"
 #include "tidystatblock.h"
 
@@ -48,7 +50,7 @@ QString listed(const QStringList &names)
 MonsterEditor::MonsterEditor(QWidget *parent)
     : QGroupBox(tr("Monster"), parent), m_list(new LibraryPane(new TemplateListModel)),
       m_text(new DoublePlainTextEdit(this)), m_display(new CreatureDisplay(true, false, this)),
-      m_import(new ImportPanel), m_tabs(new QTabWidget)
+      m_import(new ImportPanel), m_tabs(new QTabWidget), m_reading(label(QString()))
 {
     m_list->view()->setObjectName(QStringLiteral("monsterList"));
     m_list->view()->setAccessibleName(tr("Monsters"));
@@ -64,6 +66,7 @@ MonsterEditor::MonsterEditor(QWidget *parent)
     connect(m_list->view(), &LibraryView::doDeletePressed, this, &MonsterEditor::onDeleteTemplate);
     connect(m_text, &DoublePlainTextEdit::textChanged, this,
             &MonsterEditor::onTemplateStatsChanged);
+    connect(m_text, &DoublePlainTextEdit::doTidied, this, &MonsterEditor::tellReading);
     connect(m_display, &CreatureDisplay::doPortraitClicked, this,
             &MonsterEditor::onTemplatePortraitClicked);
     connect(m_import, &ImportPanel::doImport, this, &MonsterEditor::onImport);
@@ -101,7 +104,13 @@ QWidget *MonsterEditor::createTabs()
     m_tabs->setObjectName(QStringLiteral("monsterTabs"));
     m_text->first()->setObjectName(QStringLiteral("statBlockEdit"));
     m_text->second()->setObjectName(QStringLiteral("importTextEdit"));
-    m_tabs->addTab(vWidget(label(tr("<b>Stat Block Text</b>")), m_text->first()), tr("Edit"));
+    m_reading->setObjectName(QStringLiteral("readingLabel"));
+    m_reading->setWordWrap(true);
+    m_reading->setToolTip(tr("F8 goes to the first line that was not understood"));
+    m_tabs->addTab(vWidget(label(tr("<b>Stat Block Text</b>")), m_text->first(), m_reading),
+                   tr("Edit"));
+    auto *find = new QShortcut(Qt::Key_F8, this);
+    connect(find, &QShortcut::activated, this, &MonsterEditor::goToNotUnderstood);
     m_tabs->addTab(vWidget(m_display->head(), m_display->scrollArea()), tr("View"));
     auto *import = new QSplitter(Qt::Vertical);
     import->setChildrenCollapsible(false);
@@ -157,7 +166,29 @@ void MonsterEditor::onTemplateSelectionChanged()
     if (!creature || m_text->text() != creature->statBlock())
         showText(creature ? creature->statBlock() : QString());
     m_text->setEnabled(creature);
+    tellReading();
     updateButtons();
+}
+
+void MonsterEditor::tellReading(const QStringList &changes)
+{
+    const StatBlockReading reading =
+        selected() ? readingOf(true, m_text->text()) : StatBlockReading();
+    m_notUnderstood = reading.firstNotUnderstood();
+    m_text->setReadings(reading.lines);
+    QString text = asHtml(reading.summary);
+    if (!changes.isEmpty())
+        text += tr("<br><i>The copied text was tidied: %1. Undo brings it back.</i>")
+                    .arg(asHtml(changes.join(QStringLiteral("; "))));
+    m_reading->setText(text);
+}
+
+void MonsterEditor::goToNotUnderstood()
+{
+    if (m_notUnderstood < 0)
+        return;
+    m_tabs->setCurrentIndex(EditTab);
+    m_text->first()->goToLine(m_notUnderstood);
 }
 
 void MonsterEditor::onTemplateTabChanged(int tab)
@@ -168,7 +199,8 @@ void MonsterEditor::onTemplateTabChanged(int tab)
 
 // --- new, deleted, added ---
 
-void MonsterEditor::addNew(std::unique_ptr<Creature> creature, const QString &pasted)
+void MonsterEditor::addNew(std::unique_ptr<Creature> creature, const QString &pasted,
+                           const QStringList &changes)
 {
     Creature *added = theMonsters->addNew(std::move(creature));
     m_list->refresh();
@@ -180,6 +212,7 @@ void MonsterEditor::addNew(std::unique_ptr<Creature> creature, const QString &pa
     }
     m_tabs->setCurrentIndex(EditTab);
     m_text->focusOnAll();
+    tellReading(changes);
     Q_EMIT doTemplatesChanged();
     Q_EMIT doChanged();
 }
@@ -208,7 +241,7 @@ void MonsterEditor::onNewAndPasteTemplate()
     auto creature = std::make_unique<Creature>();
     creature->assign(record);
     creature->readyForPlay();
-    addNew(std::move(creature), pasted);
+    addNew(std::move(creature), pasted, tidied.changes);
 }
 
 void MonsterEditor::onDeleteTemplate()
@@ -244,8 +277,10 @@ void MonsterEditor::onAddTemplate()
 void MonsterEditor::onTemplateStatsChanged()
 {
     Creature *creature = selected();
-    if (creature && !m_templateBusy)
-        applyText(creature, m_text->text());
+    if (!creature || m_templateBusy)
+        return;
+    applyText(creature, m_text->text());
+    tellReading();
 }
 
 void MonsterEditor::applyText(Creature *creature, const QString &text)
@@ -352,7 +387,8 @@ MonsterEditor::Import MonsterEditor::importFile(const QString &path)
     m_list->refresh();
     m_list->select(creature);
     QString text = isKnown ? QString::fromUtf8(toLF(bytes)) : creature->statBlock();
-    text = tidyStatBlock(text).text;
+    const TidiedText tidied = tidyStatBlock(text);
+    text = tidied.text;
     if (isKnown && !creature->portraitFile().isEmpty())
         text = withPortraitInText(text, creature->portraitFile());
     if (text != creature->statBlock()) {
@@ -360,6 +396,7 @@ MonsterEditor::Import MonsterEditor::importFile(const QString &path)
         m_text->replaceText(text);
     }
     applyText(creature, text);
+    tellReading(tidied.changes);
     return creature->isInvalid() ? Import::NeedsALook : Import::Taken;
 }
 

@@ -61,7 +61,8 @@ private:
     QWidget *createButtons();
     QWidget *createTabs();
     // `pasted` is shown by a step back in the text, where it isn't null.
-    void addNew(std::unique_ptr<Creature> creature, const QString &pasted = QString());
+    void addNew(std::unique_ptr<Creature> creature, const QString &pasted = QString(),
+                const QStringList &changes = {});
     void showText(const QString &text);
     void applyText(Creature *creature, const QString &text);
     // False when the user keeps to a name that is taken. Otherwise the record may have another name
@@ -70,12 +71,17 @@ private:
     Import importFile(const QString &path);
     void tellImport(const QMap<Import, QStringList> &files);
     void updateButtons();
+    // What was read of the text, under it and beside it. `changes`: what a paste had tidied.
+    void tellReading(const QStringList &changes = {});
+    void goToNotUnderstood();
 
     LibraryPane *m_list;
     DoublePlainTextEdit *m_text;
     CreatureDisplay *m_display;
     ImportPanel *m_import;
     QTabWidget *m_tabs;
+    QLabel *m_reading;
+    qsizetype m_notUnderstood = -1; // the first such line
     QPushButton *m_delete = nullptr;
     QPushButton *m_add = nullptr;
     bool m_canAdd = false;

@@ -196,8 +196,14 @@ void ManagerWindowTest::pastes()
     paste(QString(Ogre).replace(u"Mill Ogre"_s, u"Elk"_s).replace(u"Reflex"_s, u"Refl ex"_s));
     QCOMPARE(monsters()->selected()->data().reflex, 15);
     QVERIFY(text()->toPlainText().contains(u"Reflex 15"));
+    const auto *reading = child<QLabel>("readingLabel");
+    QVERIFY2(reading->text().startsWith(u"Read 8 of 8 numbers, no powers."),
+             qPrintable(reading->text()));
+    QVERIFY(reading->text().contains(u"tidied"));
     text()->undo();
     QVERIFY(text()->toPlainText().contains(u"Refl ex 15"));
+    QVERIFY(reading->text().startsWith(u"Read 7 of 8 numbers (no Reflex)"));
+    QTest::keyClick(text(), Qt::Key_F8);
     text()->redo();
     Answer rename(renameTo(u"Second Ogre"_s));
     paste(Ogre);
