@@ -37,6 +37,21 @@ protected:
     }
 };
 
+// Titles that end in an ellipsis where their column is narrow.
+class ElidedHeader : public QHeaderView {
+public:
+    explicit ElidedHeader(QWidget *parent) : QHeaderView(Qt::Horizontal, parent) { }
+
+protected:
+    void initStyleOptionForIndex(QStyleOptionHeader *option, int section) const override
+    {
+        QHeaderView::initStyleOptionForIndex(option, section);
+        const int margin = 2 * style()->pixelMetric(QStyle::PM_HeaderMargin, option, this);
+        option->text = option->fontMetrics.elidedText(option->text, Qt::ElideRight,
+                                                      sectionSize(section) - margin);
+    }
+};
+
 } // namespace
 
 PlayersView::PlayersView(QWidget *parent)
@@ -60,12 +75,11 @@ PlayersView::PlayersView(QWidget *parent)
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     verticalHeader()->setMinimumSectionSize(1);
-    horizontalHeader()->setTextElideMode(Qt::ElideRight);
+    setHorizontalHeader(new ElidedHeader(this));
     horizontalHeader()->setHighlightSections(false);
     horizontalHeader()->setSectionsClickable(false);
     horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     horizontalHeader()->setMinimumSectionSize(1);
-    horizontalHeader()->setStretchLastSection(true);
     setMinimumWidth(LeastWidth);
     applySize(m_fontSize);
 }
@@ -74,6 +88,8 @@ void PlayersView::attach(PlayersListModel *model)
 {
     m_model = model;
     setModel(model);
+    // A last section that is stretched would not become narrower than any section at first.
+    horizontalHeader()->setSectionResizeMode(Model::EffectsColumn, QHeaderView::Stretch);
 }
 
 // --- sizes ---
