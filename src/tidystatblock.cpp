@@ -78,7 +78,8 @@ constexpr QStringView ligatureWords =
 // What patterns name by a word in "%".
 constexpr std::pair<QStringView, QStringView> fragments[] = {
     // Where a number's name may begin within a line of statistics.
-    {u"%start%", u"(?<=^|[;,)|\\d\\t]|[;,)|\\d]\\h|[;,)|\\d]\\h\\h|\\h\\h|Senses\\h|Senses:\\h)"},
+    {u"%start%",
+     u"(?<=^|[;,)|/\\d\\t]|[;,)|/\\d]\\h|[;,)|/\\d]\\h\\h|\\h\\h|Senses\\h|Senses:\\h)"},
     {u"%number%",
      u"(?:Level|XP|HP|Initiative|AC|Fortitude|Reflex|Will|Perception|Action\\hPoints)"},
     {u"%clause%", u"(?:Speed|Resist|Immune|Vulnerable|Regeneration|Detect|Saving\\hThrows)"},
@@ -153,14 +154,15 @@ constexpr Rule lineRules[] = {
      u"\\1"},
     // Small capitals that were a smaller type.
     {Headings,
-     u"^(S(?= ?T)|M(?= ?[OI])|F(?= ?R)|T(?= ?RIG)) ?(TANDARD|OVE|INOR|REE|RIGGERED) "
-     u"A ?CTIONS(?=\\h{0,4}$)",
-     u"\\1\\2 ACTIONS"},
-    {Headings, u"^T RAITS(?=\\h{0,4}$)", u"TRAITS"},
+     u"(?i)^(S(?= ?T)|M(?= ?[OI])|F(?= ?R)|T(?= ?RIG)) ?(TANDARD|OVE|INOR|REE|RIGGERED) "
+     u"(A) ?(CTIONS)(?=\\h{0,4}$)",
+     u"\\1\\2 \\3\\4"},
+    {Headings, u"(?i)^(T) (RAITS)(?=\\h{0,4}$)", u"\\1\\2"},
     {Words,
      u"(?i)(?<!\\p{L})(str(?=ength)|dex(?=terity)|con(?=stitution)|int(?=elligence)|wis(?=dom)|"
      u"cha(?=risma))\\p{L}{3,9}(?=\\h{0,2}:?\\h{0,2}\\d{1,2}\\h?\\()",
      u"\\1"},
+    {Words, u"(?i)(?<!\\p{L})(str|dex|con|int|wis|cha)\\.(?=\\h{0,2}\\d{1,2}\\h?\\()", u"\\1"},
     {Colons,
      u"(?i)(?<!\\p{L})(str|dex|con|int|wis|cha)\\h{0,2}:\\h{0,2}(?=\\d{1,2}\\h?(?:\\(|[+\\-]|$))",
      u"\\1 "},
@@ -180,6 +182,7 @@ constexpr Rule headerRules[] = {
      u"\\h?XP(?!\\p{L}|\\h{0,2}:?\\h{0,2}\\d)",
      u"XP \\1"},
     {Experience, u"(?<!\\p{L})XP\\h(\\d{1,3})\\h(\\d{3})(?![\\d,.])", u"XP \\1\\2"},
+    {Words, u"(?<!\\p{L})Lv(?:l\\.?|\\.)(?=\\h{0,2}:?\\h{0,2}\\d)", u"Level"},
     {Words, u"(?i)%start%hit\\hpoints(?=\\h{0,2}:?\\h{0,2}\\d)", u"HP"},
     {Words, u"(?i)%start%armou?r\\hclass(?=\\h{0,2}:?\\h{0,2}\\d)", u"AC"},
     {Words, u"%start%Fort\\.?(?=\\h{0,2}:?\\h{0,2}\\d)", u"Fortitude"},
@@ -263,7 +266,7 @@ QString rechargeText(const Match &match)
 }
 
 // The letter that the parser knows for the first of the signs that stands for an icon: a letter of
-// a symbol font, or the name of an icon's picture. Empty for none.
+// a symbol font, the name of an icon's picture, or the picture's words. Empty for none.
 QString iconLetter(const QString &signs)
 {
     static constexpr QStringView letters = u"mMrRaAcCoOx";
@@ -271,6 +274,11 @@ QString iconLetter(const QString &signs)
         const char16_t sign = signs.at(i).unicode();
         if (sign >= 0xf020 && sign <= 0xf0ff && letters.contains(QChar(sign - 0xf000)))
             return QChar(sign - 0xf000) + QStringLiteral(" ");
+        if (sign == u'[') {
+            const bool isBasic = signs.at(i + 1).toLower() == u'b';
+            const QChar range = signs.at(i + (isBasic ? 7 : 1));
+            return QString(isBasic ? range.toLower() : range.toUpper()) + u' ';
+        }
         if (sign == u'S' || sign == u'Z') {
             const int number = signs.at(i + 1).unicode() - u'1';
             return QString(QStringView(sign == u'S' ? u"cmra" : u"CMRA").at(number)) + u' ';
@@ -409,12 +417,13 @@ void Tidier::runPass()
     static const Rewriting splitWords {SplitWords, splitWordPattern(), joinedWord};
     static const Rewriting recharges {
         Usages,
-        compiled(u"(?i)((?:recharge|rchg)[\\h:]{1,3})([2-6](?:\\h?[,./&]\\h?[2-6]|\\hor\\h[2-6]|"
-                 u"\\h[2-6]){1,4})(?![\\d,.]*\\d)"),
+        compiled(u"(?i)((?:recharge|rchg)[\\h:]{1,3})(?:on\\h)?(\\[?[2-6]\\]?"
+                 u"(?:(?:\\h?[,./&]\\h?|\\hor\\h|\\h?)\\[?[2-6]\\]?){0,4})(?![\\d,.]*\\d)"),
         rechargeText};
     static const Rewriting icons {
         Icons,
-        compiled(u"^(\\h{0,4})((?:(?:\\d|[bd-lnpqs-wyz]|[SZ][1-4]a?(?:\\.gif)?)\\h{1,3}+|"
+        compiled(u"^(\\h{0,4})((?:(?:\\d|[bd-lnpqs-wyz]|[SZ][1-4]a?(?:\\.gif)?|"
+                 u"\\[(?i:(?:Basic\\h)?(?:Melee|Ranged|Close|Area)(?:\\hAttack)?)\\])\\h{1,3}+|"
                  u"[\\x{e000}-\\x{f8ff}]\\h{0,3}+)++)"
                  u"(?=([mMrRaAcCoOx]\\h)?\\p{Lu}[^\\x{2726}\\x{2022}*(\\r\\n]{0,60}+"
                  u"(?:(?:\\([^()\\r\\n]{0,100}\\)\\h{0,2})?%bullet%\\h{0,2}(?i:%usage%)|"
