@@ -66,6 +66,9 @@ constexpr Rate rates[] = {
     {"an effect on all 50", "commandToBothFrames/effectOnAll", 1, "63"},
     {"damage to all 50", "commandToBothFrames/damageAll", 1, "63"},
     {"a step back over 50 effects", "commandToBothFrames/stepBack", 1, "63"},
+    {"Monster Manager opened a second, 5,000 monsters", "openManager/5000", 1, "3.3"},
+    {"keys a second in its filter", "typeInFilter/5000", 1, "63"},
+    {"keys a second in its text", "typeInStatBlock/5000", 1, "63"},
 };
 
 double find(const std::map<std::string, double> &seconds, const char *name)
