@@ -3,14 +3,13 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QPushButton>
-#include <QSettings>
 #include <QSpinBox>
 #include <QToolButton>
 
 #include "creature.h"
+#include "fightfixture.h"
 #include "initiativedialog.h"
 #include "testhome.h"
-#include "windowfixture.h"
 
 namespace {
 
@@ -54,23 +53,22 @@ private:
     static QStringList labels(InitiativeDialog &dialog);
     static void press(InitiativeDialog &dialog, const QString &objectName);
 
-    std::unique_ptr<WindowFixture> m_fixture;
+    std::unique_ptr<FightFixture> m_fixture;
     CreatureList m_creatures;
 };
 
 void TestInitiativeDialog::init()
 {
     failOnWarnings();
-    QSettings().clear();
-    m_fixture = std::make_unique<WindowFixture>();
-    m_fixture->folder().addCharacter(QStringLiteral("Aria"), 30, 4);
-    m_fixture->folder().addCharacter(QStringLiteral("Slug"), 30, -60);
-    m_fixture->folder().addMonster(QStringLiteral("Rat"), 10, 2);
-    m_fixture->folder().addMonster(QStringLiteral("Snare"), 10, NotStated);
+    m_fixture = std::make_unique<FightFixture>();
+    m_fixture->folder.addCharacter(QStringLiteral("Aria"), 30, 4);
+    m_fixture->folder.addCharacter(QStringLiteral("Slug"), 30, -60);
+    m_fixture->folder.addMonster(QStringLiteral("Rat"), 10, 2);
+    m_fixture->folder.addMonster(QStringLiteral("Snare"), 10, NotStated);
     m_fixture->open();
-    QList<Creature *> creatures {WindowFixture::character(QStringLiteral("Aria"))};
+    QList<Creature *> creatures {FightFixture::character(QStringLiteral("Aria"))};
     for (const char *id : {"1", "2", "3"})
-        creatures << WindowFixture::monster(QStringLiteral("Rat"), QLatin1String(id));
+        creatures << FightFixture::monster(QStringLiteral("Rat"), QLatin1String(id));
     m_creatures = CreatureList(creatures);
 }
 
@@ -149,7 +147,7 @@ void TestInitiativeDialog::asksForEachOfAnOpenedGroup()
 
 void TestInitiativeDialog::passesOverWhoTakesNoTurns()
 {
-    Creature *snare = WindowFixture::monster(QStringLiteral("Snare"), QStringLiteral("A"));
+    Creature *snare = FightFixture::monster(QStringLiteral("Snare"), QStringLiteral("A"));
     InitiativeDialog dialog(CreatureList(QList<Creature *> {snare}));
     whenDialogRuns([&] {
         QVERIFY(!dialog.findChild<QSpinBox *>());
@@ -167,7 +165,7 @@ void TestInitiativeDialog::keepsARollBeyondTheBox()
 {
     // d20 - 60 lies below the box, which shows the nearest value and leaves the roll alone.
     InitiativeDialog dialog(
-        CreatureList(QList<Creature *> {WindowFixture::character(QStringLiteral("Slug"))}));
+        CreatureList(QList<Creature *> {FightFixture::character(QStringLiteral("Slug"))}));
     QCOMPARE(box(dialog, QStringLiteral("Slug"))->value(), 1);
     QVERIFY(dialog.characterItems().first().roll < -39);
     box(dialog, QStringLiteral("Slug"))->setValue(3);

@@ -15,6 +15,7 @@
 #include "creaturelistmodel.h"
 #include "creaturetableview.h"
 #include "eventlistmodel.h"
+#include "fightfixture.h"
 #include "flatdialog.h"
 #include "progressbar.h"
 #include "readablecolours.h"
@@ -23,7 +24,6 @@
 #include "tables.h"
 #include "testhome.h"
 #include "vitalityevents.h"
-#include "windowfixture.h"
 
 using Rows = QList<int>;
 using Model = CreatureListModel;
@@ -70,7 +70,7 @@ private:
     // entry, if any; gives all entries.
     QStringList menu(int row, const QString &entry = {}) const;
 
-    std::unique_ptr<WindowFixture> m_fixture;
+    std::unique_ptr<FightFixture> m_fixture;
     CreatureTableView *m_view = nullptr;
     Model *m_model = nullptr;
     Creature *m_hero = nullptr;
@@ -80,16 +80,15 @@ private:
 void TestList::init()
 {
     failOnWarnings();
-    QSettings().clear();
-    m_fixture = std::make_unique<WindowFixture>();
-    m_fixture->folder().addCharacter(QStringLiteral("Aria"));
-    m_fixture->folder().addMonster(QStringLiteral("Rat"), 20);
-    m_fixture->folder().addMonster(QStringLiteral("Gnat"), 1);
+    m_fixture = std::make_unique<FightFixture>();
+    m_fixture->folder.addCharacter(QStringLiteral("Aria"));
+    m_fixture->folder.addMonster(QStringLiteral("Rat"), 20);
+    m_fixture->folder.addMonster(QStringLiteral("Gnat"), 1);
     m_fixture->open();
-    m_view = m_fixture->find<CreatureTableView>(QStringLiteral("initiativeList"));
+    m_view = m_fixture->find<CreatureTableView>("initiativeList");
     m_model = qobject_cast<Model *>(m_view->model());
-    m_hero = WindowFixture::character(QStringLiteral("Aria"));
-    m_rat = WindowFixture::monster(QStringLiteral("Rat"), QStringLiteral("1"));
+    m_hero = FightFixture::character(QStringLiteral("Aria"));
+    m_rat = FightFixture::monster(QStringLiteral("Rat"), QStringLiteral("1"));
     QVERIFY(m_hero && m_rat);
 }
 
@@ -102,7 +101,7 @@ void TestList::setRoster(int monsters) const
 {
     QList<Creature *> creatures {m_hero};
     for (int i = 0; i < monsters; ++i)
-        creatures << WindowFixture::monster(QStringLiteral("Rat"), QString::number(i + 1));
+        creatures << FightFixture::monster(QStringLiteral("Rat"), QString::number(i + 1));
     theEncounter->setOrder(CreatureList(creatures));
 }
 
@@ -190,7 +189,7 @@ void TestList::showsTheColumnsOfACreature()
     QCOMPARE(text(m_hero, Model::HealthColumn), QStringLiteral("60;18+4/30;black"));
     m_rat->setHidden(true);
     QCOMPARE(text(m_rat, Model::HealthColumn), QStringLiteral("100;20;gray"));
-    Creature *minion = WindowFixture::monster(QStringLiteral("Gnat"), QStringLiteral("1"));
+    Creature *minion = FightFixture::monster(QStringLiteral("Gnat"), QStringLiteral("1"));
     theEncounter->insert(0, minion);
     QCOMPARE(text(minion, Model::HealthColumn), QStringLiteral("100;Minion;black"));
     // A name from a file isn't markup.
@@ -213,7 +212,7 @@ void TestList::keepsTheSelectionOnItsCreatures()
     theEncounter->setCurrentIndex(2);
     QCoreApplication::processEvents();
     QCOMPARE(selected(), chosen);
-    theEncounter->insert(0, WindowFixture::monster(QStringLiteral("Gnat"), QStringLiteral("1")));
+    theEncounter->insert(0, FightFixture::monster(QStringLiteral("Gnat"), QStringLiteral("1")));
     QCOMPARE(m_view->selectedRows(), (Rows {2, 4}));
     QCOMPARE(selected(), chosen);
     theEncounter->move(4, 0);
@@ -390,7 +389,7 @@ void TestList::remembersItsColumns()
     QVERIFY(!saved("iconColumnWidth").isValid());
 
     m_fixture->open();
-    m_view = m_fixture->find<CreatureTableView>(QStringLiteral("initiativeList"));
+    m_view = m_fixture->find<CreatureTableView>("initiativeList");
     QCOMPARE(m_view->columnWidth(Model::NameColumn), 177);
     QVERIFY(m_view->isColumnHidden(Model::DefencesColumn));
     QCOMPARE(m_view->horizontalHeader()->visualIndex(Model::HealthColumn), 1);
@@ -403,7 +402,7 @@ void TestList::remembersItsColumns()
     QSettings().setValue(QStringLiteral("initiativeList/nameColumnPosition"), -70);
     QSettings().setValue(QStringLiteral("initiativeList/nameColumnWidth"), -9);
     m_fixture->open();
-    m_view = m_fixture->find<CreatureTableView>(QStringLiteral("initiativeList"));
+    m_view = m_fixture->find<CreatureTableView>("initiativeList");
     QCOMPARE(m_view->horizontalHeader()->visualIndex(Model::HealthColumn), 1);
     QCOMPARE(m_view->horizontalHeader()->visualIndex(Model::IconColumn), 0);
     QVERIFY(m_view->columnWidth(Model::NameColumn) > 0);
@@ -446,7 +445,7 @@ void TestList::opensTheMenuOfTheHeader()
 
 void TestList::listsTheHistory()
 {
-    auto *list = m_fixture->find<QTableView>(QStringLiteral("historyList"));
+    auto *list = m_fixture->find<QTableView>("historyList");
     auto *events = qobject_cast<EventListModel *>(list->model());
     QAbstractItemModelTester tester(events, QAbstractItemModelTester::FailureReportingMode::QtTest);
     setRoster(1);
@@ -481,7 +480,7 @@ void TestList::listsTheHistory()
 
 void TestList::jumpsOnAClick()
 {
-    auto *list = m_fixture->find<QTableView>(QStringLiteral("historyList"));
+    auto *list = m_fixture->find<QTableView>("historyList");
     setRoster(1);
     for (int i = 0; i < 4; ++i)
         appendEvent<DamageEvent>(nullptr, QList<Creature *> {m_rat}, 1);

@@ -7,17 +7,16 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScrollArea>
-#include <QSettings>
 #include <QTableView>
 
 #include "creature.h"
 #include "encounters.h"
+#include "fightfixture.h"
 #include "messagedialog.h"
 #include "pickcharactersdialog.h"
 #include "pickencounterdialog.h"
 #include "pickmonsterdialog.h"
 #include "testhome.h"
-#include "windowfixture.h"
 
 namespace {
 
@@ -96,28 +95,31 @@ private:
     void open(int characters = 2);
     static void setParty(const QStringList &names, bool running);
 
-    std::unique_ptr<WindowFixture> m_fixture;
+    std::unique_ptr<FightFixture> m_fixture;
 };
 
 void TestPickDialogs::init()
 {
     failOnWarnings();
-    QSettings().clear();
-    m_fixture = std::make_unique<WindowFixture>();
-    m_fixture->folder().addMonster(QStringLiteral("Rat"));
-    m_fixture->folder().addMonster(QStringLiteral("Bat"));
-    m_fixture->folder().addMonster(QStringLiteral("Mole"));
-    m_fixture->folder().write(QStringLiteral("Encounters/mole.txt"),
-                              QStringLiteral("name=Mole Hill\nadventure=Garden\ndescription=Deep."
-                                             "\\nDeeper.\nlevel=1\nxp=100\nMole=1\n"));
+    m_fixture = std::make_unique<FightFixture>();
+    m_fixture->folder.addMonster(QStringLiteral("Rat"));
+    m_fixture->folder.addMonster(QStringLiteral("Bat"));
+    m_fixture->folder.addMonster(QStringLiteral("Mole"));
+    // In place of the fixture's own.
+    m_fixture->folder.write(QStringLiteral("Encounters/rest.txt"),
+                            QStringLiteral("name=Rat Den\nadventure=Sewers\ndescription=Squeaks.\n"
+                                           "level=1\nxp=200\nRat=1,2\nalias#1=Old Whisker\n"));
+    m_fixture->folder.write(QStringLiteral("Encounters/mole.txt"),
+                            QStringLiteral("name=Mole Hill\nadventure=Garden\ndescription=Deep."
+                                           "\\nDeeper.\nlevel=1\nxp=100\nMole=1\n"));
 }
 
 void TestPickDialogs::open(int characters)
 {
     static const char *const names[] = {"Aria", "Borin"};
     for (int i = 0; i < characters; ++i)
-        m_fixture->folder().addCharacter(i < 2 ? QString(QLatin1String(names[i]))
-                                               : QStringLiteral("Hero %1").arg(i));
+        m_fixture->folder.addCharacter(i < 2 ? QString(QLatin1String(names[i]))
+                                             : QStringLiteral("Hero %1").arg(i));
     m_fixture->open();
 }
 
@@ -125,7 +127,7 @@ void TestPickDialogs::setParty(const QStringList &names, bool running)
 {
     QList<Creature *> party;
     for (const QString &name : names)
-        party << WindowFixture::character(name);
+        party << FightFixture::character(name);
     theEncounter->setOrder(CreatureList(party));
     theEncounter->setCurrentIndex(running ? 0 : -1);
 }

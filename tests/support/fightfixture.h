@@ -53,6 +53,29 @@ private:
     QTimer m_timer;
 };
 
+// Cancels whatever blocks the test.
+inline void endMenuOrDialog()
+{
+    if (QWidget *modal = QApplication::activeModalWidget())
+        modal->close();
+    if (QWidget *popup = QApplication::activePopupWidget())
+        popup->close();
+    if (activeFlatDialog())
+        activeFlatDialog()->reject();
+}
+
+// Runs `work` as soon as a dialog's own event loop runs; the call that opens the dialog follows.
+// A check that fails within leaves nothing open that the test would wait for.
+template <typename Work>
+void whenDialogRuns(Work work)
+{
+    QTimer::singleShot(0, qApp, [work] {
+        work();
+        if (QTest::currentTestFailed())
+            endMenuOrDialog();
+    });
+}
+
 // Ends the next dialog inside the window, after `edit` had its way with it.
 template <typename Dialog>
 std::function<bool()> inFlatDialog(std::function<void(Dialog &)> edit)
@@ -146,19 +169,15 @@ public:
     void close() { m_window.reset(); }
 
     MainWindow &window() const { return *m_window; }
-    QAction *action(const char *name) const
+    template <typename Child>
+    Child *find(const char *name) const
     {
-        return m_window->findChild<QAction *>(QLatin1String(name));
+        return m_window->findChild<Child *>(QLatin1String(name));
     }
-    QSpinBox *hpBox() const { return m_window->findChild<QSpinBox *>(QStringLiteral("hpBox")); }
-    QTableView *table() const
-    {
-        return m_window->findChild<QTableView *>(QStringLiteral("initiativeList"));
-    }
-    QString text(const char *label) const
-    {
-        return m_window->findChild<QLabel *>(QLatin1String(label))->text();
-    }
+    QAction *action(const char *name) const { return find<QAction>(name); }
+    QSpinBox *hpBox() const { return find<QSpinBox>("hpBox"); }
+    QTableView *table() const { return find<QTableView>("initiativeList"); }
+    QString text(const char *label) const { return find<QLabel>(label)->text(); }
 
     // A click on the name of the row, with the given modifiers.
     void click(int row, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const
@@ -170,6 +189,16 @@ public:
         QTest::mouseClick(table()->viewport(), Qt::LeftButton, modifiers, place().center());
     }
 
+    static Creature *character(const QString &name)
+    {
+        return theCharacters->ensureCharacter(name, false);
+    }
+    // Made if need be.
+    static Creature *monster(QString group, const QString &id)
+    {
+        return theMonsters->ensureTemplate(group, id, true);
+    }
+
     // --- a roster without dialogs ---
     void setParty() const
     {
@@ -178,9 +207,8 @@ public:
     }
     void addMonster(const QString &group, const QString &id) const
     {
-        QString name = group;
-        const CreatureList list(QList<Creature *> {theMonsters->ensureTemplate(name, id, true)});
-        appendEvent<AddMonsterEvent>(list, false, QList<CreatureItem>());
+        appendEvent<AddMonsterEvent>(CreatureList(QList<Creature *> {monster(group, id)}), false,
+                                     QList<CreatureItem>());
     }
     // The characters Aria and Bram and the monster Rat (A), in this order.
     void openWithThree()
