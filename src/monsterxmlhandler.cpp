@@ -47,10 +47,12 @@ bool namesItsAction(int section)
     return section >= PowerSection::Standard && section <= PowerSection::Minor;
 }
 
+// "Close Burst" is as good as "close".
 int iconOf(const QString &type)
 {
+    const QString word = type.section(u' ', 0, 0);
     for (const Named &icon : icons) {
-        if (type == icon.name)
+        if (word.compare(icon.name, Qt::CaseInsensitive) == 0)
             return icon.number;
     }
     return PowerIcon::None;
@@ -82,6 +84,7 @@ QString ordinal(int number)
 
 const QStringView powersPath = u"Powers/";
 const QStringView attacksPath = u"Powers/MonsterPower/Attacks/MonsterAttack/";
+const QStringView attackElement = u"/MonsterAttack/";
 
 } // namespace
 
@@ -134,7 +137,11 @@ const MonsterXmlHandler::Row MonsterXmlHandler::monsterRows[] = {
     {u"Defenses/Values/SimpleAdjustableNumber/Name/",
      [](auto &h, auto &text) { h.takeDefence(text); }},
     {u"Senses/SenseReference/ReferencedObject/Name/",
-     [](auto &h, auto &text) { addTo(h.m_record.senses, text, ", "_L1); }},
+     [](auto &h, auto &text) { h.m_senseName = text; }},
+    {u"Senses/SenseReference/Range/", [](auto &h, auto &text) { h.m_senseRange = text; }},
+    {u"Senses/SenseReference/Range/FinalValue",
+     [](auto &h, auto &text) { h.m_senseRange = text; }},
+    {u"Senses/SenseReference/#end", [](auto &h, auto &) { h.finishSense(); }},
     {u"AbilityScores/Values/AbilityScoreNumber/FinalValue",
      [](auto &h, auto &text) { h.m_number = text.toInt(); }},
     {u"AbilityScores/Values/AbilityScoreNumber/Name/",
@@ -205,24 +212,21 @@ const MonsterXmlHandler::Row MonsterXmlHandler::attackRows[] = {
      [](auto &h, auto &text) { addTo(h.m_attack.line, signedNumber(text.toInt()), " "_L1); }},
     {u"/MonsterPowerAttackNumber/Defense/ReferencedObject/DefenseName/",
      [](auto &h, auto &text) { addTo(h.m_attack.line, u"vs. "_s + text, " "_L1); }},
-    {u"/Hit/Name/", [](auto &h, auto &text) { h.m_attack.entryLabel = text; }},
-    {u"/Effect/Name/", [](auto &h, auto &text) { h.m_attack.entryLabel = text; }},
-    {u"/Miss/Name/", [](auto &h, auto &text) { h.m_attack.entryLabel = text; }},
+    {u"/Hit/Name/", [](auto &h, auto &text) { h.m_attack.entry.label = text; }},
+    {u"/Effect/Name/", [](auto &h, auto &text) { h.m_attack.entry.label = text; }},
+    {u"/Miss/Name/", [](auto &h, auto &text) { h.m_attack.entry.label = text; }},
     {u"/Hit/Damage/Expression/",
-     [](auto &h, auto &text) { addTo(h.m_attack.entryText, text, " "_L1); }},
+     [](auto &h, auto &text) { addTo(h.m_attack.entry.text, text, " "_L1); }},
     {u"/Effect/Damage/Expression/",
-     [](auto &h, auto &text) { addTo(h.m_attack.entryText, text, " "_L1); }},
+     [](auto &h, auto &text) { addTo(h.m_attack.entry.text, text, " "_L1); }},
     {u"/Miss/Damage/Expression/",
-     [](auto &h, auto &text) { addTo(h.m_attack.entryText, text, " "_L1); }},
-    {u"/Hit/Description/", [](auto &h, auto &text) { addTo(h.m_attack.entryText, text, " "_L1); }},
-    {u"/Effect/Description/",
-     [](auto &h, auto &text) { addTo(h.m_attack.entryText, text, " "_L1); }},
-    {u"/Miss/Description/", [](auto &h, auto &text) { addTo(h.m_attack.entryText, text, " "_L1); }},
-    {u"/Hit/#end", [](auto &h, auto &) { h.finishEntry(); }},
-    {u"/Effect/#end", [](auto &h, auto &) { h.finishEntry(); }},
-    {u"/Miss/#end", [](auto &h, auto &) { h.finishEntry(); }},
-    {u"/Effect/FailedSavingThrows/MonsterAttackEntry/Description/",
-     [](auto &h, auto &text) { h.takeFailedSave(text); }},
+     [](auto &h, auto &text) { addTo(h.m_attack.entry.text, text, " "_L1); }},
+    {u"/Hit/Description/", [](auto &h, auto &text) { h.describeEntry(text); }},
+    {u"/Effect/Description/", [](auto &h, auto &text) { h.describeEntry(text); }},
+    {u"/Miss/Description/", [](auto &h, auto &text) { h.describeEntry(text); }},
+    {u"/Hit/#end", [](auto &h, auto &) { h.finishEntry(true); }},
+    {u"/Effect/#end", [](auto &h, auto &) { h.finishEntry(false); }},
+    {u"/Miss/#end", [](auto &h, auto &) { h.finishEntry(true); }},
     {u"/MonsterAttack/#end", [](auto &h, auto &) { h.finishAttack(); }},
 };
 
@@ -275,7 +279,11 @@ bool MonsterXmlHandler::value(const QString &path, const QString &text)
     const QStringView key = QStringView(path).mid(place + root.size());
     const QString taken = key.startsWith(powersPath) ? powerHtml(trimmed) : trimmed;
     if (key.startsWith(attacksPath)) {
-        enterAttack(key);
+        const QStringView sequelKey = enterSequel(enterAttack(key));
+        if (!sequelKey.isNull()) {
+            setSequelValue(sequelKey, taken);
+            return true;
+        }
         const auto *row =
             std::find_if(std::begin(attackRows), std::end(attackRows),
                          [&path](const Row &each) { return path.endsWith(each.path); });
@@ -314,6 +322,14 @@ void MonsterXmlHandler::addSusceptibility(QString &list)
 {
     addTo(list, m_susceptibility, ", "_L1);
     m_susceptibility.clear();
+}
+
+void MonsterXmlHandler::finishSense()
+{
+    if (m_senseRange != "0"_L1 && !m_senseName.isEmpty())
+        addTo(m_senseName, m_senseRange, " "_L1);
+    addTo(m_record.senses, std::exchange(m_senseName, {}), ", "_L1);
+    m_senseRange.clear();
 }
 
 void MonsterXmlHandler::takeSkill(const QString &name)
@@ -383,23 +399,27 @@ void MonsterXmlHandler::takeAction(const QString &text)
 void MonsterXmlHandler::takeUsage(const QString &text)
 {
     const QString recharge = QStringLiteral("Recharge");
+    const auto bold = [](const QString &usage) { return QStringLiteral("<b>%1</b>").arg(usage); };
+    m_usageText = bold(text);
     if (text == "Encounter"_L1) {
         m_power.usageKind = 2;
     } else if (text == "2/Encounter"_L1) {
         m_power.usageKind = 3;
     } else if (text.compare("at-will"_L1, Qt::CaseInsensitive) == 0) {
         m_power.usageKind = 1;
+        m_usageText = bold(QStringLiteral("At-Will"));
     } else if (text.startsWith(recharge)) {
         m_power.usageKind = 4;
         takeRecharge(text.mid(recharge.size()).trimmed());
-    } else {
-        m_usageText = QStringLiteral("<b>%1</b>").arg(text);
     }
 }
 
 void MonsterXmlHandler::takeUsageDetails(const QString &text)
 {
     if (text == "2/Encounter"_L1) {
+        // Says all that "Encounter" does.
+        if (m_power.usageKind == 2 || m_power.usageKind == 3)
+            m_usageText.clear();
         m_power.usageKind = 3;
     } else if (m_power.usageKind == 4) {
         takeRecharge(text);
@@ -439,7 +459,6 @@ void MonsterXmlHandler::addToHead(int place, const QString &paragraph)
 {
     m_power.details.insert(place, paragraph);
     ++m_headSize;
-    ++m_attackAt;
 }
 
 void MonsterXmlHandler::finishPower()
@@ -458,25 +477,81 @@ void MonsterXmlHandler::finishPower()
     m_actionName.clear();
     m_powerKeywords.clear();
     m_usageText.clear();
-    m_headSize = m_attackAt = 0;
+    m_headSize = 0;
     m_attack = Attack();
     m_outerAttacks.clear();
 }
 
 // --- attacks ---
 
-void MonsterXmlHandler::enterAttack(QStringView attackPath)
+// Opens what the path leads through. What is left of it behind the innermost attack.
+QStringView MonsterXmlHandler::enterAttack(QStringView attackPath)
 {
-    const qsizetype depth = attackPath.count(u"/MonsterAttack/"_s);
-    while (m_outerAttacks.size() < depth - 1) {
-        m_outerAttacks.append(m_attack);
-        m_attack = Attack();
+    const qsizetype elementSize = attackElement.size() - 1; // the "/" begins the next one, too
+    QStringView inner = attackPath.mid(attackPath.indexOf(attackElement) + elementSize);
+    qsizetype next = 0;
+    for (qsizetype level = 0; (next = inner.indexOf(attackElement)) >= 0; ++level) {
+        if (level == m_outerAttacks.size()) {
+            enterSequel(inner.first(next + 1));
+            m_outerAttacks.append(std::exchange(m_attack, {}));
+        }
+        inner = inner.mid(next + elementSize);
     }
+    return inner;
 }
 
-QStringList &MonsterXmlHandler::paragraphs()
+// Opens the sequels that a path within an attack leads through. What is left of it behind the
+// innermost; null for none.
+QStringView MonsterXmlHandler::enterSequel(QStringView path)
 {
-    return isInnerAttack() ? m_attack.paragraphs : m_power.details;
+    static const struct {
+        QStringView element;
+        Sequel::Kind kind;
+    } elements[] = {{u"/FailedSavingThrows/MonsterAttackEntry/", Sequel::FailedSave},
+                    {u"/Aftereffects/MonsterAttackEntry/", Sequel::Aftereffect},
+                    {u"/Sustains/MonsterSustainEffect/", Sequel::Sustain}};
+    qsizetype depth = 0;
+    QStringView inner;
+    while (!path.isEmpty()) {
+        const auto *element =
+            std::find_if(std::begin(elements), std::end(elements),
+                         [path](const auto &each) { return path.startsWith(each.element); });
+        if (element != std::end(elements)) {
+            path = path.mid(element->element.size() - 1);
+            inner = path.mid(1);
+            if (m_attack.openSequels.size() < ++depth)
+                m_attack.openSequels.append({element->kind, {}, {}, {}, {}, {}});
+        } else {
+            const qsizetype next = path.indexOf(u'/', 1);
+            path = next < 0 ? QStringView() : path.mid(next);
+        }
+    }
+    return inner;
+}
+
+void MonsterXmlHandler::setSequelValue(QStringView key, const QString &text)
+{
+    Sequel &sequel = m_attack.openSequels.last();
+    if (key == u"Name/")
+        sequel.label = text;
+    else if (key == u"Action/")
+        sequel.action = text;
+    else if (key == u"Damage/Expression/" || key == u"Description/")
+        addTo(sequel.text, text, " "_L1);
+    else if (key == u"#end")
+        finishSequel();
+}
+
+void MonsterXmlHandler::finishSequel()
+{
+    addSequel(m_attack.openSequels.takeLast());
+}
+
+void MonsterXmlHandler::addSequel(Sequel sequel)
+{
+    QList<Sequel> &list = m_attack.openSequels.isEmpty() ? m_attack.entry.sequels
+                                                         : m_attack.openSequels.last().sequels;
+    list.append(std::move(sequel));
 }
 
 QString MonsterXmlHandler::entryParagraph(const QString &label, const QString &text,
@@ -491,39 +566,80 @@ QString MonsterXmlHandler::entryParagraph(const QString &label, const QString &t
     return QStringLiteral("<i>%1 (%2):</i> %3").arg(name, action, text);
 }
 
-void MonsterXmlHandler::takeFailedSave(const QString &text)
+void MonsterXmlHandler::describeEntry(const QString &text)
 {
-    QString lines = text;
-    lines.replace(u'\n', "<br>"_L1);
-    m_attack.held << QStringLiteral("<i>%1 Failed Saving Throw:</i> %2")
-                         .arg(ordinal(++m_attack.failedSaves), lines);
+    addTo(m_attack.entry.text, text, " "_L1);
+    addTo(m_attack.entry.description, text, " "_L1);
 }
 
-void MonsterXmlHandler::finishEntry()
+void MonsterXmlHandler::finishEntry(bool needsAttack)
 {
+    Entry &entry = m_attack.entry;
+    entry.needsAttack = needsAttack;
     // An attack of that name tells its action in its own line.
-    if (!m_attack.entryText.isEmpty())
-        paragraphs() << entryParagraph(m_attack.entryLabel, m_attack.entryText,
-                                       m_attack.name != "Attack"_L1);
-    paragraphs() << std::exchange(m_attack.held, {});
-    m_attack.failedSaves = 0;
-    m_attack.entryLabel.clear();
-    m_attack.entryText.clear();
+    entry.tellsAction = m_attack.name != "Attack"_L1;
+    m_attack.entries.append(std::exchange(entry, {}));
 }
 
 void MonsterXmlHandler::finishAttack()
 {
-    paragraphs() << m_attack.held;
-    if (!m_attack.line.isEmpty()) {
-        const qsizetype place = isInnerAttack() ? 0 : m_attackAt;
-        paragraphs().insert(place, entryParagraph(m_attack.name, m_attack.line, true));
+    QStringList paragraphs;
+    // What stands outside an entry belongs to the last one.
+    m_attack.entries.append(std::exchange(m_attack.entry, {}));
+    for (const Entry &entry : std::as_const(m_attack.entries)) {
+        // The builder of these files fills in a damage even where nothing is attacked.
+        const bool isMadeUp = entry.needsAttack && m_attack.line.isEmpty();
+        const QString &text = isMadeUp ? entry.description : entry.text;
+        if (!text.isEmpty())
+            paragraphs << entryParagraph(entry.label, text, entry.tellsAction);
+        int failedSaves = 0;
+        addSequels(paragraphs, entry.sequels, failedSaves);
     }
+    if (!m_attack.line.isEmpty())
+        paragraphs.prepend(entryParagraph(m_attack.name, m_attack.line, true));
     if (isInnerAttack()) {
-        const QStringList inner = m_attack.paragraphs;
         m_attack = m_outerAttacks.takeLast();
-        m_attack.held << inner;
+        addSequel({Sequel::InnerAttack, {}, {}, {}, paragraphs, {}});
     } else {
-        m_attackAt = int(m_power.details.size());
+        m_power.details << paragraphs;
         m_attack = Attack();
+    }
+}
+
+QString MonsterXmlHandler::sequelParagraph(const Sequel &sequel, int &failedSaves)
+{
+    QString label = sequel.label;
+    switch (sequel.kind) {
+    case Sequel::FailedSave:
+        label = ordinal(++failedSaves) + " Failed Saving Throw"_L1;
+        break;
+    case Sequel::Aftereffect:
+        if (label.isEmpty())
+            label = QStringLiteral("Aftereffect");
+        break;
+    default:
+        if (label.isEmpty())
+            label = QStringLiteral("Sustain");
+        if (label == "Sustain"_L1)
+            addTo(label, sequel.action, " "_L1);
+    }
+    QString lines = sequel.text;
+    lines.replace(u'\n', "<br>"_L1);
+    return QStringLiteral("<i>%1:</i> %2").arg(label, lines);
+}
+
+// In the order in which they happen, wherever the file has them: failed saves and further attacks,
+// then what comes when the effect has ended, then what keeps it going.
+void MonsterXmlHandler::addSequels(QStringList &paragraphs, QList<Sequel> sequels, int &failedSaves)
+{
+    const auto rank = [](const Sequel &sequel) {
+        return qMax<int>(sequel.kind, Sequel::FailedSave);
+    };
+    std::ranges::stable_sort(sequels, {}, rank);
+    for (const Sequel &sequel : std::as_const(sequels)) {
+        if (!sequel.text.isEmpty())
+            paragraphs << sequelParagraph(sequel, failedSaves);
+        paragraphs << sequel.paragraphs;
+        addSequels(paragraphs, sequel.sequels, failedSaves);
     }
 }

@@ -13,16 +13,33 @@ public:
     static void parse(const QByteArray &bytes, CreatureData &record, const QString &dataFolder);
 
 private:
+    // What follows from an entry of an attack, and what follows from that in turn.
+    struct Sequel {
+        enum Kind { InnerAttack, FailedSave, Aftereffect, Sustain };
+        Kind kind = InnerAttack;
+        QString label;
+        QString action;
+        QString text;
+        QStringList paragraphs; // of an inner attack
+        QList<Sequel> sequels;
+    };
+    // A Hit, a Miss or an Effect.
+    struct Entry {
+        QString label;
+        QString text; // damage and description
+        QString description;
+        QList<Sequel> sequels;
+        bool needsAttack = false; // a Hit or a Miss
+        bool tellsAction = false;
+    };
     // An attack that is under way. One that stands inside an entry of another is kept apart, and
     // its paragraphs follow that entry's.
     struct Attack {
         QString name;
         QString line; // range, targets, bonus, defence
-        QString entryLabel;
-        QString entryText;
-        QStringList paragraphs; // of an inner attack; the outermost writes into the power
-        QStringList held; // what stands behind the paragraph of the current entry
-        int failedSaves = 0; // among `held`
+        QList<Entry> entries;
+        Entry entry; // the one under way
+        QList<Sequel> openSequels; // of that entry, outermost first
     };
 
     // What is done with the value of one path.
@@ -41,6 +58,7 @@ private:
 
     void addRole(QString &role, const QString &text);
     void addSusceptibility(QString &list);
+    void finishSense();
     void takeSkill(const QString &name);
     void takeDefence(const QString &name);
     void takeAbility(const QString &name);
@@ -57,12 +75,17 @@ private:
     void finishPower();
 
     bool isInnerAttack() const { return !m_outerAttacks.isEmpty(); }
-    void enterAttack(QStringView attackPath);
-    QStringList &paragraphs();
+    QStringView enterAttack(QStringView attackPath);
+    QStringView enterSequel(QStringView path);
+    void setSequelValue(QStringView key, const QString &text);
+    void finishSequel();
+    void addSequel(Sequel sequel);
     QString entryParagraph(const QString &label, const QString &text, bool withAction);
-    void takeFailedSave(const QString &text);
-    void finishEntry();
+    void describeEntry(const QString &text);
+    void finishEntry(bool needsAttack);
     void finishAttack();
+    static QString sequelParagraph(const Sequel &sequel, int &failedSaves);
+    static void addSequels(QStringList &paragraphs, QList<Sequel> sequels, int &failedSaves);
 
     CreatureData m_record;
     QString m_dataFolder;
@@ -73,6 +96,8 @@ private:
     QString m_sizeName;
     QString m_originName;
     QString m_typeName;
+    QString m_senseName;
+    QString m_senseRange;
     int m_number = 0; // the last number read, for the name that follows it
     int m_itemQuantity = 0;
 
@@ -82,7 +107,6 @@ private:
     QString m_powerKeywords;
     QString m_usageText;
     int m_headSize = 0; // paragraphs ahead of the attacks
-    int m_attackAt = 0; // where the paragraphs of the current attack begin
     Attack m_attack;
     QList<Attack> m_outerAttacks; // those around m_attack, outermost first
 };

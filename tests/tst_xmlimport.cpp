@@ -81,6 +81,7 @@ private Q_SLOTS:
     void readsUsage();
     void readsActionsAndTypes();
     void keepsTheOrderOfAttacks();
+    void leavesOutMadeUpDamage();
     void escapesAPowersTexts();
     void takesAFreeName();
     void followsItsFile();
@@ -183,18 +184,20 @@ void XmlImportTest::readsUsage()
     };
     const QString six = u" <img src=':/images/stats/6a.gif'>"_s;
     const QString recharge = u" \u2022 <b>Recharge</b>"_s;
-    const Case cases[] = {{u""_s, u""_s, 0, u""_s},
-                          {u"AT-WILL"_s, u""_s, 1, u""_s},
-                          {u"Encounter"_s, u""_s, 2, u""_s},
-                          {u"encounter"_s, u""_s, 0, u" \u2022 <b>encounter</b>"_s},
-                          {u"2/Encounter"_s, u"if hurt"_s, 3, u" \u2022 if hurt"_s},
-                          {u"Recharge"_s, u""_s, 4, recharge},
-                          {u"Recharge 6"_s, u""_s, 9, recharge + six},
-                          {u"Recharge"_s, u" 6 "_s, 9, recharge + six},
-                          {u"Recharge"_s, u"at dawn"_s, 4, recharge + u" at dawn"_s},
-                          {u"Recharge"_s, u"2/Encounter"_s, 3, recharge + u" 2/Encounter"_s},
-                          {u"Recharge 1"_s, u""_s, 4, recharge + rechargeImages(1)},
-                          {u"Recharge 7"_s, u""_s, 4, recharge}};
+    const Case cases[] = {
+        {u""_s, u""_s, 0, u""_s},
+        {u"AT-WILL"_s, u""_s, 1, u" \u2022 <b>At-Will</b>"_s},
+        {u"Encounter"_s, u""_s, 2, u" \u2022 <b>Encounter</b>"_s},
+        {u"Encounter"_s, u"2/Encounter"_s, 3, u" \u2022 2/Encounter"_s},
+        {u"encounter"_s, u""_s, 0, u" \u2022 <b>encounter</b>"_s},
+        {u"2/Encounter"_s, u"if hurt"_s, 3, u" \u2022 <b>2/Encounter</b> if hurt"_s},
+        {u"Recharge"_s, u""_s, 4, recharge},
+        {u"Recharge 6"_s, u""_s, 9, recharge + six},
+        {u"Recharge"_s, u" 6 "_s, 9, recharge + six},
+        {u"Recharge"_s, u"at dawn"_s, 4, recharge + u" at dawn"_s},
+        {u"Recharge"_s, u"2/Encounter"_s, 3, recharge + u" 2/Encounter"_s},
+        {u"Recharge 1"_s, u""_s, 4, recharge + rechargeImages(1)},
+        {u"Recharge 7"_s, u""_s, 4, recharge}};
     for (const Case &each : cases) {
         const Power power = powerOf(
             u"<Usage>%1</Usage><UsageDetails>%2</UsageDetails>"_s.arg(each.usage, each.details));
@@ -217,9 +220,9 @@ void XmlImportTest::readsActionsAndTypes()
         QString type;
         int icon, basic;
     };
-    const Icon icons[] = {{u"Melee"_s, 4, 3}, {u"Weapon"_s, 1, 1}, {u"Ranged"_s, 6, 5},
-                          {u"Area"_s, 8, 7},  {u"Close"_s, 10, 9}, {u"Aura"_s, 11, 11},
-                          {u"melee"_s, 0, 0}};
+    const Icon icons[] = {{u"Melee"_s, 4, 3},   {u"Weapon"_s, 1, 1},       {u"Ranged"_s, 6, 5},
+                          {u"Area"_s, 8, 7},    {u"Close"_s, 10, 9},       {u"Aura"_s, 11, 11},
+                          {u"melee 2"_s, 4, 3}, {u"CLOSE BURST"_s, 10, 9}, {u"Closed"_s, 0, 0}};
     for (const Icon &each : icons) {
         const QString type = u"<Type>%1</Type>"_s.arg(each.type);
         QCOMPARE(powerOf(type).icon, each.icon);
@@ -243,6 +246,22 @@ void XmlImportTest::keepsTheOrderOfAttacks()
          {QString(trigger + requirement + attacks), QString(attacks + trigger + requirement),
           QString(requirement + attacks + trigger)})
         QCOMPARE(powerOf(text).details, expected);
+}
+
+// The builder states a damage for each Hit, whether or not something is attacked.
+void XmlImportTest::leavesOutMadeUpDamage()
+{
+    const QString attack =
+        u"<Attacks><MonsterAttack><Hit><Damage><Expression>1d6</Expression></Damage>%1</Hit>"
+        "<Effect><Damage><Expression>5</Expression></Damage></Effect>%2</MonsterAttack></Attacks>"_s;
+    const auto details = [&attack](const QString &description, const QString &range) {
+        return powerOf(attack.arg(description, range)).details.join(u'|');
+    };
+    const QString prone = u"<Description>Prone.</Description>"_s;
+    QCOMPARE(details({}, {}), u"<i>Attack:</i> 5"_s);
+    QCOMPARE(details(prone, {}), u"<i>Attack:</i> Prone.|<i>Attack:</i> 5"_s);
+    QCOMPARE(details(prone, u"<Range>Melee 1</Range>"_s),
+             u"<i>Attack:</i> Melee 1|<i>Attack:</i> 1d6 Prone.|<i>Attack:</i> 5"_s);
 }
 
 void XmlImportTest::escapesAPowersTexts()
