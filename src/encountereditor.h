@@ -7,7 +7,16 @@
 #include "windowsanddialogs.h"
 
 class Creature;
+class EncounterFields;
+class EncounterListModel;
+class EncounterMonsterFields;
+class EncounterView;
 class PreparedEncounter;
+struct EncounterPosition;
+class QComboBox;
+class QLineEdit;
+class QPushButton;
+class QScrollArea;
 
 // Changes the Encounters in memory only.
 class EncounterEditor : public QGroupBox, public WindowsAndDialogs {
@@ -15,6 +24,7 @@ class EncounterEditor : public QGroupBox, public WindowsAndDialogs {
 
 public:
     explicit EncounterEditor(QWidget *parent = nullptr);
+    ~EncounterEditor() override;
 
     // Null without one. Also while a group or a monster of it is selected.
     PreparedEncounter *selected() const;
@@ -30,4 +40,52 @@ Q_SIGNALS:
     void doSelectionChanged();
     // Something that the counters of Encounters tell.
     void doChanged();
+
+public Q_SLOTS:
+    void onFilterChanged(QObject *object);
+    void onEncounterAdventureSelected(int index);
+    void onEncounterSelectionChanged();
+    void onEncounterListUpdated();
+    void onNewEncounter();
+    void onDeleteEncounter();
+    void onNewMonster();
+    void onDeleteMonster();
+    void onEncounterDataChanged();
+    void onPartySizeChanged();
+    void onMonsterNameChanged();
+    void onMonsterDataChanged();
+
+protected:
+    bool event(QEvent *event) override;
+
+private:
+    void buildList();
+    void connectFields();
+    void connectCollections();
+    void onDeletePressed();
+    // What was typed and couldn't be taken gives way to what holds.
+    void onDataEntered();
+    void removeEncounter(int row);
+    void insertMonster(const QString &group, const QString &prefix);
+    // What takes the place of what was removed: what follows it in the encounter or else what stood
+    // ahead, on the same level of the tree while there is anything.
+    EncounterPosition successorOf(const EncounterPosition &removed, int groupsBefore) const;
+    void fillFields();
+    void fillMonsterFields();
+    void fillAdventures();
+    // Of the heroes or typed, to all who show something by it.
+    void updatePartyLevel();
+    void noteChange();
+
+    EncounterListModel *m_model;
+    EncounterView *m_view;
+    QLineEdit *m_filter;
+    QComboBox *m_adventures;
+    QPushButton *m_new;
+    QPushButton *m_delete;
+    QScrollArea *m_fieldArea;
+    EncounterFields *m_fields;
+    EncounterMonsterFields *m_monsterFields;
+    bool m_encounterBusy = false; // the fields are being filled
+    bool m_encounterSetting = false; // they are being read, or the tree is being changed
 };

@@ -38,6 +38,19 @@ void Encounters::remove(int index)
     discard(index);
 }
 
+QString Encounters::allAdventures()
+{
+    return tr("All Adventures");
+}
+
+bool Encounters::matches(const PreparedEncounter &encounter, const QString &text,
+                         const QString &adventure)
+{
+    const bool anyAdventure = adventure.isEmpty() || adventure == allAdventures();
+    return !encounter.isDeleted() && encounter.name().contains(text, Qt::CaseInsensitive)
+        && (anyAdventure || encounter.adventure() == adventure);
+}
+
 QStringList Encounters::adventures() const
 {
     QSet<QString> names;

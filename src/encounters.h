@@ -19,6 +19,12 @@ public:
 
     // Destroys the encounter.
     void remove(int index);
+    // What stands for no filter in a box of adventures.
+    static QString allAdventures();
+    // Not deleted, a name that holds `text`, ignoring case, and of `adventure`: an empty one and
+    // allAdventures() stand for any.
+    static bool matches(const PreparedEncounter &encounter, const QString &text,
+                        const QString &adventure);
     // Sorted; what the boxes that filter by adventure show.
     QStringList adventures() const;
     QString newName() const;

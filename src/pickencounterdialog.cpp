@@ -41,19 +41,8 @@ void PickEncounterModel::setFilter(const QString &filter, const QString &adventu
 void PickEncounterModel::hideRows()
 {
     for (int row = 0; row < rowCount(); ++row)
-        m_view->setRowHidden(row, !matches(*theEncounters->at(row)));
-}
-
-bool PickEncounterModel::matches(const PreparedEncounter &encounter) const
-{
-    const bool anyAdventure = m_adventure.isEmpty() || m_adventure == allAdventures();
-    return !encounter.isDeleted() && encounter.name().contains(m_filter, Qt::CaseInsensitive)
-        && (anyAdventure || encounter.adventure() == m_adventure);
-}
-
-QString PickEncounterModel::allAdventures()
-{
-    return tr("All Adventures");
+        m_view->setRowHidden(row,
+                             !Encounters::matches(*theEncounters->at(row), m_filter, m_adventure));
 }
 
 int PickEncounterModel::rowCount(const QModelIndex &parent) const
@@ -114,7 +103,7 @@ PickEncounterDialog::PickEncounterDialog(QWidget *parent)
     setObjectName(QStringLiteral("pickEncounterDialog"));
     m_adventures = new QComboBox;
     m_adventures->setObjectName(QStringLiteral("adventureBox"));
-    m_adventures->addItem(PickEncounterModel::allAdventures());
+    m_adventures->addItem(Encounters::allAdventures());
     const QStringList adventures = theEncounters ? theEncounters->adventures() : QStringList();
     for (const QString &adventure : adventures)
         m_adventures->addItem(shortened(adventure, LongestName), adventure);

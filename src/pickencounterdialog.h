@@ -26,12 +26,8 @@ public:
     QVariant data(const QModelIndex &index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
-    // The first item of the box that filters by adventure.
-    static QString allAdventures();
-
 private:
     void hideRows();
-    bool matches(const PreparedEncounter &encounter) const;
 
     QString m_filter;
     QString m_adventure;

@@ -44,6 +44,12 @@ bool isSameGroup(const QString &a, const QString &b)
     return a.compare(b, Qt::CaseInsensitive) == 0;
 }
 
+// What the file can hold as an ID.
+bool isUsableId(const QString &id)
+{
+    return isUsableName(id) && !id.contains(u',') && !id.contains(u'=');
+}
+
 // A to Z, a to z, and then numbers.
 QString letterOf(qint64 counter)
 {
@@ -80,12 +86,12 @@ QString chooseBase(const QString &group, const QString &prefix, const QSet<QStri
     const QStringList words = group.split(u' ', Qt::SkipEmptyParts);
     const QString named = words.size() > 1 ? words.at(1) : group.trimmed();
     const QString first = prefix.isEmpty() ? named.left(1).toUpper() : prefix;
-    if (!first.isEmpty() && !taken.contains(first))
+    if (isUsableId(first) && !taken.contains(first))
         return first;
     QString initials;
     for (const QString &word : words)
         initials += word.front();
-    if (!initials.isEmpty() && !taken.contains(initials))
+    if (isUsableId(initials) && !taken.contains(initials))
         return initials;
     int counter = std::max(1, counterOf(first.left(1)));
     while (taken.contains(letterOf(counter)))
@@ -313,6 +319,7 @@ const EncounterMonster *PreparedEncounter::find(const QString &group, const QStr
 QString PreparedEncounter::defaultId(const QString &group, const QString &prefix, int &scheme,
                                      bool perEncounter) const
 {
+    const bool hasPrefix = isUsableId(prefix);
     QString last;
     int count = 0;
     QSet<QString> takenIds;
@@ -329,16 +336,16 @@ QString PreparedEncounter::defaultId(const QString &group, const QString &prefix
     }
     IdForm form;
     if (last.isEmpty()) {
-        if (!prefix.isEmpty())
+        if (hasPrefix)
             scheme = LetterAndNumber;
-        form.base = chooseBase(group, prefix, takenBases);
+        form.base = chooseBase(group, hasPrefix ? prefix : QString(), takenBases);
     } else {
         form = formAfter(last, count, scheme);
     }
-    QString id = formId(form, scheme, !prefix.isEmpty());
+    QString id = formId(form, scheme, hasPrefix);
     while (takenIds.contains(id)) {
         ++form.counter;
-        id = formId(form, scheme, !prefix.isEmpty());
+        id = formId(form, scheme, hasPrefix);
     }
     return id;
 }
@@ -401,22 +408,22 @@ void PreparedEncounter::removeMonster(int index)
     refreshChanged();
 }
 
-bool PreparedEncounter::setMonsterId(int index, const QString &id)
+bool PreparedEncounter::setMonsterId(int index, const QString &id, bool perEncounter)
 {
     const QString trimmed = id.trimmed();
-    if (!hasMonster(index) || !isUsableName(trimmed) || trimmed.contains(u',')
-        || trimmed.contains(u'=') || isTaken(m_monsters.at(index).group, trimmed, index))
+    if (!hasMonster(index) || !isUsableId(trimmed) || isTaken(index, trimmed, perEncounter))
         return false;
     m_monsters[index].id = trimmed;
     refreshChanged();
     return true;
 }
 
-bool PreparedEncounter::isTaken(const QString &group, const QString &id, int exceptIndex) const
+bool PreparedEncounter::isTaken(int index, const QString &id, bool perEncounter) const
 {
+    const QString &group = m_monsters.at(index).group;
     for (int i = 0; i < m_monsters.size(); ++i) {
         const EncounterMonster &monster = m_monsters.at(i);
-        if (i != exceptIndex && isSameGroup(monster.group, group)
+        if (i != index && (perEncounter || isSameGroup(monster.group, group))
             && monster.id.compare(id, Qt::CaseInsensitive) == 0)
             return true;
     }

@@ -70,7 +70,8 @@ public:
     // The same monster with another ID, trimmed. False, and nothing changed, for one that another
     // monster of the group has, whatever its case, or that the file can't hold: empty, too long,
     // unprintable, or with a "," or "=".
-    bool setMonsterId(int index, const QString &id);
+    // `perEncounter`: no monster of the whole encounter may have it.
+    bool setMonsterId(int index, const QString &id, bool perEncounter = false);
     // Trimmed, as the file gives it back.
     void setMonsterAlias(int index, const QString &alias);
     void setMonsterHidden(int index, bool hidden);
@@ -96,7 +97,7 @@ private:
     QByteArray groupImage(qsizetype start, qsizetype end) const;
     void recomputeIfStale() const;
     void rebuildGroupStarts();
-    bool isTaken(const QString &group, const QString &id, int exceptIndex) const;
+    bool isTaken(int index, const QString &id, bool perEncounter) const;
     bool hasMonster(int index) const { return index >= 0 && index < m_monsters.size(); }
 
     EditFlags m_flags;
