@@ -43,6 +43,15 @@ void FullScreen::restore(const QByteArray &geometry, const QString &screenName, 
     m_window->setWindowState(m_window->windowState() & ~Qt::WindowFullScreen);
     m_screenName = screenName;
     m_isOn = isOn;
+    QScreen *screen = isOn ? screenOfName(screenName) : nullptr;
+    if (!screen)
+        return;
+    // In its size from the start, which what it holds is laid out for.
+    m_geometry = m_window->saveGeometry();
+    m_isTaken = true;
+    m_window->setScreen(screen);
+    m_window->setGeometry(screen->geometry());
+    m_window->setWindowState(m_window->windowState() | Qt::WindowFullScreen);
 }
 
 void FullScreen::enter(const QString &screenName)
@@ -82,6 +91,11 @@ void FullScreen::takeScreen()
     m_window->setScreen(screen);
     m_window->setGeometry(screen->geometry());
     m_window->showFullScreen();
+    watchPointer();
+}
+
+void FullScreen::watchPointer()
+{
     m_window->windowHandle()->installEventFilter(this);
     m_rest.start();
 }
@@ -114,7 +128,9 @@ bool FullScreen::eventFilter(QObject *watched, QEvent *event)
 {
     switch (event->type()) {
     case QEvent::Show:
-        if (watched == m_window && m_isOn && !m_isTaken)
+        if (watched == m_window && m_isTaken)
+            watchPointer();
+        else if (watched == m_window && m_isOn)
             QMetaObject::invokeMethod(this, &FullScreen::takeScreen, Qt::QueuedConnection);
         break;
     case QEvent::MouseMove:

@@ -20,7 +20,7 @@ public:
     const QString &screenName() const { return m_screenName; }
     // The window's place when it isn't in full screen.
     QByteArray geometry() const;
-    // For a window that isn't shown yet: `isOn` puts it on that screen as soon as both are there.
+    // For a window that was never shown: `isOn` puts it on that screen as soon as both are there.
     void restore(const QByteArray &geometry, const QString &screenName, bool isOn);
 
     // A shown window goes at once, if the screen is there.
@@ -37,6 +37,7 @@ protected:
 
 private:
     void takeScreen();
+    void watchPointer();
     void onScreenAdded(QScreen *screen);
     void onScreenRemoved(QScreen *screen);
     void showNormally();

@@ -1,9 +1,9 @@
 #include "playerswindow.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QDockWidget>
-#include <QGuiApplication>
 #include <QMenu>
 #include <QScreen>
 #include <QSettings>
@@ -112,6 +112,17 @@ void PlayersWindow::addKeys()
     addKey({Qt::Key_F11}, &PlayersWindow::toggleFullScreen);
     addKey({Qt::Key_Escape}, &PlayersWindow::leaveFullScreen);
     addKey({Qt::Key_F9}, &PlayersWindow::toggleCurtain);
+    addKey({Qt::SHIFT | Qt::Key_F10}, &PlayersWindow::openMenuByKey);
+}
+
+// The toolkit itself knows the menu key alone, which many keyboards lack.
+void PlayersWindow::openMenuByKey()
+{
+    QWidget *focused = QApplication::focusWidget();
+    QWidget *place = focused ? focused : this;
+    const QPoint centre = place->rect().center();
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, centre, place->mapToGlobal(centre));
+    QCoreApplication::sendEvent(place, &event);
 }
 
 void PlayersWindow::fillMenu(QMenu *menu)
@@ -336,7 +347,8 @@ void PlayersWindow::restoreSettings()
     m_fullScreen->restore(settings.value(key("geometry")).toByteArray(),
                           settings.value(key("screen")).toString(),
                           settings.value(key("fullScreen"), false).toBool());
-    m_isArrangedByDM = restoreState(keptWindowState(key("state")));
+    m_isArrangedByDM = restoreState(keptWindowState(key("state")))
+        && settings.value(key("arranged"), false).toBool();
     m_listModel->setShowDamage(settings.value(key("showDamageAndHeals"), true).toBool());
     m_yourTurn->setShowNext(settings.value(key("showNext"), false).toBool());
     m_zoom = qBound(LeastZoom, settings.value(key("zoom"), LeastZoom).toInt(), LargestZoom);
@@ -351,6 +363,7 @@ void PlayersWindow::writeSettings()
     QSettings settings;
     settings.setValue(key("geometry"), m_fullScreen->geometry());
     keepWindowState(key("state"), saveState());
+    settings.setValue(key("arranged"), m_isArrangedByDM);
     settings.setValue(key("fontSize"), m_view->fixedFontSize());
     settings.setValue(key("showDamageAndHeals"), m_listModel->showsDamage());
     settings.setValue(key("screen"), m_fullScreen->screenName());

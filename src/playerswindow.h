@@ -75,6 +75,7 @@ private:
                          Qt::DockWidgetArea area);
     void addKeys();
     void addKey(const QList<QKeySequence> &keys, void (PlayersWindow::*slot)());
+    void openMenuByKey();
     void fillMenu(QMenu *menu);
     void addZoomMenu(QMenu *menu);
     void addScreensMenu(QMenu *menu);

@@ -12,6 +12,7 @@
 #include <QSettings>
 #include <QTemporaryFile>
 #include <QTest>
+#include <QTimer>
 
 #include "appendevent.h"
 #include "creature.h"
@@ -573,6 +574,15 @@ void PlayersWindowTest::menuAndKeys()
         zooms << m_window->zoom();
     }
     QCOMPARE(zooms, (QList<int> {125, 150, 125, 100, 100}));
+    QString opened;
+    QTimer::singleShot(0, this, [&opened] {
+        if (QWidget *menu = QApplication::activePopupWidget()) {
+            opened = menu->objectName();
+            menu->close();
+        }
+    });
+    QTest::keyClick(m_window.get(), Qt::Key_F10, Qt::ShiftModifier);
+    QCOMPARE(opened, u"playersMenu"_s);
     choose(u"400 %"_s);
     QTest::keyClick(m_window.get(), Qt::Key_Plus, Qt::ControlModifier);
     QCOMPARE(m_window->zoom(), 400);
@@ -630,10 +640,14 @@ void PlayersWindowTest::takesTheChosenScreen()
     Q_EMIT qApp->screenAdded(table);
     QTRY_VERIFY(isOnTable());
 
+    const auto dockSize = [&] { return m_window->yourTurn()->size(); };
+    QTRY_COMPARE(dockSize().height(), m_window->yourTurn()->sizeHint().height());
+    const QSize before = dockSize();
     m_window.reset();
     m_window = std::make_unique<PlayersWindow>();
     m_window->show();
     QTRY_VERIFY(isOnTable());
+    QTRY_COMPARE(dockSize(), before);
     m_window->activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
     QTest::keyClick(m_window.get(), Qt::Key_Escape);
@@ -644,6 +658,19 @@ void PlayersWindowTest::takesTheChosenScreen()
     QCOMPARE(m_window->fullScreenName(), u"Desk"_s);
     QTest::keyClick(m_window.get(), Qt::Key_F11);
     QVERIFY(!m_window->isFullScreen());
+
+    // A screen that isn't there is waited for.
+    m_window.reset();
+    QSettings().setValue(u"playersWindow/screen"_s, u"Projector"_s);
+    QSettings().setValue(u"playersWindow/fullScreen"_s, true);
+    m_window = std::make_unique<PlayersWindow>();
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+    QVERIFY(!m_window->isFullScreen());
+    QCOMPARE(m_window->size(), QSize(900, 600));
+    m_window.reset();
+    QCOMPARE(QSettings().value(u"playersWindow/screen"_s).toString(), u"Projector"_s);
+    QVERIFY(QSettings().value(u"playersWindow/fullScreen"_s).toBool());
 }
 
 void PlayersWindowTest::remembers()
