@@ -58,8 +58,8 @@ const TextField ruleTypes[] = {
     {"Alignment"_L1, &CreatureData::alignment},
 };
 
-// Nobody speaks more; each new one is looked for among those before it.
-constexpr qsizetype maxLanguagesLength = 2000;
+// Nobody speaks more languages; each new one is looked for among those before it.
+constexpr qsizetype maxListLength = 2000;
 
 template <typename Table>
 auto fieldFor(const Table &table, const QString &key)
@@ -89,7 +89,7 @@ bool StatBlockHandler::parse(const QByteArray &bytes, CreatureData &record,
                              const QString &dataFolder, PortraitCopy copy)
 {
     StatBlockHandler handler(record, dataFolder, copy);
-    if (!handler.read(bytes))
+    if (!handler.read(bytes, BracketsInNames::Allowed))
         return false;
     record = handler.m_record;
     return true;
@@ -148,6 +148,8 @@ void StatBlockHandler::takeAlias(const QString &alias)
         m_record.*text = m_lastValue;
     else if (const auto score = fieldFor(scoreAliases, alias))
         m_record.*score = {toNumber(m_lastValue), NoModifier};
+    m_hasActionPoints = m_hasActionPoints || alias == "_BaseActionPoints"_L1;
+    m_hasSenses = m_hasSenses || (alias == "Vision"_L1 && !m_lastValue.isEmpty());
 }
 
 // The two attributes come in either order.
@@ -162,18 +164,19 @@ void StatBlockHandler::takeRule()
     } else if (m_lastType == "Epic Destiny"_L1) {
         m_epicDestiny = m_lastName;
     } else if (m_lastType == "Language"_L1) {
-        takeLanguage();
+        addRule(m_record.languages);
+    } else if (m_lastType == "Vision"_L1) {
+        addRule(m_vision);
     }
 }
 
-void StatBlockHandler::takeLanguage()
+void StatBlockHandler::addRule(QString &list) const
 {
-    QString &languages = m_record.languages;
-    if (languages.size() > maxLanguagesLength || languages.contains(m_lastName))
+    if (list.size() > maxListLength || list.contains(m_lastName))
         return;
-    if (!languages.isEmpty())
-        languages += QStringLiteral(", ");
-    languages += m_lastName;
+    if (!list.isEmpty())
+        list += QStringLiteral(", ");
+    list += m_lastName;
 }
 
 void StatBlockHandler::onEnd()
@@ -182,6 +185,12 @@ void StatBlockHandler::onEnd()
         m_record.charClass = m_paragonPath;
     if (!m_epicDestiny.isEmpty())
         m_record.charClass = m_epicDestiny;
+    if (!m_hasSenses && !m_vision.isEmpty())
+        m_record.senses = m_vision;
+    // Everybody has one; builders state it only where they know of more. A record's own number
+    // stays.
+    if (!m_hasActionPoints && m_record.initAP == 0)
+        m_record.initAP = 1;
     m_record.hsValue = saturatedSum(m_record.hsValue, m_record.maxHP / 4);
 }
 

@@ -21,7 +21,7 @@ private:
     void takePortrait(const QString &url);
     void takeAlias(const QString &alias);
     void takeRule();
-    void takeLanguage();
+    void addRule(QString &list) const;
 
     QString m_dataFolder;
     PortraitCopy m_copy;
@@ -31,6 +31,9 @@ private:
     QString m_lastType;
     int m_typeElement = 0;
     QString m_lastValue; // of the last Stat, for each of its aliases
+    bool m_hasActionPoints = false;
+    bool m_hasSenses = false; // by an alias, which counts for more than the rules elements
+    QString m_vision; // what those say
     QString m_paragonPath;
     QString m_epicDestiny;
     CreatureData m_record;

@@ -20,6 +20,7 @@
 #include "monsterxmlhandler.h"
 #include "powertext.h"
 #include "statblockhandler.h"
+#include "tables.h"
 #include "testdata.h"
 #include "testhome.h"
 #include "vitalityevents.h"
@@ -83,6 +84,7 @@ private Q_SLOTS:
     void keepsTheOrderOfAttacks();
     void leavesOutMadeUpDamage();
     void escapesAPowersTexts();
+    void readsHeroes();
     void takesAFreeName();
     void followsItsFile();
     void knowsACurrentImport();
@@ -268,6 +270,20 @@ void XmlImportTest::escapesAPowersTexts()
 {
     const Power power = powerOf(u"<Trigger>HP &lt; 5 &amp; up</Trigger>"_s);
     QCOMPARE(power.details, QStringList {u"<i>Trigger:</i> HP &lt; 5 &amp; up"_s});
+}
+
+void XmlImportTest::readsHeroes()
+{
+    const auto read = [](const QStringList &row) -> QString {
+        CreatureData data;
+        const QString text = u"<C><Details><name>Odo</name></Details>%1</C>"_s.arg(row[0]);
+        if (!StatBlockHandler::parse(text.toUtf8(), data, {}))
+            return u"refused"_s;
+        return u"%1|%2|%3"_s.arg(data.initAP).arg(data.senses).arg(data.armourClass);
+    };
+    QCOMPARE(differences(u"herofiles"_s, 2, read), QString());
+    // A monster's file stays as broken as it is.
+    QVERIFY(powerOf(u"<Type[1]/>"_s).name.isEmpty());
 }
 
 void XmlImportTest::takesAFreeName()
