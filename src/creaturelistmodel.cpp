@@ -204,7 +204,7 @@ void CreatureListModel::onInitListClicked(const QModelIndex &index)
 
 void CreatureListModel::onInternalDoubleClick(const QModelIndex &index)
 {
-    if (index.column() <= HealthColumn && isRowSelected(index.row()))
+    if (index.column() != EffectsColumn && isRowSelected(index.row()))
         Q_EMIT doAddEffect();
 }
 

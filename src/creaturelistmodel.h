@@ -19,12 +19,12 @@ class CreatureListModel : public QAbstractTableModel {
 
 public:
     enum Column {
-        IconColumn,
+        IconColumn, // always the first
         NameColumn,
         InitiativeColumn,
         DefencesColumn,
         HealthColumn,
-        EffectsColumn,
+        EffectsColumn, // always the last
         ColumnCount,
         // Answered, but beyond the columns that a view shows.
         DescriptionColumn = ColumnCount

@@ -157,7 +157,7 @@ void CreatureTableView::selectByMouse(const QModelIndex &index, const QMouseEven
     const Qt::KeyboardModifiers modifiers = event.modifiers();
     const int row = index.row();
     // A press on the conditions acts on the whole selection.
-    if (index.column() >= CreatureListModel::EffectsColumn && selectionModel()->isSelected(index))
+    if (index.column() == CreatureListModel::EffectsColumn && selectionModel()->isSelected(index))
         return;
     if (modifiers == Qt::ShiftModifier) {
         if (button == Qt::LeftButton)

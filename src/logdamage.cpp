@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 
+#include "event.h"
 #include "streamtags.h"
 
 namespace {
@@ -54,6 +55,7 @@ constexpr std::array EndTags {
     ID_EVENT_END,
     ID_EVENT_END,
 };
+static_assert(EndTags.size() + 1 == EventType::End);
 
 constexpr int TagSize = 2;
 constexpr int LengthAt = TagSize;

@@ -31,7 +31,7 @@ enum Code : int {
     Word,
 
     // sizes
-    Tiny = 26,
+    Tiny,
     Small,
     Medium,
     Large,
@@ -39,7 +39,7 @@ enum Code : int {
     Gargantuan,
 
     // roles
-    Artillery = 32,
+    Artillery,
     Brute,
     Controller,
     Defender,
@@ -53,7 +53,7 @@ enum Code : int {
     Striker,
 
     // traps and hazards
-    Hazard = 44,
+    Hazard,
     Trap,
     Blaster,
     Warder,
@@ -61,7 +61,7 @@ enum Code : int {
     Terrain,
 
     // senses
-    LowLight = 50,
+    LowLight,
     Darkvision,
     Truesight,
     AllRound,
@@ -69,7 +69,7 @@ enum Code : int {
     Tremorsense,
 
     // header and footer
-    Portrait = 56,
+    Portrait,
     Level,
     Xp,
     Hp,
@@ -107,7 +107,7 @@ enum Code : int {
     Monster,
 
     // skills
-    Acrobatics = 92,
+    Acrobatics,
     Arcana,
     Athletics,
     Bluff,
@@ -125,7 +125,7 @@ enum Code : int {
     Thievery,
 
     // letters that stand for the symbol in front of a power
-    LowerM = 108,
+    LowerM,
     UpperM,
     LowerR,
     UpperR,
@@ -137,10 +137,10 @@ enum Code : int {
     UpperO,
     LowerX,
 
-    Greater = 119,
+    Greater,
 
     // labels
-    Attack = 120,
+    Attack,
     Ranged,
     Hit,
     Effect,
@@ -162,12 +162,12 @@ enum Code : int {
     Failure,
 
     // usage
-    AtWill = 140,
+    AtWill,
     Recharge,
     Rchg,
     Encounter,
-    TwicePerEncounter = 144,
-    Aura = 145,
+    TwicePerEncounter,
+    Aura,
 
     // keywords of powers
     Fear,
@@ -185,7 +185,7 @@ enum Code : int {
     Thunder,
     Weapon,
     Psychic,
-    Illusion = 161,
+    Illusion,
     Moun,
     Healing,
 

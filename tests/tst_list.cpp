@@ -237,6 +237,12 @@ void TestList::selectsByMouse()
     QFETCH(QString, button);
     QFETCH(QString, modifiers);
     QFETCH(QString, after);
+    const QHash<QString, int> columns {{QStringLiteral("icon"), Model::IconColumn},
+                                       {QStringLiteral("name"), Model::NameColumn},
+                                       {QStringLiteral("init"), Model::InitiativeColumn},
+                                       {QStringLiteral("health"), Model::HealthColumn},
+                                       {QStringLiteral("effects"), Model::EffectsColumn}};
+    QVERIFY(columns.contains(column));
     Qt::KeyboardModifiers held;
     held.setFlag(Qt::ControlModifier, modifiers.contains(QStringLiteral("control")));
     held.setFlag(Qt::ShiftModifier, modifiers.contains(QStringLiteral("shift")));
@@ -246,7 +252,7 @@ void TestList::selectsByMouse()
     m_model->setSelectedRows(numbers(before));
     const bool isBelow = row == u"-1";
     const QPoint place =
-        cell(isBelow ? 8 : row.toInt(), column.toInt()) + QPoint(0, isBelow ? 40 : 0);
+        cell(isBelow ? 8 : row.toInt(), columns.value(column)) + QPoint(0, isBelow ? 40 : 0);
     QString opened;
     whenDialogRuns([&] {
         opened = whatBlocks();
@@ -377,7 +383,7 @@ void TestList::remembersItsColumns()
     m_view->setColumnWidth(Model::NameColumn, 177);
     m_view->setColumnWidth(Model::DefencesColumn, 133);
     m_view->setColumnHidden(Model::DefencesColumn, true);
-    m_view->horizontalHeader()->moveSection(4, 1);
+    m_view->horizontalHeader()->moveSection(Model::HealthColumn, 1);
     m_fixture->close();
 
     const auto saved = [](const char *key) {
