@@ -5,6 +5,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QSettings>
+#include <QShortcut>
 #include <QSplitter>
 
 #include "encountereditor.h"
@@ -57,6 +58,8 @@ ManagerWindow::ManagerWindow(QWidget *parent)
             [this] { m_monsters->setCanAdd(m_encounters->selected()); });
     connect(m_monsters, &MonsterEditor::doChanged, this, &ManagerWindow::updateButtons);
     connect(m_encounters, &EncounterEditor::doChanged, this, &ManagerWindow::updateButtons);
+    connect(new QShortcut(QKeySequence::Save, this), &QShortcut::activated, m_save,
+            &QPushButton::click);
     connect(m_revert, &QPushButton::clicked, this, &ManagerWindow::onRevertAll);
     connect(m_save, &QPushButton::clicked, this, &ManagerWindow::onSaveAll);
     if (theMonsters)

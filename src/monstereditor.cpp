@@ -371,6 +371,11 @@ void MonsterEditor::onTemplatePortraitClicked()
 
 // --- import ---
 
+MonsterEditor::Import MonsterEditor::resultOf(const Creature &creature)
+{
+    return creature.isInvalid() ? Import::NeedsALook : Import::Taken;
+}
+
 MonsterEditor::Import MonsterEditor::importFile(const QString &path)
 {
     QByteArray bytes;
@@ -382,22 +387,21 @@ MonsterEditor::Import MonsterEditor::importFile(const QString &path)
         creature = theMonsters->takeFile(path);
     if (!creature)
         return Import::Refused;
-    if (isKnown && creature->importIsCurrent(path))
-        return Import::Current;
     m_list->refresh();
     m_list->select(creature);
-    QString text = isKnown ? QString::fromUtf8(toLF(bytes)) : creature->statBlock();
-    const TidiedText tidied = tidyStatBlock(text);
-    text = tidied.text;
-    if (isKnown && !creature->portraitFile().isEmpty())
-        text = withPortraitInText(text, creature->portraitFile());
-    if (text != creature->statBlock()) {
+    const TidiedText tidied = tidyStatBlock(QString::fromUtf8(toLF(bytes)));
+    const bool keepsPortrait = isKnown && !creature->portraitFile().isEmpty();
+    const QString text =
+        keepsPortrait ? withPortraitInText(tidied.text, creature->portraitFile()) : tidied.text;
+    if (text == creature->statBlock())
+        return isKnown ? Import::Current : resultOf(*creature);
+    {
         const QScopedValueRollback busy(m_templateBusy, true);
         m_text->replaceText(text);
     }
     applyText(creature, text);
     tellReading(tidied.changes);
-    return creature->isInvalid() ? Import::NeedsALook : Import::Taken;
+    return resultOf(*creature);
 }
 
 void MonsterEditor::onImport(const QStringList &paths)

@@ -69,6 +69,7 @@ private:
     // than it came with, and then so has its text.
     bool checkDuplicate(const QString &oldName, CreatureData &record, const Creature *except);
     Import importFile(const QString &path);
+    static Import resultOf(const Creature &creature);
     void tellImport(const QMap<Import, QStringList> &files);
     void updateButtons();
     // What was read of the text, under it and beside it. `changes`: what a paste had tidied.
