@@ -5,6 +5,7 @@
 
 #include <ctime>
 
+#include "characterwindow.h"
 #include "datafolder.h"
 #include "dice.h"
 #include "global.h"
@@ -66,6 +67,9 @@ int main(int argc, char **argv)
     };
     makeManagerWindow = []() -> std::unique_ptr<LibraryWindow> {
         return std::make_unique<ManagerWindow>();
+    };
+    makeCharacterWindow = []() -> std::unique_ptr<LibraryWindow> {
+        return std::make_unique<CharacterWindow>();
     };
     MainWindow window;
     findDataFolder();
