@@ -183,7 +183,8 @@ CharacterForm::CharacterForm(QWidget *parent) : QWidget(parent)
         vWidget(createGroup(tr("Defenses"), {F::ArmourClass, F::Fortitude, F::Reflex, F::Will}),
                 createGroup(tr("Abilities"),
                             {F::Strength, F::Constitution, F::Dexterity, F::Intelligence, F::Wisdom,
-                             F::Charisma}));
+                             F::Charisma},
+                            2));
     QWidget *right =
         vWidget(createGroup(tr("Health"), {F::CurrentHP, F::CurrentSurges, F::SurgeValue}),
                 createGroup(tr("Actions"),
@@ -252,23 +253,26 @@ QWidget *CharacterForm::createTopFields()
     return wrap(grid);
 }
 
-QGroupBox *CharacterForm::createGroup(const QString &title, const QList<CharacterField> &members)
+QGroupBox *CharacterForm::createGroup(const QString &title, const QList<CharacterField> &members,
+                                      int columns)
 {
     auto *group = new QGroupBox(title);
     auto *grid = new QGridLayout(group);
-    int row = 0;
-    for (const CharacterField field : members) {
-        grid->addWidget(labelFor(field), row, 0);
-        grid->addWidget(widget(field), row, 1);
+    const int rows = int(members.size()) / columns;
+    for (int i = 0; i < members.size(); ++i) {
+        const CharacterField field = members.at(i);
+        const int row = i % rows;
+        const int column = i / rows * 2;
+        grid->addWidget(labelFor(field), row, column);
+        grid->addWidget(widget(field), row, column + 1);
+        grid->setColumnStretch(column + 1, 1);
         // Behind a running value stands what it can come to.
         if (field == CharacterField::CurrentHP || field == CharacterField::CurrentSurges) {
             grid->addWidget(new QLabel(QStringLiteral("/")), row, 2);
             grid->addWidget(widget(CharacterField(int(field) + 1)), row, 3);
             widget(field)->setAccessibleName(tr("Current %1").arg(tr(fieldOf(field).label)));
         }
-        ++row;
     }
-    grid->setColumnStretch(1, 1);
     return group;
 }
 

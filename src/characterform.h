@@ -72,7 +72,9 @@ private:
     static const Field &fieldOf(CharacterField field);
     QWidget *widget(CharacterField field) const { return m_widgets[std::size_t(field)]; }
     QWidget *createWidget(const Field &field);
-    QGroupBox *createGroup(const QString &title, const QList<CharacterField> &members);
+    // Side by side in that many columns, each of which is read downwards.
+    QGroupBox *createGroup(const QString &title, const QList<CharacterField> &members,
+                           int columns = 1);
     QWidget *createTopFields();
     QLabel *labelFor(CharacterField field);
     void fill(const Field &field, const Creature *creature);

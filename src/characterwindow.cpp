@@ -33,7 +33,7 @@
 
 namespace {
 
-constexpr QSize DefaultSize(980, 720);
+constexpr QSize DefaultSize(980, 800);
 constexpr int PortraitSize = 140;
 const QString GeometryKey = QStringLiteral("characterWindow/geometry");
 const QString ReadOnlyKey = QStringLiteral("characterWindow/statBlockReadOnly");
@@ -553,6 +553,8 @@ bool CharacterWindow::importFrom(Creature *creature, const QString &path)
     const QScopedValueRollback updating(m_updating, true);
     if (!creature->refreshFromImport(path))
         return false;
+    if (creature->importFile() != path)
+        creature->setField(&CreatureData::importFile, path);
     updateRow(creature);
     m_form->show(selected());
     showRest();

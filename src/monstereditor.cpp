@@ -60,7 +60,9 @@ MonsterEditor::MonsterEditor(QWidget *parent)
     splitter->addWidget(createTabs());
     splitter->setStretchFactor(0, 2);
     splitter->setStretchFactor(1, 3);
-    setLayout(vBox(splitter));
+    QVBoxLayout *box = vBox(splitter);
+    box->setContentsMargins(8, 8, 8, 8);
+    setLayout(box);
     connect(m_list, &LibraryPane::doSelectionChanged, this,
             &MonsterEditor::onTemplateSelectionChanged);
     connect(m_list->view(), &LibraryView::doDeletePressed, this, &MonsterEditor::onDeleteTemplate);
