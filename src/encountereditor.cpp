@@ -366,7 +366,7 @@ void EncounterEditor::insertMonster(const QString &group, const QString &prefix)
         selected()->defaultId(group, prefix, scheme, m_monsterFields->isPerEncounter());
     m_monsterFields->setScheme(scheme);
     const int index = m_model->insertMonster(row, {group, id, QString(), false});
-    m_view->select(m_model->positionOfMonster(row, index));
+    m_view->select(m_model->placeOfMonster(row, index));
     m_monsterFields->editId();
     m_fieldArea->ensureWidgetVisible(m_monsterFields->focusWidget());
 }

@@ -59,7 +59,7 @@ int EncounterListModel::rowOf(const PreparedEncounter *encounter) const
     return found == m_entries.end() ? -1 : (*found)->row;
 }
 
-EncounterPosition EncounterListModel::positionOf(const QModelIndex &index) const
+EncounterPosition EncounterListModel::placeOf(const QModelIndex &index) const
 {
     if (!index.isValid() || index.model() != this)
         return {};
@@ -93,7 +93,7 @@ int EncounterListModel::monsterIndex(const EncounterPosition &position) const
     return start >= 0 && start + inGroup < encounter->monsters().size() ? start + inGroup : -1;
 }
 
-EncounterPosition EncounterListModel::positionOfMonster(int row, int monsterIndex) const
+EncounterPosition EncounterListModel::placeOfMonster(int row, int monsterIndex) const
 {
     const PreparedEncounter *encounter = encounterAt(row);
     const int group = encounter ? encounter->groupOf(monsterIndex) : -1;
@@ -405,7 +405,7 @@ QModelIndex EncounterListModel::index(int row, int column, const QModelIndex &pa
 {
     if (!hasIndex(row, column, parent))
         return {};
-    const EncounterPosition above = positionOf(parent);
+    const EncounterPosition above = placeOf(parent);
     const Node *node = groupAt(above);
     return createIndex(row, column, node ? node : entryAt(above.encounter));
 }
@@ -420,7 +420,7 @@ int EncounterListModel::rowCount(const QModelIndex &parent) const
 {
     if (!parent.isValid())
         return int(m_entries.size());
-    const EncounterPosition above = positionOf(parent);
+    const EncounterPosition above = placeOf(parent);
     if (above.monster >= 0)
         return 0;
     if (above.group < 0) {
@@ -438,7 +438,7 @@ int EncounterListModel::columnCount(const QModelIndex & /*parent*/) const
 
 QVariant EncounterListModel::data(const QModelIndex &index, int role) const
 {
-    const EncounterPosition position = positionOf(index);
+    const EncounterPosition position = placeOf(index);
     const Entry *entry = entryAt(position.encounter);
     if (!entry || !encounterAt(position.encounter))
         return {};

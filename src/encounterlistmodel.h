@@ -49,15 +49,15 @@ public:
     PreparedEncounter *encounterAt(int row) const;
     // -1 for one that has no row.
     int rowOf(const PreparedEncounter *encounter) const;
-    EncounterPosition positionOf(const QModelIndex &index) const;
+    EncounterPosition placeOf(const QModelIndex &index) const;
     // Invalid for a position that isn't there.
     QModelIndex indexAt(const EncounterPosition &position) const;
     // What was selected last and is still there.
-    EncounterPosition selected() const { return positionOf(m_selected); }
+    EncounterPosition selected() const { return placeOf(m_selected); }
     // Its index in PreparedEncounter::monsters(), for a group that of its last monster; -1 for an
     // encounter and for what isn't there.
     int monsterIndex(const EncounterPosition &position) const;
-    EncounterPosition positionOfMonster(int row, int monsterIndex) const;
+    EncounterPosition placeOfMonster(int row, int monsterIndex) const;
     // The path of a row or of the row that a refresh() found there, and the other way: as deep as
     // it still exists.
     EncounterPath pathOf(const EncounterPosition &position) const;
