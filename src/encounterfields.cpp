@@ -94,8 +94,9 @@ EncounterFields::EncounterFields(QWidget *parent)
     m_description->setObjectName(QStringLiteral("encounterDescriptionEdit"));
     m_description->setAccessibleName(tr("Description"));
     m_description->setTabChangesFocus(true);
-    const int lineHeight = m_description->fontMetrics().lineSpacing();
-    m_description->setMinimumHeight(3 * lineHeight);
+    const int margins =
+        2 * (m_description->frameWidth() + int(m_description->document()->documentMargin()));
+    m_description->setMinimumHeight(3 * m_description->fontMetrics().lineSpacing() + margins);
 
     connect(m_name, &QLineEdit::textChanged, this, &EncounterFields::doDataChanged);
     connect(m_adventure, &QComboBox::editTextChanged, this, &EncounterFields::doDataChanged);
@@ -293,6 +294,7 @@ EncounterMonsterFields::EncounterMonsterFields(QWidget *parent)
     grid->addWidget(hWidget(m_add, m_remove), grid->rowCount(), 0, 1, 2);
     // By itself, because its labels are longer than the others.
     auto *numbering = new QGridLayout;
+    numbering->setColumnStretch(1, 1);
     numbering->addWidget(label(tr("<b>Default Numbering</b>")), 0, 0);
     numbering->addWidget(m_numbering, 0, 1);
     numbering->addWidget(label(tr("<b>Unique IDs</b>")), 1, 0);

@@ -7,6 +7,7 @@
 #include "encounters.h"
 #include "readablecolours.h"
 #include "richtextdelegate.h"
+#include "text.h"
 
 namespace {
 
@@ -21,7 +22,10 @@ public:
     void paint(QPainter *painter, const QStyleOptionViewItem &option,
                const QModelIndex &index) const override
     {
-        if (index.data(EncounterListModel::IsRichTextRole).toBool())
+        const bool isRich = index.data(EncounterListModel::IsRichTextRole).toBool();
+        if (isRich && option.state.testFlag(QStyle::State_Selected))
+            paintSelected(painter, option, index);
+        else if (isRich)
             RichTextDelegate::paint(painter, option, index);
         else
             QItemDelegate::paint(painter, option, index);
@@ -37,6 +41,16 @@ public:
     }
 
 private:
+    // In the one colour that can be read on that of a selection.
+    void paintSelected(QPainter *painter, const QStyleOptionViewItem &option,
+                       const QModelIndex &index) const
+    {
+        const QStyleOptionViewItem cell = setOptions(index, option);
+        drawBackground(painter, cell, index);
+        drawDisplay(painter, cell, cell.rect, plainText(index.data().toString()));
+        drawFocus(painter, cell, cell.rect);
+    }
+
     static void drawMark(QPainter *painter, const QStyleOptionViewItem &option, MonsterFit fit)
     {
         const int side = option.fontMetrics.height() / 2;

@@ -1,6 +1,7 @@
 // The encounters' side of the Monster Manager, worked as a user does.
 // links: morvane_ui
 //
+#include <QAbstractButton>
 #include <QAbstractItemModelTester>
 #include <QCheckBox>
 #include <QComboBox>
@@ -128,6 +129,7 @@ private Q_SLOTS:
     void init() { failOnWarnings(); }
     void ratesDifficulty();
     void showsTheTree();
+    void isWorkedByKeys();
     void addsByEachNumbering();
     void editsAMonster();
     void removesMonsters();
@@ -181,6 +183,25 @@ void TestEncounterEditor::showsTheTree()
     QVERIFY(!desk.editor().selected());
     QVERIFY(!desk.find<QLineEdit>("encounterNameEdit").isEnabled());
     QCOMPARE(theEncounters->counters().isModified, 0);
+}
+
+void TestEncounterEditor::isWorkedByKeys()
+{
+    Desk desk;
+    desk.select(0, 0, 0);
+    QStringList names;
+    desk.find<QLineEdit>("encounterFilterEdit").setFocus();
+    const QWidget *first = qApp->focusWidget();
+    do {
+        const auto *button = qobject_cast<QAbstractButton *>(qApp->focusWidget());
+        names << (button ? button->text() : qApp->focusWidget()->accessibleName());
+        QTest::keyClick(qApp->focusWidget(), Qt::Key_Tab);
+    } while (qApp->focusWidget() != first && names.size() < 30);
+    QCOMPARE(names.join(u", "_s),
+             "Filter, Adventures, Encounters, New Encounter, Delete Encounter, Name, Adventure, "
+             "File, Description, Party Size, Party Level, Name, ID, Alias, "
+             "Hide at start of encounter, Add Monster, Remove Monster, Default Numbering, "
+             "Unique IDs");
 }
 
 void TestEncounterEditor::addsByEachNumbering()
