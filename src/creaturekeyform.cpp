@@ -227,6 +227,12 @@ QString yesOrNo(bool value)
     return value ? QStringLiteral("yes") : QStringLiteral("no");
 }
 
+bool isPortraitLine(const QString &line)
+{
+    KeyValue parts;
+    return parseKeyValue(line.toUtf8(), Escapes::Keep, parts) && parts.key == "portrait"_L1;
+}
+
 } // namespace
 
 bool readKeyForm(const QByteArray &bytes, CreatureData &data, const QString &dataFolder)
@@ -277,14 +283,22 @@ bool putPortraitIntoKeyForm(QString &text, const QString &portrait)
         return false;
     QStringList lines = text.split(u'\n');
     const QString line = QStringLiteral("portrait=") + portrait;
-    const auto own = std::find_if(lines.begin(), lines.end(), [](const QString &old) {
-        KeyValue parts;
-        return parseKeyValue(old.toUtf8(), Escapes::Keep, parts) && parts.key == "portrait"_L1;
-    });
+    const auto own = std::find_if(lines.begin(), lines.end(), isPortraitLine);
     if (own != lines.end())
         *own = line;
     else
         lines.insert(1, line);
+    text = lines.join(u'\n');
+    return true;
+}
+
+bool takePortraitFromKeyForm(QString &text)
+{
+    CreatureData ignored;
+    if (!scanKeyForm(text.toUtf8(), ignored))
+        return false;
+    QStringList lines = text.split(u'\n');
+    lines.removeIf(isPortraitLine);
     text = lines.join(u'\n');
     return true;
 }

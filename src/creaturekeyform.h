@@ -20,3 +20,5 @@ QString keyFormOf(const CreatureData &data);
 // a text that isn't a monster's key form. The line of a stat block would be passed over there, and
 // the picture gone with the next start.
 bool putPortraitIntoKeyForm(QString &text, const QString &portrait);
+// Takes that line out; false as above.
+bool takePortraitFromKeyForm(QString &text);

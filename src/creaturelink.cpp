@@ -5,6 +5,7 @@
 #include "safefile.h"
 #include "statblockhandler.h"
 #include "text.h"
+#include "tidystatblock.h"
 
 bool Creature::refreshFromImport(const QString &path)
 {
@@ -44,8 +45,10 @@ bool Creature::importIsCurrent(const QString &path) const
     QByteArray bytes;
     if (readTextFile(path, bytes) != FileText::Read)
         return false;
-    QString text = QString::fromUtf8(toLF(bytes));
-    if (!m_data.portraitFile.isEmpty())
-        text = withPortraitInText(text, m_data.portraitFile);
-    return text == m_savedStatBlock;
+    // The portrait that was chosen here is none of the file's, and its path may be another one by
+    // now. A text that was mended as it came in is the file's as well.
+    const QString text = QString::fromUtf8(toLF(bytes));
+    const QString saved = withoutPortraitInText(m_savedStatBlock);
+    return withoutPortraitInText(text) == saved
+        || withoutPortraitInText(tidyStatBlock(text).text) == saved;
 }

@@ -90,27 +90,44 @@ QString withPortraitInXml(const QString &text, const QString &portrait)
     return text.left(head + 1) + QStringLiteral("\n  ") + element + text.mid(head + 1);
 }
 
-// Index behind the first line that isn't blank, or the whole text.
-qsizetype endOfTitle(const QString &text)
+// Index behind the line that holds the character at `index`.
+qsizetype endOfLine(const QString &text, qsizetype index)
 {
-    qsizetype title = 0;
-    while (title < text.size() && text.at(title).isSpace())
-        ++title;
-    const qsizetype end = text.indexOf(u'\n', title);
+    const qsizetype end = text.indexOf(u'\n', index);
     return end < 0 ? text.size() : end + 1;
 }
 
+// Only a line that is read as the portrait's is replaced: names and sentences hold the word, too. A
+// new one stands below the title, which for a text without any statistics is the whole.
 QString withPortraitInStatBlock(const QString &text, const QString &portrait)
 {
     const QString line = QStringLiteral("Portrait ") + portrait + u'\n';
-    const qsizetype word = text.indexOf("Portrait"_L1);
-    if (word >= 0) {
-        const qsizetype end = text.indexOf(u'\n', word);
-        return text.left(word) + line + (end < 0 ? QString() : text.mid(end + 1));
-    }
-    const qsizetype end = endOfTitle(text);
+    const StatBlockParser::PortraitPlace place = StatBlockParser::portraitPlace(text);
+    if (place.word >= 0)
+        return text.left(place.word) + line + text.mid(endOfLine(text, place.word));
+    const qsizetype end = endOfLine(text, place.titleEnd);
     const QString title = text.left(end);
     return title + (title.endsWith(u'\n') ? u""_s : u"\n"_s) + line + text.mid(end);
+}
+
+QString withoutPortraitInStatBlock(const QString &text)
+{
+    const StatBlockParser::PortraitPlace place = StatBlockParser::portraitPlace(text);
+    return place.word < 0 ? text : text.left(place.word) + text.mid(endOfLine(text, place.word));
+}
+
+// With the line end and the blanks in front, which an element that was put in has of its own.
+QString withoutPortraitInXml(const QString &text)
+{
+    static const QString endTag = QStringLiteral("</PortraitFile>");
+    const qsizetype element = text.indexOf("<PortraitFile>"_L1);
+    const qsizetype end = text.indexOf(endTag, element);
+    if (element < 0 || end < 0)
+        return text;
+    qsizetype start = element;
+    while (start > 0 && text.at(start - 1).isSpace())
+        --start;
+    return text.left(start) + text.mid(end + endTag.size());
 }
 
 } // namespace
@@ -156,6 +173,18 @@ QString withPortraitInText(const QString &text, const QString &portrait)
     if (putPortraitIntoKeyForm(keyForm, portrait))
         return keyForm;
     return withPortraitInStatBlock(text, portrait);
+}
+
+QString withoutPortraitInText(const QString &text)
+{
+    QString rest = text;
+    if (isXmlText(text.toUtf8()))
+        rest = withoutPortraitInXml(text);
+    else if (!takePortraitFromKeyForm(rest))
+        rest = withoutPortraitInStatBlock(text);
+    while (rest.endsWith(u'\n'))
+        rest.chop(1);
+    return rest;
 }
 
 QString replacedName(const QString &text, const QString &oldName, const QString &newName)

@@ -32,3 +32,5 @@ QString replacedName(const QString &text, const QString &oldName, const QString 
 
 // Writes the portrait's path into a monster's text.
 QString withPortraitInText(const QString &text, const QString &portrait);
+// A monster's text without its portrait, to be compared with another. The line ends at its end go.
+QString withoutPortraitInText(const QString &text);

@@ -84,10 +84,12 @@ bool StatBlockAssembler::readLine()
     }
     m_scanner.setTrapMode(m_trapMode);
     const QList<Token> line(tokens.cbegin(), tokens.cend());
-    if (isPath)
+    QList<Token> words = line;
+    words.removeIf([](const Token &each) { return each.kind == TokenKind::WhiteSpace; });
+    if (isPath && namesPicture(StatBlockLine(words)))
         m_pending.emplace_back(line);
     else
-        addPieces(line);
+        addPieces(words);
     return true;
 }
 

@@ -24,6 +24,9 @@ public:
     // What the current line is read as. Noted by advance(), with all that was joined to it.
     void setReading(LineReading reading, bool isSkipped = false);
 
+    // Index into the text of the token's start; -1 for one that isn't of it.
+    qsizetype indexOf(const Token &token) const { return m_scanner.indexOf(token); }
+
     // Whether a line stands behind the current one, `index` lines ahead from 0.
     bool hasAhead(int index);
     // Only where hasAhead() says so.

@@ -74,7 +74,8 @@ bool beginsStatistics(const StatBlockLine &line, bool trapMode)
 {
     const int first = line.first().kind;
     return TokenKind::isIn(first, TokenKind::Tiny, TokenKind::Saving)
-        && !(trapMode && first == TokenKind::Perception);
+        && !(trapMode && first == TokenKind::Perception)
+        && !(first == TokenKind::Portrait && !StatBlockClassifier::namesPicture(line));
 }
 
 Result powerSection(const StatBlockLine &line, bool trapMode)
@@ -315,6 +316,16 @@ StatBlockClassifier::NameEnd StatBlockClassifier::nameEnd(const StatBlockLine &l
 {
     const int end = endOfName(line, start);
     return {end, end > start && end - start >= minTokens && mayFollowName(line, end)};
+}
+
+bool StatBlockClassifier::namesPicture(const StatBlockLine &line)
+{
+    if (line.endsInFullStop())
+        return false;
+    // A picture may have any name; what it has for sure is a full stop.
+    const bool isPlain =
+        !line.contains(TokenKind::FullStop) && !TokenKind::isUsageWord(line.kindAt(1));
+    return !isPlain || !tellsUsage(line, endOfName(line, 0));
 }
 
 int StatBlockClassifier::headerMarks(const StatBlockLine &line, int start)

@@ -80,6 +80,10 @@ struct NameEnd {
 
 NameEnd nameEnd(const StatBlockLine &line, int start, int minTokens);
 
+// Whether a line that begins with the word portrait states a picture's path, and isn't a power's
+// name or a sentence. Without the white space in it.
+bool namesPicture(const StatBlockLine &line);
+
 // How many tokens from `start` on only mark the power's header behind them: bullets, daggers, or a
 // bracket around a letter. 0 where no header follows them.
 int headerMarks(const StatBlockLine &line, int start = 0);

@@ -14,11 +14,12 @@ namespace {
 
 class Reader {
 public:
-    Reader(CreatureData &record, const QString &text, const QString &dataFolder,
-           QList<LineNote> *notes);
+    Reader(CreatureData &record, const QString &text, QList<LineNote> *notes);
 
     // False for a text without a line.
     bool read();
+    // Of the text that was read. The last line that names a portrait counts.
+    const StatBlockParser::PortraitPlace &portraitPlace() const { return m_portraitPlace; }
 
 private:
     void advanceInHeader();
@@ -46,7 +47,7 @@ private:
     StatBlockLine &line() { return m_lines.line(); }
 
     CreatureData &m_record;
-    const QString m_dataFolder;
+    StatBlockParser::PortraitPlace m_portraitPlace;
     StatBlockAssembler m_lines;
     StatBlockPowers m_powers;
 };
@@ -209,9 +210,8 @@ void appendItem(QString &list, const QString &item, QLatin1StringView between)
     list += list.isEmpty() ? item : between + item;
 }
 
-Reader::Reader(CreatureData &record, const QString &text, const QString &dataFolder,
-               QList<LineNote> *notes)
-    : m_record(record), m_dataFolder(dataFolder), m_lines(text, notes), m_powers(m_lines, record)
+Reader::Reader(CreatureData &record, const QString &text, QList<LineNote> *notes)
+    : m_record(record), m_lines(text, notes), m_powers(m_lines, record)
 {
 }
 
@@ -283,6 +283,7 @@ void Reader::readTitle()
     nameCreature(title.text());
     line().setPosition(end);
     readHeader();
+    m_portraitPlace.titleEnd = m_lines.indexOf(line().last()) + line().last().text.size();
 }
 
 // A title is wrapped as any line is.
@@ -365,10 +366,10 @@ bool Reader::readStat(const Token &word)
 void Reader::readPortrait()
 {
     QString path;
+    m_portraitPlace.word = m_lines.indexOf(line().peek(-1));
     while (!line().atEnd())
         path += line().take().text;
     m_record.portraitFile = path.trimmed();
-    resolvePortrait(m_record.portraitFile, m_dataFolder);
 }
 
 bool Reader::readNumber(int &field)
@@ -553,13 +554,23 @@ bool StatBlockParser::parse(CreatureData &record, const QString &text, bool isMo
                             const QString &dataFolder, QList<LineNote> *notes)
 {
     record.isMonster = isMonster;
-    Reader reader(record, text, dataFolder, notes);
+    Reader reader(record, text, notes);
     if (!reader.read())
         return false;
+    if (reader.portraitPlace().word >= 0)
+        resolvePortrait(record.portraitFile, dataFolder);
     sortPowers(record);
     const QString *signs[] = {&record.portraitFile, &record.name, &record.charClass, &record.group,
                               &record.type,         &record.race, &record.role,      &record.speed};
     return std::count_if(std::begin(signs), std::end(signs),
                          [](const QString *sign) { return !sign->isEmpty(); })
         >= 4;
+}
+
+StatBlockParser::PortraitPlace StatBlockParser::portraitPlace(const QString &text)
+{
+    CreatureData ignored;
+    Reader reader(ignored, text, nullptr);
+    reader.read();
+    return reader.portraitPlace();
 }

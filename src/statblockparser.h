@@ -16,4 +16,11 @@ namespace StatBlockParser {
 bool parse(CreatureData &record, const QString &text, bool isMonster, const QString &dataFolder,
            QList<LineNote> *notes = nullptr);
 
+// Where a portrait's line belongs in a text.
+struct PortraitPlace {
+    qsizetype word = -1; // index of the word that begins it; -1 where no line names a portrait
+    qsizetype titleEnd = 0; // index behind the title, which may have several lines
+};
+PortraitPlace portraitPlace(const QString &text);
+
 } // namespace StatBlockParser
