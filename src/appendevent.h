@@ -6,8 +6,9 @@
 #include "history.h"
 #include "outsidechanges.h"
 
-// Makes the event, whose last argument is the stream, and applies it; of an event without arguments
-// a new one. For what changed outside the history: commands call appendEvent().
+// Makes the event and applies it; its constructor takes the stream last. An event without arguments
+// takes the stream and whether it is read. Only for what changed outside the history: commands call
+// appendEvent().
 template <typename EventClass, typename... Arguments>
 void appendTo(ObjectStream *stream, Arguments &&...arguments)
 {
@@ -27,8 +28,8 @@ inline ObjectStream *streamForEvent()
     return stream;
 }
 
-// A command's event, of those arguments. False when the log can't be written: nothing has happened
-// then.
+// Makes and applies a command's event with those arguments. False when the log can't be written:
+// nothing has happened then.
 template <typename EventClass, typename... Arguments>
 bool appendEvent(Arguments &&...arguments)
 {

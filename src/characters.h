@@ -28,8 +28,9 @@ public:
     NameState nameState(const QString &name, const Creature *except = nullptr) const;
     // `name`, or with the first number from 2 that no character but `except` has.
     QString uniqueName(const QString &name, const Creature *except = nullptr) const;
-    // With `free` the character moves to the deleted ones; without, the caller gets it. A deletion
-    // that saveAll() carries out and revertAll() takes back has isDeleted() set.
+    // With `free` the character moves to the deleted ones; without, the caller becomes its owner. A
+    // deletion that can still be taken back isn't done by this: setDeleted() marks it until
+    // saveAll() or revertAll().
     std::unique_ptr<Creature> remove(int index, bool free);
     QString newName() const;
     // A new character, ready for the Character Creator; neither added nor flagged.

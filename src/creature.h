@@ -15,12 +15,12 @@ class Effect;
 struct AttributeModifiers;
 
 class Creature;
-// What a collection answers that is asked for a name nobody else in it has: the given one, or that
-// with a number behind. `self` doesn't count. An empty function lets every name pass.
+// Gives a name that no other creature of the collection has: `name`, or `name` with a number behind
+// it. `self` may have it already. An empty function stands for one that gives `name`.
 using UniqueName = std::function<QString(const QString &name, const Creature *self)>;
 
-// While one lives, a creature's displayName() is the one that the players may know: the alias while
-// it is shown, and of a hidden creature none at all.
+// While one lives, displayName() gives what the players may know: the alias while it is shown, and
+// nothing for a hidden creature.
 class PlayersNames {
 public:
     PlayersNames() { ++s_count; }
@@ -95,8 +95,8 @@ public:
     // Sets the name and rebuilds statBlock.
     void rename(const QString &name);
     void setGroup(const QString &group);
-    // Any other field of a character as its editor sets it, and the score of an ability, whose
-    // stated modifier then no longer holds. The text is written anew. Nothing calls them yet.
+    // Sets any other field of a character, for its editor, and rebuilds statBlock. A new score of
+    // an ability drops the modifier that its file stated. Nothing calls them yet.
     template <typename Value>
     void setField(Value CreatureData::*field, const std::type_identity_t<Value> &value)
     {
@@ -221,7 +221,7 @@ public:
     // What the players may see: a monster's health in steps of 0, 50, 90 and 100.
     int playersHpPercent() const;
 
-    // What the rules of a blow and of a healing begin with, previews included.
+    // The numbers that a blow or a healing starts from, previews included.
     Health health() const { return {currHP(), tempHP(), currHS()}; }
     // `attacker` may be null; with one, the hit gets a number in the order of all hits.
     void takeDamage(int amount, const Creature *attacker);

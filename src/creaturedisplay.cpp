@@ -227,7 +227,7 @@ void CreatureDisplay::fitGroup(const QLabel *content)
     group->setFixedHeight(qBound(height, height + more, height + WrappedHeight - GroupHeight));
 }
 
-// The creature's state and initiative, or while editing its description.
+// The creature's state and initiative; its description while it is edited.
 QString CreatureDisplay::subText(const Creature *creature) const
 {
     if (m_editing)

@@ -131,7 +131,7 @@ bool Creature::save()
         return false;
     if (dataReadOnly)
         return false;
-    // A log that is older than the file would name somebody whom no file has by then.
+    // The log must know of a new name first, or it would name a creature that no file has any more.
     Q_EMIT switchBoard()->doBeforeSave();
     const QString fileName = m_fileName.isEmpty() ? newFileName(*this) : m_fileName;
     if (!saveWhole(creaturePath(fileName, hasMonsterFile()), toCRLF(m_data.statBlock.toUtf8())))

@@ -16,8 +16,8 @@ bool isUsableName(const QString &name);
 // Replaces a bad record by a visibly invalid one that keeps the text. False when it did.
 bool validate(CreatureData &data, bool isMonster, const QString &fileName);
 
-// Has a number appended to the key name until no other creature of its kind but `self` has it. The
-// function may be empty: every name is free then.
+// Appends a number to the key name while another creature of its kind than `self` has it. With an
+// empty function every name is free.
 void makeUnique(CreatureData &data, bool isMonster, const UniqueName &uniqueName,
                 const Creature *self = nullptr);
 

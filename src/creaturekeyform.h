@@ -16,9 +16,8 @@ bool isKeyForm(const QByteArray &bytes);
 // What the keys tell of a character, and the stat block that it once was as one line.
 QString keyFormOf(const CreatureData &data);
 
-// Writes the portrait's path into the text's own line of a key. False, and the text as it was, for
-// a text that isn't a monster's key form. The line of a stat block would be passed over there, and
-// the picture gone with the next start.
+// Writes the portrait's path as a "key=value" line, the only form of it that a load of such a text
+// reads. False, and the text as it was, for a text that isn't a monster's key form.
 bool putPortraitIntoKeyForm(QString &text, const QString &portrait);
 // Takes that line out; false as above.
 bool takePortraitFromKeyForm(QString &text);

@@ -200,7 +200,8 @@ QString replacedName(const QString &text, const QString &oldName, const QString 
     QStringList words = before.split(u' ', Qt::SkipEmptyParts);
     for (QString &word : words)
         word = QRegularExpression::escape(word);
-    // Not by the expression's own replacement, in which a backslash means something.
+    // Not by replace() with the expression, in which a backslash of the new name would mean
+    // something.
     const QRegularExpression spaced(words.join("\\s+"_L1),
                                     QRegularExpression::UseUnicodePropertiesOption);
     qsizetype from = 0;

@@ -401,7 +401,7 @@ UnsavedItems unsavedItems(const Collection &collection, const char *plural)
     return {.count = int(names.size()), .name = names.value(0), .plural = translated(plural)};
 }
 
-// By their windows, which show what became of it.
+// Saved by its window, where there is one, which then shows the new state.
 void saveCharacters()
 {
     if (theCharacterWindow)

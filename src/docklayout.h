@@ -20,18 +20,19 @@ class DockLayout : public QObject {
 public:
     enum Dock { CurrentDock, SelectedDock, HistoryDock, EffectsDock, PlayersViewDock, DockCount };
 
-    // Behind the initiative list, which brings the selection in line with the encounter first.
+    // Made after the initiative list, so that the list follows a change of the encounter first and
+    // the panels then find the right selection.
     explicit DockLayout(QMainWindow *window);
 
     CreatureWidget *currentPanel() const { return m_currentPanel; }
     CreatureWidget *selectedPanel() const { return m_selectedPanel; }
-    // Of the selected creature, when it's the only one.
+    // The effects of the selected creature; none while several are selected.
     EffectListModel *effects() const { return m_effects; }
     PlayersPreview *playersPreview() const { return m_playersPreview; }
-    // What shows and hides a dock.
+    // The action that shows and hides a dock.
     QAction *toggle(Dock dock) const;
     QList<QAction *> toggles() const;
-    // Takes whether the dock is hidden now for what the DM wants.
+    // Notes as the DM's wish whether the dock is hidden now.
     void rememberHidden(Dock dock);
 
     // Takes from the docks beside the centre what a form there lacks in width, in pixels; widen()

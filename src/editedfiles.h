@@ -8,13 +8,14 @@
 
 class QDateTime;
 
-// The characters whose files were written after the log. Their numbers are those that their texts
-// state, in place of those that the log knew; the next command logs the difference.
+// The characters whose files were written after the log. They have the numbers of their files, no
+// longer those of the log; the next command logs the difference.
 class EditedFiles {
 public:
     // After a replay of a log that was last written at that time.
     void find(const QDateTime &logWritten);
-    // Around each step through the history: what an event does hangs on the numbers of the log.
+    // Called before and after each step through the history: events must run with the numbers of
+    // the log.
     void putNumbersBack() const;
     void takeNumbers();
     QList<Creature *> characters() const;

@@ -82,8 +82,7 @@ Creature *Effect::decidingCreature() const
 
 QString Effect::fullText() const
 {
-    // Not by +, whose operands would have to outlive a temporary expression.
-    return conditionText().append(durationText());
+    return conditionText() + durationText();
 }
 
 QString Effect::conditionText() const
@@ -150,7 +149,8 @@ void Effect::accumulate(AttributeModifiers &modifiers) const
         add(modifiers, AllDefences, DefensiveActionBonus);
         break;
     case EffectType::SecondWind:
-        // One's own: that which another creature gave heals, but shields nobody.
+        // Only a second wind of its own shields a creature; one that another creature gave just
+        // heals.
         if (!m_origin || m_origin == m_target)
             add(modifiers, AllDefences, DefensiveActionBonus);
         break;

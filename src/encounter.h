@@ -83,7 +83,7 @@ public:
     void setPosition(const EncounterPosition &position);
     void setCurrentIndex(int index);
     void setEntry(const EncounterEntry &entry);
-    // With the turn passed to the creature before, where the current one goes.
+    // Where the current creature goes, the one before it becomes current.
     void remove(const QList<Creature *> &creatures);
     void remove(Creature *creature);
     void insert(int index, Creature *creature);

@@ -56,7 +56,7 @@ VitalityBefore vitalityBefore(const CreatureList &creatures)
 void restoreVitality(const VitalityBefore &before)
 {
     applyVitality(before.live);
-    // An extended rest leaves the two apart.
+    // The shadows may differ from the live numbers: an extended rest leaves them so.
     for (const CreatureVitality &each : before.shadows)
         each.creature->setShadowVitality(each);
 }

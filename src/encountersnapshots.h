@@ -33,5 +33,5 @@ void applyItems(const QList<CreatureItem> &items);
 // Backwards: of a creature that was rolled twice the first entry is the older.
 void restoreItems(const QList<CreatureItem> &items);
 
-// Of the main window, after a creature has left the order or come back.
+// For after a creature has left the order or come back.
 void refreshTurnActions();

@@ -75,10 +75,10 @@ public:
 // arguments: what undo needs is captured from the state at construction, which is the same when a
 // log is replayed in order. So nothing may change between construction and the first redo().
 //
-// A class has a constructor that names the fields of its record, with the event's arguments and a
-// stream to write them to, and one that has them read: the same with no arguments and a record to
-// read. Both leave the stream at the record's start. A creature, effect or power that a damaged log
-// names in vain is null, and what an event would do with it isn't done.
+// Each class has one constructor that names the fields of the record, with the event's arguments:
+// on a stream to write to it writes them. Another one calls it with empty arguments and a record to
+// read, and the fields fill them. Both leave the stream at the record's start. A creature, effect
+// or power that a damaged log names in vain is null, and what an event would do with it isn't done.
 class Event : public QObject {
     Q_OBJECT
 

@@ -84,8 +84,8 @@ constexpr bool isInOrder()
 }
 static_assert(isInOrder() && readers.size() + 1 == EventType::End);
 
-// In front of a type that tells none, so that the next event takes its place: behind it nobody
-// would read that event. Or to the end of the data.
+// Puts the position in front of a type field that names no event, or at the end of the data. The
+// next event is written there: behind such a field nobody would read it.
 void seekType(ObjectStream *stream, int offset)
 {
     stream->seek(offset);

@@ -10,7 +10,7 @@ namespace {
 // A field takes a tag and a length at least, and each item of a list has several.
 constexpr int LeastItemSize = 3;
 
-// What a list is read without.
+// Items of a list that aren't kept when it is read.
 bool isNothing(Creature *creature)
 {
     return !creature;
@@ -66,8 +66,8 @@ void EventRecord::list(int sizeTag, QList<Item> &items) const
         return;
     }
     items.clear();
-    // By its own record, not by the file: or the same size would be believed once the log has
-    // grown.
+    // Compared with its own record, not with the file: otherwise the same wrong size would pass
+    // once the log has grown.
     if (!m_stream->recordHolds(qint64(count) * LeastItemSize))
         return;
     for (int i = 0; i < count; ++i) {

@@ -20,7 +20,8 @@ struct CreatureInit;
 // as 0.
 class EventRecord {
 public:
-    // A stream alone stands for a record that is written to it. Of one to read the type is behind.
+    // A stream alone is one to write the record to. With `isReading` the type has been read
+    // already.
     EventRecord(ObjectStream *stream, bool isReading = false)
         : m_stream(stream), m_isReading(isReading)
     {

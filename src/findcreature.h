@@ -4,8 +4,8 @@
 class Creature;
 class QString;
 
-// The creature of a display name as events and files write it: a character of the whole name, else
-// the monster of "Group (Name)", the name being what the last brackets hold that stand behind the
-// group of a template, or all behind the first " (". Empty gives null. With `create` false a name
-// that nobody has gives null; with `create` true a stand-in with isMissing() set.
+// The creature that events and files mean by a display name: a character with that whole name, or
+// else the monster of "Group (Name)". The last bracket that stands behind the group of a template
+// begins the name; without such a template the first " (" does. Empty gives null. With `create`
+// false a name that nobody has gives null; with `create` true a stand-in with isMissing() set.
 Creature *findCreature(const QString &displayName, bool create);

@@ -9,11 +9,11 @@
 // A size of the Player's Display in pixels of the screen, at least one; the zoom in per cent.
 int zoomed(qreal size, int percent);
 
-// What a line of rich text is high, bold or not. The toolkit rounds each line up.
+// Height of a line of rich text, bold or not. The toolkit rounds each line up.
 int lineHeight(const QFont &font);
 
-// Lays the document out in that width and cuts what is wider or lower down, with an ellipsis for
-// it. Whether it wraps is the document's own option.
+// Lays the document out in the width of `room` and cuts what doesn't fit, with an ellipsis in its
+// place. Whether it wraps is the document's own option.
 void fitText(QTextDocument &document, const QSizeF &room);
 
 // A label of rich text that is never cut without an ellipsis. Its place decides how much is shown,
@@ -28,7 +28,7 @@ public:
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
     int heightForWidth(int) const override { return -1; }
-    // What the text is wide in one line in that font.
+    // Width of the text on one line in that font.
     qreal widthIn(const QFont &font) const;
 
 protected:

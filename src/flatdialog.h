@@ -22,7 +22,7 @@ public:
     // The widget that the main window shows and focuses: the dialog itself, whose focus proxy says
     // which of its fields gets the keys.
     virtual QWidget *focusWidget();
-    // Not 0 when the dialog fills the page exactly, as one with a table does; with 0 it keeps its
+    // Any number but 0 stretches the dialog to the page, for one with a table; with 0 it keeps its
     // own height and the page scrolls.
     virtual int widgetCount() const;
     // Runs after the dialog has left the page and before exec() returns.
@@ -46,8 +46,8 @@ protected:
     static int resultOf(const QAbstractButton *button);
     // "okButton", the default, accepts, and "cancelButton" rejects.
     QDialogButtonBox *okCancelRow();
-    // The panel of the current creature shows this one while the dialog asks about it, null nobody;
-    // and its own again.
+    // Shows the creature that the dialog asks about in the panel of the current creature; null
+    // empties it. returnPanel() shows the current creature again.
     static void showInPanel(Creature *creature);
     static void returnPanel();
     // The players see the creature with that rich text; null ends it.

@@ -8,7 +8,8 @@
 #include "progress.h"
 
 struct FolderAccess {
-    // Of the folder, taken or not. Null for the folder that the history has the lock of already.
+    // The lock of the folder, taken or not. Null for the folder that the history has the lock of
+    // already.
     std::unique_ptr<LogLock> lock;
     // Why nothing may be written, as LogLock tells it; empty when the folder is written to.
     QString lookReason;

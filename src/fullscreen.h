@@ -16,7 +16,7 @@ public:
     explicit FullScreen(QWidget *window);
 
     bool isOn() const { return m_isOn; }
-    // Of the screen that was chosen last, there or not.
+    // Name of the screen that was chosen last, whether it is there or not.
     const QString &screenName() const { return m_screenName; }
     // The window's place when it isn't in full screen.
     QByteArray geometry() const;

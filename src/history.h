@@ -71,7 +71,7 @@ public:
     int eventOffset(int index) const;
     // Index of the last event that is applied; -1 for none.
     int position() const { return m_position; }
-    // Those of whose files the next command tells the log, in the encounter or not.
+    // The characters whose edited files the next command logs, in the encounter or not.
     QList<Creature *> editedCharacters() const { return m_editedFiles.characters(); }
     // The latest visible events of the running encounter, newest first.
     QList<Event *> recentVisibleEvents(int maxCount) const;
@@ -116,7 +116,7 @@ private:
 
     QList<Entry> m_events;
     int m_position = -1;
-    std::unique_ptr<LogLock> m_lock; // given back behind the last write
+    std::unique_ptr<LogLock> m_lock; // outlives the stream: given back after the last write
     std::unique_ptr<ObjectStream> m_stream;
     DeviceFactory m_makeDevice;
     LogDamage m_damage;

@@ -46,7 +46,7 @@ public:
     // A form of the entries as they now are; the one built before is no longer followed.
     QWidget *buildForm(int verticalSpacing);
     void setAllExpanded(bool expanded);
-    // One for each name of the form, and one for each creature that takes no turns.
+    // One item for each name of the form, and one for each creature that takes no turns.
     QList<CreatureInit> items() const;
     QSpinBox *firstSpinBox() const;
     // Whom the box rolls for, null for any other widget, and what the players are told when it gets

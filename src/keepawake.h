@@ -34,6 +34,6 @@ private:
     QPointer<QThread> m_connecting;
     bool m_isConnected = false;
     bool m_isWanted = false;
-    int m_request = 0; // an answer to an earlier one is given back
+    int m_request = 0; // number of the latest; a cookie for an earlier one is handed back
     std::array<std::optional<uint>, ServiceCount> m_cookies;
 };

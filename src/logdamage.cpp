@@ -10,7 +10,7 @@
 
 namespace {
 
-// Of the events' records, in the order of the type numbers, from 1.
+// The end tags of the events' records, in the order of the type numbers from 1.
 constexpr std::array EndTags {
     ID_START_ENCOUNTER_EVENT_END,
     ID_NEXT_TURN_EVENT_END,
@@ -104,8 +104,8 @@ private:
 
     LogSource m_source;
     qint64 m_size;
-    // In bytes fetched and fields looked at: a file made for it could have a walk to the end begin
-    // at each byte.
+    // Counts bytes fetched and fields looked at. Without this bound a file could be made in which
+    // every byte starts a walk to the end.
     qint64 m_costLeft;
     QByteArray m_window;
     qint64 m_windowAt = 0;
@@ -148,7 +148,7 @@ Field LogScan::fieldAt(qint64 offset)
     return {next > m_size ? Field::CutShort : Field::Whole, tag, next, length};
 }
 
-// 0 where no event's type stands.
+// The type of the event that begins there; 0 for none.
 int LogScan::typeAt(qint64 offset)
 {
     const QByteArrayView type = bytesAt(offset, TypeFieldSize);
@@ -244,8 +244,8 @@ bool LogScan::isInterruptedWrite(qint64 offset)
     return head.startsWith(TypeHead.first(TagSize)) && head.endsWith('\xff');
 }
 
-// Whether the fields from there on are none that a log has, up to one that runs on behind the file.
-// Those of a log are its end, cut short.
+// False where the bytes from there on are fields of a log, up to one that runs on behind the end of
+// the file: that is only a log's end, cut short.
 bool LogScan::isJunk(qint64 offset)
 {
     const auto tags = QMetaEnum::fromType<StreamTags::StreamTag>();

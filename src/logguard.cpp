@@ -17,7 +17,7 @@
 
 namespace {
 
-// Most logs as a whole, and the last records of all, in a few microseconds.
+// Holds most logs as a whole and the last records of any, and takes a few microseconds to compare.
 constexpr qint64 LastBytes = 64 * 1024;
 
 QString translated(const char *text)
@@ -94,8 +94,8 @@ QString LogGuard::takeMessage()
     return std::exchange(m_message, QString());
 }
 
-// Between two commands any change shows in the times of the file, and has it compared as a whole.
-// Behind a command they are the program's own, and its last bytes have to do.
+// Between two commands a change shows in the file's times, and the whole file is then compared.
+// After a command the times are the program's own, so only the last bytes are compared.
 bool LogGuard::isUntouched()
 {
     struct stat open = {};

@@ -41,9 +41,9 @@ private:
     QString m_path;
     QString m_message;
     Stamp m_stamp; // of the file when it was last found as it was written
-    dev_t m_disk = 0; // that the folder lies on
-    int m_writes = 0; // of the stream by then
-    QString m_copy; // of what stands there as long as the log is away
-    bool m_isFolderNew = false; // it had to be made again, of which the user doesn't know
-    bool m_isAway = false; // the log isn't in its place, of which the user knows
+    dev_t m_disk = 0; // the one that the folder lies on
+    int m_writes = 0; // writeCount() of the stream at that time
+    QString m_copy; // path of the copy of what stands in the log's place while it is away
+    bool m_isFolderNew = false; // was made again, and the user wasn't told yet
+    bool m_isAway = false; // the log isn't in its place, and the user was told
 };

@@ -30,7 +30,8 @@ QString realPath(const QString &folder)
     return path.isEmpty() ? QDir::cleanPath(QFileInfo(folder).absoluteFilePath()) : path;
 }
 
-// What would have the attempt wait for ever (a pipe), lead elsewhere (a link) or can't be replaced.
+// True for what would block the attempt for ever (a pipe), lead elsewhere (a link) or can't be
+// replaced (a folder, a large file).
 bool isNoLock(const QString &path)
 {
     const QFileInfo file(path);
@@ -132,10 +133,10 @@ LogLock::Result LogLock::attempt(int patience)
     return describeHolder();
 }
 
-// Where the toolkit sees a holder or can't tell. The system's own lock on the file dies with its
-// holder, and the file is only removed where nobody has that: so a process that has got the number
-// of the dead one doesn't count. One remover at a time, or the second takes the first one's new
-// lock away.
+// For when the toolkit sees a holder or can't tell. The system's own lock on the file dies with its
+// holder, so the file is removed only where nobody has that lock; another process with the number
+// of the dead one doesn't count as its holder. One remover at a time, or the second would take the
+// first one's new lock away.
 bool LogLock::removeLeftOver()
 {
     QLockFile remover(removerName());

@@ -22,14 +22,16 @@ public:
     // Gives it back.
     ~LogLock();
 
-    // Waits a moment for one who only looks whether it is free. Keeps what it has.
+    // Waits a moment, as another program may hold it just to see whether it is free. Does nothing
+    // when it is taken already.
     Result take();
     void giveBack();
     bool isTaken() const { return m_file->isLocked(); }
-    // Where the taken lock's file went with its folder, and that has been made anew: makes it
-    // again.
+    // Makes the file of the taken lock again where it went with its folder and the folder was made
+    // anew.
     void renew();
-    // Somebody else has it still. What isn't taken is tried and given back at once.
+    // Whether somebody else has it. A lock that isn't taken is tried for that, and given back at
+    // once.
     bool isHeldElsewhere();
     // Whether that is the folder of this lock, on whatever road it is reached.
     bool isOf(const QString &folder) const;

@@ -60,7 +60,7 @@ private:
                            void (MonsterEditor::*slot)());
     QWidget *createButtons();
     QWidget *createTabs();
-    // `pasted` is shown by a step back in the text, where it isn't null.
+    // Where `pasted` isn't null, one step of undo in the text brings it back.
     void addNew(std::unique_ptr<Creature> creature, const QString &pasted = QString(),
                 const QStringList &changes = {});
     void showText(const QString &text);

@@ -34,7 +34,7 @@ public:
     // as it is, and adds what a load makes of it, as saved. Null, and no file left behind, where
     // it gives no creature. A deleted entry that has the file comes back as it is.
     Creature *takeFile(const QString &path);
-    // With `free` the creature is destroyed; without, the caller gets it.
+    // With `free` the creature is destroyed; without, the caller becomes its owner.
     std::unique_ptr<Creature> remove(int index, bool free);
     QString newName() const;
     // A new monster with the starter text, ready for the Monster Manager; neither added nor

@@ -32,7 +32,7 @@ bool isSameName(const QString &a, const QString &b)
     return a.compare(b, Qt::CaseInsensitive) == 0;
 }
 
-// What the renames from that index on make of the name.
+// The name that the renames from that index on lead to.
 QString lastName(QString name, const QList<Rename> &renames, qsizetype from)
 {
     for (; from < renames.size(); ++from) {
@@ -42,7 +42,7 @@ QString lastName(QString name, const QList<Rename> &renames, qsizetype from)
     return name;
 }
 
-// No name in a log or a file is so.
+// A name that stands in no log and no file.
 QString nobodysName(const QString &name)
 {
     return name + QChar(0x1f);
@@ -65,7 +65,8 @@ void NamesInLog::takeBack(ObjectStream &stream)
         if (!hero)
             continue;
         if (Creature *other = holders.take(oldName.toCaseFolded())) {
-            // Who has the old name later can't have been meant by it so far.
+            // The present holder of the old name got it only later: up to here the log meant
+            // another by it.
             const QString name = names.value(other, other->name());
             m_waiting.append({other, name, i});
             m_heroes.append({other, other->name(), lastName(name, renames, i + 1)});
@@ -101,7 +102,7 @@ void NamesInLog::finish()
         if (!hero.creature || isSameName(hero.creature->name(), hero.lastInLog))
             continue;
         hero.creature->setName(hero.nameOfFile);
-        // Of one who fights, the next command tells the log.
+        // The next command logs it for a hero in the encounter.
         if (theEncounter->contains(hero.creature))
             theEncounter->markVitalityStale();
         else

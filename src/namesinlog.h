@@ -10,16 +10,16 @@
 
 class ObjectStream;
 
-// Around a replay: the heroes go back to the names that they had when the log began, and the
-// renames in the log give them those of their files one by one.
+// Used around a replay: before it the heroes go back to the names that they had when the log began,
+// and the renames in the log then lead to those of their files one by one.
 class NamesInLog {
 public:
-    // Of the renames ahead of the stream's position, which stays.
+    // Gives the heroes their old names, by the renames that lie ahead in the stream. Its position
+    // stays.
     void takeBack(ObjectStream &stream);
-    // Behind each rename of the replay.
+    // Called after each rename of the replay.
     void notePassed();
-    // Whom the replay didn't bring to the last name that the log has for them is called as the file
-    // says.
+    // A hero whom the replay didn't bring to the last name in the log takes the name of the file.
     void finish();
 
 private:
@@ -28,7 +28,7 @@ private:
         QString nameOfFile;
         QString lastInLog;
     };
-    // Has its name only once the rename of that index has freed it.
+    // Gets its name only after the rename of that index, which frees it.
     struct Waiting {
         QPointer<Creature> creature;
         QString name;

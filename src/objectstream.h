@@ -96,8 +96,8 @@ public:
     const QString &version() const { return m_version; }
     const QString &created() const { return m_created; }
 
-    // What tells a changed file from the one that was written. The bytes that the device holds for
-    // certain, from its start; good until the next read or write.
+    // The bytes that the device holds for certain, from its start, to tell whether somebody changed
+    // the file. Good until the next read or write.
     QByteArrayView written() const;
     // The size in which the last write left the device.
     qint64 writtenSize() const { return m_deviceSize; }
@@ -107,8 +107,8 @@ public:
     int handle() const { return m_handle; }
     // All that the log has to hold, its end marker included. Reads what wasn't read so far.
     QByteArray wholeLog();
-    // Nothing reaches the device any more, which isn't the log: the stream is behind until it gets
-    // another one.
+    // Writes nothing more to the device, which isn't the log any more: the stream is behind until
+    // it gets another device.
     void detach();
     bool isDetached() const { return m_detached; }
     // Takes over an open device that holds wholeLog().

@@ -47,13 +47,14 @@ void logRename(const NewName &rename, ObjectStream *stream)
     Creature *creature = rename.creature;
     appendTo<RenameCreatureEvent>(stream, nameInLog(creature, creature->name()),
                                   nameInLog(creature, rename.name));
-    // Of one that isn't in the fight the event knows nothing.
+    // The event passes over a creature outside the encounter.
     creature->setName(rename.name);
     creature->setNameBefore(rename.name);
 }
 
-// For the log everybody has the old name until the rename is logged. Each goes once its new name is
-// free; heroes who change places go by a name that nobody has.
+// Until its rename is logged, each creature goes back to its old name, which the log knows. A
+// rename is logged as soon as its new name is free; where heroes swapped their names, one first
+// takes a name that nobody has.
 void logRenames(const QList<Creature *> &creatures, ObjectStream *stream)
 {
     QList<NewName> renames;
@@ -85,8 +86,8 @@ void logRenames(const QList<Creature *> &creatures, ObjectStream *stream)
     }
 }
 
-// Whoever isn't in the encounter now would be forgotten, as the log is newer than the file from now
-// on.
+// Edited heroes outside the encounter count too: once the log is newer than their files, nothing
+// would tell that these were edited.
 QList<Creature *> namedInLog()
 {
     QList<Creature *> creatures = theEncounter->creatures().list();
@@ -119,8 +120,8 @@ void checkVitality(ObjectStream *stream)
     // A copy: the events may change the list.
     const QList<Creature *> creatures = namedInLog();
     takeNamesOfFiles(creatures);
-    // Names first, since a record names its creature as it is called by now, and whoever reads the
-    // log must know of that name. Without a name before, no log names the creature.
+    // Names first: a record calls its creature by the present name, which the log must have told
+    // before.
     logRenames(creatures, stream);
     for (Creature *creature : creatures) {
         if (hasNewNumbers(creature))

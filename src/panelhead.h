@@ -15,7 +15,7 @@ class PanelHead : public QFrame {
 public:
     explicit PanelHead(int height, QWidget *parent = nullptr);
 
-    // From the top. The label becomes the frame's.
+    // From the top. The frame becomes the label's owner.
     void addLine(QLabel *line);
     // HTML. Takes effect with fitLines().
     void setLine(const QLabel *line, const QString &html);

@@ -147,8 +147,8 @@ bool SvgCheck::isHarmlessLink(QStringView element, const QString &target)
 bool SvgCheck::isDrawnInTime() const
 {
     QList<double> costs(m_elements.size());
-    // Each round carries the cost of what is referred to one reference further. A reference to
-    // itself never comes to rest.
+    // Each round adds the cost of what is drawn by one more step of reference. With a reference to
+    // itself the costs grow in every round.
     for (int round = 0; round <= maxNesting; ++round) {
         QList<double> next(m_elements.size());
         for (qsizetype i = m_elements.size() - 1; i >= 0; --i) {

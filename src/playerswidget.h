@@ -21,10 +21,10 @@ public:
 protected:
     static constexpr int SmallestFont = PlayersView::SmallestFont;
     static constexpr int LargestFont = PlayersView::LargestFont;
-    // In the type of a panel: what a line is high, and the lines of one at the bottom.
+    // Line height as a multiple of a panel's type size, and the lines of a panel at the bottom.
     static constexpr qreal LineSpacing = 1.25;
     static constexpr int BottomLines = 5;
-    static constexpr int Spacing = 5; // pixels at a zoom of 100 per cent, as the next one
+    static constexpr int Spacing = 5; // pixels at a zoom of 100 per cent, like EdgeMargin
     static constexpr int EdgeMargin = 2;
 
     int zoom() const { return m_zoom; }

@@ -135,7 +135,7 @@ QString formId(const IdForm &form, int scheme, bool hasPrefix)
 
 // --- reading ---
 
-// What a line depends on: those above it.
+// What the lines above tell of a line.
 struct PreparedEncounter::Reading {
     bool groupsAllowed = false;
     QHash<QString, qsizetype> currentGroup; // index of the first monster of each ID

@@ -366,7 +366,7 @@ void RenameCreatureEvent::redo()
     renamed->setNameBefore(renamed->name());
 }
 
-// Of two creatures with one name, one being in the library only, the one that fights.
+// Prefers the creature in the encounter to one of the same name in the library.
 Creature *RenameCreatureEvent::findFighter(const QString &name)
 {
     for (Creature *creature : theEncounter->creatures()) {
@@ -376,8 +376,8 @@ Creature *RenameCreatureEvent::findFighter(const QString &name)
     return findCreature(name, false);
 }
 
-// The creature of the fight takes over the record of the one that the library has under the new
-// name. Other events may still point at that one, so that it stays alive.
+// The creature of the fight takes over the record that the library has under the new name. Other
+// events may still point at the library's creature, so it stays alive.
 void RenameCreatureEvent::merge(Creature *missing, Creature *found)
 {
     missing->copyFrom(found);

@@ -134,7 +134,7 @@ bool StatBlockAssembler::dropMarks(StatBlockLine &line) const
     return !line.isEmpty();
 }
 
-// For the lines that were read before the two flags came together.
+// For lines that were read ahead before both flags were set.
 void StatBlockAssembler::dropPendingMarks()
 {
     std::erase_if(m_pending, [this](StatBlockLine &line) { return !dropMarks(line); });
@@ -181,7 +181,7 @@ void StatBlockAssembler::setReading(LineReading reading, bool isSkipped)
     m_note.isSkipped = isSkipped;
 }
 
-// A token that was put in isn't of the text.
+// Tokens that the assembler put in have no place in the text and are passed over.
 void StatBlockAssembler::noteLine()
 {
     const auto isOfText = [this](const Token &token) { return m_scanner.indexOf(token) >= 0; };

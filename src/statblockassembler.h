@@ -10,16 +10,16 @@
 
 class StatBlockAssembler {
 public:
-    // Writes into `notes` what each line was read as; null for nobody who asks.
+    // Writes into `notes` what each line was read as; `notes` may be null.
     explicit StatBlockAssembler(const QString &text, QList<LineNote> *notes = nullptr);
 
     // Makes the next line the current one and settles its kind by the kind of the line before.
     void advance();
 
-    // The current line; its read position is its reader's.
+    // The current line. Readers move its read position; the assembler leaves it alone.
     StatBlockLine &line() { return m_line; }
     int lineKind() const { return m_lineKind; }
-    // What the next line will be judged by in place of the current line's own kind.
+    // Has the next line judged as if the current one were of that kind.
     void setLineKind(int kind) { m_lineKind = kind; }
     // What the current line is read as. Noted by advance(), with all that was joined to it.
     void setReading(LineReading reading, bool isSkipped = false);

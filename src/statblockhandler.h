@@ -25,7 +25,7 @@ private:
 
     QString m_dataFolder;
     PortraitCopy m_copy;
-    // Of the RulesElement that elementCount() stood at then.
+    // Name and type of the last RulesElement, each with the elementCount() at which it was read.
     QString m_lastName;
     int m_nameElement = 0;
     QString m_lastType;

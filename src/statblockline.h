@@ -23,7 +23,7 @@ public:
     const QList<Token> &tokens() const { return m_tokens; }
     int size() const { return static_cast<int>(m_tokens.size()); }
     bool isEmpty() const { return m_tokens.isEmpty(); }
-    // Beyond the last token, and before the first, a line end.
+    // A line end for an index out of range.
     const Token &at(int index) const
     {
         return index >= 0 && index < size() ? *(m_tokens.constData() + index) : lineEnd;

@@ -92,7 +92,7 @@ bool endsName(const StatBlockLine &line, int index, int lastRole)
     }
 }
 
-// From `from` on; the line's size if the name goes on through its end.
+// Index behind the name that begins at `from`; the line's size if the whole rest is the name.
 int endOfName(const StatBlockLine &line, int from)
 {
     int lastRole = line.size() - 1;

@@ -38,7 +38,8 @@ private:
     Token scan(Cursor &cursor, bool keepWhite) const;
     Token scanNumber(Cursor &cursor) const;
     Token scanWord(Cursor &cursor) const;
-    // Where a run of letters, and with `withSigns` of "-" and "'", ends that begins at `first`.
+    // The end of the run of letters that begins at `first`; with `withSigns`, "-" and "'" belong to
+    // it.
     Cursor behindLetters(qsizetype first, bool withSigns) const;
     bool breaksWord(qsizetype pos, bool lowerSeen) const;
     bool breaksAfter(int kind, qsizetype pos) const;

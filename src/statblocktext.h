@@ -18,9 +18,9 @@ public:
     void add(const StatBlockLine &line, int from, int to);
     // Makes the first letter of the next word a capital.
     void raiseNextWord() { m_raises = true; }
-    // HTML as it stands. What ends in a blank needs none behind it.
+    // Adds HTML as it stands. Where it ends in a blank, no other one follows.
     void addHtml(QStringView html);
-    // Stands directly in front of the next token, and is dropped when its end comes first.
+    // The tag is put directly in front of the next token; closeTag() before any token drops it.
     void openTag(QStringView tag) { m_openTag = tag; }
     void closeTag(QStringView tag);
 

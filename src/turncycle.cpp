@@ -14,8 +14,8 @@
 
 namespace {
 
-// The events raised on the way change the list, so that a copy is walked, without those effects
-// that have left meanwhile.
+// Walks a copy, because the events that are raised on the way change the list; effects that have
+// left it by then are skipped.
 template <typename Visit>
 void forEachEffect(const Creature *creature, Visit visit)
 {
@@ -25,7 +25,7 @@ void forEachEffect(const Creature *creature, Visit visit)
     }
 }
 
-// A copy, as events that are raised on the way change the order itself.
+// A copy: events that are raised on the way change the order itself.
 QList<Creature *> everyone()
 {
     return theEncounter->creatures().list();
@@ -49,7 +49,7 @@ bool mayComeBack(const Power &power)
             || isRecharged(power));
 }
 
-// What the log keeps of a power that comes back: that it does, or one more than the die.
+// The number that the log keeps for a power that may come back: 1, or the recharge die plus 1.
 int usageOf(const Power &power)
 {
     return isRecharged(power) ? Dice::roll(6) + 1 : 1;
@@ -129,7 +129,7 @@ void TurnCycle::startEncounter(const QList<CreatureInit> &characters,
 {
     if (!appendEvent<StartEncounterEvent>(characters, monsters))
         return;
-    // Nothing of a turn's start happens on the way.
+    // Those who can't act are passed over, without what the start of a turn raises.
     const int count = theEncounter->count();
     for (int i = 0; i < count && !canAct(theEncounter->current()); ++i) {
         if (!appendEvent<NextTurnEvent>())
@@ -186,7 +186,7 @@ void TurnCycle::jumpIn(Creature *jumper)
     if (!jumper->isDelayed())
         appendEvent<EndReadyEvent>(jumper);
     else if (endTurn(false, false))
-        // The turn of whom it interrupts is over; of the start of its own turn nothing is raised.
+        // The interrupted turn has ended. The jumper takes up its turn without what a start raises.
         appendEvent<JumpInEvent>(jumper);
 }
 
@@ -232,7 +232,7 @@ bool TurnCycle::askSavingThrows(Creature *creature, bool canCancel)
 
 void TurnCycle::advanceTurn()
 {
-    // At most once around, so that it ends where nobody can act.
+    // At most once around the order, in case nobody can act.
     const int count = theEncounter->count();
     for (int i = 0; i < count; ++i) {
         if (!passTurn())

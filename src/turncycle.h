@@ -10,7 +10,7 @@ class Creature;
 class Effect;
 struct CreatureInit;
 
-// Which of `effects`, of which there is at least one, the creature saves against. Null when the DM
+// Asks which of `effects`, never empty, the creature saves against. The answer is null when the DM
 // cancelled, which `canCancel` allows, or when the program ends meanwhile: the turn isn't over
 // then.
 using AskSaves = std::function<std::optional<QList<Effect *>>(

@@ -249,8 +249,8 @@ void JumpInEvent::undo()
         return;
     m_creature->setDelayed(true);
     theEncounter->setPosition(m_position);
-    // Without a current creature redo() moved nobody. The one whose turn it was stands at its
-    // place only after the move.
+    // Without a current creature redo() moved nobody. Only after the move is current() the creature
+    // whose turn it was.
     if (!theEncounter->current())
         return;
     theEncounter->move(m_toIndex, m_fromIndex);

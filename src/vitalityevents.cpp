@@ -209,7 +209,7 @@ QString GainHealingSurgeEvent::text() const
 SetTempHPEvent::SetTempHPEvent(QList<Creature *> targets, int amount, const EventRecord &record)
     : ChangeStateEvent(EventType::SetTempHP, record), m_amount(amount)
 {
-    Creature *source = nullptr; // in every log of this program
+    Creature *source = nullptr; // no log of this program names one
     record.field(source);
     record.field(targets);
     record.field(ID_SET_THP_RESOURCE_AMOUNT, m_amount);
@@ -415,7 +415,7 @@ QString SetVitalityEvent::text() const
         const bool noInitiative = line.value == &CreatureVitality::initBonus && value == NotStated;
         result += noInitiative ? tr(" Init -;") : line.form.arg(value);
     }
-    // The last ";", or the ":" where nothing differs.
+    // Takes off the last ";", or the ":" where nothing differs.
     result.chop(1);
     return result;
 }

@@ -228,7 +228,7 @@ private:
     QList<RestedCreature> m_rested;
 };
 
-// Those of the encounter, whom an extended rest without a list means.
+// The living characters of the encounter, who rest when an extended rest names nobody.
 QList<Creature *> livingCharacters();
 
 class ExtendedRestEvent : public ChangeStateEvent {

@@ -40,7 +40,8 @@ public:
     virtual void refresh() = 0;
 };
 
-// The Monster Manager and the Character Creator, as PlayersDisplay below.
+// The Monster Manager and the Character Creator, and how each is made; null for none, as with the
+// Player's Display below.
 extern LibraryWindow *theManagerWindow;
 extern LibraryWindow *theCharacterWindow;
 extern std::unique_ptr<LibraryWindow> (*makeManagerWindow)();

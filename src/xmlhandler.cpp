@@ -12,12 +12,13 @@ constexpr qsizetype maxPathLength = 600;
 // The reader compares each attribute of an element with each other.
 constexpr qint64 maxAttributePairs = 100'000'000;
 
-// Cheaper than any count of true attributes, and never below it: no value may hold a "<".
+// Counts quotes behind "=" in each tag: at least as many as there are attributes, since no value
+// may hold a "<", and cheaper than parsing them.
 bool hasBearableAttributes(const QByteArray &bytes)
 {
     qint64 pairs = 0;
     qint64 inElement = 0;
-    bool afterEquals = false; // but for blanks, or the zeros of two bytes a character
+    bool afterEquals = false; // blanks, and the zero bytes of UTF-16, may stand between
     for (const char c : bytes) {
         if (c == '<')
             inElement = 0;
