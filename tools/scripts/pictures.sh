@@ -9,6 +9,7 @@ trap 'rm -rf "$folder"' EXIT
 QT_QPA_PLATFORM=offscreen "$tour" "$folder"
 # picture=step
 for pair in encounter=encounter-chosen initiative=initiative stepped-back=stepped-back \
-  conditions-form=conditions-form fight=conditions saving-throws=overruled short-rest=short-rest; do
+  conditions-form=conditions-form fight=conditions saving-throws=overruled short-rest=short-rest \
+  players=players-display; do
   cp "$folder"/[0-9][0-9]-"${pair#*=}".png "docs/pictures/${pair%%=*}.png"
 done

@@ -2,6 +2,8 @@
 
 #include <QApplication>
 #include <QRegularExpression>
+#include <QScreen>
+#include <QWidget>
 #include <memory>
 
 #include "creature.h"
@@ -11,7 +13,9 @@
 #include "encounter.h"
 #include "encounters.h"
 #include "history.h"
+#include "playerslistmodel.h"
 #include "tour.h"
+#include "windows.h"
 
 namespace {
 
@@ -24,6 +28,7 @@ const QString Pim = QStringLiteral("Pim Tanglewick");
 const QString Sefa = QStringLiteral("Sefa Quill");
 const QString Warden = QStringLiteral("Cairn Warden (W)"); // an elite
 const QString Hound = QStringLiteral("Ashhound (A)");
+const QString GreyWolf = QStringLiteral("Grey Wolf (A)"); // its alias
 
 constexpr auto Control = Qt::ControlModifier;
 
@@ -102,6 +107,63 @@ void dealDamage(Tour &tour, const QString &target, int amount)
     tour.clickRow(target, Column::HealthColumn);
     tour.type(QString::number(amount));
     tour.press(Qt::Key_Return);
+}
+
+QWidget *playersWindow()
+{
+    return thePlayersDisplay->displayWindow();
+}
+
+bool playersSee(const QString &name)
+{
+    const auto *model = playersWindow()->findChild<PlayersListModel *>();
+    for (int row = 0; row < model->rowCount(); ++row)
+        if (model->index(row, PlayersListModel::NameColumn).data() == name)
+            return true;
+    return false;
+}
+
+// In full screen, on a screen of its own where there are two.
+void openPlayersDisplay(Tour &tour)
+{
+    tour.step([&tour] {
+        tour.clickButton(QStringLiteral("Show Player's Window"));
+        tour.turnTo(playersWindow());
+    });
+    tour.step([&tour] {
+        tour.expect(playersSee(GreyWolf) && !playersSee(Hound), QStringLiteral("the alias alone"));
+        tour.press(Qt::Key_F10, Qt::ShiftModifier);
+    });
+    tour.step(QStringLiteral("players-menu"),
+              [&tour] { tour.clickEntry(QStringLiteral("Full Screen")); });
+    tour.step([&tour] {
+        const QList<QScreen *> screens = QGuiApplication::screens();
+        tour.clickEntry(screens.size() > 1 ? screens.at(1)->name() : QStringLiteral("This Screen"));
+    });
+    tour.step([&tour] {
+        tour.expect(playersWindow()->isFullScreen(), QStringLiteral("the whole of a screen"));
+        tour.turnTo(nullptr);
+    });
+}
+
+void hideAndStepBack(Tour &tour)
+{
+    for (const bool hidden : {true, false}) {
+        tour.step([&tour] {
+            tour.clickRow(Warden, Column::NameColumn);
+            tour.press(Qt::Key_H, Control);
+        });
+        tour.step([&tour, hidden] {
+            tour.expect(playersSee(creature(Warden).playersName()) != hidden,
+                        QStringLiteral("the hidden kept from the players, and nobody else"));
+        });
+    }
+    tour.repeat([] { return playersSee(GreyWolf); }, [&tour] { tour.press(Qt::Key_Z, Control); });
+    tour.repeat([] { return !theHistory->canStepForward(); },
+                [&tour] { tour.press(Qt::Key_Z, Control | Qt::ShiftModifier); });
+    tour.step([&tour] {
+        tour.expect(!playersSee(GreyWolf), QStringLiteral("the kill taken back, and done again"));
+    });
 }
 
 } // namespace
@@ -302,8 +364,7 @@ void aliases(Tour &tour)
         tour.press(Qt::Key_Return);
     });
     tour.step([&tour] {
-        tour.expect(creature(Hound).playersName() == QStringLiteral("Grey Wolf (A)"),
-                    QStringLiteral("an alias"));
+        tour.expect(creature(Hound).playersName() == GreyWolf, QStringLiteral("an alias"));
     });
 }
 
@@ -406,6 +467,41 @@ void dying(Tour &tour)
         tour.expect(sefa.currHP() == sefa.hsValue() && sefa.currHS() == sefa.maxHS() - 1,
                     QStringLiteral("a surge's hit points from 0"));
     });
+}
+
+void playersDisplay(Tour &tour)
+{
+    openPlayersDisplay(tour);
+    openForm(tour, Warden);
+    tour.step([&tour] {
+        tour.choose(QStringLiteral("conditionBox"), QStringLiteral("Slowed"));
+        tour.enter(QStringLiteral("commentEdit"), QStringLiteral("knee-deep in the grave"));
+        tour.choose(QStringLiteral("endBox"), QStringLiteral("Save ends"));
+    });
+    tour.step([&tour] { tour.press(Qt::Key_Return); });
+    tour.step([&tour] { dealDamage(tour, Hound, creature(Hound).currHP()); });
+    tour.step(QStringLiteral("players-display"), [&tour] {
+        tour.turnTo(playersWindow());
+        tour.expect(creature(Hound).isDead() && !playersSee(GreyWolf),
+                    QStringLiteral("the kill taken off the players' list"));
+    });
+    tour.step(QStringLiteral("players-zoomed"), [&tour] {
+        for (const Creature *seen : theEncounter->creatures())
+            tour.expect(seen->isDead() || playersSee(seen->playersName()) != seen->isHidden(),
+                        QStringLiteral("%1 in the players' list").arg(seen->displayName()));
+        tour.press(Qt::Key_Plus, Control);
+    });
+    tour.step(QStringLiteral("curtain"), [&tour] {
+        tour.press(Qt::Key_0, Control);
+        tour.press(Qt::Key_F9);
+    });
+    tour.step([&tour] {
+        tour.expect(thePlayersDisplay->isCurtained(), QStringLiteral("the curtain down"));
+        tour.press(Qt::Key_F9);
+        tour.press(Qt::Key_Escape);
+        tour.turnTo(nullptr);
+    });
+    hideAndStepBack(tour);
 }
 
 void stopAndRest(Tour &tour)

@@ -20,6 +20,8 @@ void powers(Tour &tour);
 // Turns that are delayed and readied.
 void waiting(Tour &tour);
 void dying(Tour &tour);
+// What the players see on their screen of it all.
+void playersDisplay(Tour &tour);
 
 // --- the second ---
 void stopAndRest(Tour &tour);

@@ -3,13 +3,16 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QPixmap>
 #include <QTemporaryDir>
 #include <cstdio>
 
 #include "chapters.h"
 #include "datafolder.h"
 #include "dice.h"
+#include "global.h"
 #include "mainwindow.h"
+#include "playerswindow.h"
 #include "terms.h"
 #include "tour.h"
 
@@ -19,6 +22,9 @@ namespace {
 template <typename... Chapters>
 bool play(const QString &folder, int &number, QStringList &summary, Chapters... chapters)
 {
+    makePlayersDisplay = []() -> std::unique_ptr<PlayersDisplay> {
+        return std::make_unique<PlayersWindow>();
+    };
     MainWindow window;
     findDataFolder();
     window.show();
@@ -47,13 +53,16 @@ void useHome(const QString &home)
     QDir(home).mkpath(QStringLiteral("Documents"));
 }
 
-// The offscreen platform's own screen is too small for the window as it opens on a desk.
-void useRoomyScreen(const QString &folder)
+// The offscreen platform's own screen is too small for the window as it opens on a desk. The second
+// is the players'.
+void useRoomyScreens(const QString &folder)
 {
     QFile file(folder + QStringLiteral("/screen.json"));
     if (!file.open(QIODevice::WriteOnly))
         return;
     file.write(R"({"screens": [{"name": "desk", "x": 0, "y": 0, "width": 1600, "height": 1000,
+        "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1},
+        {"name": "table", "x": 1600, "y": 0, "width": 1280, "height": 720,
         "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})");
     qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + file.fileName().toLocal8Bit());
 }
@@ -75,7 +84,7 @@ int main(int argc, char **argv)
         && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     if (qgetenv("QT_QPA_PLATFORM") == "offscreen")
-        useRoomyScreen(home.path());
+        useRoomyScreens(home.path());
 
     QApplication app(argc, argv);
     app.setOrganizationName(QStringLiteral("Tolbrick"));
@@ -83,6 +92,8 @@ int main(int argc, char **argv)
     app.setQuitOnLastWindowClosed(false);
     app.setCursorFlashTime(0); // the same pictures each time
     setDefaultTerms();
+    QPixmap portrait(QStringLiteral(":/images/blank-portrait-300.png"));
+    blankPortrait = &portrait;
     Dice::seed(11);
 
     const QString folder = QString::fromLocal8Bit(argv[1]);
@@ -90,7 +101,7 @@ int main(int argc, char **argv)
     int number = 1;
     QStringList summary;
     bool succeeded = play(folder, number, summary, pickTheParty, loadAndStart, fight, conditions,
-                          savingThrows, aliases, powers, waiting, dying);
+                          savingThrows, aliases, powers, waiting, dying, playersDisplay);
     succeeded = succeeded && play(folder, number, summary, stopAndRest, throughTheHistory);
     if (succeeded)
         std::printf("The tour is over: %d pictures in %s\n", number - 1, qPrintable(folder));

@@ -76,10 +76,17 @@ void Tour::start()
     QTimer::singleShot(SettleMilliseconds, this, &Tour::next);
 }
 
+void Tour::turnTo(QWidget *window)
+{
+    m_turnedTo = window;
+}
+
 QWidget *Tour::shownWindow() const
 {
     QWidget *dialog = QApplication::activeModalWidget();
-    return dialog ? dialog : m_window;
+    if (dialog)
+        return dialog;
+    return m_turnedTo ? m_turnedTo.data() : m_window;
 }
 
 void Tour::next()
@@ -136,7 +143,7 @@ void Tour::savePicture(const QString &name)
 
 void Tour::press(int key, Qt::KeyboardModifiers modifiers)
 {
-    QTest::keyClick(focusedWidget(m_window), Qt::Key(key), modifiers);
+    QTest::keyClick(focusedWidget(shownWindow()), Qt::Key(key), modifiers);
 }
 
 void Tour::type(const QString &text)

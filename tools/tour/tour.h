@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 #include <QString>
 #include <functional>
 #include <vector>
@@ -31,6 +32,9 @@ public:
     bool succeeded() const { return m_succeeded; }
     int nextNumber() const { return m_number; }
 
+    // Keys and pictures are of that window from now on; null is the main window again.
+    void turnTo(QWidget *window);
+
     // --- what a user does ---
     void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void type(const QString &text);
@@ -55,7 +59,7 @@ private:
     // The visible and enabled field with the focus in it, as Tab gives it. Null is a failure.
     template <typename Field>
     Field *focusField(const QString &name);
-    // The dialog on top, or the main window.
+    // The dialog on top, or the window that the tour is turned to.
     QWidget *shownWindow() const;
     void next();
     void savePicture(const QString &name);
@@ -67,6 +71,7 @@ private:
         std::function<bool()> until; // null: once
     };
     MainWindow *m_window;
+    QPointer<QWidget> m_turnedTo;
     QString m_folder;
     int m_number;
     std::vector<Step> m_steps;
