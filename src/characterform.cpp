@@ -13,6 +13,7 @@
 #include <algorithm>
 
 #include "creature.h"
+#include "outcome.h"
 #include "terms.h"
 #include "text.h"
 
@@ -308,7 +309,7 @@ void CharacterForm::fill(const Field &field, const Creature *creature)
                               : creature->data().*field.number;
     if (value == NotStated && !field.running)
         value = field.mayBeUnstated ? box->minimum() : 0;
-    // A box that was emptied shows its value again only when it is another.
+    // An emptied box shows its value again only when the value changes.
     if (box->cleanText().isEmpty() && box->value() == value)
         box->setValue(value == box->maximum() ? value - 1 : value + 1);
     box->setValue(value);
@@ -351,12 +352,10 @@ void CharacterForm::store(CharacterField which, Creature &creature)
     }
     const int before = creature.data().*field.number;
     creature.setField(field.number, value);
-    // Who was whole stays whole, and nobody has more than there is.
-    if (which == CharacterField::HP && (creature.currHP() == before || creature.currHP() > value))
-        creature.setCurrHP(value);
-    if (which == CharacterField::Surges
-        && (creature.currHS() == before || creature.currHS() > value))
-        creature.setCurrHS(value);
+    if (which == CharacterField::HP)
+        creature.setCurrHP(afterNewMaximum(creature.currHP(), before, value));
+    if (which == CharacterField::Surges)
+        creature.setCurrHS(afterNewMaximum(creature.currHS(), before, value));
 }
 
 void CharacterForm::focusOnName()

@@ -61,7 +61,8 @@ public:
     void updateTerms();
 
 Q_SIGNALS:
-    // By the user, and each time that a field is filled. The name when it was entered whole.
+    // The user changed the field, or show() filled it. The name tells of it only once it was
+    // entered whole.
     void doFieldChanged(CharacterField field);
 
 private:

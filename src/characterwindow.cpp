@@ -356,7 +356,7 @@ void CharacterWindow::onFieldChanged(CharacterField field)
     }
     const QScopedValueRollback updating(m_updating, true);
     m_form->store(field, *creature);
-    // They bring the running values along.
+    // The running values change with these two.
     if (field == CharacterField::HP || field == CharacterField::Surges)
         m_form->show(creature);
     showRest();

@@ -3,13 +3,13 @@
 #include <QMap>
 #include <QMenu>
 #include <QSettings>
-#include <QStyledItemDelegate>
 
 #include "creature.h"
 #include "creaturelistmodel.h"
 #include "creaturetableview.h"
 #include "effect.h"
 #include "encounter.h"
+#include "framelessdelegate.h"
 #include "longtextdelegate.h"
 #include "progressbar.h"
 #include "readablecolours.h"
@@ -47,19 +47,6 @@ bool isGreyed(const Creature *creature)
     return creature->isDead() || creature->isDying() || creature->isHidden()
         || creature->isMissing() || creature->isDelayed() || creature->isReadied();
 }
-
-// Draws no focus frame around the cell of the last click, because only the selected rows count.
-class FramelessDelegate : public QStyledItemDelegate {
-public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-
-protected:
-    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
-    {
-        QStyledItemDelegate::initStyleOption(option, index);
-        option->state.setFlag(QStyle::State_HasFocus, false);
-    }
-};
 
 // Hit points as they fit on a bar.
 QString hitPointsText(const Creature *creature)

@@ -3,7 +3,7 @@
 
 #include <QList>
 
-// Of levels up to the party's less 1, plus 1, plus 4, and beyond.
+// Up to 1 level below the party's, up to 1 above, up to 4 above, and beyond.
 enum class Difficulty { Easy, Standard, Hard, Deadly };
 Difficulty difficultyOf(int encounterLevel, int partyLevel);
 

@@ -222,7 +222,7 @@ void EncounterEditor::fillFields()
 void EncounterEditor::fillMonsterFields()
 {
     const QScopedValueRollback busy(m_encounterBusy, true);
-    const EncounterPosition position = m_model->selected();
+    const EncounterPlace position = m_model->selected();
     const int index = m_model->monsterIndex(position);
     const EncounterMonster *monster = index < 0 ? nullptr : &selected()->monsters().at(index);
     const Creature *original =
@@ -284,7 +284,7 @@ void EncounterEditor::onNewEncounter()
     auto encounter = std::make_unique<PreparedEncounter>();
     encounter->setName(theEncounters->newName());
     encounter->setAdventure(m_adventures->currentData().toString());
-    // A filter that would hide it on the next key.
+    // Otherwise the next key in the filter would hide the new encounter.
     if (!encounter->name().contains(m_filter->text(), Qt::CaseInsensitive)) {
         m_filter->clear();
         onFilterChanged(m_filter);
@@ -373,7 +373,7 @@ void EncounterEditor::insertMonster(const QString &group, const QString &prefix)
 
 void EncounterEditor::onDeleteMonster()
 {
-    const EncounterPosition position = m_model->selected();
+    const EncounterPlace position = m_model->selected();
     if (m_model->monsterIndex(position) < 0)
         return;
     const int groups = m_model->rowCount(m_model->indexAt({position.encounter, -1, -1}));
@@ -386,8 +386,7 @@ void EncounterEditor::onDeleteMonster()
     noteChange();
 }
 
-EncounterPosition EncounterEditor::successorOf(const EncounterPosition &removed,
-                                               int groupsBefore) const
+EncounterPlace EncounterEditor::successorOf(const EncounterPlace &removed, int groupsBefore) const
 {
     const int groups = m_model->rowCount(m_model->indexAt({removed.encounter, -1, -1}));
     const auto monsters = [&](int group) {
@@ -413,7 +412,7 @@ void EncounterEditor::onEncounterDataChanged()
         return;
     const QScopedValueRollback setting(m_encounterSetting, true);
     const QString name = m_fields->name().trimmed();
-    // A file without a name isn't read again: the last good one holds.
+    // The last good name stays: a file without a name couldn't be read again.
     if (m_fields->name() != encounter->name() && isUsableName(name)) {
         m_model->renameEncounter(m_model->selected().encounter, name);
         m_view->scrollTo(m_view->currentIndex());
@@ -429,7 +428,7 @@ void EncounterEditor::onEncounterDataChanged()
 void EncounterEditor::onMonsterNameChanged()
 {
     PreparedEncounter *encounter = selected();
-    const EncounterPosition position = m_model->selected();
+    const EncounterPlace position = m_model->selected();
     const int index = m_model->monsterIndex(position);
     if (m_encounterBusy || position.monster < 0 || index < 0)
         return;
@@ -444,7 +443,7 @@ void EncounterEditor::onMonsterNameChanged()
 void EncounterEditor::onMonsterDataChanged()
 {
     PreparedEncounter *encounter = selected();
-    const EncounterPosition position = m_model->selected();
+    const EncounterPlace position = m_model->selected();
     const int index = m_model->monsterIndex(position);
     if (m_encounterBusy || position.monster < 0 || index < 0)
         return;

@@ -12,7 +12,7 @@ class EncounterListModel;
 class EncounterMonsterFields;
 class EncounterView;
 class PreparedEncounter;
-struct EncounterPosition;
+struct EncounterPlace;
 class QComboBox;
 class QLineEdit;
 class QPushButton;
@@ -63,17 +63,17 @@ private:
     void connectFields();
     void connectCollections();
     void onDeletePressed();
-    // What was typed and couldn't be taken gives way to what holds.
+    // A typed value that couldn't be taken is replaced by the one in force.
     void onDataEntered();
     void removeEncounter(int row);
     void insertMonster(const QString &group, const QString &prefix);
     // What takes the place of what was removed: what follows it in the encounter or else what stood
     // ahead, on the same level of the tree while there is anything.
-    EncounterPosition successorOf(const EncounterPosition &removed, int groupsBefore) const;
+    EncounterPlace successorOf(const EncounterPlace &removed, int groupsBefore) const;
     void fillFields();
     void fillMonsterFields();
     void fillAdventures();
-    // Of the heroes or typed, to all who show something by it.
+    // Hands the party's level, typed or that of the heroes, to whatever depends on it.
     void updatePartyLevel();
     void noteChange();
 

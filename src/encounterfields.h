@@ -49,11 +49,11 @@ public:
     QString adventure() const;
     QString description() const;
     int partySize() const;
-    // That which was typed, or else that of the heroes; 0 without either.
+    // The level that was typed, or else that of the heroes; 0 without either.
     int partyLevel() const;
 
 Q_SIGNALS:
-    // By each key.
+    // Emitted at each key.
     void doDataChanged();
     // A field is left, or Enter pressed.
     void doDataEntered();

@@ -35,7 +35,7 @@ EncounterListModel::Entry *EncounterListModel::entryAt(int row) const
     return row >= 0 && row < int(m_entries.size()) ? m_entries[std::size_t(row)].get() : nullptr;
 }
 
-EncounterListModel::Group *EncounterListModel::groupAt(const EncounterPosition &position) const
+EncounterListModel::Group *EncounterListModel::groupAt(const EncounterPlace &position) const
 {
     const Entry *entry = entryAt(position.encounter);
     return entry && position.group >= 0 && position.group < int(entry->groups.size())
@@ -59,7 +59,7 @@ int EncounterListModel::rowOf(const PreparedEncounter *encounter) const
     return found == m_entries.end() ? -1 : (*found)->row;
 }
 
-EncounterPosition EncounterListModel::placeOf(const QModelIndex &index) const
+EncounterPlace EncounterListModel::placeOf(const QModelIndex &index) const
 {
     if (!index.isValid() || index.model() != this)
         return {};
@@ -71,7 +71,7 @@ EncounterPosition EncounterListModel::placeOf(const QModelIndex &index) const
     return {node->above->row, node->row, index.row()};
 }
 
-QModelIndex EncounterListModel::indexAt(const EncounterPosition &position) const
+QModelIndex EncounterListModel::indexAt(const EncounterPlace &position) const
 {
     QModelIndex found = index(position.encounter, 0);
     for (const int row : {position.group, position.monster}) {
@@ -82,7 +82,7 @@ QModelIndex EncounterListModel::indexAt(const EncounterPosition &position) const
     return found;
 }
 
-int EncounterListModel::monsterIndex(const EncounterPosition &position) const
+int EncounterListModel::monsterIndex(const EncounterPlace &position) const
 {
     const Group *group = groupAt(position);
     const PreparedEncounter *encounter = encounterAt(position.encounter);
@@ -93,7 +93,7 @@ int EncounterListModel::monsterIndex(const EncounterPosition &position) const
     return start >= 0 && start + inGroup < encounter->monsters().size() ? start + inGroup : -1;
 }
 
-EncounterPosition EncounterListModel::placeOfMonster(int row, int monsterIndex) const
+EncounterPlace EncounterListModel::placeOfMonster(int row, int monsterIndex) const
 {
     const PreparedEncounter *encounter = encounterAt(row);
     const int group = encounter ? encounter->groupOf(monsterIndex) : -1;
@@ -102,7 +102,7 @@ EncounterPosition EncounterListModel::placeOfMonster(int row, int monsterIndex) 
     return {row, group, monsterIndex - encounter->groupStarts().at(group)};
 }
 
-EncounterPath EncounterListModel::pathOf(const EncounterPosition &position) const
+EncounterPath EncounterListModel::pathOf(const EncounterPlace &position) const
 {
     const Entry *entry = entryAt(position.encounter);
     if (!entry)
@@ -116,19 +116,19 @@ EncounterPath EncounterListModel::pathOf(const EncounterPosition &position) cons
     return path;
 }
 
-EncounterPosition EncounterListModel::find(const EncounterPath &path) const
+EncounterPlace EncounterListModel::find(const EncounterPath &path) const
 {
     const Entry *entry = nullptr;
     for (const auto &each : m_entries) {
         const bool isSame =
             path.fileName.isEmpty() ? each->name == path.name : each->fileName == path.fileName;
-        // Of several that have the name, the same object.
+        // Of several with that name it is the same object.
         if (isSame && (!entry || each->encounter == path.encounter))
             entry = each.get();
     }
     if (!entry)
         return {};
-    EncounterPosition position {entry->row, -1, -1};
+    EncounterPlace position {entry->row, -1, -1};
     for (const auto &group : entry->groups) {
         if (path.group.isEmpty() || group->name != path.group)
             continue;
@@ -242,7 +242,7 @@ void EncounterListModel::setPartyLevel(int level)
     noteTemplatesChanged();
 }
 
-void EncounterListModel::noteChanged(const EncounterPosition &position)
+void EncounterListModel::noteChanged(const EncounterPlace &position)
 {
     const QModelIndex changed = indexAt(position);
     const QModelIndex encounter = index(position.encounter, 0);
@@ -297,7 +297,7 @@ int EncounterListModel::renameEncounter(int row, const QString &name)
     const int before = theEncounters->insertionIndex(name, row);
     encounter->setName(name);
     m_entries[std::size_t(row)]->name = name;
-    // The place behind the row itself is where it stands already.
+    // The row already stands there: in front of itself or behind.
     if (before == row || before == row + 1) {
         noteChanged({row, -1, -1});
         return row;
@@ -343,7 +343,7 @@ int EncounterListModel::insertMonster(int row, const EncounterMonster &monster)
     return index;
 }
 
-void EncounterListModel::removeMonsters(const EncounterPosition &position)
+void EncounterListModel::removeMonsters(const EncounterPlace &position)
 {
     const Group *group = groupAt(position);
     if (!group)
@@ -356,7 +356,7 @@ void EncounterListModel::removeMonsters(const EncounterPosition &position)
         removeMonster({position.encounter, position.group, last});
 }
 
-void EncounterListModel::removeMonster(const EncounterPosition &position)
+void EncounterListModel::removeMonster(const EncounterPlace &position)
 {
     const int index = monsterIndex(position);
     if (index < 0)
@@ -405,7 +405,7 @@ QModelIndex EncounterListModel::index(int row, int column, const QModelIndex &pa
 {
     if (!hasIndex(row, column, parent))
         return {};
-    const EncounterPosition above = placeOf(parent);
+    const EncounterPlace above = placeOf(parent);
     const Node *node = groupAt(above);
     return createIndex(row, column, node ? node : entryAt(above.encounter));
 }
@@ -420,7 +420,7 @@ int EncounterListModel::rowCount(const QModelIndex &parent) const
 {
     if (!parent.isValid())
         return int(m_entries.size());
-    const EncounterPosition above = placeOf(parent);
+    const EncounterPlace above = placeOf(parent);
     if (above.monster >= 0)
         return 0;
     if (above.group < 0) {
@@ -438,7 +438,7 @@ int EncounterListModel::columnCount(const QModelIndex & /*parent*/) const
 
 QVariant EncounterListModel::data(const QModelIndex &index, int role) const
 {
-    const EncounterPosition position = placeOf(index);
+    const EncounterPlace position = placeOf(index);
     const Entry *entry = entryAt(position.encounter);
     if (!entry || !encounterAt(position.encounter))
         return {};
@@ -493,7 +493,7 @@ QVariant EncounterListModel::groupData(const Group &group, int role) const
     }
 }
 
-QVariant EncounterListModel::monsterData(const EncounterPosition &position, int role) const
+QVariant EncounterListModel::monsterData(const EncounterPlace &position, int role) const
 {
     const int index = monsterIndex(position);
     const Group *group = groupAt(position);
@@ -534,7 +534,7 @@ void EncounterListModel::onInternalSelectionChanged(const QItemSelection &select
 {
     const QModelIndexList indexes = selected.indexes();
     const QModelIndex index = indexes.isEmpty() ? QModelIndex() : indexes.last();
-    // The removal of other rows comes with neither.
+    // When other rows are removed, neither list holds this one.
     const bool isGone = !index.isValid() && deselected.contains(m_selected);
     if (index == m_selected || (!index.isValid() && !isGone))
         return;

@@ -12,12 +12,12 @@ struct EncounterMonster;
 class QItemSelection;
 
 // A place in the tree: indexes, -1 for a level that isn't reached.
-struct EncounterPosition {
+struct EncounterPlace {
     int encounter = -1;
     int group = -1;
     int monster = -1;
 
-    bool operator==(const EncounterPosition &) const = default;
+    bool operator==(const EncounterPlace &) const = default;
 };
 
 // The same by what survives a save, a revert and a reload.
@@ -49,19 +49,18 @@ public:
     PreparedEncounter *encounterAt(int row) const;
     // -1 for one that has no row.
     int rowOf(const PreparedEncounter *encounter) const;
-    EncounterPosition placeOf(const QModelIndex &index) const;
+    EncounterPlace placeOf(const QModelIndex &index) const;
     // Invalid for a position that isn't there.
-    QModelIndex indexAt(const EncounterPosition &position) const;
+    QModelIndex indexAt(const EncounterPlace &position) const;
     // What was selected last and is still there.
-    EncounterPosition selected() const { return placeOf(m_selected); }
-    // Its index in PreparedEncounter::monsters(), for a group that of its last monster; -1 for an
-    // encounter and for what isn't there.
-    int monsterIndex(const EncounterPosition &position) const;
-    EncounterPosition placeOfMonster(int row, int monsterIndex) const;
-    // The path of a row or of the row that a refresh() found there, and the other way: as deep as
-    // it still exists.
-    EncounterPath pathOf(const EncounterPosition &position) const;
-    EncounterPosition find(const EncounterPath &path) const;
+    EncounterPlace selected() const { return placeOf(m_selected); }
+    // The monster's index in PreparedEncounter::monsters(), for a group that of its last monster;
+    // -1 for an encounter and for a place that isn't there.
+    int monsterIndex(const EncounterPlace &position) const;
+    EncounterPlace placeOfMonster(int row, int monsterIndex) const;
+    // The path of a place, and the place of a path, as deep as it still exists.
+    EncounterPath pathOf(const EncounterPlace &position) const;
+    EncounterPlace find(const EncounterPath &path) const;
 
     // Reads the collection again. A view loses selection and open rows by it.
     void refresh();
@@ -71,7 +70,7 @@ public:
     // Monsters that are too high or too low for it are marked; 0 marks none.
     void setPartyLevel(int level);
     // After a change of what the row of an encounter or of a monster says.
-    void noteChanged(const EncounterPosition &position);
+    void noteChanged(const EncounterPlace &position);
 
     // As a new one, in its place. Returns its row.
     int addEncounter(std::unique_ptr<PreparedEncounter> encounter);
@@ -82,7 +81,7 @@ public:
     // Behind the last of its group. Returns its index.
     int insertMonster(int row, const EncounterMonster &monster);
     // A group goes with its last monster. A position of a group takes all of it.
-    void removeMonsters(const EncounterPosition &position);
+    void removeMonsters(const EncounterPlace &position);
 
     QModelIndex index(int row, int column, const QModelIndex &parent = {}) const override;
     QModelIndex parent(const QModelIndex &index) const override;
@@ -122,7 +121,7 @@ private:
     };
 
     Entry *entryAt(int row) const;
-    Group *groupAt(const EncounterPosition &position) const;
+    Group *groupAt(const EncounterPlace &position) const;
     std::unique_ptr<Entry> makeEntry(PreparedEncounter *encounter) const;
     std::unique_ptr<Group> makeGroup(const Entry &entry, int row) const;
     // Reads name and template. True when it looks otherwise by it.
@@ -130,11 +129,11 @@ private:
     static QStringList idsOf(const PreparedEncounter &encounter, int group);
     bool hasCurrentGroups(const Entry &entry) const;
     void replaceGroups(Entry *entry);
-    void removeMonster(const EncounterPosition &position);
+    void removeMonster(const EncounterPlace &position);
     void renumber();
     QVariant encounterData(const Entry &entry, int role) const;
     QVariant groupData(const Group &group, int role) const;
-    QVariant monsterData(const EncounterPosition &position, int role) const;
+    QVariant monsterData(const EncounterPlace &position, int role) const;
 
     std::vector<std::unique_ptr<Entry>> m_entries;
     QPersistentModelIndex m_selected;

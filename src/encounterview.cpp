@@ -41,7 +41,7 @@ public:
     }
 
 private:
-    // In the one colour that can be read on that of a selection.
+    // Draws the text in the palette's colour for a selection, on which its own ones can't be read.
     void paintSelected(QPainter *painter, const QStyleOptionViewItem &option,
                        const QModelIndex &index) const
     {
@@ -63,7 +63,7 @@ private:
         const int tip = isHigh ? place.top() : place.bottom();
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
-        // A long name ends ahead of it.
+        // A long name ends in front of the mark.
         painter->fillRect(place.adjusted(-side / 2, 0, 0, 0),
                           option.palette.brush(isSelected ? QPalette::Highlight : QPalette::Base));
         painter->setPen(Qt::NoPen);
@@ -145,14 +145,14 @@ void EncounterView::refresh()
         if (index.isValid() && index.parent().isValid() == !path.group.isEmpty())
             expand(index);
     }
-    const EncounterPosition now = hasSelected ? m_model->find(selected) : EncounterPosition();
+    const EncounterPlace now = hasSelected ? m_model->find(selected) : EncounterPlace();
     hideRows(now.encounter);
     verticalScrollBar()->setValue(scrolled);
     if (now.encounter >= 0 && !isRowHidden(now.encounter, {}))
         select(now);
 }
 
-void EncounterView::select(const EncounterPosition &position)
+void EncounterView::select(const EncounterPlace &position)
 {
     const QModelIndex index = m_model->indexAt(position);
     if (!index.isValid()) {

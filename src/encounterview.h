@@ -22,7 +22,7 @@ public:
     // Model and rows anew; selection and open rows stay where their encounter is still there.
     void refresh();
     // Opens the rows above it and shows it. A position without an encounter selects nothing.
-    void select(const EncounterPosition &position);
+    void select(const EncounterPlace &position);
     // The shown encounter that follows, or else the one ahead; -1 without either.
     int neighbourOf(int row) const;
 

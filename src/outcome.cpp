@@ -33,6 +33,11 @@ Health afterTempHP(const Health &health, int amount)
     return after;
 }
 
+int afterNewMaximum(int value, int before, int maximum)
+{
+    return value == before ? maximum : std::min(value, maximum);
+}
+
 int surgeHealing(int surges, int surgeValue, int extra)
 {
     return saturated(qint64(surges) * surgeValue + extra);

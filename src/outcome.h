@@ -15,5 +15,8 @@ Health afterDamage(const Health &health, int damage);
 Health afterHealing(const Health &health, int healing, int surgesUsed);
 // They only rise: the higher of the old and the new counts.
 Health afterTempHP(const Health &health, int amount);
+// What a current value comes to when its maximum, so far `before`, is edited: who was whole stays
+// whole, and nobody has more than there is.
+int afterNewMaximum(int value, int before, int maximum);
 // Hit points that so many surges give, with `extra` on top.
 int surgeHealing(int surges, int surgeValue, int extra);

@@ -6,9 +6,9 @@
 #include <QPainter>
 #include <QScreen>
 #include <QScrollBar>
-#include <QStyledItemDelegate>
 
 #include "fittedtext.h"
+#include "framelessdelegate.h"
 #include "longtextdelegate.h"
 #include "playershealthdelegate.h"
 #include "playerslistmodel.h"
@@ -23,19 +23,6 @@ constexpr int CellMargin = 4;
 constexpr int HeaderMargin = 6;
 // Where not all fits, no column but the last may take more of the width than this.
 constexpr qreal LargestShare = 0.4;
-
-// No frame around the cell that a key or click was last in.
-class FramelessDelegate : public QStyledItemDelegate {
-public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-
-protected:
-    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
-    {
-        QStyledItemDelegate::initStyleOption(option, index);
-        option->state.setFlag(QStyle::State_HasFocus, false);
-    }
-};
 
 // Titles that end in an ellipsis where their column is narrow.
 class ElidedHeader : public QHeaderView {

@@ -168,6 +168,7 @@ private Q_SLOTS:
     void noEdgeLeadsOutOfReach();
     void circlesAreSmall();
     void everySourceBeginsWithItsHeader();
+    void everyTypeHasItsOwnName();
     void noWidgetsBelowTheWindows();
     void nothingIsLeftToDo();
 
@@ -248,6 +249,24 @@ void LayersTest::everySourceBeginsWithItsHeader()
             found << it.key();
     }
     QCOMPARE(found, QStringList());
+}
+
+// Two types of one name in one program are none that the compiler or linker tells of, and share the
+// functions that are made for them.
+void LayersTest::everyTypeHasItsOwnName()
+{
+    static const QRegularExpression type(u"^(?:class|struct|enum class) (\\w+)\\b(?! *;)"_s,
+                                         QRegularExpression::MultilineOption);
+    QMap<QString, QStringList> files;
+    for (const QString &name : m_sources.keys()) {
+        if (!name.endsWith(".h"_L1))
+            continue;
+        for (auto it = type.globalMatch(readText(m_folder.filePath(name))); it.hasNext();)
+            files[it.next().captured(1)] << name;
+    }
+    QVERIFY(files.contains(u"Creature"_s) && files.contains(u"CreatureState"_s));
+    files.removeIf([](auto it) { return it.value().size() == 1; });
+    QCOMPARE(files, (QMap<QString, QStringList>()));
 }
 
 void LayersTest::noWidgetsBelowTheWindows()
