@@ -33,11 +33,12 @@ int trapHeadingSize(const StatBlockLine &line)
         : 0;
 }
 
-// "Initiative +4", or "Perception" as a heading.
+// "Initiative +4", or "Perception" as a heading. Only a portrait's line keeps its white space.
 bool isStatistic(const StatBlockLine &line)
 {
+    const int next = line.kindAt(1);
     return TokenKind::isStatWord(line.first().kind)
-        && (line.size() == 1 || line.kindAt(1) == TokenKind::Number);
+        && (line.size() == 1 || next == TokenKind::Number || next == TokenKind::WhiteSpace);
 }
 
 bool isOnly(const StatBlockLine &line, int kind)
