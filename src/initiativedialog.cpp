@@ -226,6 +226,29 @@ Creature *InitiativeData::lookAt(const QWidget *box, QString &message)
     return nullptr;
 }
 
+Creature *InitiativeData::playersCreature(Creature *creature,
+                                          const QSet<const Creature *> &kept) const
+{
+    const auto isKnown = [&kept](const Creature *each) {
+        return each && !each->isHidden() && !each->isDisabled() && !kept.contains(each);
+    };
+    const auto group = std::find_if(m_entries.cbegin(), m_entries.cend(), [&](const Entry &entry) {
+        return entry.creature == creature && !entry.expanded && !entry.members.isEmpty();
+    });
+    if (group == m_entries.cend())
+        return isKnown(creature) ? creature : nullptr;
+    Creature *shown = nullptr;
+    for (const Member &member : group->members) {
+        if (!isKnown(member.creature))
+            continue;
+        if (member.creature->aliasMode() == 0)
+            return isKnown(creature) ? creature : member.creature.data();
+        if (!shown)
+            shown = member.creature;
+    }
+    return shown;
+}
+
 void InitiativeData::onInitValueChanged(int value)
 {
     for (Entry &entry : m_entries) {
@@ -323,6 +346,17 @@ QWidget *InitiativeDialog::groupBox(const QString &title, const QString &objectN
     return group;
 }
 
+void InitiativeDialog::keepFromPlayers(const QList<Creature *> &creatures)
+{
+    m_kept = QSet<const Creature *>(creatures.cbegin(), creatures.cend());
+}
+
+void InitiativeDialog::tellOf(Creature *creature, const QString &message)
+{
+    Creature *shown = m_monsters.playersCreature(creature, m_kept);
+    tellPlayers(shown, shown ? message : QString());
+}
+
 int InitiativeDialog::exec()
 {
     const QMetaObject::Connection focus =
@@ -343,13 +377,13 @@ void InitiativeDialog::onInitFocusChanged(QWidget *, QWidget *now)
     Creature *creature = m_characters.lookAt(now, message);
     if (!creature)
         creature = m_monsters.lookAt(now, message);
-    tellPlayers(creature, message);
+    tellOf(creature, message);
     showInPanel(creature);
 }
 
 void InitiativeDialog::onSpinBoxValueChanged(Creature *creature, int value)
 {
-    tellPlayers(creature, tr("Initiative <b>%1</b>").arg(value));
+    tellOf(creature, tr("Initiative <b>%1</b>").arg(value));
 }
 
 void InitiativeDialog::onOpenCloseClicked()

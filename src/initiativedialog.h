@@ -52,6 +52,9 @@ public:
     // Whom the box rolls for, null for any other widget, and what the players are told when it gets
     // the focus: at first that a roll is wanted, then the roll.
     Creature *lookAt(const QWidget *box, QString &message);
+    // Whom the players are shown for that one. The group's template stands for its monsters where
+    // one of them is known by the group's name. Null where all are hidden, or among `kept`.
+    Creature *playersCreature(Creature *creature, const QSet<const Creature *> &kept) const;
 
 Q_SIGNALS:
     void doInitValueChanged(Creature *creature, int value);
@@ -83,6 +86,8 @@ class InitiativeDialog : public FlatDialog {
 public:
     explicit InitiativeDialog(const CreatureList &creatures, QWidget *parent = nullptr);
 
+    // They join hidden, or by another name: the players aren't told whom the DM rolls for.
+    void keepFromPlayers(const QList<Creature *> &creatures);
     int exec() override;
     QList<CreatureInit> monsterItems() const { return m_monsters.items(); }
     QList<CreatureInit> characterItems() const { return m_characters.items(); }
@@ -94,6 +99,7 @@ private Q_SLOTS:
     void onAllExpandedClicked(bool checked);
 
 private:
+    void tellOf(Creature *creature, const QString &message);
     void rebuildForm();
     QWidget *buildForm();
     QWidget *groupBox(const QString &title, const QString &objectName, InitiativeData &entries,
@@ -101,6 +107,7 @@ private:
 
     InitiativeData m_characters;
     InitiativeData m_monsters;
+    QSet<const Creature *> m_kept;
     QWidget *m_holder = nullptr;
     QWidget *m_form = nullptr;
 };

@@ -54,9 +54,9 @@ public Q_SLOTS:
     void onCurrentCreatureChanged();
     // Null stands for all.
     void onCreatureInListUpdated(Creature *creature = nullptr);
-    void onNameShownChanged();
     void onDisableWidgetDisplay();
     void onEnableWidgetDisplay();
+    void onNameShownChanged();
 
 private:
     // False when what the players see is as it was.

@@ -197,7 +197,7 @@ void PlayersWindow::contextMenuEvent(QContextMenuEvent *event)
 void PlayersWindow::setInitiativeMessage(Creature *creature, const QString &message)
 {
     // A form may ask about a creature that the players must not know of.
-    if (creature && creature->isHidden())
+    if (creature && (creature->isHidden() || creature->isDisabled()))
         m_yourTurn->show(nullptr, QString());
     else
         m_yourTurn->show(creature, message);

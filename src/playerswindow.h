@@ -36,8 +36,8 @@ public:
     QMenu *createPopupMenu() override;
 
     // Shows the creature and the rich text in "Your Turn!", until something changes who is current.
-    // Null stands for the creature whose turn it is, and so does a hidden creature, without the
-    // message.
+    // Null stands for the creature whose turn it is, and so does a creature that they never see,
+    // without the message.
     void setInitiativeMessage(Creature *creature, const QString &message) override;
     // The last of each is kept in the settings.
     void setFontMode(int mode);

@@ -55,14 +55,31 @@ void applyMarks(const PreparedEncounter &encounter, const CreatureList &added, b
     }
 }
 
+// Those whom the players will not see by their own names.
+QList<Creature *> keptFromPlayers(const PreparedEncounter &encounter, const CreatureList &newcomers,
+                                  bool allHidden)
+{
+    QList<Creature *> kept;
+    for (const EncounterMonster &monster : encounter.monsters()) {
+        QString group = monster.group;
+        Creature *creature = theMonsters->ensureTemplate(group, monster.id, false);
+        if (creature && newcomers.contains(creature)
+            && (allHidden || monster.hidden || !monster.alias.isEmpty()))
+            kept << creature;
+    }
+    return kept;
+}
+
 // Asks for the initiative of creatures that join a running encounter, and gives what they had
-// before. False when the DM cancelled.
-bool rollNewcomers(const CreatureList &newcomers, QList<CreatureItem> &oldItems)
+// before. The players aren't told of those in `kept`. False when the DM cancelled.
+bool rollNewcomers(const CreatureList &newcomers, QList<CreatureItem> &oldItems,
+                   const QList<Creature *> &kept = {})
 {
     oldItems = itemsOf(newcomers);
     if (!theEncounter->isRunning())
         return true;
     InitiativeDialog dialog(newcomers);
+    dialog.keepFromPlayers(kept);
     if (!dialog.exec())
         return false;
     const QList<CreatureInit> characters = dialog.characterItems();
@@ -76,7 +93,8 @@ void addEncounter(const PreparedEncounter &encounter, bool hidden)
 {
     const CreatureList newcomers = newcomersAmong(encounter.creatures());
     QList<CreatureItem> oldItems;
-    if (newcomers.isEmpty() || !rollNewcomers(newcomers, oldItems))
+    const QList<Creature *> kept = keptFromPlayers(encounter, newcomers, hidden);
+    if (newcomers.isEmpty() || !rollNewcomers(newcomers, oldItems, kept))
         return;
     if (!appendEvent<AddMonstersEvent>(encounter.name(), newcomers, hidden, oldItems))
         return;
@@ -153,7 +171,8 @@ void MainWindow::onAddMonster()
         return;
     const CreatureList newcomer(QList<Creature *> {monster});
     QList<CreatureItem> oldItems;
-    if (!rollNewcomers(newcomer, oldItems))
+    const bool isKept = hidden || !alias.isEmpty();
+    if (!rollNewcomers(newcomer, oldItems, isKept ? QList {monster} : QList<Creature *>()))
         return;
     if (!appendEvent<AddMonsterEvent>(newcomer, hidden, oldItems))
         return;

@@ -44,6 +44,7 @@ private Q_SLOTS:
     void passesOverWhoTakesNoTurns();
     void keepsARollBeyondTheBox();
     void worksByKeys();
+    void keepsTheHiddenFromThePlayers();
 
 private:
     static QSpinBox *box(InitiativeDialog &dialog, const QString &name)
@@ -200,6 +201,40 @@ void TestInitiativeDialog::worksByKeys()
                           "Aria: Initiative <b>25</b>", QString(), "Rat: Initiative?",
                           "Rat: Initiative <b>1</b>", "Rat: Initiative <b>11</b>"}));
     QVERIFY(display.told.last().isEmpty());
+}
+
+// A box of a group stands for creatures of which the players may know some, all or none.
+void TestInitiativeDialog::keepsTheHiddenFromThePlayers()
+{
+    QList<Creature *> rats;
+    for (Creature *creature : m_creatures)
+        if (creature->group() == u"Rat")
+            rats << creature;
+    QVERIFY(rats.size() > 1);
+    const NotingDisplay display;
+    InitiativeDialog dialog(m_creatures);
+    const auto toldOfRats = [&] {
+        QString told;
+        whenDialogRuns([&] {
+            box(dialog, QStringLiteral("Rat"))->setFocus();
+            told = display.told.last();
+            box(dialog, QStringLiteral("Rat"))->setValue(7);
+            told += u'|' + display.told.last();
+            dialog.reject();
+        });
+        dialog.exec();
+        return told;
+    };
+    QCOMPARE(toldOfRats(), QStringLiteral("Rat: Initiative?|Rat: Initiative <b>7</b>"));
+    rats.first()->setHidden(true);
+    QVERIFY(toldOfRats().startsWith(u"Rat: "));
+    for (Creature *rat : std::as_const(rats)) {
+        rat->setAlias(QStringLiteral("Shade"));
+        rat->setAliasMode(1);
+    }
+    QVERIFY(toldOfRats().startsWith(rats.at(1)->displayName() + u": "));
+    dialog.keepFromPlayers(rats);
+    QCOMPARE(toldOfRats(), QStringLiteral("|"));
 }
 
 MORVANE_TEST_MAIN(QApplication, TestInitiativeDialog)

@@ -410,6 +410,10 @@ void PlayersWindowTest::saysWhoseTurnItIs()
     append<NextTurnEvent>();
     QCOMPARE(text("nameLabel"), u"<b>Rat (1)</b>"_s);
     QCOMPARE(text("hpLabel") + text("conditionLabel"), QString());
+
+    setRoster({u"Aria"_s, u"Rat (2):D"_s});
+    m_window->setInitiativeMessage(TestFight::creature(u"Rat (2)"_s), u"Initiative?"_s);
+    QCOMPARE(text("nameLabel"), u"<b>Aria</b>"_s);
 }
 
 void PlayersWindowTest::namesTheNext_data()
