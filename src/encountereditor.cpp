@@ -15,7 +15,6 @@
 #include "encounterfields.h"
 #include "encounters.h"
 #include "encounterview.h"
-#include "eventsignaler.h"
 #include "global.h"
 #include "libraryquestions.h"
 #include "monsters.h"
@@ -59,8 +58,10 @@ private:
 
 EncounterEditor::EncounterEditor(QWidget *parent)
     : QGroupBox(tr("Encounter"), parent), m_model(new EncounterListModel(this)),
-      m_view(new EncounterView(m_model)), m_filter(new QLineEdit), m_adventures(new QComboBox),
-      m_new(new QPushButton(tr("New Encounter"))),
+      m_view(new EncounterView(m_model)),
+      m_filter(filterEdit(QStringLiteral("encounterFilterEdit"),
+                          [this](QObject *edit) { onFilterChanged(edit); })),
+      m_adventures(new QComboBox), m_new(new QPushButton(tr("New Encounter"))),
       m_delete(new QPushButton(tr("Delete Encounter"))), m_fields(new EncounterFields),
       m_monsterFields(new EncounterMonsterFields)
 {
@@ -91,16 +92,6 @@ EncounterEditor::~EncounterEditor()
 
 void EncounterEditor::buildList()
 {
-    m_filter->setObjectName(QStringLiteral("encounterFilterEdit"));
-    m_filter->setPlaceholderText(tr("Enter filter text"));
-    m_filter->setAccessibleName(tr("Filter"));
-    m_filter->setClearButtonEnabled(true);
-    auto *signaler = new EventSignaler(this);
-    m_filter->installEventFilter(signaler);
-    // Queued, because the event reaches the event filter before the edit.
-    connect(signaler, &EventSignaler::doEventReceived, this, &EncounterEditor::onFilterChanged,
-            Qt::QueuedConnection);
-
     m_adventures->setObjectName(QStringLiteral("adventureFilterBox"));
     m_adventures->setAccessibleName(tr("Adventures"));
     m_adventures->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);

@@ -5,7 +5,6 @@
 #include <QVBoxLayout>
 
 #include "creature.h"
-#include "eventsignaler.h"
 #include "librarylistmodel.h"
 
 LibraryView::LibraryView(QWidget *parent) : QListView(parent)
@@ -26,18 +25,11 @@ void LibraryView::keyPressEvent(QKeyEvent *event)
 }
 
 LibraryPane::LibraryPane(LibraryListModel *model, QWidget *parent)
-    : QWidget(parent), m_model(model), m_view(new LibraryView), m_filter(new QLineEdit)
+    : QWidget(parent), m_model(model), m_view(new LibraryView),
+      m_filter(filterEdit(QStringLiteral("filterEdit"),
+                          [this](QObject *edit) { onFilterChanged(edit); }))
 {
     m_model->setParent(this);
-    m_filter->setObjectName(QStringLiteral("filterEdit"));
-    m_filter->setPlaceholderText(tr("Enter filter text"));
-    m_filter->setAccessibleName(tr("Filter"));
-    m_filter->setClearButtonEnabled(true);
-    auto *signaler = new EventSignaler(this);
-    m_filter->installEventFilter(signaler);
-    // Queued, because the event reaches the event filter before the edit.
-    connect(signaler, &EventSignaler::doEventReceived, this, &LibraryPane::onFilterChanged,
-            Qt::QueuedConnection);
     m_view->setModel(m_model);
     connect(m_view->selectionModel(), &QItemSelectionModel::selectionChanged, m_model,
             &LibraryListModel::onInternalSelectionChanged);

@@ -8,8 +8,6 @@
 #include <QPushButton>
 #include <QScopedValueRollback>
 
-#include "eventsignaler.h"
-
 namespace {
 
 constexpr int RowHeight = 24;
@@ -61,16 +59,10 @@ void clearPick(QTableView *view)
 }
 
 PickTableDialog::PickTableDialog(const QString &title, QWidget *parent)
-    : FlatDialog(title, parent), m_table(new PickTable), m_filter(new QLineEdit)
+    : FlatDialog(title, parent), m_table(new PickTable),
+      m_filter(filterEdit(QStringLiteral("filterEdit"),
+                          [this](QObject *edit) { onFilterChanged(edit); }))
 {
-    m_filter->setObjectName(QStringLiteral("filterEdit"));
-    m_filter->setPlaceholderText(tr("Enter filter text"));
-    m_filter->setClearButtonEnabled(true);
-    auto *signaler = new EventSignaler(this);
-    m_filter->installEventFilter(signaler);
-    // Queued, because the event reaches the event filter before the edit.
-    connect(signaler, &EventSignaler::doEventReceived, this, &PickTableDialog::onFilterChanged,
-            Qt::QueuedConnection);
     connect(m_table, &QTableView::doubleClicked, this, [this] { accept(); });
     setFocusProxy(m_filter);
 }

@@ -2,9 +2,13 @@
 
 #include <QBoxLayout>
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QLabel>
+#include <QLineEdit>
 #include <QSpinBox>
 #include <QToolButton>
+
+#include "eventsignaler.h"
 
 namespace {
 
@@ -110,6 +114,22 @@ QToolButton *WindowsAndDialogs::toolButton(const QString &text, int width, int h
     if (arrow > NoArrow && arrow <= UpArrow)
         button->setArrowType(arrows[arrow]);
     return button;
+}
+
+QLineEdit *WindowsAndDialogs::filterEdit(const QString &objectName,
+                                         std::function<void(QObject *)> changed)
+{
+    auto *edit = new QLineEdit;
+    edit->setObjectName(objectName);
+    edit->setPlaceholderText(QCoreApplication::translate("WindowsAndDialogs", "Enter filter text"));
+    edit->setAccessibleName(QCoreApplication::translate("WindowsAndDialogs", "Filter"));
+    edit->setClearButtonEnabled(true);
+    auto *signaler = new EventSignaler(edit);
+    edit->installEventFilter(signaler);
+    // Queued, because the event reaches the event filter before the edit.
+    QObject::connect(signaler, &EventSignaler::doEventReceived, edit, std::move(changed),
+                     Qt::QueuedConnection);
+    return edit;
 }
 
 void WindowsAndDialogs::selectComboItem(QComboBox *box, const QString &text)

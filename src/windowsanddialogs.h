@@ -2,11 +2,14 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 
 class QComboBox;
 class QHBoxLayout;
 class QLabel;
 class QLayout;
+class QLineEdit;
+class QObject;
 class QSpinBox;
 class QToolButton;
 class QVBoxLayout;
@@ -40,6 +43,10 @@ public:
     enum Arrow { NoArrow, DownArrow, RightArrow, UpArrow };
     // A width of 0 leaves the width to the button; the height is always fixed.
     virtual QToolButton *toolButton(const QString &text, int width, int height, int arrow);
+    // A field to filter a list by. `changed` is called with it behind each event that it gets, and
+    // so behind each key, as long as it lives.
+    virtual QLineEdit *filterEdit(const QString &objectName,
+                                  std::function<void(QObject *)> changed);
     // Ignores case. A text that isn't there goes into an editable box, and selects the first item
     // of any other.
     virtual void selectComboItem(QComboBox *box, const QString &text);
