@@ -261,6 +261,8 @@ QVariant CreatureListModel::data(const QModelIndex &index, int role) const
             : QVariant();
     case Qt::ToolTipRole:
         return toolTip(creature, index.column());
+    case Qt::AccessibleTextRole:
+        return spokenText(creature, index.column());
     default:
         return {};
     }
@@ -313,6 +315,25 @@ QString CreatureListModel::toolTip(const Creature *creature, int column) const
     if (creature->isDead())
         return tr("This creature is dead, click here to remove");
     return tr("Right-click to multi-select");
+}
+
+// For screen readers: what an icon, a bar or a mark-up tells. The other cells say it themselves.
+QVariant CreatureListModel::spokenText(const Creature *creature, int column) const
+{
+    switch (column) {
+    case IconColumn:
+        return stateIcon(creature).cacheKey() == m_noIcon.cacheKey()
+            ? QVariant()
+            : QVariant(toolTip(creature, column));
+    case HealthColumn:
+        return hitPointsText(creature);
+    case NameColumn:
+    case InitiativeColumn:
+    case DefencesColumn:
+        return plainText(displayText(creature, column).toString());
+    default:
+        return {};
+    }
 }
 
 QString CreatureListModel::nameText(const Creature *creature) const

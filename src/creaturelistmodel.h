@@ -79,6 +79,7 @@ private:
     QVariant displayText(const Creature *creature, int column) const;
     QIcon stateIcon(const Creature *creature) const;
     QString toolTip(const Creature *creature, int column) const;
+    QVariant spokenText(const Creature *creature, int column) const;
     QString nameText(const Creature *creature) const;
     QString initiativeText(const Creature *creature) const;
     QString defencesText(const Creature *creature) const;

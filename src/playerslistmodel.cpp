@@ -281,6 +281,10 @@ QVariant PlayersListModel::data(const QModelIndex &index, int role) const
         return index.column() == NameColumn ? QVariant(stateIcon(index.row())) : QVariant();
     case Qt::ForegroundRole:
         return foreground(creature, index.column());
+    case Qt::AccessibleTextRole:
+        return spokenText(creature, index.column());
+    case Qt::AccessibleDescriptionRole:
+        return spokenState(index.row(), index.column());
     default:
         return {};
     }
@@ -324,6 +328,28 @@ QIcon PlayersListModel::stateIcon(int row) const
     if (creature->isReadied())
         return m_readyIcon;
     return creature->isHidden() ? m_hiddenIcon : m_noIcon;
+}
+
+// For screen readers: no more than the bar and its text tell.
+QVariant PlayersListModel::spokenText(const Creature *creature, int column) const
+{
+    if (column != HealthColumn)
+        return {};
+    const QString text = plainText(creature->playersHealthText(m_showDamage));
+    const QString percent = tr("%1 %").arg(creature->playersHpPercent());
+    return text.isEmpty() ? percent : tr("%1; %2").arg(percent, text);
+}
+
+// What the icon tells.
+QVariant PlayersListModel::spokenState(int row, int column) const
+{
+    if (column != NameColumn)
+        return {};
+    if (row == m_currentRow)
+        return tr("It is this creature's turn");
+    if (m_creatures.at(row)->isDelayed())
+        return tr("Delayed");
+    return m_creatures.at(row)->isReadied() ? QVariant(tr("Readied")) : QVariant();
 }
 
 QVariant PlayersListModel::foreground(const Creature *creature, int column) const

@@ -70,6 +70,8 @@ private:
     QString displayText(const Creature *creature, int column) const;
     QString healthText(const Creature *creature) const;
     QIcon stateIcon(int row) const;
+    QVariant spokenText(const Creature *creature, int column) const;
+    QVariant spokenState(int row, int column) const;
     QVariant foreground(const Creature *creature, int column) const;
 
     const QPointer<Encounter> m_encounter;

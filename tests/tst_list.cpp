@@ -165,6 +165,14 @@ void TestList::tellsEachState()
     QTEST(text(creature, Model::NameColumn), "name");
     QTEST(text(creature, Model::IconColumn, Qt::ToolTipRole), "tip");
     QTEST(text(creature, Model::EffectsColumn), "effects");
+    // A screen reader says the state, and no mark-up.
+    const QString tip = text(creature, Model::IconColumn, Qt::ToolTipRole);
+    QCOMPARE(text(creature, Model::IconColumn, Qt::AccessibleTextRole),
+             tip.startsWith(u"Right-click") ? QString() : tip);
+    for (const int column : {Model::NameColumn, Model::DefencesColumn, Model::HealthColumn}) {
+        const QString spoken = text(creature, column, Qt::AccessibleTextRole);
+        QVERIFY(!spoken.isEmpty() && !spoken.contains(u'<') && !spoken.contains(u';'));
+    }
     const bool greyed = text(creature, Model::NameColumn).contains(QLatin1String("gray"));
     const int row = theEncounter->indexOf(creature);
     for (int column = 0; column < Model::ColumnCount; ++column)

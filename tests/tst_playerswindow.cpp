@@ -279,6 +279,15 @@ void PlayersWindowTest::coloursAndIcons()
     QList<QImage> icons {icon(0), icon(1), icon(2), icon(3)};
     for (int i = 0; i < icons.size(); ++i)
         QCOMPARE(icons.indexOf(icons.at(i)), i); // each its own
+    // The same in words.
+    QStringList spoken;
+    for (int row = 0; row < 4; ++row)
+        spoken
+            << m_window->listModel()->index(row, 0).data(Qt::AccessibleDescriptionRole).toString();
+    QCOMPARE(spoken,
+             (QStringList {u"It is this creature's turn"_s, u"Delayed"_s, u"Readied"_s, {}}));
+    QCOMPARE(m_window->listModel()->index(3, 1).data(Qt::AccessibleTextRole).toString(),
+             u"100 %; Damage 0; Heals 0"_s);
     theEncounter->setPosition({1, 1, {}});
     QCOMPARE(icon(1), icons.at(0));
     for (const bool dark : {false, true}) {
