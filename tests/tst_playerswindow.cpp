@@ -692,12 +692,18 @@ void PlayersWindowTest::remembers()
     m_window->addDockWidget(Qt::RightDockWidgetArea, kills);
     m_window->findChild<QDockWidget *>(u"ticker"_s)->hide();
     m_window->setZoom(150);
+    auto *turn = m_window->findChild<QDockWidget *>(u"yourTurn"_s);
+    QTest::mousePress(m_window.get(), Qt::LeftButton); // on the edge of a dock
+    m_window->resizeDocks({turn}, {230}, Qt::Vertical);
+    QTRY_COMPARE(turn->height(), 230);
     m_window->setFontMode(19);
     m_window->setShowDamage(false);
     m_window->setShowNext(true);
     m_window->close();
     QVERIFY(m_window->isHidden());
     m_window = std::make_unique<PlayersWindow>();
+    m_window->show();
+    QTRY_COMPARE(m_window->findChild<QDockWidget *>(u"yourTurn"_s)->height(), 230);
     kills = m_window->findChild<QDockWidget *>(u"lastKills"_s);
     QCOMPARE(m_window->dockWidgetArea(kills), Qt::RightDockWidgetArea);
     QVERIFY(m_window->findChild<QDockWidget *>(u"ticker"_s)->isHidden());
