@@ -3,6 +3,7 @@
 #include "creaturefile.h"
 #include "creatureportrait.h"
 #include "creaturetext.h"
+#include "encounter.h"
 #include "libraryfolder.h"
 #include "paths.h"
 
@@ -36,7 +37,7 @@ std::unique_ptr<Creature> readyCharacter(const CreatureData &data)
 
 Characters::Characters(QObject *parent)
     : QObject(parent), Collection(characterKey, charactersFolder),
-      m_deleted(characterKey, m_counters),
+      m_deleted(characterKey, m_counters), m_gone(characterKey, std::make_shared<ChangeCounters>()),
       m_standIns(characterKey, std::make_shared<ChangeCounters>())
 {
 }
@@ -69,14 +70,22 @@ std::unique_ptr<Creature> Characters::remove(int index, bool free)
     std::unique_ptr<Creature> creature = m_entries.take(index);
     if (!creature || !free)
         return creature;
-    m_deleted.append(std::move(creature));
+    if (creature->isDeleted()) {
+        m_deleted.append(std::move(creature));
+    } else {
+        clearFlags(*creature);
+        m_gone.append(std::move(creature));
+    }
     return nullptr;
 }
 
 QString Characters::newName() const
 {
-    return freeName(tr("New Character"),
-                    [this](const QString &name) { return find(name) != nullptr; });
+    return freeName(tr("New Character"), [this](const QString &name) {
+        // One who went in mid-fight still fights, and the log knows both by their names.
+        const Creature *gone = m_gone.find(name);
+        return find(name) || (gone && theEncounter && theEncounter->contains(gone));
+    });
 }
 
 std::unique_ptr<Creature> Characters::newCharacter() const
@@ -92,7 +101,7 @@ std::unique_ptr<Creature> Characters::newCharacter() const
 
 Creature *Characters::ensureCharacter(const QString &name, bool create)
 {
-    for (const LibraryList<Creature> *library : {&m_entries, &m_deleted, &m_standIns}) {
+    for (const LibraryList<Creature> *library : {&m_entries, &m_deleted, &m_gone, &m_standIns}) {
         if (Creature *creature = library->find(name))
             return creature;
     }
@@ -135,7 +144,7 @@ void Characters::resetForEncounter()
     for (Creature *creature : m_entries.list())
         creature->resetForEncounter(m_entries.namer());
     m_entries.sort();
-    m_deleted.removeUnless([](const Creature &creature) { return creature.isDeleted(); });
+    m_gone.clear(std::make_shared<ChangeCounters>());
     m_standIns.clear(std::make_shared<ChangeCounters>());
     m_retired.clear();
 }
@@ -144,6 +153,7 @@ void Characters::clear()
 {
     Collection::clear();
     m_deleted.clear(m_counters);
+    m_gone.clear(std::make_shared<ChangeCounters>());
     m_standIns.clear(std::make_shared<ChangeCounters>());
     m_retired.clear();
 }
@@ -153,6 +163,7 @@ void Characters::replaceBy(Characters &other)
     clear();
     swapWith(other);
     std::swap(m_deleted, other.m_deleted);
+    std::swap(m_gone, other.m_gone);
     std::swap(m_standIns, other.m_standIns);
     std::swap(m_retired, other.m_retired);
     Q_EMIT doCharactersUpdated();
@@ -189,10 +200,12 @@ void Characters::saveAll()
             discard(i);
     }
     Collection::saveAll();
-    const QList<Creature *> deleted = m_deleted.list();
-    for (Creature *creature : deleted) {
-        if (creature->isDeleted() && removeFile(*creature))
-            clearFlags(*creature);
+    for (int i = m_deleted.count() - 1; i >= 0; --i) {
+        if (!removeFile(*m_deleted.at(i)))
+            continue;
+        std::unique_ptr<Creature> creature = m_deleted.take(i);
+        clearFlags(*creature);
+        m_gone.append(std::move(creature));
     }
 }
 

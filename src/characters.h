@@ -73,6 +73,9 @@ private:
     void restoreDeleted();
 
     LibraryList<Creature> m_deleted;
+    // Whose deletion is saved, or who never had a file: what a step through the history does to
+    // them is no unsaved work.
+    LibraryList<Creature> m_gone;
     // With counters of their own: they have no file that could be unsaved.
     LibraryList<Creature> m_standIns;
     std::vector<std::unique_ptr<Creature>> m_retired; // no name finds them any more

@@ -303,11 +303,8 @@ void MonsterEditor::applyText(Creature *creature, const QString &text)
             },
             creature);
     } else if (record.group != oldGroup) {
-        const QScopedValueRollback busy(m_templateBusy, true);
         const bool isAccepted = checkDuplicate(oldGroup, record, creature);
-        const QString shown = isAccepted ? record.statBlock : creature->statBlock();
-        if (shown != m_text->text())
-            m_text->replaceText(shown);
+        correctText(creature, isAccepted ? record.statBlock : creature->statBlock());
         if (!isAccepted)
             return;
     }
@@ -327,6 +324,21 @@ void MonsterEditor::applyText(Creature *creature, const QString &text)
     if (creature->xp() != oldXP || creature->level() != oldLevel || creature->group() != oldGroup)
         Q_EMIT doTemplatesChanged();
     Q_EMIT doChanged();
+}
+
+// Behind the edit that is just being made, which nothing may cut into.
+void MonsterEditor::correctText(const QPointer<Creature> &creature, const QString &text)
+{
+    if (text == m_text->text())
+        return;
+    const auto correct = [this, creature, text] {
+        if (!creature || creature != selected())
+            return;
+        const QScopedValueRollback busy(m_templateBusy, true);
+        m_text->replaceText(text);
+        tellReading();
+    };
+    QMetaObject::invokeMethod(this, correct, Qt::QueuedConnection);
 }
 
 bool MonsterEditor::checkDuplicate(const QString &oldName, CreatureData &record,

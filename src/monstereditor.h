@@ -65,6 +65,7 @@ private:
                 const QStringList &changes = {});
     void showText(const QString &text);
     void applyText(Creature *creature, const QString &text);
+    void correctText(const QPointer<Creature> &creature, const QString &text);
     // False when the user keeps to a name that is taken. Otherwise the record may have another name
     // than it came with, and then so has its text.
     bool checkDuplicate(const QString &oldName, CreatureData &record, const Creature *except);

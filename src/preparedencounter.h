@@ -56,8 +56,9 @@ public:
     CreatureList creatures() const;
 
     void setName(const QString &name);
-    void setAdventure(const QString &adventure) { m_adventure = adventure; }
-    void setDescription(const QString &description) { m_description = description; }
+    // Without blanks at either end, which a file doesn't keep.
+    void setAdventure(const QString &adventure) { m_adventure = adventure.trimmed(); }
+    void setDescription(const QString &description) { m_description = description.trimmed(); }
     void setMonsters(const QList<EncounterMonster> &monsters);
     // Replaces all at once. False when no entry has one of the old groups.
     bool renameGroups(const QList<Renamed> &renamed);
