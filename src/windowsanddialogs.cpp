@@ -126,8 +126,9 @@ QLineEdit *WindowsAndDialogs::filterEdit(const QString &objectName,
     edit->setClearButtonEnabled(true);
     auto *signaler = new EventSignaler(edit);
     edit->installEventFilter(signaler);
-    // Queued, because the event reaches the event filter before the edit.
-    QObject::connect(signaler, &EventSignaler::doEventReceived, edit, std::move(changed),
+    // Queued, because the event reaches the event filter before the edit; and not to the edit, for
+    // which the call would be one more event.
+    QObject::connect(signaler, &EventSignaler::doEventReceived, signaler, std::move(changed),
                      Qt::QueuedConnection);
     return edit;
 }
