@@ -1,11 +1,14 @@
 #include "characters.h"
 
+#include <algorithm>
+
 #include "creaturefile.h"
 #include "creatureportrait.h"
 #include "creaturetext.h"
 #include "encounter.h"
 #include "libraryfolder.h"
 #include "paths.h"
+#include "switchboard.h"
 
 Characters *theCharacters = nullptr;
 
@@ -54,7 +57,14 @@ Creature *Characters::find(const QString &name, const Creature *except) const
 
 NameState Characters::nameState(const QString &name, const Creature *except) const
 {
-    return nameStateOf(find(name, except));
+    if (const Creature *holder = find(name, except))
+        return nameStateOf(holder);
+    const QList<Creature *> entries = m_entries.list();
+    const auto isInText = [&](const Creature *entry) {
+        return entry != except && entry->nameInText().compare(name, Qt::CaseInsensitive) == 0;
+    };
+    return std::any_of(entries.begin(), entries.end(), isInText) ? NameState::Taken
+                                                                 : NameState::Free;
 }
 
 QString Characters::uniqueName(const QString &name, const Creature *except) const
@@ -213,6 +223,7 @@ void Characters::revertAll()
 {
     restoreDeleted();
     Collection::revertAll();
+    Q_EMIT switchBoard()->doTellHistory();
 }
 
 void Characters::revert(Creature *creature)

@@ -32,7 +32,7 @@ void connectObjects()
                      &Encounters::templatesRenamed);
     QObject::connect(theMonsters, &Monsters::doXpChanged, theEncounters,
                      &Encounters::markLevelsStale);
-    QObject::connect(hub, &SwitchBoard::doBeforeSave, theEncounter, &logBeforeSave);
+    QObject::connect(hub, &SwitchBoard::doTellHistory, theEncounter, &logOutsideChanges);
 }
 
 } // namespace

@@ -56,6 +56,8 @@ void Creature::setName(const QString &name)
 {
     m_data.name = name;
     m_flags.noteNameChange();
+    if (!m_ownText.isNull())
+        writeHistoryIntoText();
     notifyUpdated();
 }
 
@@ -109,6 +111,13 @@ void Creature::updateText()
         return;
     m_data.statBlock = generateText();
     m_ownText.clear();
+}
+
+void Creature::writeHistoryIntoText()
+{
+    const QString text = ownText();
+    updateText();
+    m_ownText = text;
 }
 
 // --- flags of the managers ---

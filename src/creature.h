@@ -143,9 +143,9 @@ public:
     // As after a load of its text: no trace of any fight, and what the text states.
     void resetForEncounter(const UniqueName &uniqueName);
 
-    // The name that the character's file states. Empty for a monster, without a file, and for one
-    // that was edited since.
-    QString nameInFile() const;
+    // The name that the character's text states, whatever the history has made of it; empty for a
+    // monster.
+    QString nameInText() const;
     const QString &fileName() const { return m_fileName; }
     void setFileName(const QString &fileName) { m_fileName = fileName; }
     const QString &savedStatBlock() const { return m_savedStatBlock; }
@@ -304,6 +304,8 @@ private:
     // Live field of an editor: tells listeners only of a change.
     void setValue(int &field, int value);
     void updateText();
+    // The text follows the fields, and ownText() stays as it is.
+    void writeHistoryIntoText();
     const QString &ownText() const { return m_ownText.isNull() ? m_data.statBlock : m_ownText; }
     void noteFieldChange();
     QString dyingText() const;
@@ -337,6 +339,9 @@ private:
     int m_initRoll = 0;
     int m_initRandom = 0;
     bool m_isCharacterFile = false;
+    // The text that nameInText() has read, and what it found.
+    mutable QString m_readText;
+    mutable QString m_readName;
     // What m_shownPortrait was decoded from.
     mutable QString m_decodedPortraitFile;
     mutable QPixmap m_shownPortrait;

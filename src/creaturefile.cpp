@@ -132,7 +132,7 @@ bool Creature::save()
     if (dataReadOnly)
         return false;
     // The log must know of a new name first, or it would name a creature that no file has any more.
-    Q_EMIT switchBoard()->doBeforeSave();
+    Q_EMIT switchBoard()->doTellHistory();
     const QString fileName = m_fileName.isEmpty() ? newFileName(*this) : m_fileName;
     if (!saveWhole(creaturePath(fileName, hasMonsterFile()), toCRLF(m_data.statBlock.toUtf8())))
         return false;
@@ -168,12 +168,17 @@ void Creature::takeText(const QString &text, const UniqueName &uniqueName)
     assign(data);
 }
 
-QString Creature::nameInFile() const
+QString Creature::nameInText() const
 {
-    CreatureData data;
-    const bool isRead = !isMonster() && !m_fileName.isEmpty() && ownText() == m_savedStatBlock
-        && parseText(false, m_savedStatBlock.toUtf8(), data, QString());
-    return isRead && isUsableName(data.name) ? data.name : QString();
+    if (isMonster())
+        return {};
+    if (m_readText != ownText()) {
+        CreatureData data;
+        const bool isRead = parseText(false, ownText().toUtf8(), data, QString());
+        m_readText = ownText();
+        m_readName = isRead && isUsableName(data.name) ? data.name : QString();
+    }
+    return m_readName;
 }
 
 void Creature::takeNumbersOfText()

@@ -294,11 +294,8 @@ void Creature::setVitality(const CreatureVitality &vitality)
         || initAP() != vitality.initAP;
     setVitalityNumbers(vitality);
     // A text that still tells the same stays as its author laid it out.
-    if (isTextStale) {
-        const QString text = ownText();
-        updateText();
-        m_ownText = text;
-    }
+    if (isTextStale)
+        writeHistoryIntoText();
     statBlockChanged();
     notifyUpdated();
 }

@@ -5,6 +5,7 @@
 #include "mainwindow.h"
 #include "messagedialog.h"
 #include "monsters.h"
+#include "outsidechanges.h"
 #include "windows.h"
 
 void MainWindow::onStepBack()
@@ -54,6 +55,9 @@ void MainWindow::onTruncateHistory()
                         "beyond this point will automatically truncate.<p>However, if you are "
                         "experiencing a problem with the History (for example, the end is corrupt) "
                         "then truncating and restarting should solve the problem."),
-                     tr("Truncate")))
+                     tr("Truncate"))) {
         theHistory->truncate();
+        // A hero's file may have a name that was in one of the events.
+        logOutsideChanges();
+    }
 }

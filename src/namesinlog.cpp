@@ -1,6 +1,7 @@
 #include "namesinlog.h"
 
 #include <QHash>
+#include <algorithm>
 
 #include "characters.h"
 #include "encounter.h"
@@ -8,90 +9,100 @@
 
 namespace {
 
-struct Rename {
-    QString oldName;
-    QString newName;
-};
-
-QList<Rename> renamesAhead(ObjectStream &stream)
-{
-    QList<Rename> renames;
-    const auto fields = stream.fieldsAhead({ID_RENAME_EVENT_OLD_NAME, ID_RENAME_EVENT_NEW_NAME});
-    for (const StreamField &field : fields) {
-        const QString name = QString::fromUtf8(field.value);
-        if (field.tag == ID_RENAME_EVENT_OLD_NAME)
-            renames.append({name, QString()});
-        else if (!renames.isEmpty())
-            renames.last().newName = name;
-    }
-    return renames;
-}
-
-bool isSameName(const QString &a, const QString &b)
-{
-    return a.compare(b, Qt::CaseInsensitive) == 0;
-}
-
-// The name that the renames from that index on lead to.
-QString lastName(QString name, const QList<Rename> &renames, qsizetype from)
-{
-    for (; from < renames.size(); ++from) {
-        if (isSameName(name, renames.at(from).oldName))
-            name = renames.at(from).newName;
-    }
-    return name;
-}
-
 // A name that stands in no log and no file.
 QString nobodysName(const QString &name)
 {
     return name + QChar(0x1f);
 }
 
+// Sets the name, and has the history know it too.
+void call(Creature *hero, const QString &name)
+{
+    hero->setName(name);
+    hero->setNameBefore(name);
+}
+
 } // namespace
+
+QList<NamesInLog::Rename> NamesInLog::renamesAhead(ObjectStream &stream)
+{
+    QList<Rename> renames;
+    const auto fields = stream.fieldsAhead({ID_RENAME_EVENT_OLD_NAME, ID_RENAME_EVENT_NEW_NAME});
+    for (const StreamField &field : fields) {
+        const QString name = QString::fromUtf8(field.value);
+        if (field.tag == ID_RENAME_EVENT_OLD_NAME)
+            renames.append({name, {}, {}});
+        else if (!renames.isEmpty())
+            renames.last().newName = name;
+    }
+    return renames;
+}
+
+// The name that the renames from that index on lead to.
+QString NamesInLog::lastName(QString name, qsizetype from) const
+{
+    for (; from < m_renames.size(); ++from) {
+        if (name.compare(m_renames.at(from).oldName, Qt::CaseInsensitive) == 0)
+            name = m_renames.at(from).newName;
+    }
+    return name;
+}
 
 void NamesInLog::takeBack(ObjectStream &stream)
 {
-    const QList<Rename> renames = renamesAhead(stream);
-    if (renames.isEmpty() || !theCharacters)
+    m_renames = renamesAhead(stream);
+    if (m_renames.isEmpty() || !theCharacters)
         return;
     QHash<QString, Creature *> holders;
-    for (int i = 0; i < theCharacters->count(); ++i)
-        holders.insert(theCharacters->at(i)->name().toCaseFolded(), theCharacters->at(i));
+    for (int i = 0; i < theCharacters->count(); ++i) {
+        Creature *hero = theCharacters->at(i);
+        holders.insert(hero->name().toCaseFolded(), hero);
+    }
     QHash<Creature *, QString> names;
-    for (qsizetype i = renames.size() - 1; i >= 0; --i) {
-        const QString oldName = renames.at(i).oldName;
-        Creature *hero = holders.take(renames.at(i).newName.toCaseFolded());
+    for (qsizetype i = m_renames.size() - 1; i >= 0; --i) {
+        Rename &rename = m_renames[i];
+        Creature *hero = holders.take(rename.newName.toCaseFolded());
         if (!hero)
             continue;
-        if (Creature *other = holders.take(oldName.toCaseFolded())) {
+        rename.hero = hero;
+        if (Creature *other = holders.take(rename.oldName.toCaseFolded())) {
             // The present holder of the old name got it only later: up to here the log meant
             // another by it.
             const QString name = names.value(other, other->name());
             m_waiting.append({other, name, i});
-            m_heroes.append({other, other->name(), lastName(name, renames, i + 1)});
             names.remove(other);
         }
-        holders.insert(oldName.toCaseFolded(), hero);
-        names.insert(hero, oldName);
+        holders.insert(rename.oldName.toCaseFolded(), hero);
+        names.insert(hero, rename.oldName);
     }
-    for (const Waiting &waiting : std::as_const(m_waiting))
+    for (int i = 0; i < theCharacters->count(); ++i) {
+        Creature *hero = theCharacters->at(i);
+        const QString name = names.value(hero, hero->name());
+        m_heroes.append({hero, hero->name(), lastName(name, 0)});
+        if (name != hero->name())
+            call(hero, name);
+    }
+    for (const Waiting &waiting : std::as_const(m_waiting)) {
+        const auto isSame = [&waiting](const Hero &hero) {
+            return hero.creature == waiting.creature;
+        };
+        std::find_if(m_heroes.begin(), m_heroes.end(), isSame)->lastInLog =
+            lastName(waiting.name, waiting.freedBy + 1);
         waiting.creature->setName(nobodysName(waiting.name));
-    for (auto it = names.cbegin(); it != names.cend(); ++it) {
-        Creature *hero = it.key();
-        m_heroes.append({hero, hero->name(), lastName(it.value(), renames, 0)});
-        hero->setName(it.value());
-        hero->setNameBefore(it.value());
     }
 }
 
 void NamesInLog::notePassed()
 {
+    if (m_passed >= m_renames.size() || !theCharacters)
+        return;
+    const Rename &rename = m_renames.at(m_passed);
+    Creature *hero = rename.hero ? rename.hero.data() : theCharacters->find(rename.oldName);
+    if (hero && !theCharacters->find(rename.newName, hero))
+        call(hero, rename.newName);
     for (const Waiting &waiting : std::as_const(m_waiting)) {
-        if (waiting.freedBy == m_passed && waiting.creature) {
-            waiting.creature->setName(waiting.name);
-            waiting.creature->setNameBefore(waiting.name);
-        }
+        if (waiting.freedBy == m_passed && waiting.creature)
+            call(waiting.creature, waiting.name);
     }
     ++m_passed;
 }
@@ -99,13 +110,10 @@ void NamesInLog::notePassed()
 void NamesInLog::finish()
 {
     for (const Hero &hero : std::as_const(m_heroes)) {
-        if (!hero.creature || isSameName(hero.creature->name(), hero.lastInLog))
+        if (!hero.creature || hero.creature->name() == hero.nameOfFile)
             continue;
-        hero.creature->setName(hero.nameOfFile);
-        // The next command logs it for a hero in the encounter.
-        if (theEncounter->contains(hero.creature))
-            theEncounter->markVitalityStale();
-        else
-            hero.creature->setNameBefore(hero.nameOfFile);
+        if (hero.creature->name().compare(hero.lastInLog, Qt::CaseInsensitive) != 0)
+            hero.creature->setName(hero.nameOfFile);
+        theEncounter->markVitalityStale();
     }
 }

@@ -17,9 +17,11 @@ public:
     // Gives the heroes their old names, by the renames that lie ahead in the stream. Its position
     // stays.
     void takeBack(ObjectStream &stream);
-    // Called after each rename of the replay.
+    // Called after each rename of the replay. The event itself renames only a hero in the
+    // encounter; this renames the others.
     void notePassed();
     // A hero whom the replay didn't bring to the last name in the log takes the name of the file.
+    // With another name than in the file, the next command takes that one.
     void finish();
 
 private:
@@ -35,6 +37,15 @@ private:
         qsizetype freedBy;
     };
 
+    struct Rename {
+        QString oldName;
+        QString newName;
+        QPointer<Creature> hero; // null for one whose file doesn't know of it
+    };
+    static QList<Rename> renamesAhead(ObjectStream &stream);
+    QString lastName(QString name, qsizetype from) const;
+
+    QList<Rename> m_renames;
     QList<Hero> m_heroes;
     QList<Waiting> m_waiting;
     qsizetype m_passed = 0;

@@ -47,7 +47,7 @@ void logRename(const NewName &rename, ObjectStream *stream)
     Creature *creature = rename.creature;
     appendTo<RenameCreatureEvent>(stream, nameInLog(creature, creature->name()),
                                   nameInLog(creature, rename.name));
-    // The event passes over a creature outside the encounter.
+    // The event doesn't rename a creature outside the encounter.
     creature->setName(rename.name);
     creature->setNameBefore(rename.name);
 }
@@ -88,7 +88,7 @@ void logRenames(const QList<Creature *> &creatures, ObjectStream *stream)
 
 // Edited heroes outside the encounter count too: once the log is newer than their files, nothing
 // would tell that these were edited.
-QList<Creature *> namedInLog()
+QList<Creature *> numberedInLog()
 {
     QList<Creature *> creatures = theEncounter->creatures().list();
     const QList<Creature *> edited = theHistory->editedCharacters();
@@ -99,15 +99,41 @@ QList<Creature *> namedInLog()
     return creatures;
 }
 
-// Steps back through the history leave heroes with names that their files don't have any more.
-void takeNamesOfFiles(const QList<Creature *> &creatures)
+// Steps back through the history give heroes older names than their texts have. What the text has
+// counts with the next command.
+void takeNamesOfTexts()
 {
-    for (Creature *creature : creatures) {
-        const QString name = creature->nameInFile();
-        if (!name.isEmpty() && name != creature->name()
-            && theCharacters->nameState(name, creature) == NameState::Free)
-            creature->setName(name);
+    QList<NewName> heroes;
+    for (int i = 0; i < theCharacters->count(); ++i) {
+        Creature *hero = theCharacters->at(i);
+        const QString stated = hero->nameInText();
+        heroes.append({hero, hero->name(), stated.isEmpty() ? hero->name() : stated});
     }
+    for (const NewName &each : std::as_const(heroes)) {
+        const auto isSame = [&each](const NewName &other) {
+            return other.creature != each.creature && isSameName(other.name, each.name);
+        };
+        // Two files may state the same name: one hero has it, the other has a number behind it.
+        if (each.name != each.before && std::none_of(heroes.begin(), heroes.end(), isSame))
+            each.creature->setName(each.name);
+    }
+}
+
+// The creatures of the encounter and all heroes: the log may name a hero who has left, whose name
+// another can take over. A log without events names nobody.
+QList<Creature *> namedInLog()
+{
+    takeNamesOfTexts();
+    QList<Creature *> creatures = theEncounter->creatures().list();
+    for (int i = 0; i < theCharacters->count(); ++i) {
+        Creature *hero = theCharacters->at(i);
+        if (theEncounter->contains(hero))
+            continue;
+        if (theHistory->eventCount() == 0)
+            hero->setNameBefore(hero->name());
+        creatures << hero;
+    }
+    return creatures;
 }
 
 } // namespace
@@ -117,26 +143,23 @@ void checkVitality(ObjectStream *stream)
     if (!stream || !theEncounter->isVitalityStale())
         return;
     theEncounter->markVitalityStale(false);
-    // A copy: the events may change the list.
-    const QList<Creature *> creatures = namedInLog();
-    takeNamesOfFiles(creatures);
-    // Names first: a record calls its creature by the present name, which the log must have told
-    // before.
-    logRenames(creatures, stream);
-    for (Creature *creature : creatures) {
+    // A copy: the events may change the list. Names first: a record calls its creature by the
+    // present name, which the log must have told before.
+    const QList<Creature *> numbered = numberedInLog();
+    logRenames(namedInLog(), stream);
+    for (Creature *creature : numbered) {
         if (hasNewNumbers(creature))
             appendTo<SetVitalityEvent>(stream, creature->liveVitality());
     }
 }
 
-void logBeforeSave()
+void logOutsideChanges()
 {
     if (!theEncounter->isVitalityStale())
         return;
-    const QList<Creature *> creatures = namedInLog();
-    takeNamesOfFiles(creatures);
-    if (std::any_of(creatures.begin(), creatures.end(), [](Creature *creature) {
-            return hasNewName(creature) || hasNewNumbers(creature);
-        }))
+    const QList<Creature *> named = namedInLog();
+    const QList<Creature *> numbered = numberedInLog();
+    if (std::any_of(named.begin(), named.end(), hasNewName)
+        || std::any_of(numbered.begin(), numbered.end(), hasNewNumbers))
         checkVitality(theHistory->getStream(true));
 }

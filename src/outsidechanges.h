@@ -6,6 +6,6 @@ class ObjectStream;
 // Logs such changes, ahead of the event of a command. Nothing while the encounter isn't marked by
 // markVitalityStale(), nor without a stream.
 void checkVitality(ObjectStream *stream);
-// The same ahead of a save. Without such changes the log isn't touched; one that can't be written
-// is no reason not to save.
-void logBeforeSave();
+// The same without a command: before a save, or after events were dropped. Without such changes it
+// doesn't touch the log. A log that can't be written is passed over without a message.
+void logOutsideChanges();

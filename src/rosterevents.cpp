@@ -354,16 +354,25 @@ void RenameCreatureEvent::redo()
     Creature *a = findFighter(m_oldName);
     Creature *b = findFighter(m_newName);
     m_previousName.clear();
-    // Who has the old name by now may be another.
-    Creature *renamed = a && theEncounter->contains(a) ? a : b;
-    if (!renamed || !theEncounter->contains(renamed))
+    // Kept from the first time: later another creature may have either name.
+    if (!m_renamed)
+        m_renamed = !theEncounter->contains(a) && theEncounter->contains(b) ? b : a;
+    if (!isKnown())
         return;
-    if (a && !b)
-        a->setName(ownName(*a, m_newName));
-    else if (a && a->isMissing() && a->isMonster() == b->isMonster() && !theEncounter->contains(b))
-        merge(a, b);
-    m_previousName = renamed->nameBefore();
-    renamed->setNameBefore(renamed->name());
+    if (a == m_renamed && theEncounter->contains(a)) {
+        if (!b)
+            a->setName(ownName(*a, m_newName));
+        else if (a->isMissing() && a->isMonster() == b->isMonster() && !theEncounter->contains(b))
+            merge(a, b);
+    }
+    m_previousName = m_renamed->nameBefore();
+    m_renamed->setNameBefore(theEncounter->contains(m_renamed) ? m_renamed->name() : m_newName);
+}
+
+// For a hero outside the encounter the event changes only the name that the history knows.
+bool RenameCreatureEvent::isKnown() const
+{
+    return m_renamed && (theEncounter->contains(m_renamed) || !m_renamed->isMonster());
 }
 
 // Prefers the creature in the encounter to one of the same name in the library.
@@ -392,16 +401,14 @@ void RenameCreatureEvent::merge(Creature *missing, Creature *found)
 
 void RenameCreatureEvent::undo()
 {
-    Creature *b = findFighter(m_newName);
-    Creature *a = findFighter(m_oldName);
-    if (!b || !theEncounter->contains(b) || (a && theEncounter->contains(a)))
+    if (!isKnown())
         return;
-    // Somebody in the library may have the old name by now.
-    if (!a)
-        b->setName(ownName(*b, m_oldName));
+    // Another in the library may have the old name now.
+    if (theEncounter->contains(m_renamed) && !findFighter(m_oldName))
+        m_renamed->setName(ownName(*m_renamed, m_oldName));
     if (!m_previousName.isEmpty())
-        b->setNameBefore(m_previousName);
-    // A file that has the new name counts with the next command.
+        m_renamed->setNameBefore(m_previousName);
+    // Where the hero's text has the new name, the next command logs it again.
     theEncounter->markVitalityStale();
 }
 

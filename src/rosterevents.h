@@ -212,10 +212,12 @@ public:
 
 private:
     static Creature *findFighter(const QString &name);
+    bool isKnown() const;
     static void merge(Creature *missing, Creature *found);
 
     QString m_oldName;
     QString m_newName;
+    QPointer<Creature> m_renamed; // by the first redo(); null if it found nobody
     QString m_previousName;
 };
 

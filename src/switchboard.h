@@ -16,8 +16,9 @@ Q_SIGNALS:
     void doCreatureEffectsChanged(Creature *creature);
     // A creature's text or numbers may differ by now from what the history knows of them.
     void doRecordChanged();
-    // A creature's file is about to be written: the log hears first of what was changed.
-    void doBeforeSave();
+    // The log is to hear of what was changed: before a creature's file is written, and after
+    // characters went back to what their files hold.
+    void doTellHistory();
     // A creature began or ceased to delay or to be ready.
     void doWaitingChanged();
     // A creature's hidden flag or alias changed.
