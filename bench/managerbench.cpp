@@ -8,6 +8,7 @@
 #include <QPlainTextEdit>
 
 #include "benchdata.h"
+#include "encounterview.h"
 #include "librarypane.h"
 #include "mainwindow.h"
 #include "managerwindow.h"
@@ -54,9 +55,9 @@ private:
     BenchFolder m_folder;
 };
 
-void type(QWidget *widget, const QString &text)
+void type(QWidget *widget, const QString &text, int key = 0)
 {
-    QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, text);
+    QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, text);
     QCoreApplication::sendEvent(widget, &press);
 }
 
@@ -71,23 +72,35 @@ void openManager(benchmark::State &state)
     }
 }
 
-void typeInFilter(benchmark::State &state)
+// In the filter of that name, until the list that it filters is painted.
+template <typename View>
+void typeInFilterOf(benchmark::State &state, const char *name)
 {
     const Library library(state);
     ManagerWindow window;
     window.show();
     QCoreApplication::processEvents();
-    auto *filter = window.findChild<QLineEdit *>(QStringLiteral("filterEdit"));
-    const auto *pane = window.findChild<LibraryPane *>();
+    auto *filter = window.findChild<QLineEdit *>(QLatin1String(name));
+    const auto *view = window.findChild<View *>();
     for (auto _ : state) {
-        Painted painted(pane->view());
+        Painted painted(view);
         type(filter, QStringLiteral("1"));
         painted.wait();
         state.PauseTiming();
-        filter->clear();
+        type(filter, QString(), Qt::Key_Backspace);
         QCoreApplication::processEvents();
         state.ResumeTiming();
     }
+}
+
+void typeInFilter(benchmark::State &state)
+{
+    typeInFilterOf<LibraryView>(state, "filterEdit");
+}
+
+void typeInEncounterFilter(benchmark::State &state)
+{
+    typeInFilterOf<EncounterView>(state, "encounterFilterEdit");
 }
 
 // A letter behind the text, which is read anew each time.
@@ -110,4 +123,5 @@ void typeInStatBlock(benchmark::State &state)
 
 BENCHMARK(openManager)->Arg(5000)->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(typeInFilter)->Arg(5000)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(typeInEncounterFilter)->Arg(5000)->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(typeInStatBlock)->Arg(5000)->UseRealTime()->Unit(benchmark::kMillisecond);

@@ -68,6 +68,7 @@ constexpr Rate rates[] = {
     {"a step back over 50 effects", "commandToBothFrames/stepBack", 1, "63"},
     {"Monster Manager opened a second, 5,000 monsters", "openManager/5000", 1, "3.3"},
     {"keys a second in its filter", "typeInFilter/5000", 1, "63"},
+    {"keys a second in that of 500 encounters", "typeInEncounterFilter/5000", 1, "63"},
     {"keys a second in its text", "typeInStatBlock/5000", 1, "63"},
 };
 
