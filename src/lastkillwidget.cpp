@@ -65,8 +65,7 @@ void LastKillWidget::onCreatureChanged()
 
 QSize LastKillWidget::minimumSizeHint() const
 {
-    return {pixels(SmallestFont * 8),
-            pixels(SmallestFont * LineSpacing * (NameLines + 3) + 2 * EdgeMargin)};
+    return {leastWidth(), pixels(SmallestFont * LineSpacing * (NameLines + 3) + 2 * EdgeMargin)};
 }
 
 QSize LastKillWidget::sizeHint() const

@@ -68,6 +68,7 @@ PlayersView::PlayersView(QWidget *parent)
     horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     horizontalHeader()->setMinimumSectionSize(1);
     setMinimumWidth(LeastWidth);
+    setMinimumHeight(heightOfRow(SmallestFont) + 1);
     applySize(m_fontSize);
 }
 
@@ -119,6 +120,7 @@ void PlayersView::setZoom(int percent)
     m_widths.clear();
     // A window that is wider than its screen would be cut.
     setMinimumWidth(qMax(LeastWidth, qMin(pixels(LeastWidth), screen()->size().width() / 2)));
+    setMinimumHeight(qMin(heightOfRow(SmallestFont) + 1, screen()->size().height() / 4));
     applySize(m_fontSize);
     fitAnew();
 }
@@ -191,6 +193,11 @@ void PlayersView::fit(int width, int height)
     applyWidths();
 }
 
+void PlayersView::fitHeader()
+{
+    horizontalHeader()->setHidden(height() <= headerHeight(m_fontSize) + heightOfRow(m_fontSize));
+}
+
 void PlayersView::applySize(int size)
 {
     const QFont sized = fontOfSize(size);
@@ -200,6 +207,7 @@ void PlayersView::applySize(int size)
     horizontalHeader()->setFixedHeight(headerHeight(size));
     verticalHeader()->setDefaultSectionSize(heightOfRow(size));
     setIconSize(QSize(pixels(size), pixels(size)));
+    fitHeader();
 }
 
 void PlayersView::applyWidths()
@@ -251,6 +259,7 @@ void PlayersView::resizeEvent(QResizeEvent *event)
         return;
     m_lastWidth = width();
     m_lastHeight = height();
+    fitHeader();
     fit(m_lastWidth, m_lastHeight);
     showRow(m_shownRow);
 }

@@ -11,7 +11,7 @@ class PlayersHealthDelegate;
 class PlayersListModel;
 
 // Never shows a scroll bar nor half a row: where the rows don't fit, those around the current one
-// are shown.
+// are shown, and where there is room for no more than one, no header.
 class PlayersView : public QTableView {
     Q_OBJECT
 
@@ -58,6 +58,7 @@ private:
     Widths measureRow(int row, int size);
     Widths contentWidths(int size);
     bool fitsAt(int size, int width, int height);
+    void fitHeader();
     void applySize(int size);
     void applyWidths();
 

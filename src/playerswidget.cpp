@@ -1,5 +1,7 @@
 #include "playerswidget.h"
 
+#include <QScreen>
+
 #include "fittedtext.h"
 
 void PlayersWidget::setFontSize(int size)
@@ -17,6 +19,11 @@ void PlayersWidget::setZoom(int percent)
     setFontSize(m_fontSize);
     updateGeometry();
     fit();
+}
+
+int PlayersWidget::leastWidth() const
+{
+    return qMin(pixels(SmallestFont * 8), screen()->size().width() / 5);
 }
 
 int PlayersWidget::pixels(qreal size) const

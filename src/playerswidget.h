@@ -29,6 +29,8 @@ protected:
 
     int zoom() const { return m_zoom; }
     int pixels(qreal size) const;
+    // Of a panel, in pixels of the screen: two of them fit beside the list at any zoom.
+    int leastWidth() const;
     // Lays the panel out anew after a change of a size.
     virtual void fit() = 0;
 

@@ -112,8 +112,7 @@ int YourTurnWidget::lineCount() const
 QSize YourTurnWidget::minimumSizeHint() const
 {
     // One line for the conditions is enough where room is scarce.
-    return {pixels(SmallestFont * 8),
-            pixels(SmallestFont * LineSpacing * (lineCount() - 1) + 2 * EdgeMargin)};
+    return {leastWidth(), pixels(SmallestFont * LineSpacing * (lineCount() - 1) + 2 * EdgeMargin)};
 }
 
 QSize YourTurnWidget::sizeHint() const

@@ -538,6 +538,21 @@ void PlayersWindowTest::longListShowsTheCurrentRow()
         QVERIFY(row.bottom() < view->viewport()->height());
         QVERIFY(!view->verticalScrollBar()->isVisible());
     }
+    // At the largest zoom too, the window with panels at its sides is no larger than its screen.
+    m_window->setZoom(400);
+    m_window->addDockWidget(Qt::LeftDockWidgetArea,
+                            m_window->findChild<QDockWidget *>(u"yourTurn"_s));
+    m_window->addDockWidget(Qt::RightDockWidgetArea,
+                            m_window->findChild<QDockWidget *>(u"lastKills"_s));
+    const QSize least = m_window->minimumSizeHint();
+    QVERIFY(least.boundedTo(m_window->screen()->size()) == least);
+    // As low as the window can be, there is a row, and room for no header.
+    m_window->setZoom(200);
+    view->resize(700, view->minimumHeight());
+    QVERIFY(view->visualRect(view->model()->index(0, 0)).bottom() < view->viewport()->height());
+    QVERIFY(view->horizontalHeader()->isHidden());
+    view->resize(700, 900);
+    QVERIFY(!view->horizontalHeader()->isHidden());
 }
 
 void PlayersWindowTest::changesNothingWhileInFlux()
