@@ -256,12 +256,16 @@ QString ImportPanel::pathOf(const QListWidgetItem &item) const
 // Keeps the rows that are selected.
 void ImportPanel::onImportRefreshClicked()
 {
-    QStringList selected;
+    QSet<QString> selected;
     for (const QListWidgetItem *item : m_files->selectedItems())
         selected << item->text();
     fillFileList();
-    for (int row = 0; row < m_files->count(); ++row)
-        m_files->item(row)->setSelected(selected.contains(m_files->item(row)->text()));
+    {
+        const QSignalBlocker once(m_files);
+        for (int row = 0; row < m_files->count(); ++row)
+            m_files->item(row)->setSelected(selected.contains(m_files->item(row)->text()));
+    }
+    onImportDirSelectionChanged();
 }
 
 void ImportPanel::onImportDirSelectionChanged()

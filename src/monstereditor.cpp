@@ -390,7 +390,7 @@ MonsterEditor::Import MonsterEditor::resultOf(const Creature &creature)
     return creature.isInvalid() ? Import::NeedsALook : Import::Taken;
 }
 
-MonsterEditor::Import MonsterEditor::importFile(const QString &path)
+MonsterEditor::Import MonsterEditor::importFile(const QString &path, Imported &last)
 {
     QByteArray bytes;
     if (readTextFile(path, bytes) != FileText::Read)
@@ -401,28 +401,34 @@ MonsterEditor::Import MonsterEditor::importFile(const QString &path)
         creature = theMonsters->takeFile(path);
     if (!creature)
         return Import::Refused;
-    m_list->refresh();
-    m_list->select(creature);
     const TidiedText tidied = tidyStatBlock(QString::fromUtf8(toLF(bytes)));
+    last = {creature, tidied.changes};
     const bool keepsPortrait = isKnown && !creature->portraitFile().isEmpty();
     const QString text =
         keepsPortrait ? withPortraitInText(tidied.text, creature->portraitFile()) : tidied.text;
     if (text == creature->statBlock())
         return isKnown ? Import::Current : resultOf(*creature);
-    {
-        const QScopedValueRollback busy(m_templateBusy, true);
-        m_text->replaceText(text);
-    }
     applyText(creature, text);
-    tellReading(tidied.changes);
     return resultOf(*creature);
 }
 
 void MonsterEditor::onImport(const QStringList &paths)
 {
     QMap<Import, QStringList> files;
-    for (const QString &path : paths)
-        files[importFile(path)] << QFileInfo(path).fileName();
+    Imported last;
+    {
+        const QSignalBlocker once(this); // told of all below
+        for (const QString &path : paths)
+            files[importFile(path, last)] << QFileInfo(path).fileName();
+    }
+    m_list->refresh();
+    if (last.creature) {
+        m_list->select(last.creature);
+        const QScopedValueRollback busy(m_templateBusy, true);
+        if (m_text->text() != last.creature->statBlock())
+            m_text->replaceText(last.creature->statBlock());
+        tellReading(last.changes);
+    }
     m_import->onImportRefreshClicked();
     Q_EMIT doTemplatesChanged();
     Q_EMIT doChanged();

@@ -69,7 +69,12 @@ private:
     // False when the user keeps to a name that is taken. Otherwise the record may have another name
     // than it came with, and then so has its text.
     bool checkDuplicate(const QString &oldName, CreatureData &record, const Creature *except);
-    Import importFile(const QString &path);
+    struct Imported {
+        QPointer<Creature> creature;
+        QStringList changes; // of the tidying
+    };
+    // Shows nothing of it.
+    Import importFile(const QString &path, Imported &last);
     static Import resultOf(const Creature &creature);
     void tellImport(const QMap<Import, QStringList> &files);
     void updateButtons();
