@@ -1,6 +1,8 @@
 // Events of who is in the encounter and how they are listed.
 #pragma once
 
+#include <QPointer>
+
 #include "encountersnapshots.h"
 #include "event.h"
 
