@@ -24,8 +24,8 @@ public:
     // Stand-ins for missing characters are not among the entries.
     // Characters whose deletion isn't saved are found too: their names stay taken.
     Creature *find(const QString &name, const Creature *except = nullptr) const;
-    // Stand-ins leave their names free. The name that a text states isn't, though steps back
-    // through the history may have given its character an older one.
+    // The name of a stand-in is free. A name that a character's text states is taken, even while a
+    // step back through the history has given the character an older one.
     NameState nameState(const QString &name, const Creature *except = nullptr) const;
     // `name`, or with the first number from 2 that no character but `except` has.
     QString uniqueName(const QString &name, const Creature *except = nullptr) const;

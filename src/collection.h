@@ -29,9 +29,8 @@ void clearFlags(Entry &entry)
     entry.setDeleted(false);
 }
 
-// A list model takes its rows from at(). It resets itself around load(), saveAll(), revertAll(),
-// clear() and whatever else adds or removes entries without the model's knowledge; add() and
-// resort() put an entry where insertionIndex() says beforehand.
+// No signal tells a list model of added or removed entries: whoever calls add(), resort(), load(),
+// saveAll(), revertAll() or clear() has the model read the entries again.
 template <typename Entry>
 class Collection {
 public:

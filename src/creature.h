@@ -96,7 +96,7 @@ public:
     void rename(const QString &name);
     void setGroup(const QString &group);
     // Sets any other field of a character, for its editor, and rebuilds statBlock. A new score of
-    // an ability drops the modifier that its file stated. Nothing calls them yet.
+    // an ability drops the modifier that its file stated.
     template <typename Value>
     void setField(Value CreatureData::*field, const std::type_identity_t<Value> &value)
     {
