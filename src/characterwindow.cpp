@@ -314,6 +314,8 @@ void CharacterWindow::onNewCharacter()
     {
         const QScopedValueRollback updating(m_updating, true);
         added = theCharacters->addNew(theCharacters->newCharacter());
+        // As the box shows it: who has no bonus takes no turns.
+        added->setField(&CreatureData::initBonus, 0);
         m_list->refresh();
     }
     m_list->select(added);

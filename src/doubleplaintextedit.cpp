@@ -3,7 +3,7 @@
 #include <QHelpEvent>
 #include <QMimeData>
 #include <QPainter>
-#include <QPlainTextDocumentLayout>
+#include <QScopedValueRollback>
 #include <QTextBlock>
 #include <QTextDocument>
 #include <QToolTip>
@@ -134,46 +134,63 @@ void StatBlockEdit::insertFromMimeData(const QMimeData *source)
 }
 
 DoublePlainTextEdit::DoublePlainTextEdit(QObject *parent)
-    : QObject(parent), m_document(new QTextDocument(this)), m_first(new StatBlockEdit),
-      m_second(new StatBlockEdit)
+    : QObject(parent), m_first(new StatBlockEdit), m_second(new StatBlockEdit), m_active(m_first)
 {
-    m_document->setDocumentLayout(new QPlainTextDocumentLayout(m_document));
     for (StatBlockEdit *edit : {m_first, m_second}) {
-        edit->setDocument(m_document);
         edit->setTabChangesFocus(true);
         edit->setAccessibleName(tr("Stat Block Text"));
-        connect(edit, &StatBlockEdit::doPasteBegins, this, [this] { m_isPasting = true; });
+        edit->installEventFilter(this);
+        connect(edit, &StatBlockEdit::doPasteBegins, this, [this] { m_isSilent = true; });
         connect(edit, &StatBlockEdit::doPasteEnded, this, [this](const QStringList &changes) {
-            m_isPasting = false;
+            m_isSilent = false;
             Q_EMIT textChanged();
             Q_EMIT doTidied(changes);
         });
+        connect(edit, &QPlainTextEdit::textChanged, this, [this, edit] {
+            if (!m_isSilent && edit == m_active)
+                Q_EMIT textChanged();
+        });
     }
-    connect(m_document, &QTextDocument::contentsChanged, this, [this] {
-        if (!m_isPasting)
-            Q_EMIT textChanged();
-    });
+}
+
+bool DoublePlainTextEdit::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Show)
+        setActive(watched == m_first ? m_first : m_second);
+    return QObject::eventFilter(watched, event);
+}
+
+void DoublePlainTextEdit::setActive(StatBlockEdit *edit)
+{
+    if (edit == m_active)
+        return;
+    const QString shown = text();
+    m_active = edit;
+    if (text() == shown)
+        return;
+    const QScopedValueRollback silent(m_isSilent, true);
+    edit->setPlainText(shown);
 }
 
 // The document's own plain text would turn blanks that don't break into others.
 QString DoublePlainTextEdit::text() const
 {
-    return m_document->toRawText().replace(QChar::ParagraphSeparator, u'\n');
+    return m_active->document()->toRawText().replace(QChar::ParagraphSeparator, u'\n');
 }
 
 void DoublePlainTextEdit::setText(const QString &text)
 {
-    m_document->setPlainText(text);
+    m_active->setPlainText(text);
 }
 
 void DoublePlainTextEdit::replaceText(const QString &text)
 {
-    const int position = m_first->textCursor().position();
-    QTextCursor cursor(m_document);
+    const int position = m_active->textCursor().position();
+    QTextCursor cursor(m_active->document());
     cursor.select(QTextCursor::Document);
     cursor.insertText(text);
-    cursor.setPosition(qMin(position, m_document->characterCount() - 1));
-    m_first->setTextCursor(cursor);
+    cursor.setPosition(qMin(position, m_active->document()->characterCount() - 1));
+    m_active->setTextCursor(cursor);
 }
 
 void DoublePlainTextEdit::setEnabled(bool enabled)
@@ -190,6 +207,7 @@ void DoublePlainTextEdit::setReadings(const QList<LineReading> &readings)
 
 void DoublePlainTextEdit::focusOnAll()
 {
+    setActive(m_first);
     m_first->setFocus();
     m_first->selectAll();
 }

@@ -6,8 +6,6 @@
 
 #include "linereading.h"
 
-class QTextDocument;
-
 // An editor whose pastes are tidied; undo brings the text back as it was copied. A thin colour
 // beside each line says what the parser took it for.
 class StatBlockEdit : public QPlainTextEdit {
@@ -40,6 +38,8 @@ private:
     QList<LineReading> m_readings;
 };
 
+// One text in both: an editor takes it over when it is shown. A step back goes to what was done in
+// that editor.
 class DoublePlainTextEdit : public QObject {
     Q_OBJECT
 
@@ -58,16 +58,21 @@ public:
     void replaceText(const QString &text);
     void setEnabled(bool enabled);
     void setReadings(const QList<LineReading> &readings);
-    // Shows nothing but the first, which takes the focus with all text selected.
+    // The first takes the focus, with all text selected.
     void focusOnAll();
 
 Q_SIGNALS:
     void textChanged();
     void doTidied(const QStringList &changes);
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
-    QTextDocument *m_document;
+    void setActive(StatBlockEdit *edit);
+
     StatBlockEdit *m_first;
     StatBlockEdit *m_second;
-    bool m_isPasting = false;
+    StatBlockEdit *m_active; // the one that was shown last
+    bool m_isSilent = false; // a paste is under way, or an editor takes over
 };

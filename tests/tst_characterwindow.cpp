@@ -94,6 +94,7 @@ void CharacterWindowTest::fieldsWriteTheText()
     for (const char *line : {"name=Aldric\n", "class=Gardener\n", "level=1\n", "hit-points=31\n",
                              "armour-class=18\n", "str=17\n", "hs-resources=0\n"})
         QVERIFY2(text()->toPlainText().contains(QLatin1String(line)), line);
+    QVERIFY(creature->takesTurns());
     // Neither typed nor to be written.
     QVERIFY(!text()->toPlainText().contains(u"will="));
     QCOMPARE(child<QSpinBox>("currentHPBox")->value(), 31);

@@ -1,11 +1,13 @@
 #include "chapters.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QRegularExpression>
 #include <QScreen>
 #include <QWidget>
 #include <memory>
 
+#include "characters.h"
 #include "creature.h"
 #include "creaturelistmodel.h"
 #include "effect.h"
@@ -13,6 +15,7 @@
 #include "encounter.h"
 #include "encounters.h"
 #include "history.h"
+#include "monsters.h"
 #include "playerslistmodel.h"
 #include "tour.h"
 #include "windows.h"
@@ -553,5 +556,65 @@ void throughTheHistory(Tour &tour)
         while (theHistory->canStepForward())
             tour.press(Qt::Key_Z, Control | Qt::ShiftModifier);
         expectSameFight(tour, *before);
+    });
+}
+
+void library(Tour &tour)
+{
+    const QString foe = QStringLiteral("Ford Ogre");
+    tour.step([&tour] { tour.clickButton(QStringLiteral("Monster Manager Window")); });
+    tour.step([&tour] {
+        tour.press(Qt::Key_Return); // the hint
+        tour.turnTo(theManagerWindow->libraryWindow());
+    });
+    tour.step([&tour, foe] {
+        // As a viewer of documents copies it, with words that it split.
+        QGuiApplication::clipboard()->setText(
+            foe
+            + QStringLiteral(" Level 5 Brute\nLarge natural humanoid (giant) XP 200\n"
+                             "Initiative +3 Senses Perception +2\nHP: 72; Bloodied 36\n"
+                             "AC 17; Fortitude 18, Refl ex 14, Will 14\nSpeed 8\n"
+                             "m Ferry Pole (standard; at will) Weapon\n"
+                             "Reach 2; +8 vs. AC; 2d8 + 5 damage, and the target slides 1 square.\n"
+                             "Alignment Unaligned Languages Giant\n"
+                             "Str 20 (+7) Dex 12 (+3) Wis 11 (+2)\n"
+                             "Con 18 (+6) Int 7 (+0) Cha 8 (+1)\n"));
+        tour.clickButton(QStringLiteral("New & Paste"));
+    });
+    tour.step(QStringLiteral("monster-pasted"), [&tour, foe] {
+        const Creature *pasted = theMonsters->findGroup(foe);
+        tour.expect(pasted && pasted->data().reflex == 14, QStringLiteral("the pasted monster"));
+        tour.clickButton(QStringLiteral("New Encounter"));
+    });
+    tour.step([&tour] { tour.type(QStringLiteral("At the Ford")); });
+    for (int i = 0; i < 3; ++i)
+        tour.step([&tour] { tour.clickButton(QStringLiteral("Add")); });
+    tour.step(QStringLiteral("encounter-made"),
+              [&tour] { tour.clickButton(QStringLiteral("Save All")); });
+    tour.step([&tour, foe] {
+        PreparedEncounter saved;
+        tour.expect(saved.read(QStringLiteral("at-the-ford.txt"), QString())
+                        && saved.monsters().size() == 3
+                        && saved.monsters().constFirst().group == foe,
+                    QStringLiteral("the encounter in its file"));
+        theManagerWindow->libraryWindow()->close();
+        tour.turnTo(nullptr);
+        tour.clickButton(QStringLiteral("Character Creator Window"));
+        tour.turnTo(theCharacterWindow->libraryWindow());
+    });
+    tour.step([&tour] { tour.clickButton(QStringLiteral("New")); });
+    tour.step([&tour] {
+        tour.type(QStringLiteral("Odda Reedmace"));
+        tour.press(Qt::Key_Return);
+    });
+    tour.step(QStringLiteral("hero-made"), [&tour] {
+        tour.expect(theCharacters->find(QStringLiteral("Odda Reedmace")),
+                    QStringLiteral("the new hero"));
+        tour.clickButton(QStringLiteral("Save All"));
+    });
+    tour.step([&tour] {
+        tour.expect(theCharacters->changedNames().isEmpty(), QStringLiteral("the hero saved"));
+        theCharacterWindow->libraryWindow()->close();
+        tour.turnTo(nullptr);
     });
 }

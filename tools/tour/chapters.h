@@ -26,6 +26,8 @@ void playersDisplay(Tour &tour);
 // --- the second ---
 void stopAndRest(Tour &tour);
 void throughTheHistory(Tour &tour);
+// A monster pasted, an encounter of it, a hero: kept in the library.
+void library(Tour &tour);
 
 // All of the fight that must come back when the program starts again.
 QStringList fightSummary();

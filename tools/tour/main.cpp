@@ -8,10 +8,12 @@
 #include <cstdio>
 
 #include "chapters.h"
+#include "characterwindow.h"
 #include "datafolder.h"
 #include "dice.h"
 #include "global.h"
 #include "mainwindow.h"
+#include "managerwindow.h"
 #include "playerswindow.h"
 #include "terms.h"
 #include "tour.h"
@@ -24,6 +26,12 @@ bool play(const QString &folder, int &number, QStringList &summary, Chapters... 
 {
     makePlayersDisplay = []() -> std::unique_ptr<PlayersDisplay> {
         return std::make_unique<PlayersWindow>();
+    };
+    makeManagerWindow = []() -> std::unique_ptr<LibraryWindow> {
+        return std::make_unique<ManagerWindow>();
+    };
+    makeCharacterWindow = []() -> std::unique_ptr<LibraryWindow> {
+        return std::make_unique<CharacterWindow>();
     };
     MainWindow window;
     findDataFolder();
@@ -102,7 +110,7 @@ int main(int argc, char **argv)
     QStringList summary;
     bool succeeded = play(folder, number, summary, pickTheParty, loadAndStart, fight, conditions,
                           savingThrows, aliases, powers, waiting, dying, playersDisplay);
-    succeeded = succeeded && play(folder, number, summary, stopAndRest, throughTheHistory);
+    succeeded = succeeded && play(folder, number, summary, stopAndRest, throughTheHistory, library);
     if (succeeded)
         std::printf("The tour is over: %d pictures in %s\n", number - 1, qPrintable(folder));
     return succeeded ? 0 : 1;
