@@ -360,9 +360,17 @@ bool MonsterEditor::checkDuplicate(const QString &oldName, CreatureData &record,
     if (dialog.exec() != QDialog::Accepted)
         return false;
     const QString name = dialog.name();
-    record.statBlock = replacedName(record.statBlock, record.group, name);
-    record.group = name;
-    return true;
+    const QString text = replacedName(record.statBlock, record.group, name);
+    CreatureData renamed;
+    parseText(true, text.toUtf8(), renamed, QString());
+    if (!validate(renamed, true, QString())) {
+        record.statBlock = text;
+        record.group = name;
+        return true;
+    }
+    record = renamed;
+    // A name with brackets is read as a shorter one, which may be taken too.
+    return record.group == name || checkDuplicate(oldName, record, except);
 }
 
 void MonsterEditor::onTemplatePortraitClicked()
