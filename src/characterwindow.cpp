@@ -67,7 +67,7 @@ CharacterWindow::CharacterWindow(QWidget *parent)
     resize(DefaultSize.boundedTo(screen()->availableSize() * 0.95));
     connectSignals();
     updateTerms();
-    onWriteableClicked();
+    m_text->setReadOnly(!m_writeable->isChecked());
     onCharacterSelectionChanged();
     theCharacterWindow = this;
 }

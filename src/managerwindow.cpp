@@ -102,6 +102,9 @@ void ManagerWindow::updateButtons()
 {
     const bool canSave = theMonsters && theEncounters
         && (hasChanges(theMonsters->counters()) || hasChanges(theEncounters->counters()));
+    // The focus stays in this window's lists, and doesn't go on to whatever comes next.
+    if (!canSave && (m_revert->hasFocus() || m_save->hasFocus()))
+        m_monsters->focusOnList();
     m_revert->setEnabled(canSave);
     m_save->setEnabled(canSave);
 }

@@ -140,6 +140,11 @@ void MonsterEditor::refreshImport()
     m_import->onImportRefreshClicked();
 }
 
+void MonsterEditor::focusOnList()
+{
+    m_list->view()->setFocus();
+}
+
 void MonsterEditor::setCanAdd(bool can)
 {
     m_canAdd = can;

@@ -31,6 +31,7 @@ public:
     // still there.
     void refresh();
     void refreshImport();
+    void focusOnList();
     // Whether there is an encounter that a monster could be added to.
     void setCanAdd(bool can);
 
