@@ -2,6 +2,8 @@
 
 #include <QBoxLayout>
 #include <QComboBox>
+#include <QCompleter>
+#include <QEvent>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
@@ -206,6 +208,9 @@ QWidget *CharacterForm::createWidget(const Field &field)
         box->addItems(*field.choices);
         box->setEditable(true);
         box->setInsertPolicy(QComboBox::NoInsert);
+        // What is typed stays as it is: neither completed nor spelled as in the list.
+        box->completer()->setCompletionMode(QCompleter::PopupCompletion);
+        box->completer()->setCaseSensitivity(Qt::CaseSensitive);
         connect(box, &QComboBox::editTextChanged, this, changed);
         made = box;
     } else if (field.kind == Kind::Line) {
@@ -225,6 +230,8 @@ QWidget *CharacterForm::createWidget(const Field &field)
         made = box;
     }
     made->setObjectName(QLatin1String(field.name));
+    made->setFocusPolicy(Qt::StrongFocus);
+    made->installEventFilter(this);
     if (field.label)
         made->setAccessibleName(tr(field.label).remove(u':'));
     return made;
@@ -292,8 +299,11 @@ void CharacterForm::fill(const Field &field, const Creature *creature)
     if (field.text) {
         const QString text = creature ? creature->data().*field.text : QString();
         if (auto *box = qobject_cast<QComboBox *>(target)) {
-            if (box->currentText() != text)
+            if (box->currentText() != text) {
+                // The arrow keys go on from the item that is shown.
+                box->setCurrentIndex(box->findText(text, Qt::MatchExactly));
                 box->setEditText(text);
+            }
         } else if (auto *line = qobject_cast<QLineEdit *>(target); line->text() != text) {
             line->setText(text);
         }
@@ -319,7 +329,8 @@ void CharacterForm::show(const Creature *creature)
 {
     for (const Field &field : fields) {
         fill(field, creature);
-        widget(field.field)->setEnabled(creature);
+        // A text that could not be read is no hero yet: the fields can't be written into it.
+        widget(field.field)->setEnabled(creature && !creature->isMonster());
     }
 }
 
@@ -363,6 +374,16 @@ void CharacterForm::focusOnName()
     auto *line = qobject_cast<QLineEdit *>(widget(CharacterField::Name));
     line->setFocus();
     line->selectAll();
+}
+
+// Who scrolls the form by the wheel doesn't change the number that comes to lie under the mouse.
+bool CharacterForm::eventFilter(QObject *object, QEvent *event)
+{
+    const auto *field = qobject_cast<QWidget *>(object);
+    if (event->type() != QEvent::Wheel || !field || field->hasFocus())
+        return QWidget::eventFilter(object, event);
+    event->ignore();
+    return true;
 }
 
 #include "moc_characterform.cpp"

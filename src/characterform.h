@@ -49,7 +49,7 @@ class CharacterForm : public QWidget, public WindowsAndDialogs {
 public:
     explicit CharacterForm(QWidget *parent = nullptr);
 
-    // Fills all fields; null empties and disables them.
+    // Fills all fields; null empties and disables them. An invalid character's are disabled too.
     void show(const Creature *creature);
     // Of a text field.
     QString text(CharacterField field) const;
@@ -64,6 +64,9 @@ Q_SIGNALS:
     // The user changed the field, or show() filled it. The name tells of it only once it was
     // entered whole.
     void doFieldChanged(CharacterField field);
+
+protected:
+    bool eventFilter(QObject *object, QEvent *event) override;
 
 private:
     enum class Kind { Line, Combo, Number };

@@ -19,6 +19,7 @@
 #include "characterform.h"
 #include "characters.h"
 #include "creaturedisplay.h"
+#include "creaturefile.h"
 #include "creaturetext.h"
 #include "filedialogs.h"
 #include "global.h"
@@ -257,7 +258,7 @@ void CharacterWindow::showPortrait(const Creature *creature)
                               ? picture
                               : picture.scaled(QSize(PortraitSize - 6, PortraitSize - 6),
                                                Qt::KeepAspectRatio, Qt::SmoothTransformation));
-    m_selectPortrait->setEnabled(creature);
+    m_selectPortrait->setEnabled(creature && !creature->isMonster());
 }
 
 void CharacterWindow::showImport(const Creature *creature)
@@ -304,6 +305,8 @@ void CharacterWindow::onCreatureChanged(Creature *creature)
         m_list->refresh();
     if (!creature || creature == selected())
         showAll();
+    else
+        updateButtons();
 }
 
 // --- new and deleted ---
@@ -374,7 +377,8 @@ void CharacterWindow::onNameChanged()
     const QString newName = m_form->text(CharacterField::Name).trimmed();
     if (newName != oldName) {
         creature->setField(&CreatureData::name, newName);
-        if (newName.isEmpty() || !checkDuplicate(creature, oldName, newName))
+        // With a name that no load accepts it would be lost to the next start.
+        if (!isUsableName(newName) || !checkDuplicate(creature, oldName, newName))
             creature->setField(&CreatureData::name, oldName);
         else
             updateRow(creature);
@@ -527,7 +531,7 @@ void CharacterWindow::onCharacterStatsChanged()
     if (m_updating || !creature || text == creature->statBlock())
         return;
     CreatureData record;
-    if (!parseText(false, text.toUtf8(), record, QString()))
+    if (!parseText(false, text.toUtf8(), record, QString()) || !isUsableName(record.name))
         return;
     const QScopedValueRollback updating(m_updating, true);
     if (checkDuplicate(creature, creature->name(), record.name, &record)) {
@@ -542,7 +546,7 @@ void CharacterWindow::onCharacterStatsChanged()
 void CharacterWindow::onSelectPortrait()
 {
     const QPointer<Creature> creature = selected();
-    const QString path = creature ? selectPortraitFile(this) : QString();
+    const QString path = creature && !creature->isMonster() ? selectPortraitFile(this) : QString();
     if (path.isEmpty() || !creature)
         return;
     const QScopedValueRollback updating(m_updating, true);

@@ -7,6 +7,7 @@
 #include <QListView>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QWheelEvent>
 
 #include "characterwindow.h"
 #include "fightfixture.h"
@@ -26,6 +27,7 @@ private Q_SLOTS:
     void fieldsWriteTheText();
     void takenNamesAreRefused();
     void textChangesTheFields();
+    void changesOnlyByIntent();
     void deletesAndReverts();
     void savesAndTells();
     void importsAndLinks();
@@ -112,6 +114,10 @@ void CharacterWindowTest::takenNamesAreRefused()
     QVERIFY(told.startsWith(u"Duplicate ARIA|You already have a character called <b>ARIA</b>."));
     QCOMPARE(child<QLineEdit>("nameEdit")->text(), u"Bram"_s);
     QCOMPARE(text()->toPlainText(), before);
+    for (const QString &name : {QString(71, u'n'), u"Bram\u200b"_s, u" "_s}) {
+        rename(name); // no load would accept it
+        QCOMPARE(window()->selected()->name(), u"Bram"_s);
+    }
     rename(u"bram"_s);
     QCOMPARE(rows().constLast(), u"bram*"_s);
 }
@@ -134,6 +140,40 @@ void CharacterWindowTest::textChangesTheFields()
     QVERIFY(answer.wasAnswered);
     QCOMPARE(text()->toPlainText(), window()->selected()->statBlock());
     QCOMPARE(window()->selected()->name(), u"Bram"_s);
+}
+
+void CharacterWindowTest::changesOnlyByIntent()
+{
+    select(u"Aria"_s);
+    auto *level = child<QSpinBox>("levelBox");
+    child<QLineEdit>("nameEdit")->setFocus();
+    QWheelEvent wheel({5, 5}, level->mapToGlobal(QPointF(5, 5)), {}, {0, 120}, Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(level, &wheel);
+    QVERIFY(!canSave());
+    auto *classes = child<QComboBox>("classBox");
+    QTest::keyClick(classes, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(classes, u"wizar"_s);
+    QCOMPARE(window()->selected()->charClass(), u"wizar"_s);
+    QTest::keyClicks(classes, u"d"_s);
+    QTest::keyClick(classes, Qt::Key_Return);
+    QCOMPARE(window()->selected()->charClass(), u"wizard"_s);
+    press("saveAll");
+    // One that isn't shown in the fields.
+    theCharacters->find(u"Bram"_s)->setField(&CreatureData::level, 9);
+    QVERIFY(canSave());
+    // A text that can't be read isn't written over by a field.
+    m_fight->folder.write(u"Characters/odd.txt"_s, u"nothing of a hero\n"_s);
+    auto odd = std::make_unique<Creature>();
+    QVERIFY(odd->load(u"odd.txt"_s, false, m_fight->folder.path()));
+    theCharacters->add(std::move(odd));
+    theCharacterWindow->refresh();
+    select(u"odd.txt"_s);
+    QVERIFY(!level->isEnabled() && !child<QPushButton>("selectPortrait")->isEnabled());
+    child<QCheckBox>("writeableBox")->click();
+    text()->setPlainText(u"name=Odo\nclass=Bard\nlevel=3\nhit-points=20\n"_s);
+    QVERIFY(level->isEnabled());
+    QCOMPARE(rows(), QStringList({u"Aria"_s, u"Bram*"_s, u"Odo*"_s}));
 }
 
 void CharacterWindowTest::deletesAndReverts()
