@@ -3,6 +3,7 @@
 #include <QBoxLayout>
 #include <QCheckBox>
 #include <QCloseEvent>
+#include <QDir>
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -27,6 +28,7 @@
 #include "librarypane.h"
 #include "libraryquestions.h"
 #include "messagedialog.h"
+#include "paths.h"
 #include "smallwidgets.h"
 #include "switchboard.h"
 #include "terms.h"
@@ -35,6 +37,7 @@
 namespace {
 
 constexpr QSize DefaultSize(980, 800);
+constexpr int ListWidth = 220;
 constexpr int PortraitSize = 140;
 const QString GeometryKey = QStringLiteral("characterWindow/geometry");
 const QString ReadOnlyKey = QStringLiteral("characterWindow/statBlockReadOnly");
@@ -62,6 +65,7 @@ CharacterWindow::CharacterWindow(QWidget *parent)
     sides->addWidget(createList());
     sides->addWidget(m_tabs);
     sides->setStretchFactor(1, 1);
+    sides->setSizes({ListWidth, DefaultSize.width() - ListWidth});
     QVBoxLayout *box = vBox(sides);
     box->setContentsMargins(8, 8, 8, 8);
     setLayout(box);
@@ -266,7 +270,9 @@ void CharacterWindow::showImport(const Creature *creature)
     const QString file = creature ? creature->importFile() : QString();
     m_importFile->setText(file.isEmpty() ? tr("*.dnd4e")
                                          : shortened(QFileInfo(file).fileName(), LongestName));
-    m_importPath->setText(file.isEmpty() ? QString() : shortened(QFileInfo(file).path()));
+    // One that lies among the characters is stored without its folder.
+    const QFileInfo place(QDir(creaturePath(QString(), false)), file);
+    m_importPath->setText(file.isEmpty() ? QString() : shortened(place.path()));
     m_linked->setChecked(creature && creature->isLinked());
     m_selectImport->setEnabled(creature);
     m_linked->setEnabled(!file.isEmpty());

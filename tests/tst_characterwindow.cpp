@@ -243,6 +243,7 @@ void CharacterWindowTest::importsAndLinks()
     Answer answer(inMessage(u"OK"_s, &told));
     press("refreshImport");
     QVERIFY(answer.wasAnswered);
+    QCOMPARE(child<QLabel>("importPathLabel")->text(), m_fight->folder.path() + u"/Characters"_s);
     QCOMPARE(told, u"File Not Found|Import file, <b>hero.dnd4e</b>, not found."_s);
     QCOMPARE(child<QSpinBox>("levelBox")->value(), 5);
 }
